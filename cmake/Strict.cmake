@@ -1,0 +1,30 @@
+# One place for what all of our targets are built with. Every target links `strict` privately.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+set(FRDRIVER_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler's -fsanitize= takes them")
+if(FRDRIVER_SANITIZE)
+    add_compile_options(-fsanitize=${FRDRIVER_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${FRDRIVER_SANITIZE})
+endif()
+
+add_library(strict INTERFACE)
+target_compile_options(strict INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
+    -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough -Wnull-dereference
+    -Werror)
+target_link_options(strict INTERFACE -Wl,--no-undefined)
+target_include_directories(strict INTERFACE ${PROJECT_SOURCE_DIR})
+
+# The same for targets that use Qt: no silent conversions, no deprecated calls, no keyword macros.
+add_library(strict_qt INTERFACE)
+target_link_libraries(strict_qt INTERFACE strict)
+target_compile_definitions(strict_qt INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_CAST_FROM_BYTEARRAY QT_NO_URL_CAST_FROM_STRING
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_NO_KEYWORDS QT_NO_FOREACH
+    QT_DISABLE_DEPRECATED_BEFORE=0x060400)
