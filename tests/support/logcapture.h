@@ -17,7 +17,7 @@ public:
     /// The lines so far, each as "level: text" with the levels debug, info, warn and error.
     [[nodiscard]] QStringList lines() const;
     /// The same, and forgets them.
-    [[nodiscard]] QStringList take();
+    QStringList take();
     /// The logging categories of the lines so far, in the same order.
     [[nodiscard]] QStringList categories() const;
 };
