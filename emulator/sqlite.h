@@ -1,0 +1,114 @@
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace emulator::sqlite {
+
+/// What SQLite said when a call failed.
+class Error : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// One open database. Every call that fails throws Error.
+class Database
+{
+public:
+    /// Opens or creates `file` (`:memory:` lives as long as the object) and executes `schema`.
+    Database(const std::string& file, const char* schema);
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    /// Runs statements that take nothing and give nothing.
+    void execute(const char* sql);
+
+    [[nodiscard]] sqlite3* handle() const { return handle_; }
+
+private:
+    sqlite3* handle_ = nullptr;
+};
+
+/// The rows of a statement under way; at its end the statement is free for the next use.
+class Rows
+{
+public:
+    explicit Rows(sqlite3_stmt* statement)
+        : statement_(statement)
+    {
+    }
+    ~Rows();
+    Rows(const Rows&) = delete;
+    Rows& operator=(const Rows&) = delete;
+
+    /// Steps to the next row; false when there is none.
+    bool next();
+    [[nodiscard]] std::int64_t integer(int column) const;
+    [[nodiscard]] std::string text(int column) const;
+
+private:
+    sqlite3_stmt* statement_;
+};
+
+/// A prepared statement. The database must outlive it.
+class Statement
+{
+public:
+    Statement(const Database& database, std::string_view sql);
+    ~Statement();
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+
+    /// Binds integers and texts in their order; the texts are copied.
+    template <class... Values>
+    [[nodiscard]] Rows rows(const Values&... values)
+    {
+        int index = 0;
+        (bind(++index, values), ...);
+        return Rows(statement_);
+    }
+
+    /// The same, run to its end for what it changes.
+    template <class... Values>
+    void run(const Values&... values)
+    {
+        Rows all = rows(values...);
+        while (all.next()) {
+        }
+    }
+
+private:
+    void bind(int index, std::int64_t value);
+    void bind(int index, int value) { bind(index, std::int64_t{value}); }
+    void bind(int index, bool value) { bind(index, std::int64_t{value}); }
+    void bind(int index, std::string_view value);
+    void bind(int index, const std::string& value) { bind(index, std::string_view(value)); }
+    void bind(int index, const char* value) { bind(index, std::string_view(value)); }
+
+    sqlite3_stmt* statement_ = nullptr;
+};
+
+/// Everything between construction and `commit` happens or none of it does.
+class Transaction
+{
+public:
+    explicit Transaction(Database& database);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+
+    void commit();
+
+private:
+    Database& database_;
+    bool open_ = true;
+};
+
+} // namespace emulator::sqlite

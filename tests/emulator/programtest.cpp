@@ -1,0 +1,129 @@
+#include "tests/emulator/goodreceipt.h"
+#include "tests/emulator/rawclient.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <cstdio>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+using emulator::Json;
+
+namespace {
+
+/// The built program, its standard output read line by line.
+class Program
+{
+public:
+    explicit Program(const std::vector<std::string>& arguments)
+    {
+        int ends[2];
+        if (::pipe(ends) != 0)
+            throw std::runtime_error("pipe");
+        process_ = ::fork();
+        if (process_ == 0) {
+            ::dup2(ends[1], STDOUT_FILENO);
+            ::close(ends[0]);
+            std::string program = FREMULATOR;
+            std::vector<std::string> copies = arguments;
+            std::vector<char*> argv{program.data()};
+            for (std::string& argument : copies)
+                argv.push_back(argument.data());
+            argv.push_back(nullptr);
+            ::execv(FREMULATOR, argv.data());
+            ::_exit(127);
+        }
+        ::close(ends[1]);
+        output_ = ::fdopen(ends[0], "r");
+    }
+
+    ~Program()
+    {
+        if (process_ > 0)
+            finish(SIGKILL);
+        std::fclose(output_);
+    }
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+
+    std::string line()
+    {
+        std::string text;
+        for (int c = std::fgetc(output_); c != EOF && c != '\n'; c = std::fgetc(output_))
+            text += static_cast<char>(c);
+        return text;
+    }
+
+    /// Sends the signal (0: none) and waits; the exit status, or the negative signal that ended it.
+    int finish(const int signal)
+    {
+        if (signal != 0)
+            ::kill(process_, signal);
+        int status = 0;
+        ::waitpid(process_, &status, 0);
+        process_ = -1;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+    }
+
+private:
+    pid_t process_ = -1;
+    FILE* output_ = nullptr;
+};
+
+std::uint16_t portIn(const std::string& line)
+{
+    const std::string before = "listening on http://127.0.0.1:";
+    const std::string after = "/possystem/v4/";
+    if (!line.starts_with(before) || !line.ends_with(after))
+        throw std::runtime_error("not the first line: " + line);
+    return static_cast<std::uint16_t>(std::stoi(line.substr(before.size())));
+}
+
+} // namespace
+
+TEST(Program, SaysWhereItListensAndServesWhatItsOptionsSay)
+{
+    Program program({"--port", "0", "--login", "l", "--password", "p", "--group", "g", "--waits", "1"});
+    const std::uint16_t port = portIn(program.line());
+
+    RawClient client(port);
+    client.send(postRequest("/possystem/v4/getToken", R"({"login":"l","pass":"p"})"));
+    const std::string token = "Token: " + client.receive().json()["token"].get<std::string>() + "\r\n";
+    client.send(postRequest("/possystem/v4/g/sell", goodReceipt().dump(), token));
+    const std::string uuid = client.receive().json()["uuid"];
+    client.send(getRequest("/possystem/v4/g/report/" + uuid, token));
+    EXPECT_EQ(client.receive().json()["status"], "wait");
+    client.send(getRequest("/possystem/v4/g/report/" + uuid, token));
+    EXPECT_EQ(client.receive().json()["status"], "done");
+
+    EXPECT_EQ(program.finish(SIGTERM), 0);
+}
+
+TEST(Program, GivesTokensOfTheLifeItIsTold)
+{
+    Program program({"--token-ttl", "0"});
+    RawClient client(portIn(program.line()));
+    client.send(postRequest("/possystem/v4/getToken", R"({"login":"test","pass":"test"})"));
+    const std::string token = "Token: " + client.receive().json()["token"].get<std::string>() + "\r\n";
+    client.send(postRequest("/possystem/v4/test/sell", goodReceipt().dump(), token));
+    EXPECT_EQ(client.receive().json()["error"]["code"], 11);
+}
+
+TEST(Program, EndsCleanlyOnInterruptWithConnectionsOpen)
+{
+    Program program({});
+    const RawClient idle(portIn(program.line()));
+    EXPECT_EQ(program.finish(SIGINT), 0);
+}
+
+TEST(Program, FailsWhenThePortIsTaken)
+{
+    Program first({});
+    const std::uint16_t port = portIn(first.line());
+    Program second({"--port", std::to_string(port)});
+    EXPECT_EQ(second.line(), "");
+    EXPECT_EQ(second.finish(0), 1);
+}
