@@ -10,6 +10,11 @@ namespace {
 constexpr int minRequestInterval = 200;
 constexpr qsizetype maxPaymentAddressSize = 256;
 
+AtolOnlineSettings& cloud(const QSharedPointer<BasicFrSettings>& settings)
+{
+    return dynamic_cast<AtolOnlineSettings&>(*settings);
+}
+
 } // namespace
 
 AtolOnlineFiscalRegister::AtolOnlineFiscalRegister()
@@ -33,84 +38,84 @@ QSharedPointer<AtolOnlineSettings> AtolOnlineFiscalRegister::getSettings() const
 
 QString AtolOnlineFiscalRegister::getUrl() const
 {
-    return getSettings()->getUrl();
+    return cloud(settings).getUrl();
 }
 
 void AtolOnlineFiscalRegister::setUrl(const QString& url)
 {
-    getSettings()->setUrl(url.endsWith(u'/') ? url : url + u'/');
+    cloud(settings).setUrl(url.endsWith(u'/') ? url : url + u'/');
 }
 
 QString AtolOnlineFiscalRegister::getLogin() const
 {
-    return getSettings()->getLogin();
+    return cloud(settings).getLogin();
 }
 
 void AtolOnlineFiscalRegister::setLogin(const QString& login)
 {
-    getSettings()->setLogin(login);
+    cloud(settings).setLogin(login);
 }
 
 QString AtolOnlineFiscalRegister::getPassword() const
 {
-    return getSettings()->getPassword();
+    return cloud(settings).getPassword();
 }
 
 void AtolOnlineFiscalRegister::setPassword(const QString& password)
 {
-    getSettings()->setPassword(password);
+    cloud(settings).setPassword(password);
 }
 
 int AtolOnlineFiscalRegister::getRequestInterval() const
 {
-    return getSettings()->getRequestInterval();
+    return cloud(settings).getRequestInterval();
 }
 
 void AtolOnlineFiscalRegister::setRequestInterval(int interval)
 {
     if (interval >= minRequestInterval)
-        getSettings()->setRequestInterval(interval);
+        cloud(settings).setRequestInterval(interval);
 }
 
 QString AtolOnlineFiscalRegister::getEmail() const
 {
-    return getSettings()->getCompanyEmail();
+    return cloud(settings).getCompanyEmail();
 }
 
 void AtolOnlineFiscalRegister::setEmail(const QString& email)
 {
-    getSettings()->setCompanyEmail(email);
+    cloud(settings).setCompanyEmail(email);
 }
 
 QString AtolOnlineFiscalRegister::getInn() const
 {
-    return getSettings()->getCompanyInn();
+    return cloud(settings).getCompanyInn();
 }
 
 void AtolOnlineFiscalRegister::setInn(const QString& inn)
 {
-    getSettings()->setCompanyInn(inn);
+    cloud(settings).setCompanyInn(inn);
 }
 
 QString AtolOnlineFiscalRegister::getPaymentAddress() const
 {
-    return getSettings()->getPaymentAddress();
+    return cloud(settings).getPaymentAddress();
 }
 
 void AtolOnlineFiscalRegister::setPaymentAddress(const QString& address)
 {
     if (address.size() <= maxPaymentAddressSize)
-        getSettings()->setPaymentAddress(address);
+        cloud(settings).setPaymentAddress(address);
 }
 
 QString AtolOnlineFiscalRegister::getGroupCode() const
 {
-    return getSettings()->getGroupCode();
+    return cloud(settings).getGroupCode();
 }
 
 void AtolOnlineFiscalRegister::setGroupCode(const QString& code)
 {
-    getSettings()->setGroupCode(code);
+    cloud(settings).setGroupCode(code);
 }
 
 } // namespace hw
