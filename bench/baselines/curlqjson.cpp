@@ -1,0 +1,81 @@
+#include "bench/baselines/curlqjson.h"
+
+#include "bench/baselines/qjsonsale.h"
+
+#include <QJsonDocument>
+
+#include <stdexcept>
+
+namespace bench {
+
+namespace {
+
+std::size_t appendReply(char* from, std::size_t size, std::size_t count, void* context)
+{
+    static_cast<QByteArray*>(context)->append(from, static_cast<qsizetype>(size * count));
+    return size * count;
+}
+
+} // namespace
+
+CurlQJson::CurlQJson(const Endpoint& endpoint)
+    : handle(curl_easy_init())
+    , headers(curl_slist_append(nullptr, "Content-type: application/json; charset=utf-8"))
+    , group(endpoint.url() + groupCode)
+{
+    CURL* curl = handle.get();
+    curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
+    curl_easy_setopt(curl, CURLOPT_HTTP_VERSION, static_cast<long>(CURL_HTTP_VERSION_1_1));
+    curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, &appendReply);
+    curl_easy_setopt(curl, CURLOPT_WRITEDATA, &reply);
+    curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers.get());
+    if (endpoint.isTls())
+        curl_easy_setopt(curl, CURLOPT_CAINFO, endpoint.caFile.c_str());
+    const std::string login = R"({"login":"bench","pass":"bench"})";
+    const QByteArray answer =
+        post(endpoint.url() + "getToken", login.data(), static_cast<qsizetype>(login.size()));
+    const QByteArray token = QJsonDocument::fromJson(answer)[QLatin1StringView("token")].toString().toUtf8();
+    curl_slist_append(headers.get(), ("token: " + token).constData());
+    // A long body would wait for the service's consent first.
+    curl_slist_append(headers.get(), "Expect:");
+}
+
+std::int64_t CurlQJson::registerSale(const Sale& sale)
+{
+    const QByteArray body = qjsonText(sale);
+    const QJsonDocument accepted =
+        QJsonDocument::fromJson(post(group + "/sell", body.constData(), body.size()));
+    const QString uuid = accepted[QLatin1StringView("uuid")].toString();
+    const QJsonDocument done = QJsonDocument::fromJson(get(group + "/report/" + uuid.toStdString()));
+    return done[QLatin1StringView("payload")][QLatin1StringView("fiscal_document_attribute")].toInteger();
+}
+
+std::size_t CurlQJson::exchangeOnly(const std::string& body)
+{
+    post(group + "/sell", body.data(), static_cast<qsizetype>(body.size()));
+    return static_cast<std::size_t>(get(group + "/report/2ea26f17-0884-4f08-b120-306fc096a58f").size());
+}
+
+const QByteArray& CurlQJson::post(const std::string& url, const char* body, qsizetype size)
+{
+    curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
+    curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDS, body);
+    return perform(url);
+}
+
+const QByteArray& CurlQJson::get(const std::string& url)
+{
+    curl_easy_setopt(handle.get(), CURLOPT_HTTPGET, 1L);
+    return perform(url);
+}
+
+const QByteArray& CurlQJson::perform(const std::string& url)
+{
+    reply.resize(0);
+    curl_easy_setopt(handle.get(), CURLOPT_URL, url.c_str());
+    if (const CURLcode code = curl_easy_perform(handle.get()); code != CURLE_OK)
+        throw std::runtime_error(curl_easy_strerror(code));
+    return reply;
+}
+
+} // namespace bench

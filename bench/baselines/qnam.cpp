@@ -1,0 +1,70 @@
+#include "bench/baselines/qnam.h"
+
+#include "bench/baselines/qjsonsale.h"
+
+#include <QEventLoop>
+#include <QJsonDocument>
+#include <QNetworkReply>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+
+#include <memory>
+#include <stdexcept>
+
+namespace bench {
+
+namespace {
+
+QByteArray finished(QNetworkReply* raw)
+{
+    const std::unique_ptr<QNetworkReply> reply(raw);
+    if (!reply->isFinished()) {
+        QEventLoop loop;
+        QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    }
+    if (reply->error() != QNetworkReply::NoError)
+        throw std::runtime_error(reply->errorString().toStdString());
+    return reply->readAll();
+}
+
+} // namespace
+
+Qnam::Qnam(const Endpoint& endpoint)
+    : base(QString::fromStdString(endpoint.url()))
+    , group(base + QLatin1StringView(groupCode))
+{
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json; charset=utf-8"));
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
+    if (endpoint.isTls()) {
+        QSslConfiguration trust = request.sslConfiguration();
+        trust.setCaCertificates(QSslCertificate::fromPath(QString::fromStdString(endpoint.caFile)));
+        request.setSslConfiguration(trust);
+    }
+    const QByteArray answer = post(base + QStringLiteral("getToken"), R"({"login":"bench","pass":"bench"})");
+    request.setRawHeader(
+        "token", QJsonDocument::fromJson(answer)[QLatin1StringView("token")].toString().toUtf8());
+}
+
+std::int64_t Qnam::registerSale(const Sale& sale)
+{
+    const QJsonDocument accepted =
+        QJsonDocument::fromJson(post(group + QStringLiteral("/sell"), qjsonText(sale)));
+    const QString uuid = accepted[QLatin1StringView("uuid")].toString();
+    const QJsonDocument done = QJsonDocument::fromJson(get(group + QStringLiteral("/report/") + uuid));
+    return done[QLatin1StringView("payload")][QLatin1StringView("fiscal_document_attribute")].toInteger();
+}
+
+QByteArray Qnam::post(const QString& path, const QByteArray& body)
+{
+    request.setUrl(QUrl(path));
+    return finished(manager.post(request, body));
+}
+
+QByteArray Qnam::get(const QString& path)
+{
+    request.setUrl(QUrl(path));
+    return finished(manager.get(request));
+}
+
+} // namespace bench

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "bench/support/contender.h"
+#include "bench/support/hostsale.h"
+
+#include <QObject>
+#include <QPluginLoader>
+
+#include <memory>
+
+class AbstractFrDriver;
+class VposFrDriver;
+
+namespace bench {
+
+/// Ours: a device object of the built plugin, loaded and used as a host does.
+class Device
+{
+public:
+    /// Loads the plugin once a process; throws std::runtime_error.
+    explicit Device(const Endpoint& endpoint);
+
+    /// Points the device at another service; a token held goes along.
+    void moveTo(const Endpoint& endpoint);
+    /// From opening the receipt to the answer about its state; returns the fiscal sign.
+    std::int64_t registerSale(const HostSale& sale);
+
+private:
+    std::unique_ptr<QObject> object;
+    AbstractFrDriver* driver = nullptr;
+    VposFrDriver* cloud = nullptr;
+};
+
+} // namespace bench

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "bench/support/sale.h"
+#include "host/fiscaldocument.h"
+#include "host/frpayment.h"
+#include "host/frposition.h"
+
+#include <QList>
+
+class AbstractFrDriver;
+
+namespace bench {
+
+/// A sale in the host's records.
+struct HostSale
+{
+    explicit HostSale(const Sale& sale);
+
+    FiscalDocument document;
+    FdRequisite contact;
+    FdRequisite taxSystem;
+    QList<FrPosition> positions;
+    FrPayment payment;
+};
+
+/// Opens a receipt and hands the driver all of the sale; what is left is to close it.
+void collect(AbstractFrDriver& driver, const HostSale& sale);
+
+} // namespace bench

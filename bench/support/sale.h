@@ -1,0 +1,51 @@
+#pragma once
+
+#include <QString>
+
+#include <string>
+#include <vector>
+
+namespace bench {
+
+struct SaleLine
+{
+    QString name;
+    std::string nameUtf8;
+    /// Roubles a unit.
+    double price;
+    double quantity;
+    /// Roubles.
+    double sum;
+    /// The host's code, an index of vatNames.
+    int taxCode;
+    /// The host's number less one, an index of methodNames.
+    int method;
+    /// The host's number less one, an index of objectNames.
+    int object;
+};
+
+inline constexpr const char* vatNames[] = {"vat0", "vat10", "vat20", "vat110", "vat120", "none"};
+inline constexpr const char* methodNames[] = {"full_prepayment", "prepayment", "advance", "full_payment"};
+inline constexpr const char* objectNames[] = {"commodity", "excise", "job", "service"};
+
+/// What every contender registers: the same receipt in the form that each finds handiest.
+struct Sale
+{
+    std::vector<SaleLine> lines;
+    /// Paid with type 1; roubles.
+    double total = 0;
+};
+
+inline constexpr const char* externalId = "till-7-000123";
+inline constexpr const char* buyer = "buyer@example.com";
+inline constexpr const char* companyEmail = "shop@example.com";
+inline constexpr const char* companyInn = "7700000000";
+inline constexpr const char* paymentAddress = "https://shop.example.com";
+
+/// Lines of 100 kinds in turn: names in Cyrillic, prices and quantities with and without a fraction.
+[[nodiscard]] Sale sampleSale(int lines);
+
+/// The local time as the service's requests carry it, without Qt.
+[[nodiscard]] std::string timestampNow();
+
+} // namespace bench

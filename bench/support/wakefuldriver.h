@@ -1,0 +1,36 @@
+#pragma once
+
+#include "bench/support/contender.h"
+#include "bench/support/hostsale.h"
+#include "driver/atolonlinefrdriver.h"
+#include "plugin/atolonlinesettings.h"
+
+namespace bench {
+
+/// Ours, closing with checkClose: the driver linked in, its sleeps left out.
+class WakefulDriver
+{
+public:
+    explicit WakefulDriver(const Endpoint& endpoint);
+
+    void moveTo(const Endpoint& endpoint) { settings.setUrl(QString::fromStdString(endpoint.url())); }
+    /// From opening the receipt to its fiscal result; returns the fiscal sign.
+    std::int64_t registerSale(const HostSale& sale);
+    /// Only opens the receipt and collects it.
+    void collectOnly(const HostSale& sale) { collect(driver, sale); }
+
+private:
+    class Driver : public AtolOnlineFRDriver
+    {
+    public:
+        using AtolOnlineFRDriver::AtolOnlineFRDriver;
+        void msleep(int) const override {}
+    };
+
+    static AtolOnlineSettings* filled(AtolOnlineSettings& settings, const Endpoint& endpoint);
+
+    AtolOnlineSettings settings;
+    Driver driver;
+};
+
+} // namespace bench
