@@ -1,5 +1,6 @@
 #include "atolonline/commandprocessor.h"
 
+#include "atolonline/compactjson.h"
 #include "atolonline/exceptionfactory.h"
 #include "atolonline/exceptions.h"
 #include "atolonline/receiptcomposer.h"
@@ -16,11 +17,6 @@ namespace atolonline {
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
-
-QByteArray compact(const QJsonObject& object)
-{
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
-}
 
 QUrl address(const QString& text)
 {
@@ -57,7 +53,7 @@ void CommandProcessor::requestToken(bool force)
         return;
     logger->debug("Получение токена");
     const QJsonObject body{{u"login"_s, settings->getLogin()}, {u"pass"_s, settings->getPassword()}};
-    restClient->post(address(settings->getUrl() + u"getToken"_s), compact(body), headers);
+    restClient->post(address(settings->getUrl() + u"getToken"_s), compactJson(body), headers);
     headers.insert(header, checkResponse().value(header).toString());
 }
 
@@ -82,7 +78,7 @@ QString CommandProcessor::sell(const QList<FrPosition>& positions, const QMap<in
         {u"timestamp"_s, QDateTime::currentDateTime().toString(u"dd.MM.yyyy hh:mm:ss")},
     };
     restClient->post(
-        address(settings->getUrl() + settings->getGroupCode() + u"/sell"_s), compact(body), headers);
+        address(settings->getUrl() + settings->getGroupCode() + u"/sell"_s), compactJson(body), headers);
     return checkResponse().value(u"uuid"_s).toString();
 }
 

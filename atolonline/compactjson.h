@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+
+namespace atolonline {
+
+/// Byte for byte what QJsonDocument::toJson(QJsonDocument::Compact) makes of the object, in about a third of
+/// the time.
+[[nodiscard]] QByteArray compactJson(const QJsonObject& object);
+
+} // namespace atolonline
