@@ -6,8 +6,10 @@
 #include <QtEndian>
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cmath>
+#include <string>
 #include <string_view>
 
 namespace atolonline {
@@ -24,7 +26,7 @@ public:
     explicit Transcriber(const QByteArray& cbor)
         : at(cbor.constData())
     {
-        json.reserve(cbor.size() + cbor.size() / 4);
+        json.reserve(static_cast<std::size_t>(cbor.size() + cbor.size() / 4));
     }
 
     void transcribeValue()
@@ -33,10 +35,10 @@ public:
         const quint64 argument = readArgument(head & 0x1F);
         switch (head >> 5) {
         case 0:
-            json += QByteArray::number(argument);
+            json += std::to_string(argument);
             break;
         case 1:
-            json += QByteArray::number(-1 - static_cast<qint64>(argument));
+            json += std::to_string(-1 - static_cast<qint64>(argument));
             break;
         case 3:
             transcribeText(static_cast<qsizetype>(argument));
@@ -53,7 +55,7 @@ public:
         }
     }
 
-    QByteArray json;
+    std::string json;
     bool hasQuestionMark = false;
 
 private:
@@ -111,7 +113,7 @@ private:
         json += '"';
         while (at != end) {
             const char* const special = std::find_if(at, end, isSpecial);
-            json.append(at, special - at);
+            json.append(at, special);
             at = special;
             if (at != end)
                 appendSpecial(*at++);
@@ -121,7 +123,13 @@ private:
 
     static bool isSpecial(char c)
     {
-        return c == '"' || c == '\\' || c == '?' || static_cast<quint8>(c) < 0x20;
+        static constexpr auto table = [] {
+            std::array<bool, 256> special{};
+            std::fill_n(special.begin(), 0x20, true);
+            special['"'] = special['\\'] = special['?'] = true;
+            return special;
+        }();
+        return table[static_cast<quint8>(c)];
     }
 
     void appendSpecial(char c)
@@ -155,7 +163,7 @@ private:
         else if (head == isTrue)
             json += "true";
         else if (std::isfinite(number))
-            json += QByteArray::number(number, 'g', QLocale::FloatingPointShortest);
+            json += QByteArray::number(number, 'g', QLocale::FloatingPointShortest).toStdString();
         else
             json += "null";
     }
@@ -172,7 +180,7 @@ QByteArray compactJson(const QJsonObject& object)
     transcriber.transcribeValue();
     if (transcriber.hasQuestionMark)
         return QJsonDocument(object).toJson(QJsonDocument::Compact);
-    return transcriber.json;
+    return QByteArray::fromStdString(transcriber.json);
 }
 
 } // namespace atolonline

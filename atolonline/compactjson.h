@@ -5,8 +5,8 @@
 
 namespace atolonline {
 
-/// Byte for byte what QJsonDocument::toJson(QJsonDocument::Compact) makes of the object, in about a third of
-/// the time.
+/// Byte for byte what QJsonDocument::toJson(QJsonDocument::Compact) makes of the object, in less
+/// time.
 [[nodiscard]] QByteArray compactJson(const QJsonObject& object);
 
 } // namespace atolonline

@@ -2,6 +2,7 @@
 
 #include "host/frutils.h"
 
+#include <array>
 #include <cmath>
 #include <iterator>
 
@@ -30,17 +31,21 @@ double roundedToKopecks(double amount)
     return kopecks / 100 + 0.0;
 }
 
+// Copying an object that has the keys and assigning its values takes a third of the time of inserting them.
+// The iterator meets the keys in alphabetical order.
 QJsonObject createItem(const FrPosition& position)
 {
-    QJsonObject item{
-        {u"name"_s, position.getName()},
-        {u"price"_s, position.getPriceWithDisc()},
-        {u"quantity"_s, position.getCount()},
-        {u"sum"_s, roundedToKopecks(position.getPossum() - position.getDiscsum())},
-        {u"vat"_s, getVat(position.getTaxCode())},
-        {u"payment_method"_s, getPaymentMethodName(position.getPaymentMethod())},
-        {u"payment_object"_s, getPaymentObjectName(position.getPaymentObject())},
-    };
+    static const QJsonObject keys{{u"name"_s, {}}, {u"payment_method"_s, {}}, {u"payment_object"_s, {}},
+        {u"price"_s, {}}, {u"quantity"_s, {}}, {u"sum"_s, {}}, {u"vat"_s, {}}};
+    QJsonObject item = keys;
+    auto value = item.begin();
+    *value = position.getName();
+    *++value = getPaymentMethodName(position.getPaymentMethod());
+    *++value = getPaymentObjectName(position.getPaymentObject());
+    *++value = position.getPriceWithDisc();
+    *++value = position.getCount();
+    *++value = roundedToKopecks(position.getPossum() - position.getDiscsum());
+    *++value = getVat(position.getTaxCode());
     addSupplierInfo(item, position);
     addNomenclatureCode(item, position);
     return item;
@@ -58,9 +63,11 @@ QJsonArray createItems(const QList<FrPosition>& positions)
 
 QJsonObject getVat(int taxCode)
 {
-    static constexpr QLatin1StringView names[] = {
-        "vat0"_L1, "vat10"_L1, "vat20"_L1, "vat110"_L1, "vat120"_L1, "none"_L1};
-    return {{u"type"_s, nameOf(taxCode, 0, names, "vat20"_L1)}};
+    const auto vat = [](QLatin1StringView name) { return QJsonObject{{u"type"_s, name}}; };
+    static const std::array vats{
+        vat("vat0"_L1), vat("vat10"_L1), vat("vat20"_L1), vat("vat110"_L1), vat("vat120"_L1), vat("none"_L1)};
+    const auto index = static_cast<std::size_t>(taxCode);
+    return taxCode >= 0 && index < vats.size() ? vats[index] : vats[2];
 }
 
 QString getPaymentMethodName(EFrDriver::PaymentMethod method)
