@@ -1,0 +1,251 @@
+"""Runs the benchmark programs of build/release and prints their results as one table. Started by scripts/bench."""
+
+import argparse
+import datetime
+import json
+import platform
+import statistics
+import subprocess
+import sys
+from pathlib import Path
+
+from picture import stacked_bars
+
+TOP = Path(__file__).resolve().parent.parent
+BUILD = TOP / "build" / "release"
+BENCH = BUILD / "bench"
+SIZES = (1, 10, 100)
+
+
+def say(text):
+    print("==>", text, file=sys.stderr, flush=True)
+
+
+def output_of(*command):
+    done = subprocess.run([str(part) for part in command], stdout=subprocess.PIPE, text=True, check=False)
+    if done.returncode != 0:
+        sys.exit(f"{command[0]} failed with {done.returncode}")
+    return done.stdout
+
+
+def google_benchmark(program, repetitions, min_time):
+    """Medians by name: microseconds, and bytes and allocations where they were counted."""
+    say(f"{program}: {repetitions} rounds in random order")
+    text = output_of(BENCH / program, "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
+                     f"--benchmark_repetitions={repetitions}", f"--benchmark_min_time={min_time}")
+    rounds, heap = {}, {}
+    for run in json.loads(text)["benchmarks"]:
+        if run["run_type"] != "iteration":
+            continue
+        if run.get("error_occurred"):
+            sys.exit(f"{run['name']}: {run['error_message']}")
+        name = "/".join(part for part in run["run_name"].split("/")
+                        if part not in ("real_time", "manual_time") and ":" not in part)
+        rounds.setdefault(name, []).append(run["real_time"] / 1e3)
+        if "allocs_per_iter" in run:
+            heap[name] = (run["allocs_per_iter"], run["max_bytes_used"])
+    return {name: statistics.median(times) for name, times in rounds.items()}, heap
+
+
+class Table:
+    """Rows of cells; a cell that has a limit says when it is over it."""
+
+    def __init__(self, title, columns):
+        self.title, self.columns, self.rows, self.records = title, columns, [], []
+
+    def add(self, *cells):
+        shown = []
+        for cell in cells:
+            if isinstance(cell, Limited):
+                self.records.append({"row": self.title, "case": str(cells[0]), "column": self.columns[len(shown)],
+                                     "value": cell.value, "limit": cell.limit, "met": cell.met})
+            elif isinstance(cell, (int, float)):
+                self.records.append({"row": self.title, "case": str(cells[0]), "column": self.columns[len(shown)],
+                                     "value": cell})
+            shown.append(number(cell) if isinstance(cell, (int, float)) else str(cell))
+        self.rows.append(shown)
+
+    def text(self):
+        widths = [max(len(line[i]) for line in [self.columns, *self.rows]) for i in range(len(self.columns))]
+        lines = [" | ".join(cell.ljust(width) if i == 0 else cell.rjust(width)
+                            for i, (cell, width) in enumerate(zip(line, widths)))
+                 for line in [self.columns, *self.rows]]
+        lines.insert(1, "-|-".join("-" * width for width in widths))
+        return f"{self.title}\n\n" + "\n".join(f"| {line} |" for line in lines) + "\n"
+
+
+class Limited:
+    def __init__(self, value, limit, digits=2):
+        self.value, self.limit, self.digits = value, limit, digits
+
+    @property
+    def met(self):
+        return round(self.value, self.digits) <= self.limit
+
+    def __str__(self):
+        return f"{self.value:.{self.digits}f}" + ("" if self.met else f" (over {self.limit})")
+
+
+def number(value):
+    if isinstance(value, int) or value >= 1000:
+        return f"{value:,.0f}"
+    return f"{value:.1f}" if value >= 10 else f"{value:.2f}"
+
+
+def receipts(repetitions):
+    times, _ = google_benchmark("receiptbench", repetitions, 0.08)
+    has_php = "receipt/php/plain/1" in times
+    table = Table("1. Whole receipt, microseconds",
+                  ["lines", "ours", "to libcurl", "to Qt", "to PHP", "libcurl", "Qt", "PHP", "bare socket"])
+    for wire in ("plain", "tls"):
+        for contender, name in (("plugin", "documentClose"), ("driver", "checkClose")):
+            for size in SIZES:
+                at = lambda who: times.get(f"receipt/{who}/{wire}/{size}")
+                ours = at(contender)
+                if ours is None:
+                    continue
+                php = at("php")
+                to_php = "-" if php is None else Limited(ours / php, 1.0) if size <= 10 else ours / php
+                table.add(f"{size} {wire} {name}", ours, Limited(ours / at("curl"), 1.10),
+                          Limited(ours / at("qnam"), 0.45), to_php, at("curl"), at("qnam"), php or "-", at("raw"))
+    if not has_php:
+        say("PHP with its curl extension is not installed; its columns stay empty (php-cli, php-curl)")
+    return [table], times
+
+
+def composer(repetitions):
+    times, heap = google_benchmark("composerbench", repetitions, 0.05)
+    sizes = (*SIZES, 1000, 10000)
+    table = Table("2. Composer", ["lines", "us a line", "to QJsonObject", "QJsonObject us a line", "allocations a line",
+                                  "peak bytes a line"])
+    for size in sizes:
+        ours, baseline = times[f"compose/ours/{size}"], times[f"compose/qjson/{size}"]
+        allocations, peak = heap[f"compose/ours/{size}"]
+        table.add(f"{size}", ours / size, Limited(ours / baseline, 1.0), baseline / size, allocations / size,
+                  peak / size)
+    slopes = Table("2. Composer, slope from 10 to 10,000 lines", ["of", "slope"])
+    slopes.add("time", Limited(slope([(n, times[f"compose/ours/{n}"]) for n in sizes[1:]]), 1.05))
+    slopes.add("peak memory", Limited(slope([(n, heap[f"compose/ours/{n}"][1]) for n in sizes[1:]]), 1.05))
+    return [table, slopes], times
+
+
+def slope(points):
+    """Exponent of growth, by least squares in logarithms."""
+    from math import log
+    xs, ys = [log(x) for x, _ in points], [log(y) for _, y in points]
+    x_mean, y_mean = statistics.mean(xs), statistics.mean(ys)
+    return sum((x - x_mean) * (y - y_mean) for x, y in zip(xs, ys)) / sum((x - x_mean) ** 2 for x in xs)
+
+
+def replies(repetitions):
+    times, _ = google_benchmark("replybench", repetitions, 0.05)
+    table = Table("3. Reply to lastResponse and payload, microseconds", ["bytes", "ours", "bare parse", "ratio"])
+    for size in (300, 5000000):
+        ours, parse = times[f"reply/ours/{size}"], times[f"reply/parse/{size}"]
+        table.add(f"{size:,}", ours, parse, ours / parse)
+    return [table], times
+
+
+def loading(rounds):
+    say(f"benchload: {rounds} fresh processes for each plugin")
+    plugins = {"ours": BUILD / "plugins" / "libatolonline.so", "empty": BUILD / "lib" / "libemptyplugin.so"}
+    runs = {name: [] for name in plugins}
+    for _ in range(rounds):
+        for name, file in plugins.items():
+            runs[name].append(json.loads(output_of(BENCH / "benchload", file, 20)))
+    table = Table("4. Load, medians of fresh processes", ["plugin", "load us", "getObject and init us",
+                                                         "first register kB", "each further kB"])
+    for name, results in runs.items():
+        table.add(name, *(float(statistics.median(run[key] for run in results))
+                          for key in ("load_us", "init_us", "first_kb", "further_kb")))
+    return [table]
+
+
+def registers(rounds, milliseconds):
+    say(f"benchregisters: {rounds} rounds")
+    runs = [json.loads(line) for line in output_of(BENCH / "benchregisters", rounds, milliseconds).splitlines()]
+    table = Table("5. Many registers, a thread each, receipts of 3 lines",
+                  ["registers", "sells a second", "libcurl", "CPU us a receipt", "libcurl CPU us", "locks a receipt",
+                   "waits for a lock a receipt", "libcurl waits"])
+    for threads in (1, 5, 20, 100):
+        at = lambda who, key: float(statistics.median(
+            run[key] for run in runs if run["contender"] == who and run["threads"] == threads))
+        table.add(f"{threads}", at("ours", "sells_per_second"), at("curl", "sells_per_second"), at("ours", "cpu_us"),
+                  at("curl", "cpu_us"), at("ours", "locks"), at("ours", "waits"), at("curl", "waits"))
+    return [table]
+
+
+def soak(count):
+    say(f"benchsoak: {count} receipts through one driver")
+    run = json.loads(output_of(BENCH / "benchsoak", count))
+    table = Table("6. Soak", ["receipts", "seconds", "resident kB at start", "growth kB", "files at start",
+                              "growth of files"])
+    table.add(f"{count:,}", run["seconds"], run["rss_start_kb"],
+              Limited(run["rss_end_kb"] - run["rss_start_kb"], 0, 0), run["files_start"],
+              Limited(run["files_end"] - run["files_start"], 0, 0))
+    return [table]
+
+
+def breakdown(receipt, compose, reply):
+    """Where the microseconds of one receipt over plain HTTP go, by number of lines."""
+    bars = {}
+    for size in SIZES:
+        wire, library = receipt[f"exchange/raw/plain/{size}"], receipt[f"exchange/curl/plain/{size}"]
+        parts = {"network and service": wire, "libcurl": library - wire,
+                 "building the JSON": compose[f"compose/ours-object/{size}"],
+                 "writing its text": compose[f"compose/ours-text/{size}"], "reading two answers": 2 * reply["reply/ours/300"]}
+        parts["the rest of ours"] = receipt[f"receipt/plugin/plain/{size}"] - sum(parts.values())
+        bars[f"{size} line" + ("s" if size > 1 else "")] = {name: max(value, 0) for name, value in parts.items()}
+    return bars
+
+
+def machine():
+    model = next((line.split(":", 1)[1].strip() for line in Path("/proc/cpuinfo").read_text().splitlines()
+                  if line.startswith("model name")), platform.machine())
+    cores = Path("/proc/cpuinfo").read_text().count("processor\t")
+    versions = []
+    for package in ("libqt6core6", "libcurl4", "gcc", "php-cli"):
+        found = subprocess.run(["dpkg-query", "-W", "-f=${Package} ${Version}", package], capture_output=True, text=True,
+                               check=False)
+        versions += [found.stdout] if found.returncode == 0 and found.stdout.split()[1:] else []
+    load = Path("/proc/loadavg").read_text().split()[0]
+    ceiling = output_of(BENCH / "benchresponder", "--answers", TOP / "bench" / "golden", "--ceiling").strip()
+    return [f"{model}, {cores} cores, Linux {platform.release()}, load {load} at the start",
+            ", ".join(versions), f"{datetime.datetime.now():%Y-%m-%d %H:%M}, scripts/bench {' '.join(sys.argv[1:])}".rstrip(),
+            f"the responder answers {int(ceiling):,} small requests a second"]
+
+
+def main():
+    parser = argparse.ArgumentParser(prog="scripts/bench")
+    parser.add_argument("--json", action="store_true", help="print the results as JSON")
+    parser.add_argument("--quick", action="store_true", help="few rounds: whether it runs, not how fast")
+    parser.add_argument("--docs", action="store_true",
+                        help="also write the table into docs/performance.md and the picture beside it")
+    options = parser.parse_args()
+    about = machine()
+    repetitions = 3 if options.quick else 9
+    receipt_tables, receipt_times = receipts(repetitions)
+    compose_tables, compose_times = composer(repetitions)
+    reply_tables, reply_times = replies(repetitions)
+    tables = [*receipt_tables, *compose_tables, *reply_tables, *loading(5 if options.quick else 21),
+              *registers(1 if options.quick else 5, 200 if options.quick else 700),
+              *soak(5000 if options.quick else 200000)]
+    report = "\n".join(about) + "\n\n" + "\n".join(table.text() for table in tables)
+    if options.json:
+        print(json.dumps({"about": about, "results": [record for table in tables for record in table.records]}, indent=1))
+    else:
+        print(report)
+    if options.docs:
+        write_docs(report, stacked_bars(breakdown(receipt_times, compose_times, reply_times)))
+
+
+def write_docs(report, picture):
+    (TOP / "docs" / "performance.svg").write_text(picture)
+    page = TOP / "docs" / "performance.md"
+    begin, end = "<!-- begin: scripts/bench --docs -->\n", "<!-- end -->\n"
+    before, rest = page.read_text().split(begin)
+    page.write_text(before + begin + "\n" + report + "\n" + end + rest.split(end)[1])
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,58 @@
+#include "bench/support/lockcount.h"
+
+#include <atomic>
+#include <cstdarg>
+
+#include <dlfcn.h>
+#include <pthread.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace {
+
+std::atomic<std::int64_t> taken = 0;
+std::atomic<std::int64_t> waited = 0;
+
+template <typename Function>
+Function* next(const char* name)
+{
+    return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+} // namespace
+
+extern "C" {
+
+__attribute__((visibility("default"))) int pthread_mutex_lock(pthread_mutex_t* mutex)
+{
+    taken.fetch_add(1, std::memory_order_relaxed);
+    if (pthread_mutex_trylock(mutex) == 0)
+        return 0;
+    waited.fetch_add(1, std::memory_order_relaxed);
+    static auto* const real = next<int(pthread_mutex_t*)>("pthread_mutex_lock");
+    return real(mutex);
+}
+
+__attribute__((visibility("default"))) long syscall(long number, ...) noexcept
+{
+    if (number == SYS_futex)
+        waited.fetch_add(1, std::memory_order_relaxed);
+    std::va_list list;
+    va_start(list, number);
+    long arguments[6];
+    for (long& argument : arguments)
+        argument = va_arg(list, long);
+    va_end(list);
+    static auto* const real = next<long(long, ...)>("syscall");
+    return real(number, arguments[0], arguments[1], arguments[2], arguments[3], arguments[4], arguments[5]);
+}
+}
+
+namespace bench {
+
+LockCount lockCount()
+{
+    return {taken, waited};
+}
+
+} // namespace bench
