@@ -16,7 +16,7 @@ endif()
 add_library(strict INTERFACE)
 target_compile_options(strict INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
-    -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough -Wnull-dereference
+    -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough
     -Werror)
 target_link_options(strict INTERFACE -Wl,--no-undefined)
 target_include_directories(strict INTERFACE ${PROJECT_SOURCE_DIR})
