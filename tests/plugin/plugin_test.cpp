@@ -7,7 +7,10 @@
 #include "tests/support/qtprinters.h"
 #include "tests/support/scriptedtransport.h"
 
+#include <QCborMap>
+#include <QCborValue>
 #include <QJsonObject>
+#include <QLibrary>
 #include <QMetaProperty>
 #include <QPluginLoader>
 #include <QPointer>
@@ -54,6 +57,30 @@ TEST_F(Plugin, SaysWhatItIsWithoutBeingLoaded)
     EXPECT_EQ(metadata.value(QStringLiteral("MetaData")).toObject(),
         (QJsonObject{{QStringLiteral("name"), QStringLiteral("atolonline")},
             {QStringLiteral("type"), QStringLiteral("fr")}}));
+}
+
+// As Qt declares it: the block that the plugin's entry returns.
+struct MetadataBlock
+{
+    const void* data;
+    std::size_t size;
+};
+
+TEST_F(Plugin, HandsOutAMetadataBlockOf104BytesWithItsMap)
+{
+    QLibrary library(QStringLiteral(PLUGIN_FILE));
+    const auto query = reinterpret_cast<MetadataBlock (*)()>(library.resolve("qt_plugin_query_metadata_v2"));
+    ASSERT_NE(query, nullptr) << library.errorString().toStdString();
+    const MetadataBlock block = query();
+    ASSERT_EQ(block.size, 104U);
+    const QByteArray bytes(static_cast<const char*>(block.data), 104);
+    // Format of the metadata, then the Qt that the plugin was built with.
+    EXPECT_EQ(bytes.first(3), QByteArray("\x01\x06", 2) + char(QT_VERSION_MINOR));
+    const QString name = QStringLiteral("AtolOnlineFiscalRegisterFactory");
+    EXPECT_EQ(QCborValue::fromCbor(bytes.sliced(4)).toMap(),
+        (QCborMap{{2, name}, {3, name},
+            {4, QCborMap{{QStringLiteral("name"), QStringLiteral("atolonline")},
+                    {QStringLiteral("type"), QStringLiteral("fr")}}}}));
 }
 
 TEST_F(Plugin, HasAFactoryOfOneSlotAndNoInterface)
