@@ -41,7 +41,7 @@ HeaderList headerLines(const HttpRequest& request)
 QString inWords(CURLcode code)
 {
     static constexpr std::array causes{
-        std::pair{CURLE_UNSUPPORTED_PROTOCOL, "адрес не http и не https"},
+        std::pair{CURLE_UNSUPPORTED_PROTOCOL, "протокол не HTTP"},
         std::pair{CURLE_URL_MALFORMAT, "неверный адрес"},
         std::pair{CURLE_COULDNT_RESOLVE_PROXY, "имя прокси не найдено"},
         std::pair{CURLE_COULDNT_RESOLVE_HOST, "имя сервера не найдено"},
@@ -56,6 +56,8 @@ QString inWords(CURLcode code)
         std::pair{CURLE_PARTIAL_FILE, "ответ оборван"},
         std::pair{CURLE_BAD_CONTENT_ENCODING, "сжатие ответа не понято"},
         std::pair{CURLE_WEIRD_SERVER_REPLY, "ответ не HTTP"},
+        // What the library says of one header line over 100 KB, too.
+        std::pair{CURLE_OUT_OF_MEMORY, "заголовок ответа слишком велик или не хватает памяти"},
         std::pair{CURLE_HTTP2, "ошибка HTTP/2"},
         std::pair{CURLE_HTTP2_STREAM, "ошибка HTTP/2"},
     };

@@ -4,6 +4,15 @@
 
 using namespace std::chrono_literals;
 
+namespace {
+
+std::chrono::milliseconds bounded(std::chrono::milliseconds limit)
+{
+    return std::clamp<std::chrono::milliseconds>(limit, 1ms, HttpTransfer::longest);
+}
+
+} // namespace
+
 HttpTransfer::HttpTransfer(const HttpRequest& what, const TransportOptions& how)
     : request(what)
     , options(how)
@@ -71,17 +80,16 @@ HttpTransfer::Limit HttpTransfer::nextLimit() const
     const Candidate phase = attempts == 0 ? Candidate{started, options.connect, "соединение"}
                             : headersSize > 0 ? Candidate{progressed, options.stall, "продолжение ответа"}
                             : sent < request.body.size()
-                                ? Candidate{progressed, options.stall, "отправка"}
+                                ? Candidate{progressed, options.stall, "отправку"}
                                 : Candidate{progressed, options.firstByte, "начало ответа"};
     const Candidate all{started, options.overall, "обмен в целом"};
 
     const auto now = Clock::now();
     const auto left = [&](const Candidate& candidate) {
-        const auto limit = std::clamp<std::chrono::milliseconds>(candidate.limit, 1ms, longest);
-        return std::chrono::ceil<std::chrono::milliseconds>(candidate.from + limit - now);
+        return std::chrono::ceil<std::chrono::milliseconds>(candidate.from + bounded(candidate.limit) - now);
     };
     const Candidate& next = left(phase) < left(all) ? phase : all;
     return {left(next), QStringLiteral("истекло время на %1 (предел %2 мс)")
                             .arg(QString::fromUtf8(next.name))
-                            .arg(next.limit.count())};
+                            .arg(bounded(next.limit).count())};
 }

@@ -24,8 +24,12 @@ bool hasLineBreak(const QString& text)
     return text.contains(u'\r') || text.contains(u'\n');
 }
 
-QString badHeader(const RestClient::Headers& headers)
+// Why the request must not be tried; empty when it may be.
+QString flaw(const QUrl& url, const RestClient::Headers& headers)
 {
+    // The library would guess what is missing and go to a host of its own invention.
+    if ((url.scheme() != "http"_L1 && url.scheme() != "https"_L1) || url.host().isEmpty())
+        return u"адрес не http и не https"_s;
     for (auto entry = headers.begin(); entry != headers.end(); ++entry) {
         if (hasLineBreak(entry.key()) || hasLineBreak(entry.value()))
             return u"перевод строки в заголовке "_s + entry.key().simplified();
@@ -136,7 +140,7 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
     QElapsedTimer timer;
     timer.start();
     HttpReply reply;
-    reply.failure = badHeader(request.headers);
+    reply.failure = flaw(url, request.headers);
     if (reply.failure.isEmpty())
         reply = connection->perform(request);
     if (reply.failure.isEmpty()) {

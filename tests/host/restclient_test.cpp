@@ -143,12 +143,14 @@ TEST_F(Client, SendsNothingWhenAHeaderHoldsALineBreak)
 
 TEST_F(Client, RefusesAddressesThatAreNotHttp)
 {
-    EXPECT_FALSE(client.get(QUrl(QStringLiteral("file:///etc/hostname")), {}, {}));
-    EXPECT_EQ(takeLines(),
-        QStringList(
-            QStringLiteral("error: Атол.Онлайн: нет ответа на GET /etc/hostname: адрес не http и не https: "
-                           "Protocol \"file\" not supported or disabled in libcurl (N мс, запрос не "
-                           "отправлен)")));
+    for (const char* address : {"file:///etc/hostname", "ftp://127.0.0.1/x", "getToken", "", "http:///x"}) {
+        EXPECT_FALSE(client.get(QUrl(QString::fromLatin1(address)), {}, {}));
+        const QStringList lines = takeLines();
+        ASSERT_EQ(lines.size(), 1);
+        EXPECT_TRUE(
+            lines.first().endsWith(QStringLiteral(": адрес не http и не https (N мс, запрос не отправлен)")))
+            << lines.first().toStdString();
+    }
 }
 
 TEST_F(Client, WorksInAThreadWithoutAnEventLoop)
