@@ -7,6 +7,9 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace secrets {
 
@@ -65,6 +68,8 @@ struct Replacement
     QString by;
 };
 
+using Replacements = std::vector<Replacement>;
+
 // The latest values, the oldest forgotten first.
 class Values
 {
@@ -90,27 +95,28 @@ public:
         prepare();
     }
 
-    [[nodiscard]] QList<Replacement> replacements() const { return prepared; }
+    // Stays as it is while others are added.
+    [[nodiscard]] std::shared_ptr<const Replacements> replacements() const { return prepared; }
 
 private:
     void prepare()
     {
-        prepared.clear();
+        auto list = std::make_shared<Replacements>();
         for (const QString& value : values) {
             const QString frame = value.size() < shortest ? QStringLiteral("\"") : QString();
             for (const QString& spelling : spellings(value))
-                prepared.append(Replacement{frame + spelling + frame, frame + mask.toString() + frame});
+                list->push_back({frame + spelling + frame, frame + mask.toString() + frame});
         }
         // The longer first, so that a value that begins another one does not leave the other's tail behind.
-        std::stable_sort(
-            prepared.begin(), prepared.end(), [](const Replacement& left, const Replacement& right) {
-                return left.wanted.size() > right.wanted.size();
-            });
+        std::stable_sort(list->begin(), list->end(), [](const Replacement& left, const Replacement& right) {
+            return left.wanted.size() > right.wanted.size();
+        });
+        prepared = std::move(list);
     }
 
     qsizetype limit;
     QStringList values;
-    QList<Replacement> prepared;
+    std::shared_ptr<const Replacements> prepared = std::make_shared<Replacements>();
 };
 
 struct Registry
@@ -142,8 +148,8 @@ void addPersonal(const QString& value)
 
 QString masked(const QString& text, Audience audience)
 {
-    QList<Replacement> credentials;
-    QList<Replacement> personal;
+    std::shared_ptr<const Replacements> credentials;
+    std::shared_ptr<const Replacements> personal;
     {
         const QMutexLocker lock(&registry().guard);
         credentials = registry().credentials.replacements();
@@ -152,7 +158,9 @@ QString masked(const QString& text, Audience audience)
     }
     QString result = text;
     for (const auto& list : {credentials, personal}) {
-        for (const auto& [wanted, by] : list)
+        if (!list)
+            continue;
+        for (const auto& [wanted, by] : *list)
             result.replace(wanted, by);
     }
     return result;
