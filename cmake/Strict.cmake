@@ -16,7 +16,7 @@ endif()
 add_library(strict INTERFACE)
 target_compile_options(strict INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
-    -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough -Wnull-dereference
+    -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough
     -Werror)
 # Clang leaves a shared library's sanitizer calls to the program.
 if(NOT (FRDRIVER_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
