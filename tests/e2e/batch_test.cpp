@@ -1,0 +1,90 @@
+#include "tests/e2e/service.h"
+#include "tests/e2e/shop.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/resource.h>
+
+namespace {
+
+using testing::HasSubstr;
+using Call = Service::Call;
+
+QStringList ids(int count, const char* prefix)
+{
+    QStringList list;
+    for (int i = 1; i <= count; ++i)
+        list << QString::fromLatin1(prefix) + QString::number(i);
+    return list;
+}
+
+TEST(Batch, OfFiftyReceiptsIsRegisteredInItsOrder)
+{
+    const EmulatorProcess emulator;
+    const Shop shop(emulator.url());
+    const Ran sold = shop.frhost({QStringLiteral("sell"), shop.receipts(ids(50, "r"))});
+    EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
+    QStringList expected;
+    for (int i = 1; i <= 50; ++i)
+        expected << QStringLiteral("%1 r%1 registered").arg(i);
+    EXPECT_EQ(
+        sold.columns({QStringLiteral("line"), QStringLiteral("id"), QStringLiteral("outcome")}), expected);
+    EXPECT_EQ(sold.err, QStringLiteral("50 receipts: 50 registered, 0 refused, 0 unknown\n"));
+}
+
+TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
+{
+    const EmulatorProcess emulator;
+    const Service service(
+        [](Service::Request& request, int number) {
+            if (request.call() == Call::Sell && number == 3)
+                request.passAndHangUp();
+            else
+                request.pass();
+        },
+        emulator.url());
+    const Shop shop(service.url());
+    const QString file = shop.receipts(ids(5, "r"));
+    const Ran stopped = shop.frhost({QStringLiteral("sell"), file});
+    EXPECT_EQ(stopped.exitCode, 4);
+    EXPECT_EQ(stopped.columns({QStringLiteral("id"), QStringLiteral("outcome")}),
+        (QStringList{
+            QStringLiteral("r1 registered"), QStringLiteral("r2 registered"), QStringLiteral("r3 unknown")}));
+    EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Running the same file again is safe"));
+    EXPECT_THAT(stopped.err.toStdString(), HasSubstr("2 receipts were not sent."));
+
+    const Ran again = shop.frhost({QStringLiteral("sell"), file});
+    EXPECT_EQ(again.exitCode, 0);
+    EXPECT_EQ(again.columns({QStringLiteral("id"), QStringLiteral("outcome"), QStringLiteral("recovered")}),
+        (QStringList{QStringLiteral("r1 registered true"), QStringLiteral("r2 registered true"),
+            QStringLiteral("r3 registered true"), QStringLiteral("r4 registered -"),
+            QStringLiteral("r5 registered -")}));
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// The largest resident set of the children so far, in KiB.
+long peakOfChildren()
+{
+    rusage usage{};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss;
+}
+
+TEST(Batch, OfAnySizeIsReadInTheSameMemory)
+{
+    const Shop shop(QStringLiteral("http://127.0.0.1:1/"));
+    const auto compose = [&](int count) {
+        const QString file = shop.receipts(ids(count, "till-7-"));
+        EXPECT_EQ(
+            runInto(QStringLiteral("/dev/null"), frhostProgram(), {QStringLiteral("compose"), file}).exitCode,
+            0);
+        return peakOfChildren();
+    };
+    const long few = compose(10);
+    const long many = compose(20000);
+    EXPECT_LT(many - few, 4096) << "KiB more for 20,000 receipts, a file of 5 MB";
+}
+#endif
+
+} // namespace
