@@ -30,7 +30,7 @@ TEST(Batch, OfFiftyReceiptsIsRegisteredInItsOrder)
         expected << QStringLiteral("%1 r%1 registered").arg(i);
     EXPECT_EQ(
         sold.columns({QStringLiteral("line"), QStringLiteral("id"), QStringLiteral("outcome")}), expected);
-    EXPECT_EQ(sold.err, QStringLiteral("50 receipts: 50 registered, 0 refused, 0 unknown\n"));
+    EXPECT_EQ(sold.err, QStringLiteral("Receipts: 50. Registered: 50, refused: 0, unknown: 0.\n"));
 }
 
 TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
@@ -52,7 +52,7 @@ TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
         (QStringList{
             QStringLiteral("r1 registered"), QStringLiteral("r2 registered"), QStringLiteral("r3 unknown")}));
     EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Running the same file again is safe"));
-    EXPECT_THAT(stopped.err.toStdString(), HasSubstr("2 receipts were not sent."));
+    EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Receipts not sent: 2."));
 
     const Ran again = shop.frhost({QStringLiteral("sell"), file});
     EXPECT_EQ(again.exitCode, 0);

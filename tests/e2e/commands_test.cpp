@@ -133,6 +133,19 @@ TEST(LogLevel, ChoosesTheLinesAndTheEnvironmentGoesFirst)
         HasSubstr("Открытие чека продажи"));
 }
 
+TEST(Language, IsThatOfTheLocale)
+{
+    const auto told = [](const char* locale) {
+        return run(QStringLiteral("env"), {QStringLiteral("LC_ALL=") + QString::fromLatin1(locale),
+                                              frhostProgram(), QStringLiteral("check")})
+            .err;
+    };
+    EXPECT_EQ(told("ru_RU.UTF-8"),
+        QStringLiteral("Эта команда обращается к сервису: укажите настройки, --config FILE.\n"));
+    EXPECT_EQ(told("C.UTF-8"),
+        QStringLiteral("This command talks to the service: give a configuration with --config FILE.\n"));
+}
+
 TEST(Plugin, ThatIsNoneIsReported)
 {
     const Shop shop(nowhere);

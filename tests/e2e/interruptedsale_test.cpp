@@ -74,7 +74,7 @@ TEST(InterruptedSale, ThatTheServiceAcceptedAndNeverSpeaksOfIsUnknownWithItsIden
     EXPECT_EQ(sold.exitCode, 4);
     EXPECT_EQ(sold.columns(result), QStringList{QStringLiteral("r1 unknown -")});
     EXPECT_FALSE(sold.lines().first().value(QStringLiteral("uuid")).toString().isEmpty());
-    EXPECT_THAT(sold.err.toStdString(), HasSubstr("1 receipts were not sent."));
+    EXPECT_THAT(sold.err.toStdString(), HasSubstr("Receipts not sent: 1."));
 }
 
 TEST(StoppedService, MeansThatNothingWasSent)

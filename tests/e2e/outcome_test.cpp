@@ -104,7 +104,6 @@ TEST_P(Outcome, IsTold)
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(row.advice));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Of, Outcome, testing::ValuesIn(rows), [](const auto& of) { return of.param.name; });
+INSTANTIATE_TEST_SUITE_P(Of, Outcome, testing::ValuesIn(rows), [](const auto& of) { return of.param.name; });
 
 } // namespace

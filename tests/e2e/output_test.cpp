@@ -23,7 +23,7 @@ TEST_F(StandardOutput, ThatIsFullLosesNoOutcome)
     EXPECT_EQ(sold.exitCode, 1);
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("id":"r1","line":1,"outcome":"registered")"));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Standard output: "));
-    EXPECT_THAT(sold.err.toStdString(), HasSubstr("2 receipts were not sent."));
+    EXPECT_THAT(sold.err.toStdString(), HasSubstr("Receipts not sent: 2."));
     const Ran again = shop.frhost({QStringLiteral("sell"), file});
     EXPECT_EQ(again.columns({QStringLiteral("id"), QStringLiteral("recovered")}),
         (QStringList{QStringLiteral("r1 true"), QStringLiteral("r2 -"), QStringLiteral("r3 -")}));

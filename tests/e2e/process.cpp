@@ -16,6 +16,10 @@ constexpr int limitMilliseconds = 120000;
 
 Ran finished(QProcess& process, const QByteArray& input)
 {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    process.setProcessEnvironment(environment);
+    process.start();
     if (!process.waitForStarted())
         throw std::runtime_error("cannot start " + process.program().toStdString());
     process.write(input);
@@ -57,7 +61,8 @@ QStringList Ran::columns(const QStringList& keys) const
 Ran run(const QString& program, const QStringList& arguments, const QByteArray& input)
 {
     QProcess process;
-    process.start(program, arguments);
+    process.setProgram(program);
+    process.setArguments(arguments);
     return finished(process, input);
 }
 
@@ -65,7 +70,8 @@ Ran runInto(const QString& file, const QString& program, const QStringList& argu
 {
     QProcess process;
     process.setStandardOutputFile(file);
-    process.start(program, arguments);
+    process.setProgram(program);
+    process.setArguments(arguments);
     return finished(process, {});
 }
 
