@@ -1,10 +1,15 @@
 #include "tests/e2e/service.h"
 #include "tests/e2e/shop.h"
 
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
+#include <optional>
+#include <string>
 
 namespace {
 
@@ -63,27 +68,43 @@ TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-// The largest resident set of the children so far, in KiB.
-long peakOfChildren()
+// The largest resident set of a running process so far, in KiB; none when it has ended.
+std::optional<long> peakOf(qint64 process)
 {
-    rusage usage{};
-    getrusage(RUSAGE_CHILDREN, &usage);
-    return usage.ru_maxrss;
+    QFile file(QStringLiteral("/proc/%1/status").arg(process));
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    static const QRegularExpression peak(QStringLiteral("VmHWM:\\s*(\\d+) kB"));
+    const auto match = peak.match(QString::fromUtf8(file.readAll()));
+    return match.hasMatch() ? std::optional(match.captured(1).toLong()) : std::nullopt;
+}
+
+// The peak of frhost while it composes so many receipts. All but the last few have been written, and so
+// composed, when it is looked at for the last time: a pipe holds 64 KiB.
+long peakWhileComposing(int count)
+{
+    const Shop shop(QStringLiteral("http://127.0.0.1:1/"));
+    QProcess frhost;
+    frhost.start(frhostProgram(), {QStringLiteral("compose"), shop.receipts(ids(count, "till-7-"))});
+    long peak = 0;
+    qsizetype lines = 0;
+    while (frhost.waitForReadyRead(120000)) {
+        peak = peakOf(frhost.processId()).value_or(peak);
+        lines += frhost.readAllStandardOutput().count('\n');
+    }
+    frhost.waitForFinished();
+    EXPECT_EQ(lines, count);
+    return peak;
 }
 
 TEST(Batch, OfAnySizeIsReadInTheSameMemory)
 {
-    const Shop shop(QStringLiteral("http://127.0.0.1:1/"));
-    const auto compose = [&](int count) {
-        const QString file = shop.receipts(ids(count, "till-7-"));
-        EXPECT_EQ(
-            runInto(QStringLiteral("/dev/null"), frhostProgram(), {QStringLiteral("compose"), file}).exitCode,
-            0);
-        return peakOfChildren();
-    };
-    const long few = compose(10);
-    const long many = compose(20000);
-    EXPECT_LT(many - few, 4096) << "KiB more for 20,000 receipts, a file of 5 MB";
+    const long few = peakWhileComposing(200);
+    const long many = peakWhileComposing(20000);
+    EXPECT_GT(few, 0);
+    EXPECT_LT(many - few, 2048) << "KiB more for 20,000 receipts, a file of 5 MB";
+    RecordProperty("KiB_for_200", std::to_string(few));
+    RecordProperty("KiB_for_20000", std::to_string(many));
 }
 #endif
 
