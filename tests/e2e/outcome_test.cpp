@@ -81,9 +81,8 @@ class Outcome : public testing::TestWithParam<Row>
 {
 };
 
-TEST_P(Outcome, IsTold)
+Ran sellAt(const Row& row)
 {
-    const Row& row = GetParam();
     const Service service([&](Service::Request& request, int) {
         switch (request.call()) {
         case Call::Token:
@@ -97,7 +96,13 @@ TEST_P(Outcome, IsTold)
         }
     });
     const Shop shop(service.url());
-    const Ran sold = shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
+    return shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
+}
+
+TEST_P(Outcome, IsTold)
+{
+    const Row& row = GetParam();
+    const Ran sold = sellAt(row);
     EXPECT_EQ(sold.columns({QStringLiteral("outcome")}), QStringList{QString::fromLatin1(row.outcome)});
     EXPECT_EQ(sold.exitCode, row.exitCode);
     EXPECT_EQ(sold.lines().value(0).contains(QStringLiteral("error")), row.exitCode != 0);
@@ -105,5 +110,19 @@ TEST_P(Outcome, IsTold)
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, Outcome, testing::ValuesIn(rows), [](const auto& of) { return of.param.name; });
+
+// The register's own codes overlap with the service's: 12 is no wrong password here.
+TEST(FailedDocument, IsToldInTheWordsOfTheRegister)
+{
+    const char* failed = R"({"uuid":"u-1","status":"fail","payload":null,)"
+                         R"("error":{"error_id":"e","code":12,"text":"Нет бумаги","type":"driver"}})";
+    for (const char* registration : {accepted, known}) {
+        const Ran sold = sellAt({"", 200, registration, failed, "", 0, ""});
+        EXPECT_EQ(sold.lines().value(0).value(QStringLiteral("error")).toObject(),
+            (QJsonObject{{QStringLiteral("code"), 12},
+                {QStringLiteral("message"), QStringLiteral("Нет бумаги")},
+                {QStringLiteral("type"), QStringLiteral("FrWorkWithServiceException")}}));
+    }
+}
 
 } // namespace
