@@ -10,11 +10,6 @@ namespace {
 constexpr int minRequestInterval = 200;
 constexpr qsizetype maxPaymentAddressSize = 256;
 
-AtolOnlineSettings& cloud(const QSharedPointer<BasicFrSettings>& settings)
-{
-    return dynamic_cast<AtolOnlineSettings&>(*settings);
-}
-
 } // namespace
 
 AtolOnlineFiscalRegister::AtolOnlineFiscalRegister()
@@ -38,84 +33,84 @@ QSharedPointer<AtolOnlineSettings> AtolOnlineFiscalRegister::getSettings() const
 
 QString AtolOnlineFiscalRegister::getUrl() const
 {
-    return cloud(settings).getUrl();
+    return getSettings()->getUrl();
 }
 
 void AtolOnlineFiscalRegister::setUrl(const QString& url)
 {
-    cloud(settings).setUrl(url.endsWith(u'/') ? url : url + u'/');
+    getSettings()->setUrl(url.endsWith(u'/') ? url : url + u'/');
 }
 
 QString AtolOnlineFiscalRegister::getLogin() const
 {
-    return cloud(settings).getLogin();
+    return getSettings()->getLogin();
 }
 
 void AtolOnlineFiscalRegister::setLogin(const QString& login)
 {
-    cloud(settings).setLogin(login);
+    getSettings()->setLogin(login);
 }
 
 QString AtolOnlineFiscalRegister::getPassword() const
 {
-    return cloud(settings).getPassword();
+    return getSettings()->getPassword();
 }
 
 void AtolOnlineFiscalRegister::setPassword(const QString& password)
 {
-    cloud(settings).setPassword(password);
+    getSettings()->setPassword(password);
 }
 
 int AtolOnlineFiscalRegister::getRequestInterval() const
 {
-    return cloud(settings).getRequestInterval();
+    return getSettings()->getRequestInterval();
 }
 
 void AtolOnlineFiscalRegister::setRequestInterval(int interval)
 {
     if (interval >= minRequestInterval)
-        cloud(settings).setRequestInterval(interval);
+        getSettings()->setRequestInterval(interval);
 }
 
 QString AtolOnlineFiscalRegister::getEmail() const
 {
-    return cloud(settings).getCompanyEmail();
+    return getSettings()->getCompanyEmail();
 }
 
 void AtolOnlineFiscalRegister::setEmail(const QString& email)
 {
-    cloud(settings).setCompanyEmail(email);
+    getSettings()->setCompanyEmail(email);
 }
 
 QString AtolOnlineFiscalRegister::getInn() const
 {
-    return cloud(settings).getCompanyInn();
+    return getSettings()->getCompanyInn();
 }
 
 void AtolOnlineFiscalRegister::setInn(const QString& inn)
 {
-    cloud(settings).setCompanyInn(inn);
+    getSettings()->setCompanyInn(inn);
 }
 
 QString AtolOnlineFiscalRegister::getPaymentAddress() const
 {
-    return cloud(settings).getPaymentAddress();
+    return getSettings()->getPaymentAddress();
 }
 
 void AtolOnlineFiscalRegister::setPaymentAddress(const QString& address)
 {
     if (address.size() <= maxPaymentAddressSize)
-        cloud(settings).setPaymentAddress(address);
+        getSettings()->setPaymentAddress(address);
 }
 
 QString AtolOnlineFiscalRegister::getGroupCode() const
 {
-    return cloud(settings).getGroupCode();
+    return getSettings()->getGroupCode();
 }
 
 void AtolOnlineFiscalRegister::setGroupCode(const QString& code)
 {
-    cloud(settings).setGroupCode(code);
+    getSettings()->setGroupCode(code);
 }
 
 } // namespace hw
