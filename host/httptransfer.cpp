@@ -89,7 +89,10 @@ HttpTransfer::Limit HttpTransfer::nextLimit() const
         return std::chrono::ceil<std::chrono::milliseconds>(candidate.from + bounded(candidate.limit) - now);
     };
     const Candidate& next = left(phase) < left(all) ? phase : all;
-    return {left(next), QStringLiteral("истекло время на %1 (предел %2 мс)")
-                            .arg(QString::fromUtf8(next.name))
-                            .arg(bounded(next.limit).count())};
+    const auto rest = left(next);
+    if (rest.count() > 0)
+        return {rest, {}};
+    return {rest, QStringLiteral("истекло время на %1 (предел %2 мс)")
+                      .arg(QString::fromUtf8(next.name))
+                      .arg(bounded(next.limit).count())};
 }

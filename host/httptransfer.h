@@ -15,7 +15,7 @@ public:
     {
         /// Not above zero when the limit has run out.
         std::chrono::milliseconds left;
-        /// What to say when it does.
+        /// What to say of that; empty until then.
         QString expiry;
     };
 

@@ -23,6 +23,10 @@ public:
     explicit Logger(const QByteArray& category);
     Q_DISABLE_COPY_MOVE(Logger)
 
+    /// Whether a line of the level would be written; for a text that is costly to make.
+    [[nodiscard]] bool isDebugEnabled() const { return category.isDebugEnabled(); }
+    [[nodiscard]] bool isInfoEnabled() const { return category.isInfoEnabled(); }
+
     void debug(const char* message) const;
     void debug(const QString& message) const;
     void debug(const char* format, const QString& first) const;

@@ -134,7 +134,7 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
     registerSecrets(request, url);
     // The query is left out: a caller may carry a token there.
     const QString what = (request.verb == HttpRequest::Verb::Post ? u"POST "_s : u"GET "_s) + url.path();
-    if (logger && !request.body.isEmpty())
+    if (logger && logger->isDebugEnabled() && !request.body.isEmpty())
         logger->debug("%1", u"%1: запрос %2: "_s.arg(alias, what) + inOneLine(request.body));
 
     QElapsedTimer timer;
@@ -158,13 +158,14 @@ void RestClient::report(const QString& what, const HttpReply& reply, qint64 mill
 {
     if (!logger)
         return;
-    if (!reply.body.isEmpty())
+    if (logger->isDebugEnabled() && !reply.body.isEmpty())
         logger->debug("%1", u"%1: ответ на %2: "_s.arg(alias, what) + inOneLine(reply.body));
     if (reply.failure.isEmpty()) {
-        logger->info("%1", u"%1: %2: HTTP %3, %4 байт, %5 мс"_s.arg(alias, what)
-                               .arg(reply.status)
-                               .arg(reply.body.size())
-                               .arg(milliseconds));
+        if (logger->isInfoEnabled())
+            logger->info("%1", u"%1: %2: HTTP %3, %4 байт, %5 мс"_s.arg(alias, what)
+                                   .arg(reply.status)
+                                   .arg(reply.body.size())
+                                   .arg(milliseconds));
         return;
     }
     const QString sent = reply.sent ? u"запрос отправлен"_s : u"запрос не отправлен"_s;
