@@ -86,17 +86,23 @@ public:
         values.append(value);
         if (values.size() > limit)
             values.removeFirst();
-        prepare();
+        prepared.reset();
     }
 
     void clear()
     {
         values.clear();
-        prepare();
+        prepared.reset();
     }
 
-    // Stays as it is while others are added.
-    [[nodiscard]] std::shared_ptr<const Replacements> replacements() const { return prepared; }
+    // Prepared when it is first needed: most values are never looked for. Stays as it is while others are
+    // added.
+    [[nodiscard]] std::shared_ptr<const Replacements> replacements()
+    {
+        if (!prepared)
+            prepare();
+        return prepared;
+    }
 
 private:
     void prepare()
@@ -116,7 +122,7 @@ private:
 
     qsizetype limit;
     QStringList values;
-    std::shared_ptr<const Replacements> prepared = std::make_shared<Replacements>();
+    std::shared_ptr<const Replacements> prepared;
 };
 
 struct Registry
