@@ -52,6 +52,7 @@ const Named contenders[] = {
     {"plugin", make<Device, HostSale>},
     {"driver", make<WakefulDriver, HostSale>},
     {"curl", make<CurlQJson>},
+    {"curlnew", make<CurlQJsonNew>},
     {"qnam", make<Qnam>},
     {"raw", make<RawSocket>},
 };
@@ -132,13 +133,14 @@ int main(int argc, char** argv)
     const Responder plainRecorder(Wire::Plain, record);
     const Responder tls(Wire::Tls);
     const Responder tlsRecorder(Wire::Tls, record);
-    for (const Ground& ground : {Ground{"plain", plain, plainRecorder}}) {
+    for (const Ground& ground : {Ground{"plain", plain, plainRecorder}, Ground{"tls", tls, tlsRecorder}}) {
         for (const int lines : {1, 10, 100}) {
             addReceipts(ground, lines);
             if (hasPhp)
                 addPhp(ground, lines);
             addExchange<RawSocket>("raw", ground, lines);
             addExchange<CurlQJson>("curl", ground, lines);
+            addExchange<CurlQJsonNew>("curlnew", ground, lines);
         }
     }
     benchmark::RunSpecifiedBenchmarks();

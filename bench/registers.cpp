@@ -87,6 +87,7 @@ int main(int argc, char** argv)
         for (const int threads : {1, 5, 20, 100}) {
             run<Device, HostSale>("ours", threads, round);
             run<CurlQJson, Sale>("curl", threads, round);
+            run<CurlQJsonNew, Sale>("curlnew", threads, round);
         }
     }
 }

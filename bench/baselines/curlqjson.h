@@ -15,7 +15,13 @@ namespace bench {
 class CurlQJson : public Contender
 {
 public:
-    explicit CurlQJson(const Endpoint& endpoint);
+    enum class Posts
+    {
+        OnKeptConnection,
+        OnNewConnection,
+    };
+
+    explicit CurlQJson(const Endpoint& endpoint, Posts posts = Posts::OnKeptConnection);
 
     std::int64_t registerSale(const Sale& sale) override;
     /// The exchange alone, with a text made beforehand; returns the size of the last answer.
@@ -36,7 +42,18 @@ private:
     std::unique_ptr<CURL, Free> handle;
     std::unique_ptr<curl_slist, Free> headers;
     std::string group;
+    Posts posts;
     QByteArray reply;
+};
+
+/// The same, with a connection of its own for each POST, as our transport has it.
+class CurlQJsonNew : public CurlQJson
+{
+public:
+    explicit CurlQJsonNew(const Endpoint& endpoint)
+        : CurlQJson(endpoint, Posts::OnNewConnection)
+    {
+    }
 };
 
 } // namespace bench

@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <exception>
 #include <string_view>
-#include <thread>
 
 #include <unistd.h>
 
@@ -56,7 +55,7 @@ int main(int argc, char** argv)
     }
     try {
         responder::Server server(options);
-        std::thread([&server] { server.run(); }).detach();
+        server.start();
         if (ceiling) {
             std::printf("%.0f\n", responder::exchangesPerSecond(server.port()));
         } else {

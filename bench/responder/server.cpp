@@ -22,6 +22,7 @@ namespace responder {
 namespace {
 
 constexpr std::size_t roomForRead = 64 * 1024;
+constexpr int threadsInWaiting = 4;
 
 std::string httpAnswer(const std::string& body)
 {
@@ -105,20 +106,28 @@ Server::~Server()
     close(listener);
 }
 
-void Server::run()
+void Server::start()
+{
+    for (; waiting < threadsInWaiting; ++waiting)
+        std::thread([this] { acceptAndServe(); }).detach();
+}
+
+void Server::acceptAndServe()
 {
     for (;;) {
         const int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
-        if (socket < 0)
-            continue;
-        const int on = 1;
-        setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-        std::thread([this, socket] { serve(socket); }).detach();
+        --waiting;
+        start();
+        if (socket >= 0)
+            serve(socket);
+        ++waiting;
     }
 }
 
 void Server::serve(int socket)
 {
+    const int on = 1;
+    setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
     if (tls) {
         const std::unique_ptr<SSL, void (*)(SSL*)> session(SSL_new(tls.get()), &SSL_free);
         SSL_set_fd(session.get(), socket);

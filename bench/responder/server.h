@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -20,7 +21,8 @@ struct Options
 };
 
 /// The service's side of an exchange and nothing more: answers every request with a text made beforehand,
-/// chosen by the path. A thread for each connection, TCP_NODELAY, loopback, a free port.
+/// chosen by the path. A thread for each connection, one more of them waiting for the next, so that no thread
+/// is started while a client waits; TCP_NODELAY, loopback, a free port.
 class Server
 {
 public:
@@ -31,10 +33,11 @@ public:
     Server& operator=(const Server&) = delete;
 
     [[nodiscard]] int port() const { return listeningPort; }
-    /// Accepts connections until the process ends.
-    [[noreturn]] void run();
+    /// Starts to accept connections; goes on until the process ends.
+    void start();
 
 private:
+    [[noreturn]] void acceptAndServe();
     void serve(int socket);
     template <typename Wire>
     void converse(Wire& wire);
@@ -43,6 +46,7 @@ private:
     bool record;
     int listener = -1;
     int listeningPort = 0;
+    std::atomic<int> waiting = 0;
     std::string token;
     std::string accepted;
     std::string done;

@@ -1,5 +1,6 @@
 #include "bench/support/device.h"
 
+#include "bench/support/trust.h"
 #include "host/abstractfiscalregister.h"
 #include "host/abstractfrdriver.h"
 #include "host/vposfrdriver.h"
@@ -22,22 +23,18 @@ Device::Device(const Endpoint& endpoint)
     object.reset(made.value<QObject*>());
     if (!object)
         throw std::runtime_error("no plugin: " + loader.errorString().toStdString());
-    moveTo(endpoint);
+    object->setProperty("url", QString::fromStdString(endpoint.url()));
     object->setProperty("login", u"bench"_s);
     object->setProperty("password", u"bench"_s);
     object->setProperty("groupCode", QString::fromLatin1(groupCode));
     object->setProperty("email", QString::fromLatin1(companyEmail));
     object->setProperty("inn", QString::fromLatin1(companyInn));
     object->setProperty("paymentAddress", QString::fromLatin1(paymentAddress));
+    trust(endpoint);
     QMetaObject::invokeMethod(object.get(), "init", Qt::DirectConnection);
     driver = qobject_cast<hw::AbstractFiscalRegister*>(object.get())->getLegacyDriver();
     cloud = dynamic_cast<VposFrDriver*>(driver);
     driver->connect();
-}
-
-void Device::moveTo(const Endpoint& endpoint)
-{
-    object->setProperty("url", QString::fromStdString(endpoint.url()));
 }
 
 std::int64_t Device::registerSale(const HostSale& sale)

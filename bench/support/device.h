@@ -20,8 +20,6 @@ public:
     /// Loads the plugin once a process; throws std::runtime_error.
     explicit Device(const Endpoint& endpoint);
 
-    /// Points the device at another service; a token held goes along.
-    void moveTo(const Endpoint& endpoint);
     /// From opening the receipt to the answer about its state; returns the fiscal sign.
     std::int64_t registerSale(const HostSale& sale);
 

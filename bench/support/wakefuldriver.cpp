@@ -1,5 +1,7 @@
 #include "bench/support/wakefuldriver.h"
 
+#include "bench/support/trust.h"
+
 namespace bench {
 
 WakefulDriver::WakefulDriver(const Endpoint& endpoint)
@@ -10,6 +12,7 @@ WakefulDriver::WakefulDriver(const Endpoint& endpoint)
 
 AtolOnlineSettings* WakefulDriver::filled(AtolOnlineSettings& settings, const Endpoint& endpoint)
 {
+    trust(endpoint);
     settings.setUrl(QString::fromStdString(endpoint.url()));
     settings.setLogin(QStringLiteral("bench"));
     settings.setPassword(QStringLiteral("bench"));

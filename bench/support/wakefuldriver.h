@@ -13,11 +13,8 @@ class WakefulDriver
 public:
     explicit WakefulDriver(const Endpoint& endpoint);
 
-    void moveTo(const Endpoint& endpoint) { settings.setUrl(QString::fromStdString(endpoint.url())); }
     /// From opening the receipt to its fiscal result; returns the fiscal sign.
     std::int64_t registerSale(const HostSale& sale);
-    /// Only opens the receipt and collects it.
-    void collectOnly(const HostSale& sale) { collect(driver, sale); }
 
 private:
     class Driver : public AtolOnlineFRDriver

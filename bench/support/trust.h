@@ -1,0 +1,16 @@
+#pragma once
+
+#include "bench/support/contender.h"
+#include "host/transportoptions.h"
+
+namespace bench {
+
+/// Lets the transports that are created from now on trust the endpoint's certificate, and no other.
+inline void trust(const Endpoint& endpoint)
+{
+    TransportOptions options;
+    options.caFile = QString::fromStdString(endpoint.caFile);
+    TransportOptions::setDefaults(options);
+}
+
+} // namespace bench
