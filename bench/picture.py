@@ -1,6 +1,6 @@
 """Stacked bars as SVG."""
 
-COLOURS = ("#9aa5b1", "#627d98", "#2b8a8a", "#57b894", "#e0a458", "#c8553d")
+COLOURS = ("#9aa5b1", "#627d98", "#7d6b98", "#2b8a8a", "#57b894", "#e0a458", "#c8553d")
 LEFT, TOP, BAR, GAP, WIDTH = 80, 16, 34, 18, 620
 STYLE = "text{font:13px sans-serif;fill:#334} @media(prefers-color-scheme:dark){text{fill:#dde}}"
 

@@ -1,15 +1,19 @@
 """Runs the benchmark programs of build/release and prints their results as one table. Started by scripts/bench."""
 
 import argparse
+import concurrent.futures
 import datetime
 import json
 import platform
+import re
 import statistics
 import subprocess
 import sys
+import tempfile
 from pathlib import Path
 
 from picture import stacked_bars
+from wholeprogram import Frhost, instructions, measured, median_of
 
 TOP = Path(__file__).resolve().parent.parent
 BUILD = TOP / "build" / "release"
@@ -86,6 +90,15 @@ class Limited:
         return f"{self.value:.{self.digits}f}" + ("" if self.met else f" (over {self.limit})")
 
 
+class AtLeast(Limited):
+    @property
+    def met(self):
+        return self.value >= self.limit
+
+    def __str__(self):
+        return f"{self.value:,.0f}" + ("" if self.met else f" (under {self.limit:,})")
+
+
 def number(value):
     if isinstance(value, int) or value >= 1000:
         return f"{value:,.0f}"
@@ -96,7 +109,8 @@ def receipts(repetitions):
     times, _ = google_benchmark("receiptbench", repetitions, 0.08)
     has_php = "receipt/php/plain/1" in times
     table = Table("1. Whole receipt, microseconds",
-                  ["lines", "ours", "to libcurl", "to Qt", "to PHP", "libcurl", "Qt", "PHP", "bare socket"])
+                  ["lines", "ours", "to libcurl", "to libcurl, new connection a POST", "to Qt", "to PHP", "libcurl",
+                   "libcurl, new", "Qt", "PHP", "bare socket"])
     for wire in ("plain", "tls"):
         for contender, name in (("plugin", "documentClose"), ("driver", "checkClose")):
             for size in SIZES:
@@ -107,7 +121,8 @@ def receipts(repetitions):
                 php = at("php")
                 to_php = "-" if php is None else Limited(ours / php, 1.0) if size <= 10 else ours / php
                 table.add(f"{size} {wire} {name}", ours, Limited(ours / at("curl"), 1.10),
-                          Limited(ours / at("qnam"), 0.45), to_php, at("curl"), at("qnam"), php or "-", at("raw"))
+                          ours / at("curlnew"), Limited(ours / at("qnam"), 0.45), to_php, at("curl"), at("curlnew"),
+                          at("qnam"), php or "-", at("raw"))
     if not has_php:
         say("PHP with its curl extension is not installed; its columns stay empty (php-cli, php-curl)")
     return [table], times
@@ -165,13 +180,14 @@ def registers(rounds, milliseconds):
     say(f"benchregisters: {rounds} rounds")
     runs = [json.loads(line) for line in output_of(BENCH / "benchregisters", rounds, milliseconds).splitlines()]
     table = Table("5. Many registers, a thread each, receipts of 3 lines",
-                  ["registers", "sells a second", "libcurl", "CPU us a receipt", "libcurl CPU us", "locks a receipt",
-                   "waits for a lock a receipt", "libcurl waits"])
+                  ["registers", "sells a second", "libcurl", "libcurl, new", "CPU us a receipt", "libcurl CPU us",
+                   "libcurl, new, CPU us", "waits for a lock a receipt", "libcurl, new, waits"])
     for threads in (1, 5, 20, 100):
         at = lambda who, key: float(statistics.median(
             run[key] for run in runs if run["contender"] == who and run["threads"] == threads))
-        table.add(f"{threads}", at("ours", "sells_per_second"), at("curl", "sells_per_second"), at("ours", "cpu_us"),
-                  at("curl", "cpu_us"), at("ours", "locks"), at("ours", "waits"), at("curl", "waits"))
+        whose = ("ours", "curl", "curlnew")
+        table.add(f"{threads}", *(at(who, "sells_per_second") for who in whose), *(at(who, "cpu_us") for who in whose),
+                  at("ours", "waits"), at("curlnew", "waits"))
     return [table]
 
 
@@ -186,12 +202,52 @@ def soak(count):
     return [table]
 
 
+def whole_program(count, sold, meanwhile):
+    """The sale sleeps between its questions, so `meanwhile` runs beside it. Returns its tables and ours."""
+    say(f"frhost: describe, compose of {count}, sell of {sold}")
+    with tempfile.TemporaryDirectory() as folder, subprocess.Popen(
+            [BENCH / "benchresponder", "--answers", TOP / "bench" / "golden"], stdin=subprocess.PIPE,
+            stdout=subprocess.PIPE, text=True) as service:
+        frhost = Frhost(BUILD / "bin" / "frhost", folder, f"http://127.0.0.1:{int(service.stdout.readline())}/v4/")
+        frhost.require_golden(TOP / "bench" / "golden" / "request-1.json")
+        table = Table("7. frhost as a process", ["command", "seconds", "CPU seconds", "peak MB", "million instructions"])
+        one = median_of(9, frhost.compose(1))
+        table.add("describe", *median_of(9, frhost.describe()), instructions(frhost.describe()) or "-")
+        table.add("compose 1", *one, instructions(frhost.compose(1)) or "-")
+        many = median_of(1, frhost.compose(count))
+        table.add(f"compose {count:,}", *many, "-")
+        with concurrent.futures.ThreadPoolExecutor() as pool:
+            sale = pool.submit(measured, frhost.sell(sold))
+            others = meanwhile()
+            text, *figures = sale.result()
+        if text.count('"outcome":"registered"') != sold:
+            sys.exit("frhost sell: not all receipts were registered")
+        table.add(f"sell {sold:,}, a sleep of 200 ms in each", *figures, "-")
+        memory = Table("7. Memory that does not grow with the file", ["receipts", "peak MB above that of one"])
+        memory.add(f"compose {count:,}", Limited(many[2] - one[2], 2.0, 1))
+        service.stdin.close()
+    return [*others, table, memory]
+
+
+def emulator():
+    """The emulator's own load test, where the tree has it."""
+    runner = TOP / "bench" / "emulator" / "run"
+    if not runner.exists():
+        return []
+    say("the emulator under load")
+    table = Table("8. Sells a second that the emulator takes", ["emulator", "sells a second", "median ms", "99th ms"])
+    pattern = r"^(.*?): .* (\d+) a second, median ([\d.]+) ms, 99th ([\d.]+) ms$"
+    for title, rate, median, slowest in re.findall(pattern, output_of(runner, BUILD), re.MULTILINE):
+        table.add(title, AtLeast(int(rate), 5000), float(median), float(slowest))
+    return [table]
+
+
 def breakdown(receipt, compose, reply):
     """Where the microseconds of one receipt over plain HTTP go, by number of lines."""
     bars = {}
     for size in SIZES:
-        wire, library = receipt[f"exchange/raw/plain/{size}"], receipt[f"exchange/curl/plain/{size}"]
-        parts = {"network and service": wire, "libcurl": library - wire,
+        wire, kept, new = (receipt[f"exchange/{who}/plain/{size}"] for who in ("raw", "curl", "curlnew"))
+        parts = {"network and service": wire, "libcurl": kept - wire, "a connection for the POST": new - kept,
                  "building the JSON": compose[f"compose/ours-object/{size}"],
                  "writing its text": compose[f"compose/ours-text/{size}"], "reading two answers": 2 * reply["reply/ours/300"]}
         parts["the rest of ours"] = receipt[f"receipt/plugin/plain/{size}"] - sum(parts.values())
@@ -229,7 +285,9 @@ def main():
     reply_tables, reply_times = replies(repetitions)
     tables = [*receipt_tables, *compose_tables, *reply_tables, *loading(5 if options.quick else 21),
               *registers(1 if options.quick else 5, 200 if options.quick else 700),
-              *soak(5000 if options.quick else 200000)]
+              *whole_program(2000 if options.quick else 20000, 20 if options.quick else 1000,
+                             lambda: soak(5000 if options.quick else 200000)),
+              *emulator()]
     report = "\n".join(about) + "\n\n" + "\n".join(table.text() for table in tables)
     if options.json:
         print(json.dumps({"about": about, "results": [record for table in tables for record in table.records]}, indent=1))

@@ -1,0 +1,92 @@
+"""frhost as a whole process: seconds, peak memory, instructions."""
+
+import json
+import os
+import re
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+from pathlib import Path
+
+LINES = 3
+
+
+def measured(command):
+    """Runs it: its output, seconds, processor seconds and peak of resident megabytes."""
+    start = time.perf_counter()
+    with tempfile.TemporaryFile() as output:
+        process = subprocess.Popen([str(part) for part in command], stdout=output)
+        status_file, peak = Path(f"/proc/{process.pid}/status"), 0
+        while True:
+            pid, status, usage = os.wait4(process.pid, os.WNOHANG)
+            if pid:
+                break
+            # The peak only grows, so the last look before the end has it.
+            found = re.search(r"VmHWM:\s+(\d+)", status_file.read_text())
+            peak = int(found[1]) / 1024 if found else peak
+            time.sleep(0.002)
+        seconds = time.perf_counter() - start
+        process.returncode = os.waitstatus_to_exitcode(status)
+        output.seek(0)
+        text = output.read().decode()
+    if process.returncode != 0:
+        sys.exit(f"{command} ended with {process.returncode}")
+    return text, seconds, usage.ru_utime + usage.ru_stime, peak
+
+
+def instructions(command):
+    """Millions of them, by callgrind; None where there is no valgrind."""
+    if not shutil.which("valgrind"):
+        return None
+    run = subprocess.run(["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null", *map(str, command)],
+                         capture_output=True, text=True, check=True)
+    return int(re.search(r"Collected : (\d+)", run.stderr)[1]) / 1e6
+
+
+def receipt(number, lines):
+    positions = [{"name": f"Молоко «Луговое» 3,2 %, бутылка № {i + 1}", "price": 15 + i, "quantity": 1, "sum": 15 + i,
+                  "taxCode": i % 6} for i in range(lines)]
+    return {"id": number, "requisites": [{"tag": 1008, "value": "buyer@example.com"}, {"tag": 1055, "value": 1}],
+            "positions": positions, "payments": [{"type": 1, "sum": sum(line["sum"] for line in positions)}]}
+
+
+class Frhost:
+    def __init__(self, program, folder, url):
+        self.folder = Path(folder)
+        config = self.folder / "register.ini"
+        config.write_text(f"[register]\nurl={url}\nlogin=bench\npassword=bench\ngroupCode=shop_group\nrequestInterval=200\n"
+                          "email=shop@example.com\ninn=7700000000\npaymentAddress=https://shop.example.com\n")
+        config.chmod(0o600)
+        self.command = [program, "--config", config]
+
+    def file_of(self, count, lines=LINES):
+        file = self.folder / f"{count}-{lines}.jsonl"
+        if not file.exists():
+            with file.open("w") as out:
+                for i in range(count):
+                    id_ = "till-7-000123" if count == 1 else f"till-7-{i:06}"
+                    out.write(json.dumps(receipt(id_, lines), ensure_ascii=False) + "\n")
+        return file
+
+    def require_golden(self, golden):
+        text = measured([*self.command, "compose", self.file_of(1, 1)])[0].strip()
+        stamp = '"timestamp":"05.03.2024 14:07:09"'
+        if re.sub(r'"timestamp":"[^"]*"', stamp, text) != golden.read_text():
+            sys.exit("frhost compose: another text than the golden one")
+
+    def describe(self):
+        return [*self.command, "describe"]
+
+    def compose(self, count):
+        return [*self.command, "compose", self.file_of(count)]
+
+    def sell(self, count):
+        return [*self.command, "--json", "sell", self.file_of(count)]
+
+
+def median_of(rounds, command):
+    runs = [measured(command)[1:] for _ in range(rounds)]
+    return [statistics.median(column) for column in zip(*runs)]
