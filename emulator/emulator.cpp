@@ -1,11 +1,31 @@
 #include "emulator/emulator.h"
 
 #include "emulator/guard.h"
+#include "emulator/pagefiles.h"
 #include "emulator/replies.h"
 
+#include <algorithm>
 #include <exception>
 
 namespace emulator {
+
+namespace {
+
+// The page loads nothing from elsewhere and runs no script but its own.
+constexpr auto pageHeaders =
+    "Content-Security-Policy: default-src 'none'; script-src 'self'; style-src 'self'; "
+    "img-src 'self' data:; connect-src 'self'; base-uri 'none'; form-action 'none'; "
+    "frame-ancestors 'none'\r\nX-Content-Type-Options: nosniff\r\nCache-Control: no-cache\r\n";
+
+const PageFile* findPage(const Request& request)
+{
+    const std::string path = request.path == "/" ? "/index.html" : request.path;
+    const auto files = pageFiles();
+    const auto found = std::ranges::find(files, path, &PageFile::path);
+    return request.method != "GET" || found == files.end() ? nullptr : &*found;
+}
+
+} // namespace
 
 Emulator::Emulator(const Options& options, Clock clock)
     : allowedHosts_(options.allowedHosts)
@@ -35,6 +55,10 @@ Answer Emulator::answer(const Request& request)
 {
     if (const std::string reason = foreignness(request, allowedHosts_); !reason.empty())
         return {.reply = {.status = 403, .contentType = "text/plain; charset=utf-8", .body = reason + "\n"}};
+    if (const PageFile* file = findPage(request))
+        return {.reply = {.contentType = std::string(file->contentType),
+                    .body = std::string(file->body),
+                    .headers = pageHeaders}};
     try {
         return request.path.starts_with(apiPath) ? api_.answer(request) : service_.answer(request);
     } catch (const std::exception& failure) {
