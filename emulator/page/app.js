@@ -161,7 +161,7 @@ function exchange(one) {
   const title = `${say[one.endpoint]}: HTTP ${one.status}` + (one.code === undefined ? '' : `, ${one.code}`) +
     (one.fault ? `, ${say.fault}: ${one.fault}` : '');
   const text = (name, content) => [make('h4', {textContent: name}),
-    make('pre', {tabIndex: 0, role: 'region', ariaLabel: name, textContent: content})];
+    make('pre', {tabIndex: 0, role: 'group', ariaLabel: name, textContent: content})];
   const box = make('details', {}, make('summary', {textContent: title}));
   box.append(...text(say.request, one.request), ...text(say.answer, one.answer || say.noAnswer));
   return box;
