@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <cstdio>
+#include <fstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -126,4 +127,52 @@ TEST(Program, FailsWhenThePortIsTaken)
     Program second({"--port", std::to_string(port)});
     EXPECT_EQ(second.line(), "");
     EXPECT_EQ(second.finish(0), 1);
+}
+
+TEST(Program, RemembersAcrossAKill)
+{
+    const std::string database = testing::TempDir() + "fremulator-kill-" + std::to_string(::getpid()) + ".db";
+    std::string token;
+    std::string uuid;
+    {
+        Program program({"--db", database});
+        RawClient client(portIn(program.line()));
+        client.send(postRequest("/possystem/v4/getToken", R"({"login":"test","pass":"test"})"));
+        token = "Token: " + client.receive().json()["token"].get<std::string>() + "\r\n";
+        client.send(postRequest("/possystem/v4/test/sell", goodReceipt().dump(), token));
+        uuid = client.receive().json()["uuid"];
+        EXPECT_EQ(program.finish(SIGKILL), -SIGKILL);
+    }
+    Program program({"--db", database});
+    RawClient client(portIn(program.line()));
+    client.send(getRequest("/possystem/v4/test/report/" + uuid, token));
+    EXPECT_EQ(client.receive().json()["status"], "done");
+    client.send(postRequest("/possystem/v4/test/sell", goodReceipt().dump(), token));
+    EXPECT_EQ(client.receive().json()["uuid"], uuid);
+    for (const char* suffix : {"", "-wal", "-shm"})
+        std::remove((database + suffix).c_str());
+}
+
+TEST(Program, ReadsItsConfigurationAndFaultsFromFiles)
+{
+    const std::string stem = testing::TempDir() + "fremulator-files-" + std::to_string(::getpid());
+    std::ofstream(stem + ".config") << R"({"groups": [{"code": "g"}],
+        "users": [{"login": "l", "password": "p", "groups": ["g"]}]})";
+    std::ofstream(stem + ".faults") << R"([{"endpoint": "sell", "effect": "error", "code": 50}])";
+    {
+        Program program({"--config", stem + ".config", "--faults", stem + ".faults"});
+        RawClient client(portIn(program.line()));
+        EXPECT_THAT(program.line(), testing::MatchesRegex("page at http://127\\.0\\.0\\.1:[0-9]+/"));
+        client.send(postRequest("/possystem/v4/getToken", R"({"login":"l","pass":"p"})"));
+        const std::string token = "Token: " + client.receive().json()["token"].get<std::string>() + "\r\n";
+        client.send(postRequest("/possystem/v4/g/sell", goodReceipt().dump(), token));
+        EXPECT_EQ(client.receive().status, 500);
+    }
+    Program both({"--config", stem + ".config", "--login", "l"});
+    EXPECT_NE(both.finish(0), 0);
+    std::ofstream(stem + ".faults") << "[{}]";
+    Program bad({"--faults", stem + ".faults"});
+    EXPECT_EQ(bad.finish(0), 1);
+    std::remove((stem + ".config").c_str());
+    std::remove((stem + ".faults").c_str());
 }
