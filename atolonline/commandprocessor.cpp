@@ -1,0 +1,163 @@
+#include "atolonline/commandprocessor.h"
+
+#include "atolonline/exceptionfactory.h"
+#include "atolonline/exceptions.h"
+#include "atolonline/receiptcomposer.h"
+#include "host/log4qt.h"
+#include "host/restclient.h"
+#include "plugin/atolonlinesettings.h"
+
+#include <QDateTime>
+#include <QJsonDocument>
+#include <QUrl>
+
+namespace atolonline {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+QByteArray compact(const QJsonObject& object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+QUrl address(const QString& text)
+{
+    return QUrl(text, QUrl::TolerantMode);
+}
+
+} // namespace
+
+CommandProcessor::CommandProcessor(const Log4Qt::Logger* log)
+    : restClient(MockFactory<RestClient>::create())
+    , logger(log)
+{
+    restClient->setLogger(logger);
+    restClient->setTargetAlias(u"Атол.Онлайн"_s);
+    headers.insert(u"Content-type"_s, u"application/json; charset=utf-8"_s);
+}
+
+CommandProcessor::~CommandProcessor() = default;
+
+void CommandProcessor::setSettings(AtolOnlineSettings* value)
+{
+    settings = value;
+    companyInfo = {
+        {u"email"_s, settings->getCompanyEmail()},
+        {u"payment_address"_s, settings->getPaymentAddress()},
+        {u"inn"_s, settings->getCompanyInn()},
+    };
+}
+
+void CommandProcessor::requestToken(bool force)
+{
+    const QString header = u"token"_s;
+    if (!force && headers.contains(header))
+        return;
+    logger->debug("Получение токена");
+    const QJsonObject body{{u"login"_s, settings->getLogin()}, {u"pass"_s, settings->getPassword()}};
+    restClient->post(address(settings->getUrl() + u"getToken"_s), compact(body), headers);
+    headers.insert(header, checkResponse().value(header).toString());
+}
+
+void CommandProcessor::setClientPhone(const QString& phone)
+{
+    clientInfo = {{u"phone"_s, phone}};
+}
+
+void CommandProcessor::setClientEmail(const QString& email)
+{
+    clientInfo = {{u"email"_s, email}};
+}
+
+QString CommandProcessor::sell(const QList<FrPosition>& positions, const QMap<int, double>& payments,
+    const QMap<EFrDriver::RequisiteTypes, FdRequisite>& requisites)
+{
+    lastDocumentFiscalInfo.clear();
+    clearLastResponse();
+    const QJsonObject body{
+        {u"receipt"_s, createReceipt(positions, payments, requisites)},
+        {u"external_id"_s, internalDocumentId},
+        {u"timestamp"_s, QDateTime::currentDateTime().toString(u"dd.MM.yyyy hh:mm:ss")},
+    };
+    restClient->post(
+        address(settings->getUrl() + settings->getGroupCode() + u"/sell"_s), compact(body), headers);
+    return checkResponse().value(u"uuid"_s).toString();
+}
+
+int CommandProcessor::getDocumentStatus(const QString& uuid)
+{
+    logger->info("Получение статуса документа по uuid: %1", uuid);
+    const QUrl url = address(settings->getUrl() + settings->getGroupCode() + u"/report/"_s + uuid);
+    restClient->get(url, QJsonDocument(), headers);
+    try {
+        const QVariantMap response = checkResponse();
+        lastDocumentFiscalInfo = response.value(u"payload"_s).toMap();
+        return getStatusFromString(response.value(u"status"_s).toString());
+    } catch (const DocumentInProgress& e) {
+        logger->debug(e.tr().ru());
+        return Wait;
+    }
+}
+
+QVariantMap CommandProcessor::checkResponse()
+{
+    const QVariantMap response = restClient->getResponseData().toMap();
+    if (response.isEmpty())
+        throw FrWorkWithServiceException(u"Нет связи с ФР"_s);
+    // Kept before the errors are looked at, so that the host can read an error reply too.
+    lastResponse = QJsonObject::fromVariantMap(response);
+    processResponseErrors(response);
+    const QVariantMap payload = response.value(u"payload"_s).toMap();
+    if (const auto url = payload.find(u"ofd_receipt_url"_s); url != payload.end())
+        logger->info("Просмотр чека на сайте ОФД: %1", url->toString());
+    return response;
+}
+
+QJsonObject CommandProcessor::createReceipt(const QList<FrPosition>& positions,
+    const QMap<int, double>& payments, const QMap<EFrDriver::RequisiteTypes, FdRequisite>& requisites)
+{
+    companyInfo.remove("sno"_L1);
+    const int taxSystem = requisites.value(EFrDriver::AppliedTaxSystem).getSourceData().toInt();
+    if (taxSystem != 0)
+        companyInfo.insert("sno"_L1, getSnoName(hw::fr::common::TaxSystemType(taxSystem)));
+    return {
+        {u"items"_s, createItems(positions)},
+        {u"payments"_s, createPayments(payments)},
+        {u"total"_s, getTotal(payments)},
+        {u"company"_s, companyInfo},
+        {u"client"_s, clientInfo},
+    };
+}
+
+int CommandProcessor::getStatusFromString(const QString& status)
+{
+    if (status == "wait"_L1)
+        return Wait;
+    if (status == "done"_L1)
+        return Done;
+    if (status == "fail"_L1)
+        return Fail;
+    return Unknown;
+}
+
+void CommandProcessor::setInternalDocumentId(const QString& id)
+{
+    logger->info("Установка идентификатора документа %1", id);
+    internalDocumentId = id;
+}
+
+void CommandProcessor::processResponseErrors(const QVariantMap& response) const
+{
+    const QVariantMap error = response.value(u"error"_s).toMap();
+    if (error.isEmpty())
+        return;
+    const QVariant code = error.value(u"code"_s, -1);
+    const QString text = error.value(u"text"_s).toString();
+    logger->error("Ответ от сервера содержит ошибку. Код %1, идентификатор %2 (%3)", code,
+        error.value(u"error_id"_s), text);
+    ExceptionFactory::throwException(code.toInt(), text);
+}
+
+} // namespace atolonline

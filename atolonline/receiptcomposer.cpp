@@ -1,0 +1,173 @@
+#include "atolonline/receiptcomposer.h"
+
+#include "host/frutils.h"
+
+#include <cmath>
+#include <iterator>
+
+namespace atolonline {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// Names by value, from `first` on; any other value takes the fallback.
+template <std::size_t Size>
+QLatin1StringView nameOf(
+    int value, int first, const QLatin1StringView (&names)[Size], QLatin1StringView fallback)
+{
+    const int index = value - first;
+    return value >= first && index < static_cast<int>(Size) ? names[index] : fallback;
+}
+
+// Half away from zero. The thousandth of a kopeck makes up for the binary representation: 1.005 is a little
+// less than it looks, and still rounds up.
+double roundedToKopecks(double amount)
+{
+    const double sign = amount > 0 ? 1 : amount < 0 ? -1 : 0;
+    const double kopecks = std::trunc((amount + sign * 0.005) * 100 + sign * 0.001);
+    // Adding zero turns a negative zero, which JSON would show, into zero.
+    return kopecks / 100 + 0.0;
+}
+
+QJsonObject createItem(const FrPosition& position)
+{
+    QJsonObject item{
+        {u"name"_s, position.getName()},
+        {u"price"_s, position.getPriceWithDisc()},
+        {u"quantity"_s, position.getCount()},
+        {u"sum"_s, roundedToKopecks(position.getPossum() - position.getDiscsum())},
+        {u"vat"_s, getVat(position.getTaxCode())},
+        {u"payment_method"_s, getPaymentMethodName(position.getPaymentMethod())},
+        {u"payment_object"_s, getPaymentObjectName(position.getPaymentObject())},
+    };
+    addSupplierInfo(item, position);
+    addNomenclatureCode(item, position);
+    return item;
+}
+
+} // namespace
+
+QJsonArray createItems(const QList<FrPosition>& positions)
+{
+    QJsonArray items;
+    for (const FrPosition& position : positions)
+        items.append(createItem(position));
+    return items;
+}
+
+QJsonObject getVat(int taxCode)
+{
+    static constexpr QLatin1StringView names[] = {
+        "vat0"_L1, "vat10"_L1, "vat20"_L1, "vat110"_L1, "vat120"_L1, "none"_L1};
+    return {{u"type"_s, nameOf(taxCode, 0, names, "vat20"_L1)}};
+}
+
+QString getPaymentMethodName(EFrDriver::PaymentMethod method)
+{
+    static constexpr QLatin1StringView names[] = {"full_prepayment"_L1, "prepayment"_L1, "advance"_L1,
+        "full_payment"_L1, "partial_payment"_L1, "credit"_L1, "credit_payment"_L1};
+    return nameOf(method, EFrDriver::FullPrepayment, names, "full_payment"_L1);
+}
+
+QString getPaymentObjectName(EFrDriver::PaymentObject object)
+{
+    static constexpr QLatin1StringView names[] = {"commodity"_L1, "excise"_L1, "job"_L1, "service"_L1,
+        "gambling_bet"_L1, "gambling_prize"_L1, "lottery"_L1, "lottery_prize"_L1, "intellectual_activity"_L1,
+        "payment"_L1, "agent_commission"_L1, "composite"_L1, "another"_L1};
+    return nameOf(object, EFrDriver::Commodity, names, "commodity"_L1);
+}
+
+void addSupplierInfo(QJsonObject& item, const FrPosition& position)
+{
+    if (!position.hasSupplierRequisites())
+        return;
+    const auto& requisites = position.getRequisites();
+    item.insert("supplier_info"_L1, getSupplierInfo(requisites));
+    item.insert("agent_info"_L1, getAgentInfo(requisites.value(EFrDriver::AgentSign)));
+}
+
+void addNomenclatureCode(QJsonObject& item, const FrPosition& position)
+{
+    if (position.getExciseMark().isEmpty())
+        return;
+    const FdRequisite code =
+        FrUtils::createNomenclatureCodeRequisite(position.getMarkingCode(), position.getExciseMarkType());
+    item.insert("nomenclature_code"_L1, QString::fromLatin1(code.getRawData().toHex(' ').toUpper()));
+}
+
+QJsonObject getSupplierInfo(const QMap<EFrDriver::RequisiteTypes, FdRequisite>& requisites)
+{
+    const auto supplier = requisites.value(EFrDriver::SupplierData).toMap();
+    return {
+        {u"phones"_s, QJsonArray{supplier.value(EFrDriver::SupplierPhone).getSourceData().toString()}},
+        {u"name"_s, supplier.value(EFrDriver::SupplierName).getSourceData().toString()},
+        {u"inn"_s, requisites.value(EFrDriver::SupplierInn).getSourceData().toString()},
+    };
+}
+
+QJsonObject getAgentInfo(const FdRequisite& agentSign)
+{
+    return {{u"type"_s, getAgentName(agentSign.getSourceData().toInt())}};
+}
+
+QString getAgentName(int agentType)
+{
+    switch (agentType) {
+    case 1:
+        return u"bank_paying_agent"_s;
+    case 2:
+        return u"bank_paying_subagent"_s;
+    case 4:
+        return u"paying_agent"_s;
+    case 8:
+        return u"paying_subagent"_s;
+    case 16:
+        return u"attorney"_s;
+    case 32:
+        return u"commission_agent"_s;
+    case 64:
+        return u"another"_s;
+    default:
+        return {};
+    }
+}
+
+QJsonArray createPayments(const QMap<int, double>& payments)
+{
+    QJsonArray array;
+    for (auto payment = payments.begin(); payment != payments.end(); ++payment)
+        array.append(QJsonObject{{u"type"_s, payment.key()}, {u"sum"_s, payment.value()}});
+    if (array.isEmpty())
+        array.append(QJsonObject{{u"type"_s, 0}, {u"sum"_s, 0.0}});
+    return array;
+}
+
+double getTotal(const QMap<int, double>& payments)
+{
+    double total = 0;
+    for (const double sum : payments)
+        total += sum;
+    return total;
+}
+
+QString getSnoName(hw::fr::common::TaxSystemType type)
+{
+    using hw::fr::common::TaxSystemType;
+    switch (type) {
+    case TaxSystemType::SimplifiedIncome:
+        return u"usn_income"_s;
+    case TaxSystemType::SimplifiedIncomeMinusExpense:
+        return u"usn_income_outcome"_s;
+    case TaxSystemType::ImputedIncome:
+        return u"envd"_s;
+    case TaxSystemType::Agricultural:
+        return u"esn"_s;
+    case TaxSystemType::Patent:
+        return u"patent"_s;
+    default:
+        return u"osn"_s;
+    }
+}
+
+} // namespace atolonline

@@ -1,0 +1,204 @@
+#include "driver/atolonlinefrdriver.h"
+
+#include "atolonline/commandprocessor.h"
+#include "atolonline/exceptions.h"
+#include "host/deviceinfo.h"
+#include "host/fiscaldocument.h"
+#include "host/frpayment.h"
+#include "host/log4qt.h"
+#include "host/taxsystem.h"
+#include "plugin/atolonlinesettings.h"
+
+#include <array>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+constexpr int saleDocument = 0;
+
+QString genitiveOf(int documentType)
+{
+    static const std::array names{u"продажи"_s, u"возврата продажи"_s, u"аннулирования продажи"_s,
+        u"аннулирования возврата"_s, u"покупки"_s, u"возврата покупки"_s, u"аннулирования покупки"_s,
+        u"внесения"_s, u"выема"_s, u"коррекции продажи"_s, u"коррекции возврата"_s, u"нефискального"_s};
+    const auto index = static_cast<std::size_t>(documentType);
+    return documentType >= 0 && index < names.size() ? names[index] : u"неизвестного типа чека"_s;
+}
+
+QString taxSystemOf(const FdRequisite& requisite)
+{
+    using namespace hw::fr::common;
+    return TaxSystem::getDescription(TaxSystemType(requisite.getSourceData().toInt()));
+}
+
+} // namespace
+
+AtolOnlineFRDriver::AtolOnlineFRDriver(AtolOnlineSettings* cloudSettings)
+    : BasicFrDriver(nullptr, u"atolonline_%1"_s.arg(cloudSettings->getDeviceId()), cloudSettings)
+    , settings(cloudSettings)
+    , commandProcessor(new atolonline::CommandProcessor(logger))
+{
+    deviceInfo.setProducerCode(u"4"_s);
+    deviceInfo.setModel(u"1"_s, u"Атол Онлайн"_s);
+
+    using hw::fr::Option;
+    setOption(Option::UseFn, true);
+    setOption(Option::Bit19, false);
+    setOption(Option::Bit24, false);
+    setOption(Option::Bit25, true);
+    setOption(Option::Bit37, true);
+
+    commandProcessor->setSettings(settings);
+}
+
+AtolOnlineFRDriver::~AtolOnlineFRDriver() = default;
+
+void AtolOnlineFRDriver::connect()
+{
+    commandProcessor->requestToken(false);
+}
+
+void AtolOnlineFRDriver::checkOpen(const FiscalDocument& document)
+{
+    logger->info("Открытие чека %1", genitiveOf(document.getDocumentType()));
+    if (document.getDocumentType() != saleDocument)
+        throw FrCommandException(u"Тип чека не поддерживается ФР"_s);
+    positions.clear();
+    payments.clear();
+    requisites.clear();
+    lastFiscalInfo = {};
+    commandProcessor->clearLastResponse();
+}
+
+void AtolOnlineFRDriver::setRequisite(const FdRequisite& requisite)
+{
+    BasicFrDriver::setRequisite(requisite);
+    switch (requisite.getTag()) {
+    case EFrDriver::AppliedTaxSystem:
+        logger->debug("Установка системы налогообложения для чека: %1", taxSystemOf(requisite));
+        break;
+    case EFrDriver::BuyerContact:
+        logger->debug("Установка адреса покупателя: %1", requisite.getSourceData().toString());
+        break;
+    default:
+        return;
+    }
+    requisites.insert(EFrDriver::RequisiteTypes(requisite.getTag()), requisite);
+}
+
+void AtolOnlineFRDriver::checkAddPosition(const FrPosition& position)
+{
+    logger->info("Добавление позиции в чек: %1", position.toString());
+    positions.append(position);
+}
+
+void AtolOnlineFRDriver::checkPay(const FrPayment& payment)
+{
+    logger->info(
+        "Добавление оплаты: тип %1, сумма %2", payment.type, QString::number(payment.getSum(), 'f', 2));
+    payments[payment.type] += payment.getSum();
+}
+
+QDateTime AtolOnlineFRDriver::getDateTime()
+{
+    return QDateTime::currentDateTime();
+}
+
+void AtolOnlineFRDriver::prepareCheckClose()
+{
+    const auto contact = requisites.constFind(EFrDriver::BuyerContact);
+    if (contact == requisites.constEnd())
+        throw FrWorkWithServiceException(u"Требуется телефон или электронный адрес покупателя"_s);
+    const QString value = contact->getSourceData().toString();
+    if (value.contains(u'@'))
+        commandProcessor->setClientEmail(value);
+    else
+        commandProcessor->setClientPhone(value);
+}
+
+QString AtolOnlineFRDriver::submit(const FiscalDocument& document)
+{
+    prepareCheckClose();
+    commandProcessor->setInternalDocumentId(document.getInternalIdentifier());
+    return commandProcessor->sell(positions, payments, requisites);
+}
+
+// The service ends a token's life whenever it likes, so there is no limit on the repeats.
+template <typename Exchange>
+auto AtolOnlineFRDriver::renewingToken(Exchange exchange)
+{
+    for (;;) {
+        try {
+            return exchange();
+        } catch (const atolonline::TokenExpired&) {
+        }
+        commandProcessor->requestToken(true);
+    }
+}
+
+QJsonObject AtolOnlineFRDriver::checkClose(const FiscalDocument& document)
+{
+    const QString uuid = renewingToken([&] {
+        logger->info("Закрытие чека продажи");
+        try {
+            return submit(document);
+        } catch (const atolonline::TokenExpired& e) {
+            logger->warn("%1. Получаем новый токен", e.tr().ru());
+            throw;
+        }
+    });
+    logger->info("Чек отправлен, UUID: %1", uuid);
+    waitForResult(uuid);
+    updateFiscalInfo(commandProcessor->getLastDocumentFiscalInfo());
+    return {};
+}
+
+void AtolOnlineFRDriver::waitForResult(const QString& uuid)
+{
+    logger->debug("Ожидание перехода документа в статус done или fail");
+    do {
+        msleep(settings->getRequestInterval());
+    } while (commandProcessor->getDocumentStatus(uuid) == atolonline::Wait);
+}
+
+void AtolOnlineFRDriver::updateFiscalInfo(const QMap<QString, QVariant>& payload)
+{
+    lastFiscalInfo.fnNumber = payload.value(u"fn_number"_s).toString();
+    lastFiscalInfo.fiscalDocumentNumber = payload.value(u"fiscal_document_number"_s).toInt();
+    lastFiscalInfo.dateTime =
+        QDateTime::fromString(payload.value(u"receipt_datetime"_s).toString(), u"dd.MM.yyyy hh:mm:ss"_s);
+    lastFiscalInfo.shiftNumber = payload.value(u"shift_number"_s).toString();
+    lastFiscalInfo.total = payload.value(u"total"_s).toDouble();
+    lastFiscalInfo.registrationNumber = payload.value(u"ecr_registration_number"_s).toString();
+    lastFiscalInfo.fiscalSign = payload.value(u"fiscal_document_attribute"_s).toString();
+    const auto taxSystem = requisites.constFind(EFrDriver::AppliedTaxSystem);
+    if (taxSystem != requisites.constEnd())
+        lastFiscalInfo.taxSystem = taxSystemOf(*taxSystem);
+}
+
+QString AtolOnlineFRDriver::documentClose(const FiscalDocument& document)
+{
+    return renewingToken([&] {
+        logger->info("Закрытие чека");
+        try {
+            return submit(document);
+        } catch (const atolonline::DocumentExists&) {
+            return commandProcessor->getLastResponse().value("uuid"_L1).toString();
+        }
+    });
+}
+
+QJsonObject AtolOnlineFRDriver::getDocumentInfo(const QString& uuid)
+{
+    return renewingToken([&] {
+        logger->info("Получение информации о документе");
+        commandProcessor->getDocumentStatus(uuid);
+        return commandProcessor->getLastResponse();
+    });
+}
+
+QJsonObject AtolOnlineFRDriver::getLastResponse() const
+{
+    return commandProcessor->getLastResponse();
+}

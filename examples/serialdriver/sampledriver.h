@@ -1,0 +1,30 @@
+#pragma once
+
+#include "examples/serialdriver/serialline.h"
+#include "frbase/basicfrdriver.h"
+
+#include <chrono>
+
+/// A driver for an imagined register on a serial line. The register answers every command of one byte with
+/// one byte: ACK when it has done it, anything else when it has not.
+///
+/// This is all that a driver on BasicFrDriver needs: the port, the handshake, the speeds, and the operations
+/// that the device can do (here it can beep).
+class SampleDriver : public BasicFrDriver
+{
+public:
+    /// The line and the settings are borrowed and must outlive the driver. answerTime is how long the
+    /// register may take to answer.
+    SampleDriver(SerialLine* serialLine, BasicFrSettings* frSettings, std::chrono::milliseconds answerTime);
+
+    void portOpen() override;
+    void portClose() override;
+    void setConnection() override;
+    void beep() override;
+
+private:
+    [[nodiscard]] QByteArray answerTo(char command);
+
+    SerialLine* line;
+    std::chrono::milliseconds time;
+};

@@ -1,0 +1,38 @@
+#include "examples/serialdriver/serialline.h"
+
+#include "host/exceptions.h"
+
+SerialLine::SerialLine(const QString& deviceFile)
+{
+    port.setPortName(deviceFile);
+}
+
+void SerialLine::open()
+{
+    if (!port.open(QIODevice::ReadWrite))
+        throw ComDriverException(port.errorString());
+}
+
+void SerialLine::close()
+{
+    port.close();
+}
+
+void SerialLine::setBaudRate(int baudRate)
+{
+    if (!port.setBaudRate(baudRate))
+        throw ComDriverException(port.errorString());
+}
+
+QByteArray SerialLine::exchange(const QByteArray& request, std::chrono::milliseconds time)
+{
+    const int ms = static_cast<int>(time.count());
+    port.clear();
+    port.clearError();
+    port.write(request);
+    if (port.waitForBytesWritten(ms))
+        port.waitForReadyRead(ms);
+    if (port.error() != QSerialPort::NoError && port.error() != QSerialPort::TimeoutError)
+        throw ComDriverException(port.errorString());
+    return port.readAll();
+}

@@ -1,0 +1,169 @@
+#include "frbase/basicfrdriver.h"
+
+#include "host/abstractserialdriver.h"
+#include "host/exceptions.h"
+#include "host/log4qt.h"
+
+namespace {
+
+constexpr int attemptsWithoutSpeed = 3;
+
+QString noPort()
+{
+    return QStringLiteral("Ошибка инициализации драйвера порта");
+}
+
+FrNoConnectionException noLink()
+{
+    return FrNoConnectionException(QStringLiteral("Нет связи"));
+}
+
+FrNoConnectionException noAnswer()
+{
+    return FrNoConnectionException(QStringLiteral("Нет связи с ФР"));
+}
+
+// Asks twice whatever the first answer is, so that the number of questions does not depend on the kind.
+bool hasSpeed(const AbstractSerialDriver& port)
+{
+    const bool thirdKind = port.getPortKind() == 3;
+    const bool fourthKind = port.getPortKind() == 4;
+    return !thirdKind && !fourthKind;
+}
+
+} // namespace
+
+void BasicFrDriver::connect()
+{
+    logger->info("Установка связи с устройством");
+    if (!port) {
+        logger->error(noPort());
+        throw noLink();
+    }
+    if (hasSpeed(*port))
+        connectWithSpeed();
+    else
+        connectWithoutSpeed();
+}
+
+void BasicFrDriver::connectWithSpeed()
+{
+    logger->info("Скорость по умолчанию: %1", defaultBaudRate);
+    if (answersAt(defaultBaudRate)) {
+        currentBaudRate = defaultBaudRate;
+    } else if (!answersAtAnotherSpeed()) {
+        resetSpeed();
+        throw noAnswer();
+    }
+    connectedOnce = true;
+}
+
+void BasicFrDriver::connectWithoutSpeed()
+{
+    for (int attempt = 0; attempt < attemptsWithoutSpeed; ++attempt) {
+        try {
+            setConnection();
+            return;
+        } catch (const FrNoConnectionException&) {
+            continue;
+        } catch (const ComDriverException& e) {
+            logger->error("Не удалось установить соединение: %1", e.tr().ru());
+            break;
+        }
+    }
+    throw noAnswer();
+}
+
+bool BasicFrDriver::answersAt(int baudRate)
+{
+    try {
+        port->setBaudRate(baudRate);
+        setConnection();
+        return true;
+    } catch (const FrNoConnectionException&) {
+        return false;
+    } catch (const ComDriverException& e) {
+        logger->error(e.tr().ru());
+        throw noLink();
+    }
+}
+
+bool BasicFrDriver::answersAtAnotherSpeed()
+{
+    if (!connectedOnce || settings->isSpeedEnumerate())
+        return enumerateSpeed();
+    logger->debug("Перебор скорости отключен настройками");
+    return connectAtCurrentSpeed();
+}
+
+void BasicFrDriver::resetSpeed()
+{
+    try {
+        port->setBaudRate(defaultBaudRate);
+    } catch (const ComDriverException&) {
+        // The caller is about to report that there is no link; why the port refuses adds nothing.
+    }
+}
+
+bool BasicFrDriver::enumerateSpeed()
+{
+    logger->debug("Перебор скорости подключения к ФР");
+    const QList<int> speeds = baudRates; // a handshake may change the list
+    for (const int baudRate : speeds) {
+        if (baudRate == defaultBaudRate)
+            continue;
+        try {
+            port->setBaudRate(baudRate);
+            logger->info(" скорость: %1", baudRate);
+            setConnection();
+        } catch (const FrNoConnectionException&) {
+            continue;
+        } catch (const ComDriverException&) {
+            continue;
+        }
+        currentBaudRate = baudRate;
+        return true;
+    }
+    return false;
+}
+
+bool BasicFrDriver::connectAtCurrentSpeed()
+{
+    logger->info(" установка соединения на скорости: %1", currentBaudRate);
+    return answersAt(currentBaudRate);
+}
+
+void BasicFrDriver::isPortReady() const
+{
+    if (!port)
+        throw FrNoConnectionException(noPort());
+    if (portClosed)
+        throw FrNoConnectionException(QStringLiteral("Необходимо открыть порт"));
+}
+
+void BasicFrDriver::setConnection() {}
+
+void BasicFrDriver::portOpen() {}
+
+void BasicFrDriver::portClose() {}
+
+void BasicFrDriver::init() {}
+
+void BasicFrDriver::reinitialize()
+{
+    logger->warn("Реинициализация(технологическое обнуление) не поддерживается устройством");
+}
+
+void BasicFrDriver::reboot(EFrDriver::RebootMode /*mode*/)
+{
+    logger->warn("Перезагрузка не поддерживается устройством");
+}
+
+bool BasicFrDriver::setDefaults()
+{
+    return false;
+}
+
+void BasicFrDriver::ping() {}
+
+void BasicFrDriver::setDefaultBaudrate() {}

@@ -1,0 +1,5 @@
+#include "frbase/basicfrsettings.h"
+
+BasicFrSettings::BasicFrSettings() = default;
+
+BasicFrSettings::~BasicFrSettings() = default;

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QString>
+
+/// What a driver tells about its device.
+class DeviceInfo
+{
+public:
+    DeviceInfo() = default;
+    /// Code and name of the model.
+    DeviceInfo(const QString& code, const QString& name)
+        : modelCode(code)
+        , modelName(name)
+    {
+    }
+
+    void setModel(const QString& code, const QString& name)
+    {
+        modelCode = code;
+        modelName = name;
+    }
+    [[nodiscard]] QString getModelCode() const { return modelCode; }
+    [[nodiscard]] QString getModelName() const { return modelName; }
+
+    void setProducerCode(const QString& code) { producerCode = code; }
+    [[nodiscard]] QString getProducerCode() const { return producerCode; }
+
+    /// Second name of the driver's logger.
+    void setLoggerName(const QString& name) { loggerName = name; }
+    [[nodiscard]] QString getLoggerName() const { return loggerName; }
+
+private:
+    QString modelCode;
+    QString modelName;
+    QString producerCode;
+    QString loggerName;
+};

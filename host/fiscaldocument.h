@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+/// The document being closed.
+class FiscalDocument
+{
+public:
+    FiscalDocument() = default;
+    FiscalDocument(int type, const QString& identifier)
+        : documentType(type)
+        , internalIdentifier(identifier)
+    {
+    }
+
+    /// 0 sale, 1 sale refund, 2 sale annulment, 3 refund annulment, 4 purchase, 5 purchase refund, 6 purchase
+    /// annulment, 7 money in, 8 money out, 9 sale correction, 10 refund correction, 11 non-fiscal.
+    [[nodiscard]] int getDocumentType() const { return documentType; }
+    void setDocumentType(int value) { documentType = value; }
+
+    /// The host's own identifier of the document, unique among all documents it ever sends.
+    [[nodiscard]] QString getInternalIdentifier() const { return internalIdentifier; }
+    void setInternalIdentifier(const QString& value) { internalIdentifier = value; }
+
+private:
+    int documentType = 0;
+    QString internalIdentifier;
+};

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "host/export.h"
+
+#include <QLoggingCategory>
+#include <QString>
+#include <QVariant>
+
+/// The logging calls that drivers use, carried out by Qt's categorised logging.
+///
+/// The category is the logger's two names joined by a point ("frdriver.atolonline_0"), so QT_LOGGING_RULES,
+/// QLoggingCategory::setFilterRules and message handlers work as in any Qt program.
+namespace Log4Qt {
+
+/// A named log. Owned by the LogManager; callers keep a borrowed pointer and never delete it.
+///
+/// Formats are UTF-8 and hold the placeholders %1 to %3, which are filled in argument order and in one pass:
+/// an argument that itself contains "%2" stays as it is. Safe to use from several threads.
+class HOST_EXPORT Logger
+{
+public:
+    explicit Logger(const QByteArray& category);
+    Q_DISABLE_COPY_MOVE(Logger)
+
+    void debug(const char* message) const;
+    void debug(const QString& message) const;
+    void debug(const char* format, const QString& first) const;
+
+    void info(const char* message) const;
+    void info(const char* format, int first) const;
+    void info(const char* format, const QString& first) const;
+    void info(const char* format, int first, const QString& second) const;
+
+    void warn(const char* message) const;
+    void warn(const char* format, const QString& first) const;
+
+    void error(const char* message) const;
+    void error(const QString& message) const;
+    void error(const char* format, const QString& first) const;
+    void error(
+        const char* format, const QVariant& first, const QVariant& second, const QVariant& third) const;
+
+private:
+    QByteArray name;
+    QLoggingCategory category;
+};
+
+/// Hands out loggers; each pair of names gives one logger for the life of the process.
+class HOST_EXPORT LogManager
+{
+public:
+    /// The logger "first.second", or "first" when second is empty. Never null.
+    [[nodiscard]] static Logger* logger(const QString& first, const QString& second);
+};
+
+} // namespace Log4Qt

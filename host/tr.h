@@ -1,0 +1,33 @@
+#pragma once
+
+#include "host/export.h"
+
+#include <QList>
+#include <QString>
+
+namespace tr {
+
+/// A message for people: its Russian text, optionally with texts in other forms and further messages.
+class HOST_EXPORT Tr
+{
+public:
+    Tr() = default;
+    /// A message with a Russian text only.
+    explicit Tr(const QString& russian);
+    Tr(const Tr&) = default;
+    Tr(Tr&&) = default;
+    Tr& operator=(const Tr&) = default;
+    Tr& operator=(Tr&&) = default;
+    virtual ~Tr();
+
+    /// The Russian text; empty for a default-constructed message.
+    [[nodiscard]] QString ru() const;
+
+private:
+    QString russian;
+    QString translated;
+    QString context;
+    QList<Tr> details;
+};
+
+} // namespace tr

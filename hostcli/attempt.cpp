@@ -1,0 +1,46 @@
+#include "hostcli/attempt.h"
+
+#include "host/exceptions.h"
+#include "hostcli/text.h"
+
+#include <cxxabi.h>
+
+#include <cstdlib>
+#include <memory>
+#include <typeinfo>
+
+namespace frhost {
+
+namespace {
+
+QString className(const std::exception& exception)
+{
+    const char* mangled = typeid(exception).name();
+    int status = 0;
+    const std::unique_ptr<char, decltype(&std::free)> name(
+        abi::__cxa_demangle(mangled, nullptr, nullptr, &status), &std::free);
+    return QString::fromUtf8(name ? name.get() : mangled);
+}
+
+} // namespace
+
+ErrorInfo describe(const std::exception& exception)
+{
+    const auto* ofHost = dynamic_cast<const BasicException*>(&exception);
+    return {
+        className(exception), std::nullopt, ofHost ? ofHost->tr().ru() : QString::fromUtf8(exception.what())};
+}
+
+std::optional<ErrorInfo> attempt(const std::function<void()>& action)
+{
+    try {
+        action();
+    } catch (const std::exception& exception) {
+        return describe(exception);
+    } catch (...) {
+        return ErrorInfo{{}, std::nullopt, Text::tr("an exception of an unknown class")};
+    }
+    return std::nullopt;
+}
+
+} // namespace frhost

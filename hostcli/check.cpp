@@ -1,0 +1,35 @@
+#include "hostcli/commands.h"
+#include "hostcli/console.h"
+#include "hostcli/session.h"
+#include "hostcli/text.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace frhost {
+
+namespace {
+
+QByteArray report(bool json, const QString& url)
+{
+    if (!json)
+        return Text::tr("The service at %1 takes login and password.\n").arg(url).toUtf8();
+    const QJsonObject object{{QStringLiteral("connected"), true}, {QStringLiteral("url"), url}};
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+} // namespace
+
+ExitCode check(const CommandLine& line, Output& output)
+{
+    Session session(line);
+    const QString url = session.fiscalRegister().device().property("url").toString();
+    {
+        const ShownStatus status(url);
+        session.connect();
+    }
+    output.write(report(line.json, url));
+    return ExitCode::Success;
+}
+
+} // namespace frhost

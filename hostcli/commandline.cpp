@@ -1,0 +1,156 @@
+#include "hostcli/commandline.h"
+
+#include "hostcli/logging.h"
+#include "hostcli/text.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+
+#include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace frhost {
+
+namespace {
+
+// What the parser writes into; turned into Qt's types at the end.
+struct Arguments
+{
+    std::string config;
+    std::string plugin;
+    std::string logLevel = "warning";
+    std::string uuid;
+    std::vector<std::string> files;
+    bool json = false;
+};
+
+struct CommandInfo
+{
+    Command command;
+    const char* name;
+    const char* example;
+    const char* description;
+};
+
+constexpr CommandInfo commands[] = {
+    {Command::Describe, "describe", "frhost describe",
+        QT_TRANSLATE_NOOP("frhost", "Show the plugin and the register's settings")},
+    {Command::Check, "check", "frhost --config register.ini check",
+        QT_TRANSLATE_NOOP("frhost", "Say whether address, login and password work; registers nothing")},
+    {Command::Sell, "sell", "frhost --config register.ini sell receipt.json",
+        QT_TRANSLATE_NOOP("frhost", "Register receipts and show their fiscal results")},
+    {Command::Send, "send", "frhost --config register.ini send receipt.json",
+        QT_TRANSLATE_NOOP("frhost", "Send receipts without waiting; shows the service's identifiers")},
+    {Command::Info, "info", "frhost --config register.ini info 0a1b2c3d-0000-1111-2222-333344445555",
+        QT_TRANSLATE_NOOP("frhost", "Ask the service about a document")},
+    {Command::Compose, "compose", "frhost --config register.ini compose receipt.json",
+        QT_TRANSLATE_NOOP("frhost", "Show what would be sent for receipts; sends nothing")},
+};
+
+std::string described(const CommandInfo& info)
+{
+    return (Text::tr("Example:\n  %1").arg(QString::fromLatin1(info.example)) + QStringLiteral("\n\n") +
+            Text::tr(info.description))
+        .toStdString();
+}
+
+void addGlobalOptions(CLI::App& app, Arguments& arguments)
+{
+    std::vector<std::string> levels;
+    for (const QString& level : logLevels())
+        levels.push_back(level.toStdString());
+    app.add_option(
+           "--config", arguments.config, Text::tr("INI file with the register's settings").toStdString())
+        ->option_text("FILE");
+    app.add_option("--plugin", arguments.plugin,
+           Text::tr("Plugin library, instead of the one installed").toStdString())
+        ->option_text("FILE");
+    app.add_flag("--json", arguments.json, Text::tr("One line of JSON for each result").toStdString());
+    app.add_option("--log-level", arguments.logLevel,
+           Text::tr("Least level of log lines: debug, info, warning or critical").toStdString())
+        ->option_text("LEVEL")
+        ->check(CLI::IsMember(levels));
+    app.set_version_flag("--version", "frhost " FRHOST_VERSION);
+}
+
+CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& arguments)
+{
+    CLI::App* command = app.add_subcommand(info.name, described(info));
+    command->fallthrough();
+    if (info.command == Command::Info)
+        command
+            ->add_option(
+                "UUID", arguments.uuid, Text::tr("The service's identifier of the document").toStdString())
+            ->required();
+    else if (info.command != Command::Describe && info.command != Command::Check)
+        command
+            ->add_option("FILE", arguments.files,
+                Text::tr("Receipts: a JSON object, or JSON Lines; - is standard input").toStdString())
+            ->option_text("...")
+            ->required();
+    return command;
+}
+
+// The list of commands shows one line for each, not the whole description.
+class Help : public CLI::Formatter
+{
+public:
+    std::string make_subcommand(const CLI::App* command) const override
+    {
+        const std::string whole = command->get_description();
+        const std::size_t start = whole.rfind("\n\n");
+        std::stringstream out;
+        CLI::detail::format_help(out, command->get_name(), whole.substr(start + 2), column_width_);
+        return out.str();
+    }
+};
+
+QString fromStd(const std::string& text)
+{
+    return QString::fromStdString(text);
+}
+
+CommandLineText endText(const CLI::App& app, const CLI::ParseError& error)
+{
+    std::ostringstream out;
+    std::ostringstream err;
+    const bool isError = app.exit(error, out, err) != 0;
+    return {fromStd(isError ? err.str() : out.str()), isError};
+}
+
+} // namespace
+
+std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char* const* argv)
+{
+    Arguments arguments;
+    CLI::App app(
+        (Text::tr("Example:\n  %1").arg(QStringLiteral("frhost --config register.ini sell receipt.json")) +
+            QStringLiteral("\n\n") + Text::tr("Drives a fiscal register through its plugin."))
+            .toStdString(),
+        "frhost");
+    app.formatter(std::make_shared<Help>());
+    app.require_subcommand(1);
+    addGlobalOptions(app, arguments);
+    CommandLine line;
+    for (const CommandInfo& info : commands)
+        addCommand(app, info, arguments)->callback([&line, &info] { line.command = info.command; });
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return endText(app, error);
+    }
+    line.config = fromStd(arguments.config);
+    line.plugin = fromStd(arguments.plugin);
+    line.json = arguments.json;
+    line.logLevel = fromStd(arguments.logLevel);
+    line.uuid = fromStd(arguments.uuid);
+    for (const std::string& file : arguments.files)
+        line.files << fromStd(file);
+    return line;
+}
+
+} // namespace frhost

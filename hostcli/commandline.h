@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <variant>
+
+namespace frhost {
+
+enum class Command
+{
+    Describe,
+    Check,
+    Sell,
+    Send,
+    Info,
+    Compose,
+};
+
+/// What the user asks for.
+struct CommandLine
+{
+    Command command = Command::Describe;
+    /// Empty when not given.
+    QString config;
+    QString plugin;
+    bool json = false;
+    QString logLevel;
+    QStringList files;
+    QString uuid;
+};
+
+/// An answer that ends the program without a command: help, the version, or a usage error.
+struct CommandLineText
+{
+    QString text;
+    bool isError = false;
+};
+
+/// Parses the program's arguments as main() got them.
+[[nodiscard]] std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char* const* argv);
+
+} // namespace frhost

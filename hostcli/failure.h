@@ -1,0 +1,43 @@
+#pragma once
+
+#include <QString>
+
+#include <stdexcept>
+
+namespace frhost {
+
+/// What the program's exit status tells.
+enum class ExitCode : int
+{
+    /// Every receipt is registered.
+    Success = 0,
+    /// Usage, configuration, credentials, or standard output that takes nothing.
+    Usage = 1,
+    /// A receipt file is wrong; nothing was sent.
+    WrongReceipt = 2,
+    /// The service or the driver refused at least one receipt.
+    Refused = 3,
+    /// The outcome of a receipt is not known, or there is no connection.
+    Unknown = 4,
+};
+
+/// Ends the run: a message for people, and the exit status.
+class Failure : public std::runtime_error
+{
+public:
+    Failure(ExitCode status, const QString& message)
+        : std::runtime_error(message.toStdString())
+        , exitCode(status)
+        , text(message)
+    {
+    }
+
+    [[nodiscard]] ExitCode code() const { return exitCode; }
+    [[nodiscard]] QString message() const { return text; }
+
+private:
+    ExitCode exitCode;
+    QString text;
+};
+
+} // namespace frhost

@@ -1,0 +1,63 @@
+#include "hostcli/commandline.h"
+#include "hostcli/commands.h"
+#include "hostcli/console.h"
+#include "hostcli/failure.h"
+#include "hostcli/logging.h"
+
+#include <QCoreApplication>
+
+#include <csignal>
+#include <fcntl.h>
+#include <tuple>
+#include <unistd.h>
+
+namespace {
+
+using namespace frhost;
+
+// A standard descriptor that was closed would be given to the next file or socket, which would then get our
+// output. What takes its place can neither be read nor written.
+void occupyStandardDescriptors()
+{
+    for (int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) == -1)
+            std::ignore = open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+    }
+}
+
+ExitCode show(const CommandLineText& answer)
+{
+    if (answer.isError) {
+        Console::instance().line(answer.text.trimmed());
+        return ExitCode::Usage;
+    }
+    Output output;
+    return output.write(answer.text.toUtf8()) ? ExitCode::Success : ExitCode::Usage;
+}
+
+ExitCode start(int argc, char** argv)
+{
+    const auto parsed = parseCommandLine(argc, argv);
+    if (const auto* answer = std::get_if<CommandLineText>(&parsed))
+        return show(*answer);
+    const auto& line = std::get<CommandLine>(parsed);
+    startLogging(line.logLevel);
+    try {
+        Output output;
+        return run(line, output);
+    } catch (const Failure& failure) {
+        Console::instance().line(failure.message());
+        return failure.code();
+    }
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    occupyStandardDescriptors();
+    // A reader that goes away must not end the program in the middle of a receipt.
+    std::signal(SIGPIPE, SIG_IGN);
+    const QCoreApplication application(argc, argv);
+    return static_cast<int>(start(argc, argv));
+}

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <QByteArray>
+#include <QIODevice>
+#include <QString>
+
+#include <memory>
+
+namespace frhost {
+
+/// The text of one receipt and where it begins.
+struct RawReceipt
+{
+    QByteArray text;
+    /// Counted from 1.
+    int line = 0;
+};
+
+/// A file of receipts: one JSON object over as many lines as it likes, or JSON Lines. It is read a receipt at
+/// a time, whatever its size, and can be read again; what cannot be read twice (standard input, a pipe) is
+/// copied to a temporary file first.
+class ReceiptFile
+{
+public:
+    /// "-" is standard input. Throws Failure (wrong receipt) when the file cannot be read.
+    explicit ReceiptFile(const QString& name);
+
+    [[nodiscard]] QString name() const { return fileName; }
+
+    /// The next receipt; false at the end. Throws Failure (wrong receipt) when reading fails, when a receipt
+    /// is larger than 16 MiB, and when something follows a receipt that stands on several lines.
+    [[nodiscard]] bool next(RawReceipt& receipt);
+
+    /// Back to the first receipt.
+    void rewind();
+
+private:
+    [[nodiscard]] QByteArray readLine();
+    [[noreturn]] void fail(int atLine, const QString& what) const;
+
+    QString fileName;
+    std::unique_ptr<QIODevice> device;
+    int line = 0;
+    bool atEnd = false;
+    bool first = true;
+};
+
+} // namespace frhost

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QString>
+
+#include <memory>
+#include <variant>
+
+namespace frhost {
+
+/// What is wrong with the text of a receipt.
+struct ReceiptProblem
+{
+    /// Lines before the faulty one within the text.
+    int lineOffset = 0;
+    /// JSON pointer to the faulty value; empty for the whole receipt.
+    QString pointer;
+    /// The rule that is broken and what is expected, for people.
+    QString rule;
+};
+
+/// Parses the text of one receipt and checks it against the published JSON Schema. Beyond the schema, a key
+/// that stands twice in one object and an excessive nesting are wrong.
+class ReceiptParser
+{
+public:
+    ReceiptParser();
+    ~ReceiptParser();
+    Q_DISABLE_COPY_MOVE(ReceiptParser)
+
+    /// `text` is one JSON object in UTF-8 with any white space around it.
+    [[nodiscard]] std::variant<QJsonObject, ReceiptProblem> parse(const QByteArray& text) const;
+
+private:
+    class Schema;
+
+    std::unique_ptr<const Schema> schema;
+};
+
+} // namespace frhost

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "host/driveroptions.h"
+
+#include <QList>
+#include <QString>
+
+namespace frhost {
+
+/// One setting of a register as the configuration gives it.
+struct Setting
+{
+    /// The device's property name.
+    QString name;
+    QString value;
+    /// Where it stands in the configuration file, counted from 1.
+    int line = 0;
+};
+
+/// What a configuration file holds. Whether the device knows the settings is decided when they are written
+/// to it.
+struct RegisterConfig
+{
+    /// The configuration file; empty when there is none.
+    QString file;
+    QList<Setting> settings;
+    hw::fr::DriverOptions driverOptions;
+
+    [[nodiscard]] bool has(const QString& name) const;
+};
+
+/// Reads a configuration file. `passwordFile` is replaced by a `password` with that file's first line; a
+/// relative path is taken from the configuration's folder.
+///
+/// Throws Failure (usage) that names the file and the line.
+[[nodiscard]] RegisterConfig readRegisterConfig(const QString& file);
+
+/// Throws Failure (usage) unless all settings are there without which the service cannot be asked anything.
+void requireConnection(const RegisterConfig& config);
+
+} // namespace frhost

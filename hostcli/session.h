@@ -1,0 +1,42 @@
+#pragma once
+
+#include "hostcli/commandline.h"
+#include "hostcli/fiscalregister.h"
+#include "hostcli/installedtransport.h"
+#include "hostcli/observingtransport.h"
+#include "hostcli/registerconfig.h"
+
+namespace frhost {
+
+/// The configuration that the command line names; an empty one when it names none. Throws Failure.
+[[nodiscard]] RegisterConfig configOf(const CommandLine& line);
+
+/// The plugin that the command line names, or the only one there is. Throws Failure.
+[[nodiscard]] PluginFile pluginOf(const CommandLine& line);
+
+/// Writes the settings and creates the driver. Throws Failure.
+void setUp(FiscalRegister& fiscalRegister, const RegisterConfig& config);
+
+/// A register that is configured, observed on the wire and connected to the service.
+class Session
+{
+public:
+    /// Throws Failure: usage for whatever is wrong with configuration or credentials, unknown when the
+    /// service cannot be asked.
+    explicit Session(const CommandLine& line);
+
+    /// Asks the service for a token. Throws Failure as the constructor does.
+    void connect();
+
+    [[nodiscard]] FiscalRegister& fiscalRegister() { return loaded; }
+    [[nodiscard]] ObservingTransport& transport() { return observer; }
+
+private:
+    RegisterConfig config;
+    // The transport outlives the register, whose driver uses it.
+    ObservingTransport observer;
+    InstalledTransport installed;
+    FiscalRegister loaded;
+};
+
+} // namespace frhost

@@ -1,0 +1,5 @@
+#include "plugin/atolonlinesettings.h"
+
+AtolOnlineSettings::AtolOnlineSettings() = default;
+
+AtolOnlineSettings::~AtolOnlineSettings() = default;

@@ -1,0 +1,250 @@
+#include "atolonline/receiptcomposer.h"
+#include "tests/support/qtprinters.h"
+
+#include <QJsonDocument>
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <utility>
+
+namespace {
+
+using hw::fr::common::TaxSystemType;
+
+QByteArray text(const QJsonObject& object)
+{
+    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
+
+QByteArray text(const QJsonArray& array)
+{
+    return QJsonDocument(array).toJson(QJsonDocument::Compact);
+}
+
+FrPosition line(double possum = 0, double discsum = 0)
+{
+    FrPosition position;
+    position.setName(QStringLiteral("Товар"));
+    position.setPossum(possum);
+    position.setDiscsum(discsum);
+    return position;
+}
+
+QJsonObject item(const FrPosition& position)
+{
+    return atolonline::createItems({position}).first().toObject();
+}
+
+FdRequisite supplier(const FdRequisite::Map& members)
+{
+    return FdRequisite(EFrDriver::SupplierData, members);
+}
+
+TEST(Items, OfNoPositionsAreAnEmptyArray)
+{
+    EXPECT_EQ(text(atolonline::createItems({})), "[]");
+}
+
+TEST(Items, FollowTheOrderOfThePositions)
+{
+    FrPosition second = line();
+    second.setName(QStringLiteral("Второй"));
+    const QJsonArray items = atolonline::createItems({line(), second, line()});
+    QStringList names;
+    for (const auto& each : items)
+        names << each.toObject().value(QStringLiteral("name")).toString();
+    EXPECT_EQ(
+        names, (QStringList{QStringLiteral("Товар"), QStringLiteral("Второй"), QStringLiteral("Товар")}));
+}
+
+TEST(Items, HoldTheseKeysAndNoOthers)
+{
+    FrPosition position = line(160);
+    position.setPriceWithDisc(80.123456);
+    position.setCount(1.9996);
+    position.setTaxCode(1);
+    EXPECT_EQ(text(item(position)),
+        R"({"name":"Товар","payment_method":"full_payment","payment_object":"commodity","price":80.123456,)"
+        R"("quantity":1.9996,"sum":160,"vat":{"type":"vat10"}})");
+}
+
+TEST(Items, RoundTheSumHalfAwayFromZeroToKopecks)
+{
+    const struct
+    {
+        double possum;
+        double discsum;
+        const char* sum;
+    } rows[] = {
+        {100, 0.005, "100"},
+        {0, 0, "0"},
+        {12.345, 0, "12.35"},
+        {0, 12.345, "-12.35"},
+        {0, 0.125, "-0.13"},
+        {1.005, 0, "1.01"},
+        {2.675, 0, "2.68"},
+        {0.1 + 0.2, 0, "0.3"},
+        {0.004, 0, "0"},
+        {0, 0.001, "0"},
+        {0, 0.004, "0"},
+        {42949672.95, 0, "42949672.95"},
+        {160, 9.99, "150.01"},
+    };
+    for (const auto& row : rows) {
+        const QJsonValue sum = item(line(row.possum, row.discsum)).value(QStringLiteral("sum"));
+        EXPECT_EQ(text(QJsonArray{sum}), QByteArray("[") + row.sum + "]")
+            << row.possum << " - " << row.discsum;
+    }
+}
+
+TEST(Items, RoundEveryWholeKopeckToItself)
+{
+    for (int kopecks = -200000; kopecks <= 200000; kopecks += 7) {
+        const double amount = kopecks / 100.0;
+        ASSERT_EQ(item(line(amount)).value(QStringLiteral("sum")).toDouble(), amount);
+    }
+}
+
+TEST(Vat, NamesEveryTaxCodeAndTakesOthersForTwentyPercent)
+{
+    const std::pair<int, const char*> rows[] = {{0, "vat0"}, {1, "vat10"}, {2, "vat20"}, {3, "vat110"},
+        {4, "vat120"}, {5, "none"}, {6, "vat20"}, {-1, "vat20"}, {100, "vat20"}};
+    for (const auto& [code, name] : rows)
+        EXPECT_EQ(text(atolonline::getVat(code)), QByteArray("{\"type\":\"") + name + "\"}") << code;
+}
+
+TEST(PaymentMethod, NamesEveryValueAndTakesOthersForFullPayment)
+{
+    const char* names[] = {"full_payment", "full_prepayment", "prepayment", "advance", "full_payment",
+        "partial_payment", "credit", "credit_payment", "full_payment", "full_payment"};
+    for (int value = 0; value < 10; ++value)
+        EXPECT_EQ(atolonline::getPaymentMethodName(EFrDriver::PaymentMethod(value)),
+            QString::fromLatin1(names[value]));
+    EXPECT_EQ(atolonline::getPaymentMethodName(EFrDriver::PaymentMethod(-1)), QStringLiteral("full_payment"));
+}
+
+TEST(PaymentObject, NamesEveryValueAndTakesOthersForCommodity)
+{
+    const char* names[] = {"commodity", "commodity", "excise", "job", "service", "gambling_bet",
+        "gambling_prize", "lottery", "lottery_prize", "intellectual_activity", "payment", "agent_commission",
+        "composite", "another", "commodity", "commodity"};
+    for (int value = 0; value < 16; ++value)
+        EXPECT_EQ(atolonline::getPaymentObjectName(EFrDriver::PaymentObject(value)),
+            QString::fromLatin1(names[value]));
+    EXPECT_EQ(atolonline::getPaymentObjectName(EFrDriver::PaymentObject(-1)), QStringLiteral("commodity"));
+}
+
+TEST(NomenclatureCode, IsUpperCaseHexBytesSetApartByBlanks)
+{
+    FrPosition position = line();
+    position.setExciseMark(QStringLiteral("mark"));
+    position.setMarkingCode(QStringLiteral("4606203090785"));
+    EXPECT_EQ(item(position).value(QStringLiteral("nomenclature_code")).toString(),
+        QStringLiteral("45 0D 04 30 77 19 57 61"));
+}
+
+TEST(NomenclatureCode, IsLeftOutWithoutAnExciseMarkWhateverTheMarkingCode)
+{
+    FrPosition position = line();
+    position.setMarkingCode(QStringLiteral("4606203090785"));
+    EXPECT_FALSE(item(position).contains(QStringLiteral("nomenclature_code")));
+}
+
+TEST(NomenclatureCode, IsEmptyTextWhenTheMarkingCodeGivesNoBytes)
+{
+    FrPosition position = line();
+    position.setExciseMark(QStringLiteral("mark"));
+    EXPECT_EQ(item(position).value(QStringLiteral("nomenclature_code")), QJsonValue(QString::fromLatin1("")));
+}
+
+TEST(Supplier, IsLeftOutOfALineThatIsNotMarkedAsASuppliers)
+{
+    FrPosition position = line();
+    position.setRequisite(FdRequisite(EFrDriver::SupplierInn, QStringLiteral("7700000000")));
+    EXPECT_FALSE(item(position).contains(QStringLiteral("supplier_info")));
+    EXPECT_FALSE(item(position).contains(QStringLiteral("agent_info")));
+}
+
+TEST(Supplier, TakesTelephoneAndNameFromTheCompositeAndTheTaxpayerNumberFromTheLine)
+{
+    FrPosition position = line();
+    position.setSupplierRequisites(true);
+    position.setRequisite(FdRequisite(EFrDriver::AgentSign, 32));
+    position.setRequisite(FdRequisite(EFrDriver::SupplierInn, QStringLiteral("7700000000")));
+    position.setRequisite(supplier({
+        {EFrDriver::SupplierPhone, FdRequisite(EFrDriver::SupplierPhone, QStringLiteral("+79990000000"))},
+        {EFrDriver::SupplierName, FdRequisite(EFrDriver::SupplierName, QStringLiteral("ООО Поставщик"))},
+    }));
+    const QJsonObject sent = item(position);
+    EXPECT_EQ(text(sent.value(QStringLiteral("supplier_info")).toObject()),
+        R"({"inn":"7700000000","name":"ООО Поставщик","phones":["+79990000000"]})");
+    EXPECT_EQ(text(sent.value(QStringLiteral("agent_info")).toObject()), R"({"type":"commission_agent"})");
+}
+
+TEST(Supplier, WithoutDataHasAllKeysWithEmptyTexts)
+{
+    FrPosition position = line();
+    position.setSupplierRequisites(true);
+    const QJsonObject sent = item(position);
+    EXPECT_EQ(text(sent.value(QStringLiteral("supplier_info")).toObject()),
+        R"({"inn":"","name":"","phones":[""]})");
+    EXPECT_EQ(text(sent.value(QStringLiteral("agent_info")).toObject()), R"({"type":""})");
+}
+
+TEST(Supplier, TaxpayerNumberInsideTheCompositeIsNotFound)
+{
+    const FdRequisite::Map requisites{{EFrDriver::SupplierData,
+        supplier(
+            {{EFrDriver::SupplierInn, FdRequisite(EFrDriver::SupplierInn, QStringLiteral("7700000000"))}})}};
+    EXPECT_EQ(text(atolonline::getSupplierInfo(requisites)), R"({"inn":"","name":"","phones":[""]})");
+}
+
+TEST(Agent, NamesTheSevenBitsAndNothingElse)
+{
+    const std::map<int, QString> names{{1, QStringLiteral("bank_paying_agent")},
+        {2, QStringLiteral("bank_paying_subagent")}, {4, QStringLiteral("paying_agent")},
+        {8, QStringLiteral("paying_subagent")}, {16, QStringLiteral("attorney")},
+        {32, QStringLiteral("commission_agent")}, {64, QStringLiteral("another")}};
+    for (int type = -1; type <= 130; ++type) {
+        const auto found = names.find(type);
+        const QString name = atolonline::getAgentName(type);
+        EXPECT_EQ(name, found == names.end() ? QString() : found->second) << type;
+        EXPECT_EQ(name.isNull(), found == names.end()) << type;
+    }
+}
+
+TEST(Payments, AreInAscendingOrderOfTypesAndAddUpToTheTotal)
+{
+    const QMap<int, double> payments{{1, 50.0}, {0, 100.0}};
+    EXPECT_EQ(text(atolonline::createPayments(payments)), R"([{"sum":100,"type":0},{"sum":50,"type":1}])");
+    EXPECT_EQ(atolonline::getTotal(payments), 150.0);
+}
+
+TEST(Payments, AreNotRounded)
+{
+    const QMap<int, double> payments{{0, 0.1}, {1, 0.2}};
+    EXPECT_EQ(text(QJsonArray{atolonline::getTotal(payments)}), "[0.30000000000000004]");
+    EXPECT_EQ(text(atolonline::createPayments({{2, 10.123456}})), R"([{"sum":10.123456,"type":2}])");
+}
+
+TEST(Payments, OfAnEmptyReceiptAreOnePaymentOfNothing)
+{
+    EXPECT_EQ(text(atolonline::createPayments({})), R"([{"sum":0,"type":0}])");
+    EXPECT_EQ(atolonline::getTotal({}), 0.0);
+}
+
+TEST(TaxationSystem, NamesTheFiveSpecialSystemsAndTakesOthersForTheGeneral)
+{
+    const std::map<int, QString> names{{2, QStringLiteral("usn_income")},
+        {4, QStringLiteral("usn_income_outcome")}, {8, QStringLiteral("envd")}, {16, QStringLiteral("esn")},
+        {32, QStringLiteral("patent")}};
+    for (int type = -1; type <= 64; ++type) {
+        const auto found = names.find(type);
+        EXPECT_EQ(atolonline::getSnoName(TaxSystemType(type)),
+            found == names.end() ? QStringLiteral("osn") : found->second)
+            << type;
+    }
+}
+
+} // namespace

@@ -1,0 +1,480 @@
+#include "driver/atolonlinefrdriver.h"
+
+#include "atolonline/exceptions.h"
+#include "host/deviceinfo.h"
+#include "host/fiscaldocument.h"
+#include "host/frpayment.h"
+#include "plugin/atolonlinesettings.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/scriptedtransport.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <utility>
+
+namespace {
+
+using hw::fr::Option;
+
+constexpr auto token = R"({"token":"T1"})";
+constexpr auto accepted = R"({"uuid":"u-1","status":"wait","error":null})";
+constexpr auto waiting = R"({"status":"wait","error":{"code":34,"error_id":"e","text":"t"}})";
+constexpr auto expired = R"({"error":{"code":11,"error_id":"e","text":"t"}})";
+constexpr auto exists = R"({"uuid":"u-0","status":"wait","error":{"code":33,"error_id":"e","text":"t"}})";
+constexpr auto done = R"({"uuid":"u-1","status":"done","error":null,"payload":{
+    "total":160.5,"fn_number":"0000440300046840","shift_number":17,"receipt_datetime":"05.03.2024 14:07:09",
+    "fiscal_receipt_number":4,"fiscal_document_number":123,"ecr_registration_number":"0000111118041361",
+    "fiscal_document_attribute":3449555941,"ofd_receipt_url":"https://ofd.example/1"}})";
+
+// Sleeps are counted instead of slept.
+class PatientDriver : public AtolOnlineFRDriver
+{
+public:
+    using AtolOnlineFRDriver::AtolOnlineFRDriver;
+    void msleep(int ms) const override { sleeps.append(ms); }
+    mutable QList<int> sleeps;
+};
+
+class CloudDriver : public testing::Test
+{
+protected:
+    AtolOnlineSettings* filledSettings()
+    {
+        settings.setDeviceId(7);
+        settings.setUrl(QStringLiteral("https://service.example/v4/"));
+        settings.setGroupCode(QStringLiteral("g"));
+        settings.setRequestInterval(200);
+        return &settings;
+    }
+
+    void collect(const QString& contact = QStringLiteral("buyer@example.com"))
+    {
+        driver.checkOpen(document);
+        driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, contact));
+        driver.setRequisite(FdRequisite(EFrDriver::AppliedTaxSystem, 1));
+        driver.checkAddPosition(FrPosition());
+        driver.checkPay(FrPayment(1, 160.5));
+        log.take();
+    }
+
+    void answers(std::initializer_list<const char*> bodies)
+    {
+        for (const char* body : bodies)
+            transport.answer(body);
+    }
+
+    QJsonObject sentReceipt() const
+    {
+        return transport.requests().last().json().value(QStringLiteral("receipt")).toObject();
+    }
+
+    static QString failureOf(const std::function<void()>& call)
+    {
+        try {
+            call();
+        } catch (const BasicException& e) {
+            return e.tr().ru();
+        }
+        return QStringLiteral("no failure");
+    }
+
+    LogCapture log;
+    ScriptedTransport transport;
+    AtolOnlineSettings settings;
+    PatientDriver driver{filledSettings()};
+    const FiscalDocument document{0, QStringLiteral("till-7-000123")};
+};
+
+const QStringList polling{QStringLiteral("GET https://service.example/v4/g/report/u-1")};
+const QString selling = QStringLiteral("POST https://service.example/v4/g/sell");
+const QString asking = QStringLiteral("POST https://service.example/v4/getToken");
+
+TEST_F(CloudDriver, TellsItsDeviceAndLogsUnderItsNumber)
+{
+    EXPECT_EQ(driver.getDeviceInfo().getProducerCode(), QStringLiteral("4"));
+    EXPECT_EQ(driver.getDeviceInfo().getModelCode(), QStringLiteral("1"));
+    EXPECT_EQ(driver.getDeviceInfo().getModelName(), QStringLiteral("Атол Онлайн"));
+    EXPECT_EQ(driver.getDeviceInfo().getLoggerName(), QStringLiteral("atolonline_7"));
+    EXPECT_EQ(driver.getDeviceSettings(), &settings);
+    answers({token});
+    driver.connect();
+    EXPECT_EQ(log.categories(), QStringList{QStringLiteral("frdriver.atolonline_7")});
+}
+
+TEST_F(CloudDriver, SwitchesItsOptionsUnlessTheSettingsSayOtherwise)
+{
+    const auto options = [](const AbstractFrDriver& subject) {
+        QList<quint64> on;
+        for (int bit = 0; bit < 64; ++bit) {
+            if (subject.checkOption(Option(quint64(1) << bit)))
+                on << (quint64(1) << bit);
+        }
+        return on;
+    };
+    EXPECT_EQ(options(driver), (QList<quint64>{0x4, 0x10, 0x2000000, 0x2000000000}));
+    settings.setDriverOption(Option::Bit19, true);
+    settings.setDriverOption(Option::UseFn, false);
+    EXPECT_EQ(
+        options(AtolOnlineFRDriver(&settings)), (QList<quint64>{0x4, 0x80000, 0x2000000, 0x2000000000}));
+}
+
+TEST_F(CloudDriver, ConnectsByObtainingATokenOnce)
+{
+    answers({token});
+    driver.connect();
+    driver.connect();
+    EXPECT_EQ(transport.requestLines(), QStringList{asking});
+    EXPECT_EQ(log.lines(), QStringList{QStringLiteral("debug: Получение токена")});
+}
+
+TEST_F(CloudDriver, NamesEveryTypeOfDocumentAndRefusesAllButTheSale)
+{
+    const char* names[] = {"возврата продажи", "аннулирования продажи", "аннулирования возврата", "покупки",
+        "возврата покупки", "аннулирования покупки", "внесения", "выема", "коррекции продажи",
+        "коррекции возврата", "нефискального", "неизвестного типа чека"};
+    const auto refusal = [&](int type, const char* name) {
+        log.take();
+        EXPECT_THROW(driver.checkOpen(FiscalDocument(type, QString())), FrCommandException);
+        EXPECT_EQ(log.lines(), QStringList{QStringLiteral("info: Открытие чека ") + QString::fromUtf8(name)});
+    };
+    for (int type = 1; type <= 12; ++type)
+        refusal(type, names[type - 1]);
+    refusal(42, "неизвестного типа чека");
+    refusal(-1, "неизвестного типа чека");
+    EXPECT_EQ(failureOf([&] { driver.checkOpen(FiscalDocument(1, QString())); }),
+        QStringLiteral("Тип чека не поддерживается ФР"));
+    log.take();
+    driver.checkOpen(document);
+    EXPECT_EQ(log.lines(), QStringList{QStringLiteral("info: Открытие чека продажи")});
+}
+
+TEST_F(CloudDriver, KeepsTheCollectedReceiptWhenAnotherTypeIsRefused)
+{
+    collect();
+    EXPECT_THROW(driver.checkOpen(FiscalDocument(1, QString())), FrCommandException);
+    answers({accepted});
+    driver.documentClose(document);
+    EXPECT_EQ(sentReceipt().value(QStringLiteral("items")).toArray().size(), 1);
+}
+
+TEST_F(CloudDriver, LogsAndKeepsContactAndTaxationSystemOnly)
+{
+    driver.checkOpen(document);
+    log.take();
+    driver.setRequisite(FdRequisite(EFrDriver::AppliedTaxSystem, 2));
+    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("buyer@example.com")));
+    driver.setRequisite(FdRequisite(EFrDriver::AdditionalReceiptRequisite, QStringLiteral("x")));
+    EXPECT_EQ(log.take(),
+        (QStringList{QStringLiteral("info: Запись реквизита 1055 (применяемая система налогообложения) в ФР"),
+            QStringLiteral("debug: Установка системы налогообложения для чека: Упрощенная (доход)"),
+            QStringLiteral("info: Запись реквизита 1008 (телефон или электронный адрес покупателя) в ФР"),
+            QStringLiteral("debug: Установка адреса покупателя: buyer@example.com"),
+            QStringLiteral("info: Запись реквизита 1192 (дополнительный реквизит чека) в ФР")}));
+    answers({accepted});
+    driver.documentClose(document);
+    EXPECT_EQ(QJsonDocument(sentReceipt()).toJson(QJsonDocument::Compact),
+        R"({"client":{"email":"buyer@example.com"},"company":{"email":"","inn":"","payment_address":"",)"
+        R"("sno":"usn_income"},"items":[],"payments":[{"sum":0,"type":0}],"total":0})");
+}
+
+TEST_F(CloudDriver, TakesTheLastRequisiteOfATag)
+{
+    collect(QStringLiteral("first@example.com"));
+    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("second@example.com")));
+    answers({accepted});
+    driver.documentClose(document);
+    EXPECT_EQ(sentReceipt().value(QStringLiteral("client")),
+        (QJsonObject{{QStringLiteral("email"), QStringLiteral("second@example.com")}}));
+}
+
+TEST_F(CloudDriver, LosesRequisitesThatAreSetBeforeOpening)
+{
+    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("buyer@example.com")));
+    driver.checkOpen(document);
+    EXPECT_EQ(failureOf([&] { driver.checkClose(document); }),
+        QStringLiteral("Требуется телефон или электронный адрес покупателя"));
+}
+
+TEST_F(CloudDriver, TellsATelephoneFromAnEMailAddressByTheAtSign)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {"a@b", "email"}, {"@", "email"}, {"+79990000000", "phone"}, {"", "phone"}};
+    for (const auto& [contact, key] : rows) {
+        collect(QString::fromLatin1(contact));
+        answers({accepted});
+        driver.documentClose(document);
+        EXPECT_EQ(sentReceipt().value(QStringLiteral("client")).toObject().keys(),
+            QStringList{QString::fromLatin1(key)});
+    }
+}
+
+TEST_F(CloudDriver, LogsALineAndAddsItAsItIs)
+{
+    driver.checkOpen(document);
+    log.take();
+    FrPosition position;
+    position.setName(QStringLiteral("%2"));
+    driver.checkAddPosition(position);
+    EXPECT_EQ(log.lines(), QStringList{QStringLiteral("info: Добавление позиции в чек: %2, цена 0.00, "
+                                                      "количество 0.000, сумма 0.00, скидка 0.00, налог 5")});
+}
+
+TEST_F(CloudDriver, AddsUpPaymentsOfOneType)
+{
+    driver.checkOpen(document);
+    log.take();
+    driver.checkPay(FrPayment(0, 100.5));
+    driver.checkPay(FrPayment(0, 50));
+    EXPECT_EQ(log.lines(), (QStringList{QStringLiteral("info: Добавление оплаты: тип 0, сумма 100.50"),
+                               QStringLiteral("info: Добавление оплаты: тип 0, сумма 50.00")}));
+    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("a@b")));
+    answers({accepted});
+    driver.documentClose(document);
+    EXPECT_EQ(QJsonDocument(sentReceipt().value(QStringLiteral("payments")).toArray())
+                  .toJson(QJsonDocument::Compact),
+        R"([{"sum":150.5,"type":0}])");
+}
+
+TEST_F(CloudDriver, ClosesWithTheStepsAndLogLinesOfASale)
+{
+    answers({token});
+    driver.connect();
+    collect();
+    answers({accepted, waiting, waiting, waiting, done});
+    EXPECT_EQ(driver.checkClose(document), QJsonObject());
+    EXPECT_EQ(
+        transport.requestLines(), QStringList({asking, selling}) + polling + polling + polling + polling);
+    EXPECT_EQ(driver.sleeps, (QList<int>{200, 200, 200, 200}));
+    const QString asked = QStringLiteral("info: Получение статуса документа по uuid: u-1");
+    const QString code34 =
+        QStringLiteral("error: Ответ от сервера содержит ошибку. Код 34, идентификатор e (t)");
+    const QString inProgress = QStringLiteral("debug: Документ еще не обработан");
+    EXPECT_EQ(
+        log.lines(), (QStringList{QStringLiteral("info: Закрытие чека продажи"),
+                         QStringLiteral("info: Установка идентификатора документа till-7-000123"),
+                         QStringLiteral("info: Чек отправлен, UUID: u-1"),
+                         QStringLiteral("debug: Ожидание перехода документа в статус done или fail"), asked,
+                         code34, inProgress, asked, code34, inProgress, asked, code34, inProgress, asked,
+                         QStringLiteral("info: Просмотр чека на сайте ОФД: https://ofd.example/1")}));
+}
+
+TEST_F(CloudDriver, ReportsTheFiscalResultOfAClosedReceipt)
+{
+    collect();
+    answers({accepted, done});
+    driver.checkClose(document);
+    const FiscalInfo info = driver.getFiscalInfo(0, false);
+    EXPECT_EQ(info.fnNumber, QStringLiteral("0000440300046840"));
+    EXPECT_EQ(info.registrationNumber, QStringLiteral("0000111118041361"));
+    EXPECT_EQ(info.shiftNumber, QStringLiteral("17"));
+    EXPECT_EQ(info.fiscalDocumentNumber, 123);
+    EXPECT_EQ(info.fiscalSign, QStringLiteral("3449555941"));
+    EXPECT_EQ(info.total, 160.5);
+    EXPECT_EQ(info.dateTime, QDateTime(QDate(2024, 3, 5), QTime(14, 7, 9)));
+    EXPECT_EQ(info.taxSystem, QStringLiteral("Общая"));
+    EXPECT_EQ(driver.getLastResponse().value(QStringLiteral("status")).toString(), QStringLiteral("done"));
+}
+
+TEST_F(CloudDriver, OverwritesTheFiscalResultWithEmptyValuesWhenKeysAreMissing)
+{
+    collect();
+    answers({accepted, done});
+    driver.checkClose(document);
+    answers({accepted, R"({"status":"fail","payload":null})"});
+    driver.checkClose(document);
+    const FiscalInfo info = driver.getFiscalInfo(5, true);
+    EXPECT_EQ(info.fnNumber + info.registrationNumber + info.shiftNumber + info.fiscalSign, QString());
+    EXPECT_EQ(info.fiscalDocumentNumber, 0);
+    EXPECT_EQ(info.total, 0.0);
+    EXPECT_FALSE(info.dateTime.isValid());
+    EXPECT_EQ(info.taxSystem, QStringLiteral("Общая"));
+}
+
+TEST_F(CloudDriver, ReadsTextsAsNumbersAndTakesAnotherDateFormatForNone)
+{
+    collect();
+    answers({accepted,
+        R"({"status":"done","payload":{"fiscal_document_number":"123","receipt_datetime":"2024-03-05T14:07:09"}})"});
+    driver.checkClose(document);
+    EXPECT_EQ(driver.getFiscalInfo(0, false).fiscalDocumentNumber, 123);
+    EXPECT_FALSE(driver.getFiscalInfo(0, false).dateTime.isValid());
+}
+
+TEST_F(CloudDriver, LeavesTheTaxationSystemEmptyWithoutItsRequisite)
+{
+    driver.checkOpen(document);
+    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("a@b")));
+    answers({accepted, done});
+    driver.checkClose(document);
+    EXPECT_EQ(driver.getFiscalInfo(0, false).taxSystem, QString());
+}
+
+TEST_F(CloudDriver, ForgetsThePreviousResultAndAnswerWhenAReceiptOpens)
+{
+    collect();
+    answers({accepted, done});
+    driver.checkClose(document);
+    driver.checkOpen(document);
+    EXPECT_EQ(driver.getFiscalInfo(0, false).fnNumber, QString());
+    EXPECT_EQ(driver.getLastResponse(), QJsonObject());
+}
+
+TEST_F(CloudDriver, SendsNothingWithoutABuyersContact)
+{
+    driver.checkOpen(document);
+    log.take();
+    EXPECT_THROW(driver.checkClose(document), FrWorkWithServiceException);
+    EXPECT_THROW(driver.documentClose(document), FrWorkWithServiceException);
+    EXPECT_EQ(transport.requestLines(), QStringList());
+    EXPECT_EQ(log.lines(),
+        (QStringList{QStringLiteral("info: Закрытие чека продажи"), QStringLiteral("info: Закрытие чека")}));
+}
+
+TEST_F(CloudDriver, RenewsAnExpiredTokenAndClosesAgainAsOftenAsItTakes)
+{
+    collect();
+    answers({expired, token, expired, token, accepted, done});
+    driver.checkClose(document);
+    EXPECT_EQ(transport.requestLines(), QStringList({selling, asking, selling, asking, selling}) + polling);
+    const QStringList once{QStringLiteral("info: Закрытие чека продажи"),
+        QStringLiteral("info: Установка идентификатора документа till-7-000123")};
+    const QStringList renewal{
+        QStringLiteral("error: Ответ от сервера содержит ошибку. Код 11, идентификатор e (t)"),
+        QStringLiteral("warn: Срок действия токена истёк. Получаем новый токен"),
+        QStringLiteral("debug: Получение токена")};
+    EXPECT_EQ(log.lines().mid(0, 12), once + renewal + once + renewal + once);
+}
+
+TEST_F(CloudDriver, RepeatsOneReceiptUnderOneIdentifier)
+{
+    collect();
+    answers({expired, token, accepted, done});
+    driver.checkClose(document);
+    QStringList ids;
+    for (const auto& request : transport.requests()) {
+        if (request.url.endsWith(QStringLiteral("/sell")))
+            ids << request.json().value(QStringLiteral("external_id")).toString();
+    }
+    EXPECT_EQ(ids, (QStringList{QStringLiteral("till-7-000123"), QStringLiteral("till-7-000123")}));
+}
+
+TEST_F(CloudDriver, SurvivesThousandsOfExpiredTokensInARow)
+{
+    collect();
+    for (int i = 0; i < 20000; ++i)
+        answers({expired, token});
+    answers({accepted, done});
+    driver.checkClose(document);
+    EXPECT_EQ(driver.getFiscalInfo(0, false).fiscalDocumentNumber, 123);
+}
+
+TEST_F(CloudDriver, LetsATokenThatExpiresWhilePollingReachTheHost)
+{
+    collect();
+    answers({accepted, waiting, expired});
+    EXPECT_THROW(driver.checkClose(document), atolonline::TokenExpired);
+    EXPECT_EQ(transport.requestLines(), QStringList{selling} + polling + polling);
+}
+
+TEST_F(CloudDriver, LetsEveryOtherFailureReachTheHostAndRepeatsNothing)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {R"({"error":{"code":32,"text":"t"}})", "Некорректные данные в запросе"},
+        {exists, "Документ с переданным идентификатором уже существует"},
+        {R"({"error":{"code":50,"text":"t"}})", "Нет связи с ФР"},
+        {"", "Нет связи с ФР"},
+    };
+    for (const auto& [answer, message] : rows) {
+        collect();
+        const auto before = transport.requests().size();
+        transport.answer(answer);
+        EXPECT_EQ(failureOf([&] { driver.checkClose(document); }), QString::fromUtf8(message));
+        EXPECT_EQ(transport.requests().size(), before + 1);
+    }
+}
+
+TEST_F(CloudDriver, EndsTheWaitOnAStatusItDoesNotKnow)
+{
+    collect();
+    answers({accepted, R"({"status":"queued"})"});
+    EXPECT_EQ(driver.checkClose(document), QJsonObject());
+    EXPECT_EQ(driver.sleeps.size(), 1);
+}
+
+TEST_F(CloudDriver, SendsTheSameReceiptAgainAfterAFailedClose)
+{
+    collect();
+    transport.dropAnswer();
+    EXPECT_THROW(driver.checkClose(document), FrWorkWithServiceException);
+    const QJsonObject first = sentReceipt();
+    answers({accepted, done});
+    driver.checkClose(document);
+    EXPECT_EQ(transport.requests().at(1).json().value(QStringLiteral("receipt")).toObject(), first);
+}
+
+TEST_F(CloudDriver, ClosesADocumentWithoutWaiting)
+{
+    collect();
+    answers({accepted});
+    EXPECT_EQ(driver.documentClose(document), QStringLiteral("u-1"));
+    EXPECT_EQ(transport.requestLines(), QStringList{selling});
+    EXPECT_EQ(driver.sleeps, QList<int>());
+    EXPECT_EQ(driver.getFiscalInfo(0, false).fnNumber, QString());
+    EXPECT_EQ(log.lines(), (QStringList{QStringLiteral("info: Закрытие чека"),
+                               QStringLiteral("info: Установка идентификатора документа till-7-000123")}));
+}
+
+TEST_F(CloudDriver, GivesTheUuidOfADocumentThatExists)
+{
+    collect();
+    answers({exists});
+    EXPECT_EQ(driver.documentClose(document), QStringLiteral("u-0"));
+    answers({R"({"error":{"code":33,"text":"t"}})"});
+    EXPECT_EQ(driver.documentClose(document), QString());
+}
+
+TEST_F(CloudDriver, RenewsAnExpiredTokenWithoutALineOfItsOwnWhenItDoesNotWait)
+{
+    collect();
+    answers({expired, token, accepted});
+    EXPECT_EQ(driver.documentClose(document), QStringLiteral("u-1"));
+    EXPECT_EQ(log.lines().filter(QStringLiteral("Получаем новый токен")), QStringList());
+    EXPECT_EQ(log.lines().filter(QStringLiteral("Закрытие чека")).size(), 2);
+}
+
+TEST_F(CloudDriver, AsksAboutADocumentAndReturnsTheWholeAnswer)
+{
+    answers({expired, token, waiting, done});
+    EXPECT_EQ(driver.getDocumentInfo(QStringLiteral("u-1")).value(QStringLiteral("status")).toString(),
+        QStringLiteral("wait"));
+    EXPECT_EQ(driver.getDocumentInfo(QStringLiteral("u-1")).value(QStringLiteral("status")).toString(),
+        QStringLiteral("done"));
+    EXPECT_EQ(transport.requestLines(), polling + QStringList{asking} + polling + polling);
+    EXPECT_EQ(log.lines().filter(QStringLiteral("info: Получение информации о документе")).size(), 3);
+    EXPECT_EQ(driver.getFiscalInfo(0, false).fnNumber, QString());
+}
+
+TEST_F(CloudDriver, TellsTheTimeOfThisMachine)
+{
+    const QDateTime before = QDateTime::currentDateTime();
+    const QDateTime now = driver.getDateTime();
+    EXPECT_LE(before, now);
+    EXPECT_LE(now, QDateTime::currentDateTime());
+}
+
+TEST_F(CloudDriver, IsOneObjectBehindBothInterfaces)
+{
+    AbstractFrDriver* base = &driver;
+    auto* cloud = dynamic_cast<VposFrDriver*>(base);
+    ASSERT_NE(cloud, nullptr);
+    collect();
+    answers({accepted});
+    EXPECT_EQ(cloud->documentClose(document), QStringLiteral("u-1"));
+    EXPECT_EQ(cloud->getLastResponse(), driver.getLastResponse());
+}
+
+} // namespace

@@ -1,0 +1,37 @@
+#include "tests/frbase/operations.h"
+
+#include "driver/atolonlinefrdriver.h"
+#include "plugin/atolonlinesettings.h"
+#include "tests/support/scriptedtransport.h"
+
+#include <gtest/gtest.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Overridden, or filled by an override, with the same outcome when called on its own.
+const QStringList sameOnTheirOwn{
+    u"checkAddPosition"_s, u"checkOption"_s, u"getDateTime"_s, u"getFiscalInfo"_s};
+
+TEST(CloudDriversOperations, DifferFromTheDefaultsOnlyWhereTheTableSaysSo)
+{
+    QStringList expected;
+    QStringList different;
+    for (const Operation& operation : operations()) {
+        // The cloud register has no line.
+        if (operation.needsPort && operation.cloud.isEmpty())
+            continue;
+        ScriptedTransport transport;
+        AtolOnlineSettings settings;
+        AtolOnlineFRDriver driver(&settings);
+        const OperationOutcome byDefault{operation.expectedValue, operation.expectedLog};
+        if (!(outcomeOf(operation, driver) == byDefault))
+            different << operation.name;
+        if (!operation.cloud.isEmpty() && !sameOnTheirOwn.contains(operation.name))
+            expected << operation.name;
+    }
+    EXPECT_EQ(different, expected);
+}
+
+} // namespace

@@ -1,0 +1,44 @@
+#include "host/exceptions.h"
+#include "tests/support/qtprinters.h"
+
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+namespace {
+
+template <typename Derived, typename Base>
+constexpr bool derives = std::is_base_of_v<Base, Derived>;
+
+static_assert(derives<BasicException, std::runtime_error>);
+static_assert(derives<DriverException, BasicException>);
+static_assert(derives<FrDriverException, DriverException>);
+static_assert(derives<FrCommandException, FrDriverException>);
+static_assert(derives<FrWorkWithServiceException, FrCommandException>);
+static_assert(derives<FrNoConnectionException, FrCommandException>);
+static_assert(derives<FrCommandNotSupportException, FrDriverException>);
+static_assert(!derives<FrCommandNotSupportException, FrCommandException>);
+static_assert(derives<ComDriverException, DriverException>);
+static_assert(!derives<ComDriverException, FrDriverException>);
+static_assert(std::has_virtual_destructor_v<tr::Tr>);
+
+TEST(Exceptions, CarryTheirRussianMessageThroughTheRootOfTheFamily)
+{
+    try {
+        throw FrNoConnectionException(QStringLiteral("Нет связи с ФР"));
+    } catch (const BasicException& e) {
+        EXPECT_EQ(e.tr().ru(), QStringLiteral("Нет связи с ФР"));
+        EXPECT_STREQ(e.what(), "Нет связи с ФР");
+    }
+}
+
+TEST(Tr, IsEmptyByDefaultAndCopiesItsText)
+{
+    const tr::Tr message(QStringLiteral("текст"));
+    tr::Tr copy;
+    EXPECT_EQ(copy.ru(), QString());
+    copy = message;
+    EXPECT_EQ(copy.ru(), QStringLiteral("текст"));
+}
+
+} // namespace

@@ -1,0 +1,98 @@
+#include "hostcli/failure.h"
+#include "hostcli/registerconfig.h"
+#include "tests/hostcli/textfile.h"
+#include "tests/support/qtprinters.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace frhost;
+
+class RegisterConfiguration : public testing::Test
+{
+protected:
+    [[nodiscard]] RegisterConfig read(const QByteArray& text) const
+    {
+        return readRegisterConfig(files.file("r.ini", text));
+    }
+    // The message without the folder.
+    [[nodiscard]] QString messageFor(const QByteArray& text) const
+    {
+        return messageOf<Failure>([&] { std::ignore = read(text); }).remove(files.path() + u'/');
+    }
+
+    TextFiles files;
+};
+
+TEST_F(RegisterConfiguration, HoldsSettingsWithTheirLinesAndOptions)
+{
+    const RegisterConfig config =
+        read("[register]\nurl = http://x\nrequestInterval = 300\n[driverOptions]\n0x10 = off\n4 = on\n");
+    ASSERT_EQ(config.settings.size(), 2);
+    EXPECT_EQ(config.settings[1].name, QStringLiteral("requestInterval"));
+    EXPECT_EQ(config.settings[1].value, QStringLiteral("300"));
+    EXPECT_EQ(config.settings[1].line, 3);
+    const hw::fr::DriverOptions expected{{hw::fr::Option::UseFn, false}, {hw::fr::Option::Bit2, true}};
+    EXPECT_EQ(config.driverOptions, expected);
+}
+
+TEST_F(RegisterConfiguration, TakesThePasswordFromAFileBesideIt)
+{
+    std::ignore = files.file("secret", "па роль, \"x\"; \r\nsecond line\n");
+    const RegisterConfig config = read("[register]\npasswordFile = secret\n");
+    ASSERT_EQ(config.settings.size(), 1);
+    EXPECT_EQ(config.settings[0].name, QStringLiteral("password"));
+    EXPECT_EQ(config.settings[0].value, QStringLiteral("па роль, \"x\"; "));
+}
+
+TEST_F(RegisterConfiguration, NamesFileAndLineOfWhatIsWrong)
+{
+    EXPECT_EQ(messageFor("[regster]\nurl=x\n"),
+        QStringLiteral("r.ini:2: unknown section [regster]; did you mean [register]?"));
+    EXPECT_EQ(messageFor("[register]\nurl\n").section(u':', 0, 1), QStringLiteral("r.ini:2"));
+}
+
+TEST_F(RegisterConfiguration, RefusesOptionsThatAreNone)
+{
+    EXPECT_EQ(messageFor("[driverOptions]\nuseFn=off\n"),
+        QStringLiteral("r.ini:2: \"useFn\" is no option; write it as 0x10 = off"));
+    EXPECT_EQ(messageFor("[driverOptions]\n0=off\n"),
+        QStringLiteral("r.ini:2: \"0\" is no option; write it as 0x10 = off"));
+    EXPECT_EQ(messageFor("[driverOptions]\n0x10=maybe\n"),
+        QStringLiteral("r.ini:2: option 0x10 takes \"on\" or \"off\""));
+}
+
+TEST_F(RegisterConfiguration, SaysWhichFileCannotBeRead)
+{
+    EXPECT_EQ(
+        messageOf<Failure>([] { std::ignore = readRegisterConfig(QStringLiteral("/nonexistent/r.ini")); }),
+        QStringLiteral("/nonexistent/r.ini: No such file or directory"));
+    EXPECT_EQ(
+        messageFor("[register]\npasswordFile=none\n"), QStringLiteral("none: No such file or directory"));
+    std::ignore = files.file("empty", "\n");
+    EXPECT_EQ(messageFor("[register]\npasswordFile=empty\n"),
+        QStringLiteral("empty: no password in UTF-8 on the first line"));
+}
+
+TEST_F(RegisterConfiguration, RefusesTwoPasswords)
+{
+    std::ignore = files.file("secret", "x\n");
+    EXPECT_EQ(messageFor("[register]\npassword=x\npasswordFile=secret\n"),
+        QStringLiteral("r.ini:3: give password or passwordFile, not both"));
+    EXPECT_EQ(messageFor("[register]\npasswordFile=secret\npassword=x\n"),
+        QStringLiteral("r.ini:3: give password or passwordFile, not both"));
+}
+
+TEST_F(RegisterConfiguration, SaysWhatIsMissingToReachTheService)
+{
+    EXPECT_EQ(messageOf<Failure>([] { requireConnection({}); }),
+        QStringLiteral("This command talks to the service: give a configuration with --config FILE."));
+    const QString message =
+        messageOf<Failure>([&] { requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\n")); });
+    EXPECT_TRUE(message.endsWith(QStringLiteral("section [register] lacks \"groupCode\"")))
+        << message.toStdString();
+    EXPECT_NO_THROW(requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\ngroupCode=g\n")));
+}
+
+} // namespace

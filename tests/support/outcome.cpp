@@ -1,0 +1,33 @@
+#include "tests/support/outcome.h"
+
+#include "host/exceptions.h"
+
+#include <cxxabi.h>
+
+#include <cstdlib>
+#include <memory>
+#include <typeinfo>
+
+namespace {
+
+QString className(const std::exception& e)
+{
+    int status = 0;
+    const std::unique_ptr<char, decltype(&std::free)> name(
+        abi::__cxa_demangle(typeid(e).name(), nullptr, nullptr, &status), &std::free);
+    return QString::fromUtf8(name.get());
+}
+
+} // namespace
+
+QString outcomeOf(const std::function<void()>& call)
+{
+    try {
+        call();
+        return QStringLiteral("returned");
+    } catch (const BasicException& e) {
+        return className(e) + QStringLiteral(": ") + e.tr().ru();
+    } catch (const std::exception& e) {
+        return className(e) + QStringLiteral(": ") + QString::fromUtf8(e.what());
+    }
+}
