@@ -25,7 +25,7 @@ const money = value => Number(value).toFixed(2);
 
 function fillRow(button, receipt) {
   const twice = receipt.wire_requests > 1
-    ? make('small', {className: 'twice', textContent: `${receipt.wire_requests} ${say.wireTwice}`}) : null;
+    ? make('small', {className: 'twice', textContent: `${say.requests}: ${receipt.wire_requests}`}) : null;
   button.replaceChildren(
     make('span', {className: 'id', textContent: receipt.external_id}),
     make('span', {textContent: money(receipt.total)}),
@@ -66,9 +66,26 @@ function markOpen() {
 async function refresh() {
   const text = byId('query').value;
   const found = await ask(`documents?limit=${mostRows}&text=${encodeURIComponent(text)}`);
+  const focused = document.activeElement.dataset.uuid;
   byId('list').replaceChildren(...found.documents.map(row));
   byId('none').hidden = found.documents.length > 0;
+  if (focused) byId('list').querySelector(`button[data-uuid="${focused}"]`)?.focus();
   markOpen();
+}
+
+// A receipt becomes done by the passing of time alone, which brings no event.
+async function lookAfterWaiting() {
+  const waiting = [...byId('list').querySelectorAll('button:has(.wait)')];
+  if (waiting.length > 0) {
+    const found = await ask(`documents?limit=${mostRows}`);
+    for (const receipt of found.documents.filter(one => one.status !== 'wait')) {
+      const button = waiting.find(one => one.dataset.uuid === receipt.uuid);
+      if (!button) continue;
+      fillRow(button, receipt);
+      if (receipt.uuid === openUuid) openFromAddress();
+    }
+  }
+  setTimeout(lookAfterWaiting, 1000);
 }
 
 let refreshTimer = 0;
@@ -167,22 +184,37 @@ function exchange(one) {
   return box;
 }
 
+function showDetail(receipt, exchanges) {
+  byId('choose').hidden = true;
+  byId('opened-title').textContent = `${say.opened} ${receipt.external_id}`;
+  const detail = byId('detail');
+  const title = make('h3', {textContent: `${say.raw}, ${say.requests}: ${receipt.wire_requests}`,
+    className: receipt.wire_requests > 1 ? 'twice' : ''});
+  if (detail.dataset.uuid !== receipt.uuid) {
+    detail.replaceChildren(slip(receipt), title);
+  } else {
+    // What someone reads or has opened stays as it is.
+    if (detail.dataset.status !== receipt.status) detail.querySelector('.slip').replaceWith(slip(receipt));
+    detail.querySelector('h3').replaceWith(title);
+  }
+  Object.assign(detail.dataset, {uuid: receipt.uuid, status: receipt.status});
+  const shown = detail.querySelectorAll('details').length;
+  detail.append(...exchanges.slice(shown).map(exchange));
+}
+
 async function open(uuid) {
   openUuid = uuid;
   markOpen();
   if (!uuid) return;
   const [receipt, wire] = await Promise.all([ask('documents/' + uuid), ask(`documents/${uuid}/exchange`)]);
-  if (uuid !== openUuid) return;
-  byId('choose').hidden = true;
-  byId('opened-title').textContent = `${say.opened} ${receipt.external_id}`;
-  const wireTitle = `${say.raw}: ${receipt.wire_requests} ${say.wireTwice}`;
-  byId('detail').replaceChildren(slip(receipt),
-    make('h3', {textContent: wireTitle, className: receipt.wire_requests > 1 ? 'twice' : ''}),
-    ...wire.exchanges.map(exchange));
+  if (uuid === openUuid) showDetail(receipt, wire.exchanges);
 }
 
 function openFromAddress() {
-  open(location.hash.slice(1)).catch(error => { byId('detail').textContent = error.message; });
+  open(location.hash.slice(1)).catch(error => {
+    delete byId('detail').dataset.uuid;
+    byId('detail').textContent = error.message;
+  });
 }
 
 // Calls of every kind.
@@ -325,6 +357,7 @@ async function start() {
   addEventListener('hashchange', openFromAddress);
   openFromAddress();
   follow();
+  lookAfterWaiting();
 }
 
 start();

@@ -114,6 +114,15 @@ test('a receipt opens as a slip with its fiscal data beside the exchange', async
   assert.match(wire, /Token: \*\*\*/);
 });
 
+test('what is opened stays open while more arrives', async () => {
+  const uuid = await browser.run('return location.hash.slice(1)');
+  const count = await browser.run(`document.querySelector('#detail details').open = true;
+    return document.querySelectorAll('#detail details').length`);
+  await report(uuid);
+  await browser.until('return document.querySelectorAll("#detail details").length === arguments[0]', count + 1);
+  assert.equal(await browser.run("return document.querySelector('#detail details').open"), true);
+});
+
 test('the QR code on the slip is read by a decoder', async () => {
   const {payload} = await report(await browser.run('return location.hash.slice(1)'));
   await browser.until("return document.querySelector('#qr').complete && document.querySelector('#qr').naturalWidth > 0");
@@ -143,7 +152,7 @@ test('a fault set on the page hits the next sell', async () => {
   await browser.until("return document.querySelector('#fault-list').innerText.includes('hits: 1/1')");
   assert.equal((await sell('till-2')).status, 200);
   const row = await browser.until(`return ${rowOf('till-2')}?.innerText`);
-  assert.match(row, /2 requests on the wire/);
+  assert.match(row, /requests: 2/);
 });
 
 test('a fault that cannot be is refused with the reason', async () => {
