@@ -43,7 +43,7 @@ Emulator::Emulator(const Options& options, Clock clock)
         faults_.add(fault);
     service_.setAddress(root_);
     service_.setListener([this](const Exchange& exchange) { tellOf(exchange); });
-    api_.setListener([this](const Json& event) { server_.publish(event.dump()); });
+    api_.setListener([this](const Json& event) { server_.publish(toLine(event)); });
 }
 
 std::string Emulator::url() const
@@ -76,7 +76,7 @@ void Emulator::tellOf(const Exchange& exchange)
         event["code"] = exchange.code;
     if (const auto document = store_.findDocument(exchange.uuid))
         event["document"] = api_.summary(*document);
-    server_.publish(event.dump());
+    server_.publish(toLine(event));
 }
 
 } // namespace emulator

@@ -17,7 +17,7 @@ Reply statusReply(
 
 Reply jsonReply(const int status, const Json& body)
 {
-    return {.status = status, .body = body.dump()};
+    return {.status = status, .body = toLine(body)};
 }
 
 Reply tokenReply(const std::string& token, const TimePoint now)

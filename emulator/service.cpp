@@ -34,17 +34,20 @@ std::string callbackUrl(const Json& body)
     return url != service->end() && url->is_string() ? url->get<std::string>() : std::string();
 }
 
-/// `uuid` and error code that an answer speaks of.
-void readAnswer(Exchange& exchange, const Reply& reply)
+std::string uuidIn(const Reply& reply)
 {
-    exchange.status = reply.status;
     const Json body = Json::parse(reply.body, nullptr, false);
-    if (!body.is_object())
-        return;
-    if (body.contains("uuid") && body["uuid"].is_string())
-        exchange.uuid = body["uuid"];
-    if (body.contains("error") && body["error"].is_object() && body["error"].contains("code"))
-        exchange.code = body["error"]["code"];
+    return body.is_object() && body.contains("uuid") && body["uuid"].is_string()
+               ? body["uuid"].get<std::string>()
+               : std::string();
+}
+
+/// The error code that a reply speaks of, -1 for none.
+int codeIn(const Reply& reply)
+{
+    const Json body = Json::parse(reply.body, nullptr, false);
+    const bool error = body.is_object() && body.contains("error") && body["error"].is_object();
+    return error ? body["error"].value("code", -1) : -1;
 }
 
 std::string describe(const Fault* fault)
@@ -131,16 +134,19 @@ void Service::record(
     const Context& context, const Request& request, const Answer& answer, const Reply& honest)
 {
     const Call& call = context.call;
+    const bool undone = context.fault != nullptr && context.fault->phase == Phase::Before;
+    const std::string bytes = answer.bytes(true);
     Exchange exchange{.at = clock_(),
         .endpoint = std::string(nameOf(call.endpoint)),
         .groupCode = call.group,
         .externalId = call.externalId,
-        .uuid = call.uuid,
+        .uuid = call.endpoint == Endpoint::Sell && !undone ? uuidIn(honest) : call.uuid,
         .login = call.login,
         .request = maskedRequest(request, call),
-        .answer = maskedAnswer(answer.bytes(true), honest, call),
+        .answer = maskedAnswer(bytes, honest, call),
+        .status = bytes.empty() ? 0 : answer.reply.status,
+        .code = bytes.empty() ? -1 : codeIn(answer.reply),
         .fault = describe(context.fault)};
-    readAnswer(exchange, answer.reply);
     store_.addExchange(exchange);
     if (listener_)
         listener_(exchange);

@@ -175,7 +175,7 @@ function slip(receipt) {
 }
 
 function exchange(one) {
-  const title = `${say[one.endpoint]}: HTTP ${one.status}` + (one.code === undefined ? '' : `, ${one.code}`) +
+  const title = `${say[one.endpoint]}: ${one.status ? 'HTTP ' + one.status : say.noAnswer}` + (one.code === undefined ? '' : `, ${one.code}`) +
     (one.fault ? `, ${say.fault}: ${one.fault}` : '');
   const text = (name, content) => [make('h4', {textContent: name}),
     make('pre', {tabIndex: 0, role: 'group', ariaLabel: name, textContent: content})];
@@ -352,7 +352,9 @@ async function start() {
   byId('fault').addEventListener('submit', event => { event.preventDefault(); setFault(faultOfForm()); });
   byId('search').addEventListener('submit', event => { event.preventDefault(); refresh(); });
   byId('query').addEventListener('input', refreshSoon);
-  byId('clear').addEventListener('click', () => ask('documents', {method: 'DELETE'}));
+  byId('clear').addEventListener('click', () => {
+    if (confirm(say.clear + '?')) ask('documents', {method: 'DELETE'});
+  });
   byId('calls').addEventListener('toggle', showCalls);
   addEventListener('hashchange', openFromAddress);
   openFromAddress();

@@ -136,6 +136,34 @@ TEST_F(OwnApi, KeepsNoPasswordAndNoTokenAnywhere)
     EXPECT_THAT(all, Not(HasSubstr(half.substr(half.find("token") + 8, 20))));
 }
 
+TEST_F(OwnApi, ShowsALostAnswerAsNone)
+{
+    EXPECT_EQ(post("/_emulator/faults",
+                  {{"endpoint", "sell"}, {"effect", "close"}, {"phase", "after"}, {"name", "lost"}})
+                  .status,
+        200);
+    RawClient client(port());
+    client.send(postRequest("/possystem/v4/group-1/sell", goodReceipt("id").dump(), tokenHeader()));
+    EXPECT_EQ(client.receiveAll().head, "");
+    const Json document = get("/_emulator/documents?external_id=id").json()["documents"][0];
+    const Json exchange = get("/_emulator/exchanges?group=group-1&external_id=id").json()["exchanges"][0];
+    EXPECT_EQ(exchange["uuid"], document["uuid"]);
+    EXPECT_EQ(exchange["status"], 0);
+    EXPECT_EQ(exchange["answer"], "");
+    EXPECT_EQ(exchange["fault"], "lost (after close)");
+}
+
+TEST_F(OwnApi, ShowsBytesThatAreNoText)
+{
+    EXPECT_EQ(
+        exchange(postRequest("/possystem/v4/%ff/sell", "{\"external_id\":\"\xff\"}", tokenHeader())).status,
+        401);
+    const auto answer = get("/_emulator/exchanges?limit=1");
+    EXPECT_EQ(answer.status, 200);
+    EXPECT_EQ(answer.json()["exchanges"][0]["group"], "\xEF\xBF\xBD");
+    EXPECT_EQ(get("/_emulator/documents/%ff").status, 404);
+}
+
 TEST_F(OwnApi, ShowsCallsThatRegisteredNothing)
 {
     Json body = goodReceipt("bad");

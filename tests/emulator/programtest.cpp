@@ -6,6 +6,7 @@
 #include <csignal>
 #include <cstdio>
 #include <fstream>
+#include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -57,6 +58,9 @@ public:
             text += static_cast<char>(c);
         return text;
     }
+
+    /// Whether the program has not closed its output yet.
+    bool more() const { return std::feof(output_) == 0; }
 
     /// Sends the signal (0: none) and waits; the exit status, or the negative signal that ended it.
     int finish(const int signal)
@@ -175,4 +179,32 @@ TEST(Program, ReadsItsConfigurationAndFaultsFromFiles)
     EXPECT_EQ(bad.finish(0), 1);
     std::remove((stem + ".config").c_str());
     std::remove((stem + ".faults").c_str());
+}
+
+TEST(Program, HasEveryOptionAndEffectInItsReadme)
+{
+    std::stringstream readme;
+    readme << std::ifstream(README).rdbuf();
+
+    Program help({"--help"});
+    std::vector<std::string> missing;
+    for (std::string line = help.line(); help.more(); line = help.line()) {
+        const std::size_t at = line.find("--");
+        const std::string option =
+            at > 6 ? std::string() : line.substr(at, line.find_first_of(" ,", at) - at);
+        if (!option.empty() && option != "--help" && readme.str().find('`' + option) == std::string::npos)
+            missing.push_back(option);
+    }
+
+    Program program({});
+    RawClient client(portIn(program.line()));
+    client.send(getRequest("/_emulator/effects"));
+    const Json answer = client.receive().json();
+    for (const Json& effect : answer["effects"]) {
+        const auto name = effect["effect"].get<std::string>();
+        if (readme.str().find('`' + name + '`') == std::string::npos)
+            missing.push_back(name);
+    }
+    EXPECT_THAT(missing, testing::IsEmpty());
+    EXPECT_EQ(answer["effects"].size(), 18u);
 }

@@ -225,3 +225,12 @@ test('no secret is on the page and nothing was refused or failed in it', async (
   const log = await browser.log();
   assert.deepEqual(log.filter(entry => entry.level === 'SEVERE' && !entry.message.includes('400')), []);
 });
+
+test('all receipts are forgotten once that is confirmed', async () => {
+  await browser.click('#clear');
+  await browser.call('POST', '/alert/dismiss');
+  assert.ok(await browser.run(`return ${rowOf('till-1')}`));
+  await browser.click('#clear');
+  await browser.call('POST', '/alert/accept');
+  await browser.until("return document.querySelectorAll('#list li').length === 0");
+});
