@@ -1,4 +1,5 @@
 // Drives the emulator's page in headless Chromium: FREMULATOR=program AXE=axe.min.js node --test pagetest.mjs
+// With FRHOST=program a receipt is also sold through the register's own host program.
 import assert from 'node:assert/strict';
 import {execFileSync, spawn} from 'node:child_process';
 import {mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
@@ -8,7 +9,7 @@ import {join} from 'node:path';
 import {after, before, test} from 'node:test';
 import {Browser, keys, lineOf} from './webdriver.mjs';
 
-const [program, axe] = [process.env.FREMULATOR, process.env.AXE];
+const {FREMULATOR: program, AXE: axe, FRHOST: host} = process.env;
 const password = 'password-that-must-not-be-shown';
 let emulator, browser, root, port, token;
 
@@ -99,6 +100,32 @@ test('a receipt appears without a reload', async () => {
   assert.equal(await browser.run('return window.sameDocument'), true);
 });
 
+test('a receipt sold by the host program appears without a reload', {skip: host ? false : 'FRHOST is not set'}, async () => {
+  const folder = mkdtempSync(join(tmpdir(), 'fremulator-host-'));
+  writeFileSync(join(folder, 'register.ini'), `[register]
+url=${root}possystem/v4/
+login=shop
+password=${password}
+groupCode=group
+requestInterval=200
+email=shop@example.com
+inn=7700000000
+paymentAddress=https://shop.example
+`, {mode: 0o600});
+  writeFileSync(join(folder, 'receipt.json'), JSON.stringify({id: 'host-1',
+    requisites: [{tag: 1008, value: 'buyer@example.com'}],
+    positions: [{name: 'Хлеб', price: 30, quantity: 1, sum: 30}], payments: [{type: 1, sum: 30}]}));
+  const sold = spawn(host, ['--config', join(folder, 'register.ini'), 'sell', join(folder, 'receipt.json')],
+    {stdio: ['ignore', 'ignore', 'pipe']});
+  let complaint = '';
+  sold.stderr.on('data', chunk => { complaint += chunk; });
+  const status = await new Promise(resolve => sold.on('close', resolve));
+  rmSync(folder, {recursive: true});
+  assert.equal(status, 0, complaint);
+  assert.match(await browser.until(`return ${rowOf('host-1')}?.innerText`), /host-1[^]*30\.00[^]*done/);
+  assert.equal(await browser.run('return window.sameDocument'), true);
+});
+
 test('a receipt opens as a slip with its fiscal data beside the exchange', async () => {
   await browser.run(`${rowOf('till-1')}.click()`);
   const uuid = await browser.until("return document.querySelector('#qr') && location.hash.slice(1)");
@@ -166,12 +193,12 @@ test('the search narrows the list', async () => {
   await browser.type('till-2');
   await browser.until("return document.querySelectorAll('#list li').length === 1");
   await browser.press(...Array(6).fill(keys.backspace));
-  await browser.until("return document.querySelectorAll('#list li').length === 2");
+  await browser.until(`return ${rowOf('till-1')} && ${rowOf('till-2')}`);
 });
 
 test('the keyboard reaches everything and works it', async () => {
   await browser.goto(root);
-  await browser.until("return document.querySelectorAll('#list li').length === 2");
+  await browser.until(`return ${rowOf('till-2')}`);
   const wanted = await browser.run(`return [...document.querySelectorAll('button, input, select, summary')]
     .filter(one => one.checkVisibility()).length`);
   await browser.run("window.reached = new Set(); document.addEventListener('focusin', event => reached.add(event.target))");
@@ -181,8 +208,9 @@ test('the keyboard reaches everything and works it', async () => {
   assert.deepEqual(missed, []);
 
   await tabTo('till-2');
+  const below = await browser.run(`return ${rowOf('till-2')}.closest('li').nextElementSibling.querySelector('.id').innerText`);
   await browser.press(keys.down, keys.enter);
-  await browser.until("return document.getElementById('opened-title').innerText.includes('till-1')");
+  await browser.until("return document.getElementById('opened-title').innerText.includes(arguments[0])", below);
   await tabTo('Registered, but the answer was lost');
   await browser.press(keys.enter);
   await browser.until("return document.getElementById('fault-list').innerText.includes('answer was lost')");
