@@ -37,17 +37,17 @@ struct CommandInfo
 
 constexpr CommandInfo commands[] = {
     {Command::Describe, "describe", "frhost describe",
-        QT_TRANSLATE_NOOP("frhost", "Show the plugin and the register's settings")},
+        QT_TRANSLATE_NOOP("Text", "Show the plugin and the register's settings")},
     {Command::Check, "check", "frhost --config register.ini check",
-        QT_TRANSLATE_NOOP("frhost", "Say whether address, login and password work; registers nothing")},
+        QT_TRANSLATE_NOOP("Text", "Say whether address, login and password work; registers nothing")},
     {Command::Sell, "sell", "frhost --config register.ini sell receipt.json",
-        QT_TRANSLATE_NOOP("frhost", "Register receipts and show their fiscal results")},
+        QT_TRANSLATE_NOOP("Text", "Register receipts and show their fiscal results")},
     {Command::Send, "send", "frhost --config register.ini send receipt.json",
-        QT_TRANSLATE_NOOP("frhost", "Send receipts without waiting; shows the service's identifiers")},
+        QT_TRANSLATE_NOOP("Text", "Send receipts without waiting; shows the service's identifiers")},
     {Command::Info, "info", "frhost --config register.ini info 0a1b2c3d-0000-1111-2222-333344445555",
-        QT_TRANSLATE_NOOP("frhost", "Ask the service about a document")},
+        QT_TRANSLATE_NOOP("Text", "Ask the service about a document")},
     {Command::Compose, "compose", "frhost --config register.ini compose receipt.json",
-        QT_TRANSLATE_NOOP("frhost", "Show what would be sent for receipts; sends nothing")},
+        QT_TRANSLATE_NOOP("Text", "Show what would be sent for receipts; sends nothing")},
 };
 
 std::string described(const CommandInfo& info)

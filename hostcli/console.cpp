@@ -1,5 +1,6 @@
 #include "hostcli/console.h"
 
+#include "hostcli/printable.h"
 #include "hostcli/text.h"
 
 #include <cstdio>
@@ -8,6 +9,9 @@
 namespace frhost {
 
 namespace {
+
+// A line that wraps cannot be erased.
+constexpr qsizetype maxStatusLength = 60;
 
 void put(const QString& text)
 {
@@ -38,7 +42,8 @@ void Console::line(const QString& text)
 {
     const std::scoped_lock lock(guard);
     erase();
-    put(text + u'\n');
+    for (const QString& part : text.split(u'\n'))
+        put(printable(part) + u'\n');
     draw();
 }
 
@@ -47,7 +52,7 @@ void Console::showStatus(const QString& text)
     if (!isTerminal)
         return;
     const std::scoped_lock lock(guard);
-    status = text;
+    status = printable(text).left(maxStatusLength);
     since = std::chrono::steady_clock::now();
     draw();
     if (!ticker.joinable())

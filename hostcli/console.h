@@ -19,7 +19,7 @@ public:
     ~Console();
     Q_DISABLE_COPY_MOVE(Console)
 
-    /// Writes a line above the status line, if there is one.
+    /// Writes a line (or several) above the status line, if there is one; control characters are replaced.
     void line(const QString& text);
 
     /// Shows `text` and the seconds waited until hideStatus(); does nothing where there is no terminal.

@@ -5,6 +5,8 @@
 #include "hostcli/logging.h"
 
 #include <QCoreApplication>
+#include <QLocale>
+#include <QTranslator>
 
 #include <csignal>
 #include <fcntl.h>
@@ -59,5 +61,8 @@ int main(int argc, char** argv)
     // A reader that goes away must not end the program in the middle of a receipt.
     std::signal(SIGPIPE, SIG_IGN);
     const QCoreApplication application(argc, argv);
+    QTranslator translator;
+    if (translator.load(QLocale(), QStringLiteral("frhost"), QStringLiteral("_"), QStringLiteral(":/frhost")))
+        QCoreApplication::installTranslator(&translator);
     return static_cast<int>(start(argc, argv));
 }

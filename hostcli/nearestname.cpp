@@ -8,11 +8,14 @@ namespace frhost {
 
 namespace {
 
-// Levenshtein's distance, ignoring case.
+// Levenshtein's distance, ignoring case; a name that was cut short or made longer is as near as one with a
+// wrong letter.
 int distance(const QString& from, const QString& to)
 {
     const QString a = from.toCaseFolded();
     const QString b = to.toCaseFolded();
+    if (a.startsWith(b) || b.startsWith(a))
+        return a == b ? 0 : 1;
     std::vector<int> row(static_cast<std::size_t>(b.size()) + 1);
     std::iota(row.begin(), row.end(), 0);
     for (const QChar c : a) {

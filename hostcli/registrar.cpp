@@ -106,10 +106,10 @@ void Registrar::takeExisting(ReceiptResult& result, const Receipt& receipt)
 {
     QString uuid;
     const auto error = attempt([&] { uuid = fiscalRegister.service().documentClose(receipt.document); });
+    noteError(result, error);
     if (!uuid.isEmpty())
         result.uuid = uuid;
     if (result.uuid.isEmpty()) {
-        noteError(result, error);
         conclude(result, SaleVerdict::Unknown);
         return;
     }
@@ -174,6 +174,7 @@ ReceiptResult Registrar::send(const QueuedReceipt& queued)
     conclude(result, verdict);
     if (result.outcome == Outcome::Registered) {
         result.outcome.reset();
+        result.uuid = transport.seen().registration.uuid;
         result.recovered = transport.seen().registration.errorCode.has_value();
     }
     return result;
@@ -198,11 +199,21 @@ void Registrar::conclude(ReceiptResult& result, SaleVerdict verdict) const
         return;
     case SaleVerdict::Failed:
         end(Outcome::Refused, Text::tr("The service could not register the receipt"), newIdAdvice());
+        tellFailure(*result.error);
         return;
     default:
         end(Outcome::Unknown, Text::tr("The service's answer does not say whether the receipt is registered"),
             adviceFor(Outcome::Unknown));
     }
+}
+
+// The register behind the service has codes of its own, for which the driver's message would be wrong.
+void Registrar::tellFailure(ErrorInfo& error) const
+{
+    const ServiceAnswer& answer = transport.seen().status;
+    error.code = answer.errorCode;
+    if (!answer.errorText.isEmpty())
+        error.message = answer.errorText;
 }
 
 void Registrar::noteError(ReceiptResult& result, const std::optional<ErrorInfo>& error) const

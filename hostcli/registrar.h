@@ -36,6 +36,7 @@ private:
     QJsonObject askAgain(ReceiptResult& result, const Receipt& receipt);
     void compareTotals(ReceiptResult& result, const Receipt& receipt, const QJsonObject& answer) const;
     void conclude(ReceiptResult& result, SaleVerdict verdict) const;
+    void tellFailure(ErrorInfo& error) const;
     void noteError(ReceiptResult& result, const std::optional<ErrorInfo>& error) const;
 
     FiscalRegister& fiscalRegister;

@@ -1,6 +1,7 @@
 #include "hostcli/resultreport.h"
 
 #include "hostcli/fiscalpayload.h"
+#include "hostcli/printable.h"
 #include "hostcli/text.h"
 #include "hostcli/texttable.h"
 
@@ -105,7 +106,7 @@ QString toText(const ReceiptResult& result)
     QList<QStringList> rows;
     const auto row = [&](const QString& label, const QString& value) {
         if (!value.isEmpty())
-            rows << QStringList{label, value};
+            rows << QStringList{label, printable(value)};
     };
     if (result.error)
         row(Text::tr("Cause"), errorText(*result.error));
@@ -123,7 +124,7 @@ QString toText(const ReceiptResult& result)
         row(Text::tr("Text of the QR code"), qrText(info));
     }
     row(Text::tr("Receipt"), result.receiptUrl);
-    return QStringLiteral("%1: %2\n").arg(result.id, outcomeText(result)) + textTable(rows, 2);
+    return QStringLiteral("%1: %2\n").arg(printable(result.id), outcomeText(result)) + textTable(rows, 2);
 }
 
 } // namespace frhost

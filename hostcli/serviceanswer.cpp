@@ -47,6 +47,7 @@ ServiceAnswer readAnswer(const QVariant& body)
     if (const QVariant code = error.value(QStringLiteral("code")); code.isValid())
         answer.errorCode = code.toInt();
     answer.errorType = text(error, "type");
+    answer.errorText = text(error, "text");
     return answer;
 }
 

@@ -49,13 +49,13 @@ void summarize(const Tally& tally, int count, Command command)
 {
     if (count > 1) {
         const QString text = command == Command::Sell
-                                 ? Text::tr("%1 receipts: %2 registered, %3 refused, %4 unknown")
-                                 : Text::tr("%1 receipts: %2 accepted, %3 refused, %4 unknown");
+                                 ? Text::tr("Receipts: %1. Registered: %2, refused: %3, unknown: %4.")
+                                 : Text::tr("Receipts: %1. Accepted: %2, refused: %3, unknown: %4.");
         Console::instance().line(text.arg(QString::number(count), QString::number(tally.good),
             QString::number(tally.refused), QString::number(tally.unknown)));
     }
     if (tally.done() < count)
-        Console::instance().line(Text::tr("%1 receipts were not sent.").arg(count - tally.done()));
+        Console::instance().line(Text::tr("Receipts not sent: %1.").arg(count - tally.done()));
 }
 
 } // namespace

@@ -15,6 +15,7 @@ TEST(NearestName, IsTheOneWithTheFewestChanges)
     EXPECT_EQ(nearest("request_interval"), QStringLiteral("requestInterval"));
     EXPECT_EQ(nearest("GROUPCODE"), QStringLiteral("groupCode"));
     EXPECT_EQ(nearest("logn"), QStringLiteral("login"));
+    EXPECT_EQ(nearest("group"), QStringLiteral("groupCode"));
     EXPECT_EQ(nearest("uri"), QStringLiteral("url"));
 }
 

@@ -125,6 +125,14 @@ TEST(ResultText, IsAShortTable)
                                                    "  Receipt               https://ofd.example/1\n"));
 }
 
+TEST(ResultText, HoldsNoControlCharacters)
+{
+    ReceiptResult result;
+    result.id = QStringLiteral("a\x1b[2Jb\n");
+    result.receiptUrl = QStringLiteral("c\r");
+    EXPECT_EQ(toText(result), QStringLiteral("a\uFFFD[2Jb\uFFFD: accepted\n  Receipt  c\uFFFD\n"));
+}
+
 TEST(ResultText, NamesTheCause)
 {
     ReceiptResult result;

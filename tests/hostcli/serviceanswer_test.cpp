@@ -32,6 +32,7 @@ TEST(ServiceAnswer, HoldsWhatTheServiceSaid)
     EXPECT_EQ(given.status, QStringLiteral("wait"));
     EXPECT_EQ(given.errorCode, 33);
     EXPECT_EQ(given.errorType, QStringLiteral("system"));
+    EXPECT_EQ(given.errorText, QStringLiteral("t"));
 }
 
 TEST(ServiceAnswer, HasNoCodeWithoutAnErrorOrWithAnErrorThatHasNone)

@@ -1,0 +1,423 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ru_RU">
+<context>
+    <name>Text</name>
+    <message>
+        <source>an exception of an unknown class</source>
+        <translation>исключение неизвестного класса</translation>
+    </message>
+    <message>
+        <source>The service at %1 takes login and password.
+</source>
+        <translation>Сервис по адресу %1 принимает имя и пароль.
+</translation>
+    </message>
+    <message>
+        <source>Show the plugin and the register&apos;s settings</source>
+        <translation>Показать плагин и настройки регистратора</translation>
+    </message>
+    <message>
+        <source>Say whether address, login and password work; registers nothing</source>
+        <translation>Проверить адрес, имя и пароль; ничего не регистрирует</translation>
+    </message>
+    <message>
+        <source>Register receipts and show their fiscal results</source>
+        <translation>Зарегистрировать чеки и показать фискальные данные</translation>
+    </message>
+    <message>
+        <source>Send receipts without waiting; shows the service&apos;s identifiers</source>
+        <translation>Отправить чеки без ожидания; показывает идентификаторы сервиса</translation>
+    </message>
+    <message>
+        <source>Ask the service about a document</source>
+        <translation>Спросить сервис о документе</translation>
+    </message>
+    <message>
+        <source>Show what would be sent for receipts; sends nothing</source>
+        <translation>Показать, что было бы отправлено; ничего не отправляет</translation>
+    </message>
+    <message>
+        <source>Example:
+  %1</source>
+        <translation>Пример:
+  %1</translation>
+    </message>
+    <message>
+        <source>INI file with the register&apos;s settings</source>
+        <translation>INI-файл с настройками регистратора</translation>
+    </message>
+    <message>
+        <source>Plugin library, instead of the one installed</source>
+        <translation>Библиотека плагина вместо установленной</translation>
+    </message>
+    <message>
+        <source>One line of JSON for each result</source>
+        <translation>Результаты в JSON, по строке на каждый</translation>
+    </message>
+    <message>
+        <source>Least level of log lines: debug, info, warning or critical</source>
+        <translation>Наименьший уровень строк журнала: debug, info, warning или critical</translation>
+    </message>
+    <message>
+        <source>The service&apos;s identifier of the document</source>
+        <translation>Идентификатор документа у сервиса</translation>
+    </message>
+    <message>
+        <source>Receipts: a JSON object, or JSON Lines; - is standard input</source>
+        <translation>Чеки: объект JSON или JSON Lines; - — стандартный ввод</translation>
+    </message>
+    <message>
+        <source>Drives a fiscal register through its plugin.</source>
+        <translation>Управляет фискальным регистратором через его плагин.</translation>
+    </message>
+    <message>
+        <source>Standard output: %1</source>
+        <translation>Стандартный вывод: %1</translation>
+    </message>
+    <message>
+        <source>the driver sent nothing</source>
+        <translation>драйвер ничего не отправил</translation>
+    </message>
+    <message>
+        <source>%1: %2 s</source>
+        <translation>%1: %2 с</translation>
+    </message>
+    <message>
+        <source>(set)</source>
+        <translation>(задан)</translation>
+    </message>
+    <message>
+        <source>not used</source>
+        <translation>не используется</translation>
+    </message>
+    <message>
+        <source>read only</source>
+        <translation>только чтение</translation>
+    </message>
+    <message>
+        <source>Plugin</source>
+        <translation>Плагин</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Имя</translation>
+    </message>
+    <message>
+        <source>Interface</source>
+        <translation>Интерфейс</translation>
+    </message>
+    <message>
+        <source>Device</source>
+        <translation>Устройство</translation>
+    </message>
+    <message>
+        <source>Setting</source>
+        <translation>Настройка</translation>
+    </message>
+    <message>
+        <source>Meaning</source>
+        <translation>Значение</translation>
+    </message>
+    <message>
+        <source>Type</source>
+        <translation>Тип</translation>
+    </message>
+    <message>
+        <source>Default</source>
+        <translation>По умолчанию</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Задано</translation>
+    </message>
+    <message>
+        <source>the factory has no slot getObject</source>
+        <translation>у фабрики нет слота getObject</translation>
+    </message>
+    <message>
+        <source>the factory gave no fiscal register</source>
+        <translation>фабрика не дала фискального регистратора</translation>
+    </message>
+    <message>
+        <source>the register has no slot init</source>
+        <translation>у регистратора нет слота init</translation>
+    </message>
+    <message>
+        <source>the register has no driver after init</source>
+        <translation>у регистратора нет драйвера после init</translation>
+    </message>
+    <message>
+        <source>the driver is not one of a register behind a web service</source>
+        <translation>драйвер не относится к регистратору за веб-сервисом</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no identifier of a document</source>
+        <translation>«%1» — не идентификатор документа</translation>
+    </message>
+    <message>
+        <source>The service gave no answer</source>
+        <translation>Сервис не ответил</translation>
+    </message>
+    <message>
+        <source>%1: the file is not in UTF-8</source>
+        <translation>%1: файл не в UTF-8</translation>
+    </message>
+    <message>
+        <source>the section name has no closing &quot;]&quot;</source>
+        <translation>имя секции не закрыто скобкой «]»</translation>
+    </message>
+    <message>
+        <source>expected &quot;key = value&quot;, a [section] or a # comment</source>
+        <translation>ожидалось «ключ = значение», [секция] или # комментарий</translation>
+    </message>
+    <message>
+        <source>the key stands before the first [section]</source>
+        <translation>ключ стоит до первой [секции]</translation>
+    </message>
+    <message>
+        <source>the key &quot;%1&quot; is given twice</source>
+        <translation>ключ «%1» задан дважды</translation>
+    </message>
+    <message>
+        <source>The service could not register the receipt</source>
+        <translation>Сервис не смог зарегистрировать чек</translation>
+    </message>
+    <message>
+        <source>%1: there is no such plugin file</source>
+        <translation>%1: такого файла плагина нет</translation>
+    </message>
+    <message>
+        <source>%1: this is no fiscal-register plugin</source>
+        <translation>%1: это не плагин фискального регистратора</translation>
+    </message>
+    <message>
+        <source>No fiscal-register plugin in %1. Name one with --plugin FILE.</source>
+        <translation>Нет плагина фискального регистратора в %1. Укажите его: --plugin FILE.</translation>
+    </message>
+    <message>
+        <source>Several fiscal-register plugins: %1. Choose one with --plugin FILE.</source>
+        <translation>Плагинов фискальных регистраторов несколько: %1. Выберите один: --plugin FILE.</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1: cannot be copied: %2</source>
+        <translation>%1: не удалось скопировать: %2</translation>
+    </message>
+    <message>
+        <source>a receipt may not be larger than 16 MiB</source>
+        <translation>чек не может быть больше 16 МиБ</translation>
+    </message>
+    <message>
+        <source>nothing may follow a receipt on several lines; give each one line</source>
+        <translation>после чека в несколько строк ничего быть не может; дайте каждому чеку одну строку</translation>
+    </message>
+    <message>
+        <source>the receipt is nested too deeply</source>
+        <translation>слишком глубокая вложенность</translation>
+    </message>
+    <message>
+        <source>the key stands twice in one object</source>
+        <translation>ключ встречается в объекте дважды</translation>
+    </message>
+    <message>
+        <source>%1 Expected: %2.</source>
+        <translation>%1 Ожидалось: %2.</translation>
+    </message>
+    <message>
+        <source>unknown key &quot;%1&quot;; did you mean &quot;%2&quot;?</source>
+        <translation>неизвестный ключ «%1»; может быть, «%2»?</translation>
+    </message>
+    <message>
+        <source>not JSON: %1</source>
+        <translation>не JSON: %1</translation>
+    </message>
+    <message>
+        <source>Nothing was sent. Correct the receipts and run the command again.</source>
+        <translation>Ничего не отправлено. Исправьте чеки и повторите команду.</translation>
+    </message>
+    <message>
+        <source>%1: there is no receipt in it</source>
+        <translation>%1: в файле нет чека</translation>
+    </message>
+    <message>
+        <source>%1: /id: the id stands at %2 already; the service would take the second receipt for a repeat of the first</source>
+        <translation>%1: /id: этот id уже есть в %2; сервис принял бы второй чек за повтор первого</translation>
+    </message>
+    <message>
+        <source>%1: the file has changed since it was checked; the rest was not sent</source>
+        <translation>%1: файл изменился после проверки; остальное не отправлено</translation>
+    </message>
+    <message>
+        <source>%1: no password in UTF-8 on the first line</source>
+        <translation>%1: в первой строке нет пароля в UTF-8</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no option; write it as 0x10 = off</source>
+        <translation>«%1» — не опция; пишите так: 0x10 = off</translation>
+    </message>
+    <message>
+        <source>option %1 takes &quot;on&quot; or &quot;off&quot;</source>
+        <translation>опция %1 принимает «on» или «off»</translation>
+    </message>
+    <message>
+        <source>unknown section [%1]; did you mean [%2]?</source>
+        <translation>неизвестная секция [%1]; может быть, [%2]?</translation>
+    </message>
+    <message>
+        <source>give password or passwordFile, not both</source>
+        <translation>задайте password или passwordFile, но не оба</translation>
+    </message>
+    <message>
+        <source>This command talks to the service: give a configuration with --config FILE.</source>
+        <translation>Эта команда обращается к сервису: укажите настройки, --config FILE.</translation>
+    </message>
+    <message>
+        <source>%1: section [register] lacks &quot;%2&quot;</source>
+        <translation>%1: в секции [register] нет «%2»</translation>
+    </message>
+    <message>
+        <source>%1 takes a value of type %2</source>
+        <translation>%1 принимает значение типа %2</translation>
+    </message>
+    <message>
+        <source>the register refused the value of %1</source>
+        <translation>регистратор не принял значение %1</translation>
+    </message>
+    <message>
+        <source>the register does not use &quot;%1&quot;</source>
+        <translation>регистратор не использует «%1»</translation>
+    </message>
+    <message>
+        <source>%1: the register takes no [driverOptions]</source>
+        <translation>%1: регистратор не принимает [driverOptions]</translation>
+    </message>
+    <message>
+        <source>Nothing was registered. Correct the cause and run the receipt again.</source>
+        <translation>Ничего не зарегистрировано. Устраните причину и пробейте чек снова.</translation>
+    </message>
+    <message>
+        <source>It may or may not be registered. Running the same file again is safe: a receipt that the service already has is not registered twice.</source>
+        <translation>Чек может быть зарегистрирован, а может и нет. Повторить тот же файл безопасно: чек, который у сервиса уже есть, второй раз не регистрируется.</translation>
+    </message>
+    <message>
+        <source>Nothing was registered, and this id is used up: sent again, it only brings the failed document back. Give the sale a new id and run it again.</source>
+        <translation>Ничего не зарегистрировано, а этот id израсходован: повтор лишь вернёт неудавшийся документ. Дайте продаже новый id и пробейте её снова.</translation>
+    </message>
+    <message>
+        <source>This sale is NOT registered. Give it an id of its own and run it again.</source>
+        <translation>Эта продажа НЕ зарегистрирована. Дайте ей собственный id и пробейте её снова.</translation>
+    </message>
+    <message>
+        <source>The id already belongs to another receipt, registered with the total %1 instead of %2</source>
+        <translation>Этот id уже принадлежит другому чеку, зарегистрированному с итогом %1 вместо %2</translation>
+    </message>
+    <message>
+        <source>The receipt was refused</source>
+        <translation>Чек не принят</translation>
+    </message>
+    <message>
+        <source>The service&apos;s answer does not say whether the receipt is registered</source>
+        <translation>Из ответа сервиса не видно, зарегистрирован ли чек</translation>
+    </message>
+    <message>
+        <source>accepted</source>
+        <translation>принят</translation>
+    </message>
+    <message>
+        <source>registered by an earlier try</source>
+        <translation>зарегистрирован прежней попыткой</translation>
+    </message>
+    <message>
+        <source>registered</source>
+        <translation>зарегистрирован</translation>
+    </message>
+    <message>
+        <source>refused</source>
+        <translation>отклонён</translation>
+    </message>
+    <message>
+        <source>unknown</source>
+        <translation>исход неизвестен</translation>
+    </message>
+    <message>
+        <source>%1 (code %2)</source>
+        <translation>%1 (код %2)</translation>
+    </message>
+    <message>
+        <source>Cause</source>
+        <translation>Причина</translation>
+    </message>
+    <message>
+        <source>Service&apos;s identifier</source>
+        <translation>Идентификатор у сервиса</translation>
+    </message>
+    <message>
+        <source>Date and time</source>
+        <translation>Дата и время</translation>
+    </message>
+    <message>
+        <source>Total</source>
+        <translation>Итог</translation>
+    </message>
+    <message>
+        <source>Taxation system</source>
+        <translation>Система налогообложения</translation>
+    </message>
+    <message>
+        <source>Register</source>
+        <translation>Регистратор</translation>
+    </message>
+    <message>
+        <source>Fiscal storage</source>
+        <translation>Фискальный накопитель</translation>
+    </message>
+    <message>
+        <source>Shift</source>
+        <translation>Смена</translation>
+    </message>
+    <message>
+        <source>Fiscal document</source>
+        <translation>Фискальный документ</translation>
+    </message>
+    <message>
+        <source>Fiscal sign</source>
+        <translation>Фискальный признак</translation>
+    </message>
+    <message>
+        <source>Text of the QR code</source>
+        <translation>Текст QR-кода</translation>
+    </message>
+    <message>
+        <source>Receipt</source>
+        <translation>Чек</translation>
+    </message>
+    <message>
+        <source>%1: the driver refused option 0x%2</source>
+        <translation>%1: драйвер не принял опцию 0x%2</translation>
+    </message>
+    <message>
+        <source>The service at %1 does not take the login: %2. Correct login and password in %3. Nothing was sent.</source>
+        <translation>Сервис по адресу %1 не принял вход: %2. Исправьте имя и пароль в %3. Ничего не отправлено.</translation>
+    </message>
+    <message>
+        <source>No connection with the service at %1: %2. Nothing was sent.</source>
+        <translation>Нет связи с сервисом по адресу %1: %2. Ничего не отправлено.</translation>
+    </message>
+    <message>
+        <source>Receipts: %1. Registered: %2, refused: %3, unknown: %4.</source>
+        <translation>Чеков: %1. Зарегистрировано: %2, отклонено: %3, исход неизвестен: %4.</translation>
+    </message>
+    <message>
+        <source>Receipts: %1. Accepted: %2, refused: %3, unknown: %4.</source>
+        <translation>Чеков: %1. Принято: %2, отклонено: %3, исход неизвестен: %4.</translation>
+    </message>
+    <message>
+        <source>Receipts not sent: %1.</source>
+        <translation>Не отправлено чеков: %1.</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,111 @@
+#include "tests/e2e/service.h"
+#include "tests/e2e/shop.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QRegularExpression>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+
+namespace {
+
+using testing::HasSubstr;
+using Call = Service::Call;
+
+QStringList ids(int count, const char* prefix)
+{
+    QStringList list;
+    for (int i = 1; i <= count; ++i)
+        list << QString::fromLatin1(prefix) + QString::number(i);
+    return list;
+}
+
+TEST(Batch, OfFiftyReceiptsIsRegisteredInItsOrder)
+{
+    const EmulatorProcess emulator;
+    const Shop shop(emulator.url());
+    const Ran sold = shop.frhost({QStringLiteral("sell"), shop.receipts(ids(50, "r"))});
+    EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
+    QStringList expected;
+    for (int i = 1; i <= 50; ++i)
+        expected << QStringLiteral("%1 r%1 registered").arg(i);
+    EXPECT_EQ(
+        sold.columns({QStringLiteral("line"), QStringLiteral("id"), QStringLiteral("outcome")}), expected);
+    EXPECT_EQ(sold.err, QStringLiteral("Receipts: 50. Registered: 50, refused: 0, unknown: 0.\n"));
+}
+
+TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
+{
+    const EmulatorProcess emulator;
+    const Service service(
+        [](Service::Request& request, int number) {
+            if (request.call() == Call::Sell && number == 3)
+                request.passAndHangUp();
+            else
+                request.pass();
+        },
+        emulator.url());
+    const Shop shop(service.url());
+    const QString file = shop.receipts(ids(5, "r"));
+    const Ran stopped = shop.frhost({QStringLiteral("sell"), file});
+    EXPECT_EQ(stopped.exitCode, 4);
+    EXPECT_EQ(stopped.columns({QStringLiteral("id"), QStringLiteral("outcome")}),
+        (QStringList{
+            QStringLiteral("r1 registered"), QStringLiteral("r2 registered"), QStringLiteral("r3 unknown")}));
+    EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Running the same file again is safe"));
+    EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Receipts not sent: 2."));
+
+    const Ran again = shop.frhost({QStringLiteral("sell"), file});
+    EXPECT_EQ(again.exitCode, 0);
+    EXPECT_EQ(again.columns({QStringLiteral("id"), QStringLiteral("outcome"), QStringLiteral("recovered")}),
+        (QStringList{QStringLiteral("r1 registered true"), QStringLiteral("r2 registered true"),
+            QStringLiteral("r3 registered true"), QStringLiteral("r4 registered -"),
+            QStringLiteral("r5 registered -")}));
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// The largest resident set of a running process so far, in KiB; none when it has ended.
+std::optional<long> peakOf(qint64 process)
+{
+    QFile file(QStringLiteral("/proc/%1/status").arg(process));
+    if (!file.open(QIODevice::ReadOnly))
+        return std::nullopt;
+    static const QRegularExpression peak(QStringLiteral("VmHWM:\\s*(\\d+) kB"));
+    const auto match = peak.match(QString::fromUtf8(file.readAll()));
+    return match.hasMatch() ? std::optional(match.captured(1).toLong()) : std::nullopt;
+}
+
+// The peak of frhost while it composes so many receipts. All but the last few have been written, and so
+// composed, when it is looked at for the last time: a pipe holds 64 KiB.
+long peakWhileComposing(int count)
+{
+    const Shop shop(QStringLiteral("http://127.0.0.1:1/"));
+    QProcess frhost;
+    frhost.start(frhostProgram(), {QStringLiteral("compose"), shop.receipts(ids(count, "till-7-"))});
+    long peak = 0;
+    qsizetype lines = 0;
+    while (frhost.waitForReadyRead(120000)) {
+        peak = peakOf(frhost.processId()).value_or(peak);
+        lines += frhost.readAllStandardOutput().count('\n');
+    }
+    frhost.waitForFinished();
+    EXPECT_EQ(lines, count);
+    return peak;
+}
+
+TEST(Batch, OfAnySizeIsReadInTheSameMemory)
+{
+    const long few = peakWhileComposing(200);
+    const long many = peakWhileComposing(20000);
+    EXPECT_GT(few, 0);
+    EXPECT_LT(many - few, 2048) << "KiB more for 20,000 receipts, a file of 5 MB";
+    RecordProperty("KiB_for_200", std::to_string(few));
+    RecordProperty("KiB_for_20000", std::to_string(many));
+}
+#endif
+
+} // namespace

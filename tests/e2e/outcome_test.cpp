@@ -1,0 +1,128 @@
+#include "tests/e2e/service.h"
+#include "tests/e2e/shop.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::HasSubstr;
+using Call = Service::Call;
+
+constexpr auto token = R"({"error":null,"token":"t","timestamp":"01.01.2026 00:00:00"})";
+constexpr auto accepted = R"({"uuid":"u-1","status":"wait","error":null})";
+constexpr auto known =
+    R"({"uuid":"u-1","status":"wait","error":{"error_id":"e","code":33,"text":"exists","type":"system"}})";
+constexpr auto done =
+    R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":160.0}})";
+
+// A row of the table: what the service answers to the receipt and then to every question about it, and what
+// frhost makes of that.
+struct Row
+{
+    const char* name;
+    int status;
+    const char* registration;
+    const char* report;
+    const char* outcome;
+    int exitCode;
+    const char* advice;
+};
+
+constexpr auto safe = "Running the same file again is safe";
+constexpr auto newId = "Give the sale a new id and run it again";
+constexpr auto correct = "Correct the cause and run the receipt again";
+
+const Row rows[] = {
+    {"Done", 200, accepted, done, "registered", 0, ""},
+    {"DoneOfAnEarlierTry", 400, known, done, "registered", 0, ""},
+    {"Failed", 200, accepted, R"({"uuid":"u-1","status":"fail","error":null,"payload":null})", "refused", 3,
+        newId},
+    {"FailedInTheRegister", 200, accepted,
+        R"({"uuid":"u-1","status":"fail","payload":null,"error":{"error_id":"e","code":502,"text":"бумага","type":"driver"}})",
+        "refused", 3, newId},
+    {"FailedInTheRegisterWithTheCodeOfAnExpiredToken", 200, accepted,
+        R"({"uuid":"u-1","status":"fail","payload":null,"error":{"error_id":"e","code":11,"text":"t","type":"driver"}})",
+        "refused", 3, newId},
+    {"FailedInTheRegisterWithTheCodeOfAWait", 200, accepted,
+        R"({"uuid":"u-1","status":"fail","payload":null,"error":{"error_id":"e","code":34,"text":"t","type":"driver"}})",
+        "refused", 3, newId},
+    {"FailedInAnEarlierTry", 400, known,
+        R"({"uuid":"u-1","status":"fail","payload":null,"error":{"error_id":"e","code":11,"text":"t","type":"driver"}})",
+        "refused", 3, newId},
+    {"NotValid", 400, R"({"status":"fail","error":{"error_id":"e","code":32,"text":"t","type":"system"}})",
+        "", "refused", 3, correct},
+    {"WrongGroup", 401, R"({"status":"fail","error":{"error_id":"e","code":20,"text":"t","type":"system"}})",
+        "", "refused", 3, correct},
+    {"UnknownError", 400,
+        R"({"status":"fail","error":{"error_id":"e","code":0,"text":"t","type":"unknown"}})", "", "unknown",
+        4, safe},
+    {"ServerError", 500, R"({"status":"fail","error":{"error_id":"e","code":50,"text":"t","type":"system"}})",
+        "", "unknown", 4, safe},
+    {"CodeThatNobodyKnows", 400,
+        R"({"status":"fail","error":{"error_id":"e","code":429,"text":"t","type":"system"}})", "", "unknown",
+        4, safe},
+    {"AnswerOfAGateway", 502, "<html>502</html>", "", "unknown", 4, safe},
+    {"NoIdentifier", 200, R"({"status":"wait","error":null})", done, "unknown", 4, safe},
+    {"StatusThatNobodyKnows", 200, accepted,
+        R"({"uuid":"u-1","external_id":"r1","status":"ready","error":null})", "unknown", 4, safe},
+    {"AnswerAboutAnotherReceipt", 200, accepted,
+        R"({"uuid":"u-1","external_id":"r2","status":"done","error":null,"payload":{"total":160.0}})",
+        "unknown", 4, safe},
+    {"EarlierTryOfAnotherReceipt", 400, known,
+        R"({"uuid":"u-1","external_id":"r2","status":"done","error":null,"payload":{"total":160.0}})",
+        "unknown", 4, safe},
+    {"DocumentThatTheServiceHasLost", 200, accepted,
+        R"({"status":"fail","error":{"error_id":"e","code":30,"text":"t","type":"system"}})", "unknown", 4,
+        safe},
+};
+
+class Outcome : public testing::TestWithParam<Row>
+{
+};
+
+Ran sellAt(const Row& row)
+{
+    const Service service([&](Service::Request& request, int) {
+        switch (request.call()) {
+        case Call::Token:
+            request.answer(200, token);
+            return;
+        case Call::Sell:
+            request.answer(row.status, row.registration);
+            return;
+        case Call::Report:
+            request.answer(200, row.report);
+        }
+    });
+    const Shop shop(service.url());
+    return shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
+}
+
+TEST_P(Outcome, IsTold)
+{
+    const Row& row = GetParam();
+    const Ran sold = sellAt(row);
+    EXPECT_EQ(sold.columns({QStringLiteral("outcome")}), QStringList{QString::fromLatin1(row.outcome)});
+    EXPECT_EQ(sold.exitCode, row.exitCode);
+    EXPECT_EQ(sold.lines().value(0).contains(QStringLiteral("error")), row.exitCode != 0);
+    EXPECT_THAT(sold.err.toStdString(), HasSubstr(row.advice));
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, Outcome, testing::ValuesIn(rows), [](const auto& of) { return of.param.name; });
+
+// The register's own codes overlap with the service's: 12 is no wrong password here.
+TEST(FailedDocument, IsToldInTheWordsOfTheRegister)
+{
+    const char* failed = R"({"uuid":"u-1","status":"fail","payload":null,)"
+                         R"("error":{"error_id":"e","code":12,"text":"Нет бумаги","type":"driver"}})";
+    for (const char* registration : {accepted, known}) {
+        const Ran sold = sellAt({"", 200, registration, failed, "", 0, ""});
+        EXPECT_EQ(sold.lines().value(0).value(QStringLiteral("error")).toObject(),
+            (QJsonObject{{QStringLiteral("code"), 12},
+                {QStringLiteral("message"), QStringLiteral("Нет бумаги")},
+                {QStringLiteral("type"), QStringLiteral("FrWorkWithServiceException")}}));
+    }
+}
+
+} // namespace

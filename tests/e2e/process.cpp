@@ -1,0 +1,122 @@
+#include "tests/e2e/process.h"
+
+#include <QJsonDocument>
+#include <QProcess>
+
+#include <csignal>
+#include <cstdio>
+#include <stdexcept>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr int limitMilliseconds = 120000;
+
+Ran finished(QProcess& process, const QByteArray& input)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    process.setProcessEnvironment(environment);
+    process.start();
+    if (!process.waitForStarted())
+        throw std::runtime_error("cannot start " + process.program().toStdString());
+    process.write(input);
+    process.closeWriteChannel();
+    if (!process.waitForFinished(limitMilliseconds)) {
+        process.kill();
+        process.waitForFinished();
+        throw std::runtime_error(process.program().toStdString() + " did not end");
+    }
+    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+        QString::fromUtf8(process.readAllStandardOutput()),
+        QString::fromUtf8(process.readAllStandardError())};
+}
+
+} // namespace
+
+QList<QJsonObject> Ran::lines() const
+{
+    QList<QJsonObject> objects;
+    for (const QString& line : out.split(u'\n', Qt::SkipEmptyParts))
+        objects << QJsonDocument::fromJson(line.toUtf8()).object();
+    return objects;
+}
+
+QStringList Ran::columns(const QStringList& keys) const
+{
+    QStringList rows;
+    for (const QJsonObject& object : lines()) {
+        QStringList values;
+        for (const QString& key : keys) {
+            const QVariant value = object.value(key).toVariant();
+            values << (value.isValid() ? value.toString() : QStringLiteral("-"));
+        }
+        rows << values.join(u' ');
+    }
+    return rows;
+}
+
+Ran run(const QString& program, const QStringList& arguments, const QByteArray& input)
+{
+    QProcess process;
+    process.setProgram(program);
+    process.setArguments(arguments);
+    return finished(process, input);
+}
+
+Ran runInto(const QString& file, const QString& program, const QStringList& arguments)
+{
+    QProcess process;
+    process.setStandardOutputFile(file);
+    process.setProgram(program);
+    process.setArguments(arguments);
+    return finished(process, {});
+}
+
+EmulatorProcess::EmulatorProcess(const QStringList& arguments)
+{
+    int ends[2];
+    if (pipe(ends) != 0)
+        throw std::runtime_error("no pipe");
+    QList<QByteArray> texts{
+        "timeout", "600", FREMULATOR, "--login", "shop", "--password", "secret", "--group", "shop_1"};
+    for (const QString& argument : arguments)
+        texts << argument.toUtf8();
+    QList<char*> argv;
+    for (QByteArray& text : texts)
+        argv << text.data();
+    argv << nullptr;
+    process = fork();
+    if (process == 0) {
+        dup2(ends[1], STDOUT_FILENO);
+        close(ends[0]);
+        close(ends[1]);
+        execvp(argv[0], argv.data());
+        _exit(127);
+    }
+    close(ends[1]);
+    std::string line;
+    for (char c = 0; read(ends[0], &c, 1) == 1 && c != '\n';)
+        line += c;
+    close(ends[0]);
+    const QString first = QString::fromStdString(line);
+    if (!first.startsWith(QStringLiteral("listening on ")))
+        throw std::runtime_error("the emulator said: " + line);
+    address = first.section(u' ', -1);
+}
+
+EmulatorProcess::~EmulatorProcess()
+{
+    stop();
+}
+
+void EmulatorProcess::stop()
+{
+    if (process <= 0)
+        return;
+    kill(process, SIGTERM);
+    waitpid(process, nullptr, 0);
+    process = -1;
+}

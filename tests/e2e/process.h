@@ -1,0 +1,47 @@
+#pragma once
+
+#include "tests/support/qtprinters.h"
+
+#include <QByteArray>
+#include <QJsonObject>
+#include <QList>
+#include <QStringList>
+
+#include <sys/types.h>
+
+/// A program that has run to its end.
+struct Ran
+{
+    int exitCode = -1;
+    QString out;
+    QString err;
+
+    /// Standard output, read as one JSON object a line.
+    [[nodiscard]] QList<QJsonObject> lines() const;
+    /// One text for each line of JSON on standard output: the values of the keys, set apart by blanks; "-"
+    /// for one that is missing.
+    [[nodiscard]] QStringList columns(const QStringList& keys) const;
+};
+
+/// Runs a program to its end, at most two minutes.
+[[nodiscard]] Ran run(const QString& program, const QStringList& arguments, const QByteArray& input = {});
+
+/// The same with standard output going to a file, which may be a device.
+[[nodiscard]] Ran runInto(const QString& file, const QString& program, const QStringList& arguments);
+
+/// An emulator of its own on a free port; ends with the object, or by itself after ten minutes.
+class EmulatorProcess
+{
+public:
+    explicit EmulatorProcess(const QStringList& arguments = {});
+    ~EmulatorProcess();
+    Q_DISABLE_COPY_MOVE(EmulatorProcess)
+
+    /// "http://127.0.0.1:PORT/possystem/v4/".
+    [[nodiscard]] QString url() const { return address; }
+    void stop();
+
+private:
+    pid_t process = -1;
+    QString address;
+};

@@ -1,0 +1,87 @@
+#include "tests/support/qtprinters.h"
+
+#include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// A case is a receipt (NAME.in.json) and what is sent for it (NAME.out.json), laid out for people and with
+// its time masked. scripts/accept-golden makes this test write the second instead of comparing it.
+const QDir folder(QStringLiteral(GOLDEN));
+const bool isAccepting = qEnvironmentVariableIsSet("ACCEPT_GOLDEN");
+
+void writeFile(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
+    ASSERT_EQ(file.write(content), content.size());
+}
+
+QList<QByteArray> composed(const QStringList& inputs)
+{
+    QProcess frhost;
+    QStringList arguments{QStringLiteral("--config"), folder.filePath(QStringLiteral("register.ini")),
+        QStringLiteral("compose")};
+    for (const QString& input : inputs)
+        arguments << folder.filePath(input);
+    frhost.start(QStringLiteral(FRHOST), arguments);
+    frhost.waitForFinished();
+    EXPECT_EQ(frhost.exitCode(), 0) << frhost.readAllStandardError().toStdString();
+    QList<QByteArray> lines = frhost.readAllStandardOutput().split('\n');
+    lines.removeLast();
+    return lines;
+}
+
+QByteArray laidOut(const QByteArray& body)
+{
+    static const QRegularExpression time(QStringLiteral("^\\d\\d\\.\\d\\d\\.\\d{4} \\d\\d:\\d\\d:\\d\\d$"));
+    QJsonDocument document = QJsonDocument::fromJson(body);
+    EXPECT_EQ(document.toJson(QJsonDocument::Compact), body) << "not compact JSON in UTF-8";
+    QJsonObject object = document.object();
+    const QString timestamp = QStringLiteral("timestamp");
+    EXPECT_TRUE(time.match(object.value(timestamp).toString()).hasMatch()) << body.toStdString();
+    object.insert(timestamp, QStringLiteral("dd.MM.yyyy hh:mm:ss"));
+    return QJsonDocument(object).toJson();
+}
+
+QByteArray unifiedDiff(const QString& expectedFile, const QByteArray& actual)
+{
+    const QTemporaryDir work;
+    const QString actualFile = work.filePath(QStringLiteral("actual"));
+    writeFile(actualFile, actual);
+    QProcess diff;
+    diff.start(QStringLiteral("diff"), {QStringLiteral("-Nu"), expectedFile, actualFile});
+    diff.waitForFinished();
+    return diff.readAllStandardOutput();
+}
+
+bool isKept(const QString& path, const QByteArray& content)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.readAll() == content;
+}
+
+TEST(Golden, EveryReceiptIsComposedAsItIsKept)
+{
+    const QStringList inputs = folder.entryList({QStringLiteral("*.in.json")}, QDir::Files, QDir::Name);
+    ASSERT_FALSE(inputs.isEmpty());
+    const QList<QByteArray> bodies = composed(inputs);
+    ASSERT_EQ(bodies.size(), inputs.size());
+    for (qsizetype i = 0; i < inputs.size(); ++i) {
+        QString output = folder.filePath(inputs.at(i));
+        output.replace(QStringLiteral(".in.json"), QStringLiteral(".out.json"));
+        const QByteArray actual = laidOut(bodies.at(i));
+        if (isAccepting)
+            writeFile(output, actual);
+        EXPECT_TRUE(isKept(output, actual)) << unifiedDiff(output, actual).toStdString()
+                                            << "scripts/accept-golden keeps the new text when it is meant.";
+    }
+}
+
+} // namespace
