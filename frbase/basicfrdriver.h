@@ -62,7 +62,7 @@ class Logger;
 /// - Then the operations that the device can do. lastFiscalInfo is filled by checkClose() and reset by
 ///   checkOpen().
 ///
-/// connect() and the search for the speed are used as they are.
+/// connect() and the search for the speed are used as they are. examples/serialdriver/ is such a driver.
 class BasicFrDriver : public AbstractFrDriver
 {
 public:

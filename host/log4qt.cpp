@@ -1,5 +1,7 @@
 #include "host/log4qt.h"
 
+#include "host/secrets.h"
+
 #include <QMutex>
 
 #include <initializer_list>
@@ -31,7 +33,9 @@ QString filled(const char* format, std::initializer_list<QString> arguments)
 
 void write(const QLoggingCategory& category, QtMsgType level, const QString& text)
 {
-    const QByteArray utf8 = text.toUtf8();
+    const QByteArray utf8 =
+        secrets::masked(text, level == QtDebugMsg ? secrets::Audience::Developer : secrets::Audience::Anyone)
+            .toUtf8();
     const QMessageLogger out(nullptr, 0, nullptr, category.categoryName());
     switch (level) {
     case QtDebugMsg:

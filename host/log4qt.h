@@ -9,7 +9,8 @@
 /// The logging calls that drivers use, carried out by Qt's categorised logging.
 ///
 /// The category is the logger's two names joined by a point ("frdriver.atolonline_0"), so QT_LOGGING_RULES,
-/// QLoggingCategory::setFilterRules and message handlers work as in any Qt program.
+/// QLoggingCategory::setFilterRules and message handlers work as in any Qt program. Every line passes
+/// secrets::masked() on its way.
 namespace Log4Qt {
 
 /// A named log. Owned by the LogManager; callers keep a borrowed pointer and never delete it.

@@ -21,9 +21,11 @@ install_packages() {
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}"
 }
 
-# build PRESET: configures and builds it.
+# build PRESET [TARGET...]: configures the preset and builds the targets, or all of them.
 build() {
-    say "Building preset $1 into build/$1"
-    cmake --preset "$1" >&2
-    cmake --build --preset "$1" >&2
+    local preset=$1
+    shift
+    say "Building ${*:-everything} of preset $preset into build/$preset"
+    cmake --preset "$preset" >&2
+    cmake --build --preset "$preset" ${*:+--target "$@"} >&2
 }

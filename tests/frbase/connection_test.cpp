@@ -183,7 +183,7 @@ TEST(SpeedSearch, WalksTheListAsItWasThoughAHandshakeChangesIt)
         using ScriptedDriver::ScriptedDriver;
         void setConnection() override
         {
-            baudRates.clear();
+            baudRates.fill(4800);
             ScriptedDriver::setConnection();
         }
     };

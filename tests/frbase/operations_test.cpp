@@ -81,12 +81,16 @@ TEST_P(Default, GivesThisValueAndLogsThis)
         outcomeOf(operation, driver), (OperationOutcome{operation.expectedValue, operation.expectedLog}));
 }
 
-TEST_P(DefaultWithoutEffect, ChangesNothingInTheDriver)
+TEST_P(DefaultWithoutEffect, ChangesNothingInTheDriverAndCallsNoHandler)
 {
     const Operation& operation = GetParam();
     WillingLine line;
     BasicFrSettings settings;
     Defaults driver(&line, u"defaults"_s, &settings);
+    driver.setErrorNotificationHandler(
+        [](const tr::Tr&, const QString&) { ADD_FAILURE() << "the base calls no handler"; });
+    driver.setOfdNotificationHandler(
+        [](bool, const tr::Tr&, const QDateTime&) { ADD_FAILURE() << "the base calls no handler"; });
     const QString before = driver.fields();
     static_cast<void>(outcomeOf(operation, driver));
     EXPECT_EQ(driver.fields(), before);

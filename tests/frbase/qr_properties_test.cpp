@@ -33,8 +33,8 @@ Rows unpacked(const Rows& packed, const Rows& matrix, bool reverse)
     for (std::size_t r = 0; r < matrix.size(); ++r) {
         rows.emplace_back();
         for (std::size_t i = 0; i < matrix[r].size(); ++i) {
-            const unsigned int bit = static_cast<unsigned int>(reverse ? i % 8 : 7 - i % 8);
-            rows.back().push_back(packed[r].at(i / 8) >> bit & 1U);
+            const std::size_t bit = reverse ? i % 8 : 7 - i % 8;
+            rows.back().push_back(static_cast<unsigned char>(packed[r].at(i / 8) >> bit & 1));
         }
     }
     return rows;

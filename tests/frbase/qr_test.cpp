@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
 #include <qrencode.h>
 
 #include <array>
@@ -15,6 +16,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 using Rows = std::vector<std::vector<unsigned char>>;
+
+int symbolsGivenBack = 0;
 
 class QrCode : public testing::Test
 {
@@ -158,6 +161,15 @@ TEST_F(QrCode, EndsBeforeANullCharacter)
     EXPECT_EQ(log.take(), (QStringList{begun, failed}));
 }
 
+TEST_F(QrCode, KeepsTheSymbolOfTheLibraryOnPurpose)
+{
+    symbolsGivenBack = 0;
+    EXPECT_FALSE(driver.generateQR(u"1"_s).empty());
+    EXPECT_EQ(symbolsGivenBack, 0);
+    EXPECT_FALSE(modulesOf("1").empty());
+    EXPECT_EQ(symbolsGivenBack, 1);
+}
+
 TEST_F(QrCode, IsReadBackByAnotherProgram)
 {
     const QString receipt = u"t=20240305T1407&s=150.50&fn=9999078900005488&i=184&fp=3449555941&n=1 Чай "_s;
@@ -211,3 +223,10 @@ TEST(ReversedByte, HasItsBitsInTheOppositeOrder)
 }
 
 } // namespace
+
+// Stands before the library's, to count.
+extern "C" void QRcode_free(QRcode* symbol)
+{
+    ++symbolsGivenBack;
+    reinterpret_cast<decltype(&QRcode_free)>(dlsym(RTLD_NEXT, "QRcode_free"))(symbol);
+}

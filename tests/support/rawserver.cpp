@@ -1,13 +1,18 @@
 #include "tests/support/rawserver.h"
 
 #include <arpa/inet.h>
+#include <netinet/tcp.h>
+#include <openssl/ssl.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include <array>
 #include <cctype>
+#include <cerrno>
 #include <chrono>
+#include <csignal>
 #include <stdexcept>
 #include <utility>
 
@@ -33,10 +38,21 @@ std::size_t contentLength(std::string_view headers)
 
 } // namespace
 
-Peer::Peer(int connected, const std::atomic<bool>& ending)
+void Peer::FreeSsl::operator()(SSL* object) const
+{
+    SSL_free(object);
+}
+
+Peer::Peer(int connected, const std::atomic<bool>& ending, SslContext tls)
     : socket(connected)
     , stopping(ending)
+    , context(std::move(tls))
 {
+    const timeval pause{0, pollMilliseconds * 1000};
+    ::setsockopt(socket, SOL_SOCKET, SO_RCVTIMEO, &pause, sizeof pause);
+    ::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &pause, sizeof pause);
+    const int on = 1;
+    ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
 }
 
 Peer::~Peer()
@@ -44,17 +60,55 @@ Peer::~Peer()
     close();
 }
 
+bool Peer::secure()
+{
+    if (!context)
+        return true;
+    ssl.reset(SSL_new(context.get()));
+    SSL_set_fd(ssl.get(), socket);
+    while (!stopping) {
+        const int done = SSL_accept(ssl.get());
+        if (done == 1)
+            return true;
+        const int error = SSL_get_error(ssl.get(), done);
+        if (error != SSL_ERROR_WANT_READ && error != SSL_ERROR_WANT_WRITE)
+            return false;
+    }
+    return false;
+}
+
+// Both return what was moved, 0 at the end of the connection and below 0 for "not now".
+long Peer::receiveSome(char* to, std::size_t room)
+{
+    if (ssl) {
+        const int got = SSL_read(ssl.get(), to, static_cast<int>(room));
+        return got > 0 ? got : SSL_get_error(ssl.get(), got) == SSL_ERROR_WANT_READ ? -1 : 0;
+    }
+    const ssize_t got = ::recv(socket, to, room, 0);
+    return got >= 0 ? got : errno == EAGAIN ? -1 : 0;
+}
+
+long Peer::sendSome(std::string_view bytes)
+{
+    if (ssl) {
+        const int sent = SSL_write(ssl.get(), bytes.data(), static_cast<int>(bytes.size()));
+        return sent > 0 ? sent : SSL_get_error(ssl.get(), sent) == SSL_ERROR_WANT_WRITE ? -1 : 0;
+    }
+    const ssize_t sent = ::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+    return sent >= 0 ? sent : errno == EAGAIN ? -1 : 0;
+}
+
 bool Peer::receive()
 {
     while (isOpen() && !stopping) {
-        pollfd waiting{socket, POLLIN, 0};
-        if (::poll(&waiting, 1, pollMilliseconds) == 0)
+        std::array<char, 16384> chunk;
+        const long got = receiveSome(chunk.data(), chunk.size());
+        if (got < 0)
             continue;
-        std::array<char, 65536> chunk;
-        const ssize_t got = ::recv(socket, chunk.data(), chunk.size(), 0);
-        if (got <= 0)
+        if (got == 0)
             return false;
         buffer.append(chunk.data(), static_cast<std::size_t>(got));
+        arrived.append(chunk.data(), static_cast<std::size_t>(got));
         return true;
     }
     return false;
@@ -81,11 +135,22 @@ std::string Peer::readRequest()
 
 void Peer::send(std::string_view bytes)
 {
-    while (isOpen() && !bytes.empty()) {
-        const ssize_t sent = ::send(socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
-        if (sent <= 0)
+    while (isOpen() && !stopping && !bytes.empty()) {
+        const long sent = sendSome(bytes);
+        if (sent == 0)
             return;
-        bytes.remove_prefix(static_cast<std::size_t>(sent));
+        if (sent > 0)
+            bytes.remove_prefix(static_cast<std::size_t>(sent));
+    }
+}
+
+void Peer::drip(std::string_view bytes, std::chrono::milliseconds pause)
+{
+    for (const char byte : bytes) {
+        pollfd gone{socket, POLLRDHUP, 0};
+        if (stopping || ::poll(&gone, 1, static_cast<int>(pause.count())) > 0)
+            return;
+        send({&byte, 1});
     }
 }
 
@@ -100,6 +165,9 @@ void Peer::answer(int status, std::string_view body, std::string_view extraHeade
 
 void Peer::close()
 {
+    if (ssl && isOpen())
+        SSL_shutdown(ssl.get());
+    ssl.reset();
     if (isOpen())
         ::close(std::exchange(socket, -1));
 }
@@ -108,7 +176,7 @@ void Peer::reset()
 {
     const linger now{1, 0};
     ::setsockopt(socket, SOL_SOCKET, SO_LINGER, &now, sizeof now);
-    close();
+    ::close(std::exchange(socket, -1));
 }
 
 void Peer::hang()
@@ -117,8 +185,9 @@ void Peer::hang()
     }
 }
 
-RawServer::RawServer(Script what)
+RawServer::RawServer(Script what, SslContext context)
     : script(std::move(what))
+    , tls(std::move(context))
 {
     listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
@@ -144,7 +213,7 @@ RawServer::~RawServer()
 
 std::string RawServer::url() const
 {
-    return "http://127.0.0.1:" + std::to_string(listeningPort);
+    return (tls ? "https://localhost:" : "http://127.0.0.1:") + std::to_string(listeningPort);
 }
 
 std::vector<std::string> RawServer::requests() const
@@ -159,6 +228,12 @@ std::size_t RawServer::connections() const
     return opened;
 }
 
+std::string RawServer::everything() const
+{
+    const std::lock_guard lock(guard);
+    return arrived;
+}
+
 bool RawServer::waitForClosed(std::size_t count) const
 {
     std::unique_lock lock(guard);
@@ -167,6 +242,12 @@ bool RawServer::waitForClosed(std::size_t count) const
 
 void RawServer::accept()
 {
+    // OpenSSL writes without MSG_NOSIGNAL. Blocked in the server's threads alone, so that a client which dies
+    // of the signal is noticed; the threads of the connections inherit it.
+    sigset_t brokenPipe;
+    sigemptyset(&brokenPipe);
+    sigaddset(&brokenPipe, SIGPIPE);
+    ::pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
     while (!stopping) {
         pollfd waiting{listener, POLLIN, 0};
         if (::poll(&waiting, 1, pollMilliseconds) <= 0)
@@ -182,8 +263,9 @@ void RawServer::accept()
 
 void RawServer::serve(int socket)
 {
-    Peer peer(socket, stopping);
-    for (;;) {
+    Peer peer(socket, stopping, tls);
+    const bool secured = peer.secure();
+    while (secured && peer.isOpen()) {
         const std::string request = peer.readRequest();
         if (request.empty())
             break;
@@ -192,11 +274,10 @@ void RawServer::serve(int socket)
             received.push_back(request);
         }
         script(peer, request);
-        if (!peer.isOpen())
-            break;
     }
     peer.close();
     const std::lock_guard lock(guard);
+    arrived += peer.everything();
     ++closed;
     changed.notify_all();
 }

@@ -1,0 +1,64 @@
+#include "driver/atolonlinefrdriver.h"
+#include "host/exceptions.h"
+#include "host/fiscaldocument.h"
+#include "host/frpayment.h"
+#include "plugin/atolonlinesettings.h"
+#include "tests/support/scriptedtransport.h"
+
+#include <QJsonDocument>
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <tuple>
+
+namespace {
+
+class RestlessDriver : public AtolOnlineFRDriver
+{
+public:
+    using AtolOnlineFRDriver::AtolOnlineFRDriver;
+    void msleep(int) const override {}
+};
+
+// Runs one conversation of a register with a service that gives the answers and then none. The failures that
+// a host expects are caught; any other exception ends the run.
+void converse(const QList<QByteArray>& answers, const std::function<void(RestlessDriver&)>& conversation)
+{
+    ScriptedTransport transport;
+    for (const QByteArray& answer : answers)
+        transport.answer(answer);
+    AtolOnlineSettings settings;
+    RestlessDriver driver(&settings);
+    try {
+        driver.checkOpen(FiscalDocument());
+        driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("buyer@example.com")));
+        driver.setRequisite(FdRequisite(EFrDriver::AppliedTaxSystem, 1));
+        driver.checkAddPosition(FrPosition());
+        driver.checkPay(FrPayment(1, 10));
+        conversation(driver);
+    } catch (const BasicException& e) {
+        std::ignore = e.tr().ru();
+    }
+    std::ignore = driver.getFiscalInfo(0, true);
+    std::ignore = QJsonDocument(driver.getLastResponse()).toJson();
+}
+
+void swallow(QtMsgType, const QMessageLogContext&, const QString&) {}
+
+} // namespace
+
+// The body of a reply of the service, as the answer to each request that a register makes.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    qInstallMessageHandler(swallow);
+    const QByteArray body(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
+    const QByteArray queued = R"({"uuid":"U"})";
+    const FiscalDocument document;
+    converse({body}, [](RestlessDriver& driver) { driver.connect(); });
+    converse({body, body}, [&](RestlessDriver& driver) { driver.checkClose(document); });
+    converse({queued, body, body}, [&](RestlessDriver& driver) { driver.checkClose(document); });
+    converse({body, body}, [&](RestlessDriver& driver) { std::ignore = driver.documentClose(document); });
+    converse({body}, [](RestlessDriver& driver) { driver.getDocumentInfo(QStringLiteral("U")); });
+    return 0;
+}

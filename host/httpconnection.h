@@ -1,0 +1,58 @@
+#pragma once
+
+#include "host/transportoptions.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+
+#include <memory>
+
+struct HttpRequest
+{
+    enum class Verb
+    {
+        Get,
+        Post
+    };
+
+    Verb verb = Verb::Get;
+    /// Percent-encoded.
+    QByteArray url;
+    QHash<QString, QString> headers;
+    QByteArray body;
+};
+
+struct HttpReply
+{
+    /// Why there is no reply; empty when there is one.
+    QString failure;
+    /// Whether any part of the request may have reached the peer.
+    bool sent = false;
+    int status = 0;
+    QByteArray body;
+};
+
+/// Carries one request at a time over HTTP. One thread at a time.
+///
+/// A POST travels on a connection of its own making and is put on the wire at most once. A server that keeps
+/// connections may close one at any moment, also while a request is on its way to it, and then nobody knows
+/// whether it was read; a new connection costs two round trips, an unknown receipt costs a person's time. The
+/// connection is then kept for the GETs that follow; a GET whose kept connection turns out to be closed is
+/// repeated once.
+class HttpConnection
+{
+public:
+    static constexpr qsizetype maxBody = 16 * 1024 * 1024;
+    static constexpr qsizetype maxHeaders = 64 * 1024;
+
+    explicit HttpConnection(const TransportOptions& options);
+    ~HttpConnection();
+    Q_DISABLE_COPY_MOVE(HttpConnection)
+
+    [[nodiscard]] HttpReply perform(const HttpRequest& request);
+
+private:
+    class Session;
+    std::unique_ptr<Session> session;
+};
