@@ -62,6 +62,10 @@ public:
     /// when there is no body, when it is not JSON or is nested more than 1024 levels deep.
     [[nodiscard]] virtual QVariant getResponseData() const;
 
+    /// Whether any part of the last request may have reached the peer. False is certain: the service knows
+    /// nothing of it, and repeating it is harmless.
+    [[nodiscard]] bool wasSent() const { return sent; }
+
 private:
     bool exchange(const QUrl& url, const HttpRequest& request);
     void report(const QString& what, const HttpReply& reply, qint64 milliseconds) const;
@@ -70,6 +74,7 @@ private:
     QString alias;
     std::unique_ptr<HttpConnection> connection;
     QVariant response;
+    bool sent = false;
 };
 
 extern template class HOST_EXPORT MockFactory<RestClient>;

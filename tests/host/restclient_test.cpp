@@ -111,6 +111,19 @@ TEST_F(Client, ForgetsTheLastReplyWhenTheNextExchangeFails)
     EXPECT_FALSE(client.getResponseData().isValid());
 }
 
+TEST_F(Client, TellsWhetherTheRequestWasSent)
+{
+    QUrl gone;
+    {
+        const RawServer server([](Peer& peer, const std::string&) { peer.close(); });
+        gone = at(server);
+        EXPECT_FALSE(client.post(gone, "{}", {}));
+        EXPECT_TRUE(client.wasSent());
+    }
+    EXPECT_FALSE(client.post(gone, "{}", {}));
+    EXPECT_FALSE(client.wasSent());
+}
+
 TEST_F(Client, LeavesTheQueryOutOfTheLog)
 {
     const RawServer server([](Peer& peer, const std::string&) { peer.close(); });
