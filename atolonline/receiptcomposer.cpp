@@ -17,8 +17,7 @@ template <std::size_t Size>
 QLatin1StringView nameOf(
     int value, int first, const QLatin1StringView (&names)[Size], QLatin1StringView fallback)
 {
-    const int index = value - first;
-    return value >= first && index < static_cast<int>(Size) ? names[index] : fallback;
+    return value >= first && value - first < static_cast<int>(Size) ? names[value - first] : fallback;
 }
 
 // Half away from zero. The thousandth of a kopeck makes up for the binary representation: 1.005 is a little

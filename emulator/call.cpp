@@ -17,6 +17,25 @@ std::vector<std::string> segments(const std::string_view path)
     return parts;
 }
 
+/// Nothing the service takes is nested this deep; working through a body that is could exhaust the stack.
+bool isTooDeep(const std::string_view json)
+{
+    constexpr int deepest = 64;
+    int depth = 0;
+    bool inText = false;
+    for (std::size_t i = 0; i < json.size() && depth <= deepest; ++i) {
+        if (json[i] == '"')
+            inText = !inText;
+        else if (inText)
+            i += json[i] == '\\' ? 1U : 0U;
+        else if (json[i] == '[' || json[i] == '{')
+            ++depth;
+        else if (json[i] == ']' || json[i] == '}')
+            --depth;
+    }
+    return depth > deepest;
+}
+
 std::string textIn(const Json& body, const char* key)
 {
     const auto found = body.is_object() ? body.find(key) : body.end();
@@ -42,7 +61,8 @@ Call readCall(const Request& request)
     const bool post = request.method == "POST";
 
     if (post)
-        call.body = Json::parse(request.body, nullptr, false);
+        call.body = isTooDeep(request.body) ? Json(Json::value_t::discarded)
+                                            : Json::parse(request.body, nullptr, false);
     call.token = request.header("Token");
     if (call.token.empty())
         call.token = request.parameter("token");

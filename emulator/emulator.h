@@ -1,11 +1,13 @@
 #pragma once
 
+#include "emulator/api.h"
 #include "emulator/options.h"
 #include "emulator/server.h"
 #include "emulator/service.h"
 #include "emulator/store.h"
 
 #include <string>
+#include <vector>
 
 namespace emulator {
 
@@ -18,12 +20,22 @@ public:
 
     /// Address that a client is configured with, `http://127.0.0.1:PORT/possystem/v4/`.
     [[nodiscard]] std::string url() const;
+    /// Address of the page.
+    [[nodiscard]] const std::string& pageUrl() const { return root_; }
     [[nodiscard]] Server& server() { return server_; }
 
 private:
+    Answer answer(const Request& request);
+    void tellOf(const Exchange& exchange);
+
+    std::vector<std::string> allowedHosts_;
+    Clock clock_;
     Store store_;
+    FaultBox faults_;
     Service service_;
+    Api api_;
     Server server_;
+    std::string root_;
 };
 
 } // namespace emulator

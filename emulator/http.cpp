@@ -28,11 +28,12 @@ std::string decoded(const std::string_view text, const bool plusIsBlank)
 
 std::string_view reason(const int status)
 {
-    constexpr std::array<std::pair<int, std::string_view>, 15> reasons{{{200, "OK"}, {204, "No Content"},
+    constexpr std::array<std::pair<int, std::string_view>, 17> reasons{{{200, "OK"}, {204, "No Content"},
         {400, "Bad Request"}, {401, "Unauthorized"}, {403, "Forbidden"}, {404, "Not Found"},
-        {405, "Method Not Allowed"}, {408, "Request Timeout"}, {413, "Payload Too Large"},
-        {415, "Unsupported Media Type"}, {429, "Too Many Requests"}, {431, "Request Header Fields Too Large"},
-        {500, "Internal Server Error"}, {502, "Bad Gateway"}, {503, "Service Unavailable"}}};
+        {405, "Method Not Allowed"}, {408, "Request Timeout"}, {413, "Payload Too Large"}, {409, "Conflict"},
+        {417, "Expectation Failed"}, {415, "Unsupported Media Type"}, {429, "Too Many Requests"},
+        {431, "Request Header Fields Too Large"}, {500, "Internal Server Error"}, {502, "Bad Gateway"},
+        {503, "Service Unavailable"}}};
     for (const auto& [code, text] : reasons) {
         if (code == status)
             return text;
@@ -57,14 +58,14 @@ void setTarget(Request& request, const std::string_view target)
     }
 }
 
-std::string serialise(const Reply& reply, const bool keepAlive)
+std::string head(const Reply& reply, const std::size_t contentLength, const bool keepAlive)
 {
     std::string text = "HTTP/1.1 " + std::to_string(reply.status) + ' ';
     text += reason(reply.status);
     text += "\r\nServer: fremulator\r\nContent-Type: " + reply.contentType;
-    text += "\r\nContent-Length: " + std::to_string(reply.body.size());
-    text += keepAlive ? "\r\nConnection: keep-alive\r\n\r\n" : "\r\nConnection: close\r\n\r\n";
-    return text + reply.body;
+    text += "\r\nContent-Length: " + std::to_string(contentLength);
+    text += keepAlive ? "\r\nConnection: keep-alive\r\n" : "\r\nConnection: close\r\n";
+    return text + reply.headers + "\r\n";
 }
 
 } // namespace emulator

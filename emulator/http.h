@@ -50,12 +50,14 @@ struct Reply
     int status = 200;
     std::string contentType = "application/json; charset=utf-8";
     std::string body{};
+    /// Further headers, whole lines that end in CRLF.
+    std::string headers{};
 };
 
 /// Splits `target` ("/a%20b?c=d") into path and query.
 void setTarget(Request& request, std::string_view target);
 
-/// Status line, headers and body.
-[[nodiscard]] std::string serialise(const Reply& reply, bool keepAlive);
+/// Status line and headers up to the empty line. `contentLength` is what they say, true or not.
+[[nodiscard]] std::string head(const Reply& reply, std::size_t contentLength, bool keepAlive);
 
 } // namespace emulator

@@ -13,10 +13,12 @@ struct Parts
     int year, month, day, hour, minute, second;
 };
 
-Parts moscowParts(const TimePoint time)
+constexpr std::chrono::hours moscow(3);
+
+Parts partsOf(const TimePoint time, const std::chrono::hours zone)
 {
     using namespace std::chrono;
-    const auto local = floor<seconds>(time) + hours(3);
+    const auto local = floor<seconds>(time) + zone;
     const auto midnight = floor<days>(local);
     const year_month_day date(midnight);
     const hh_mm_ss clock(local - midnight);
@@ -41,7 +43,7 @@ TimePoint systemTime()
 
 std::string moscowTime(const TimePoint time)
 {
-    const Parts p = moscowParts(time);
+    const Parts p = partsOf(time, moscow);
     std::array<char, 64> text{};
     std::snprintf(text.data(), text.size(), "%02d.%02d.%04d %02d:%02d:%02d", p.day, p.month, p.year, p.hour,
         p.minute, p.second);
@@ -50,10 +52,20 @@ std::string moscowTime(const TimePoint time)
 
 std::string moscowTimeOfQr(const TimePoint time)
 {
-    const Parts p = moscowParts(time);
+    const Parts p = partsOf(time, moscow);
     std::array<char, 64> text{};
     std::snprintf(
         text.data(), text.size(), "%04d%02d%02dT%02d%02d", p.year, p.month, p.day, p.hour, p.minute);
+    return text.data();
+}
+
+std::string isoTime(const TimePoint time)
+{
+    const Parts p = partsOf(time, std::chrono::hours(0));
+    const auto milliseconds = (time - std::chrono::floor<std::chrono::seconds>(time)).count();
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%04d-%02d-%02dT%02d:%02d:%02d.%03dZ", p.year, p.month, p.day,
+        p.hour, p.minute, p.second, static_cast<int>(milliseconds));
     return text.data();
 }
 

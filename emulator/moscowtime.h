@@ -19,6 +19,9 @@ using Clock = std::function<TimePoint()>;
 /// `yyyyMMddThhmm` in Moscow time, as the QR text of a receipt has it.
 [[nodiscard]] std::string moscowTimeOfQr(TimePoint time);
 
+/// `yyyy-MM-ddThh:mm:ss.sssZ`, in UTC.
+[[nodiscard]] std::string isoTime(TimePoint time);
+
 /// Whether `text` is an existing date and time written as `dd.MM.yyyy HH:mm:ss`.
 [[nodiscard]] bool isTimestamp(const std::string& text);
 

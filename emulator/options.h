@@ -1,6 +1,9 @@
 #pragma once
 
+#include "emulator/fault.h"
+#include "emulator/limits.h"
 #include "emulator/lists.h"
+#include "emulator/tlsfiles.h"
 
 #include <chrono>
 #include <cstdint>
@@ -19,6 +22,8 @@ struct Group
     int registers = 1;
     /// Whether the fiscal data operator gives links to receipts.
     bool receiptUrl = true;
+    /// Whether the group is answered with code 21, as one of another protocol version is.
+    bool protocolRefused = false;
 };
 
 /// Someone who may ask for a token.
@@ -41,11 +46,26 @@ struct Options
     std::vector<User> users{{.login = "test", .password = "test", .groups = {"test"}}};
     /// Status answers "not processed yet" that every document gets before its result.
     int waits = 0;
-    std::chrono::seconds tokenLife = std::chrono::hours(24);
+    std::chrono::milliseconds tokenLife = std::chrono::hours(24);
+    /// A register takes a random time between these for each receipt, one after the other.
+    std::chrono::milliseconds latencyLow{0};
+    std::chrono::milliseconds latencyHigh{0};
+    /// A document that would wait longer than this for a register fails with code 1, type `timeout`.
+    std::chrono::milliseconds queueTimeout = std::chrono::seconds(300);
+    /// Whether a group that asks for status more than once a second for each register is told off.
+    bool pace = false;
     /// Receipts after which a register closes its shift and opens the next; 0 leaves it to the 24 hours.
     int receiptsPerShift = 0;
     /// SQLite file that keeps the state; `:memory:` keeps it until the end.
     std::string database = ":memory:";
+    /// Newest documents that are kept.
+    std::int64_t keep = 10'000;
+    Limits limits{};
+    TlsFiles tls{};
+    /// Names beside those of this machine that a Host header may hold.
+    std::vector<std::string> allowedHosts{};
+    /// Faults in force from the start.
+    std::vector<Fault> faults{};
     Lists lists{};
 };
 

@@ -1,10 +1,14 @@
 #include "emulator/server.h"
 
+#include "emulator/hub.h"
+
 #include <boost/asio.hpp>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
+#include <boost/beast/ssl.hpp>
 
 #include <csignal>
+#include <optional>
 #include <stdexcept>
 
 namespace emulator {
@@ -16,10 +20,15 @@ namespace beast = boost::beast;
 namespace http = boost::beast::http;
 using tcp = asio::ip::tcp;
 using Parser = http::request_parser<http::string_body>;
+using TcpStream = beast::tcp_stream;
+using TlsStream = beast::ssl_stream<beast::tcp_stream>;
 using boost::system::error_code;
 
 // GCC 12 destroys a temporary in an awaited call twice, so whatever is written has a name.
 const std::string goOn = "HTTP/1.1 100 Continue\r\n\r\n";
+const std::string eventsHead = "HTTP/1.1 200 OK\r\nServer: fremulator\r\nContent-Type: text/event-stream\r\n"
+                               "Cache-Control: no-store\r\nConnection: close\r\n\r\n: hello\n\n";
+const std::string stillHere = ": still here\n\n";
 
 constexpr auto tuple = asio::as_tuple(asio::use_awaitable);
 
@@ -43,14 +52,24 @@ int statusOf(const error_code& error)
     return error == http::error::header_limit ? 431 : 400;
 }
 
+/// What all connections share.
+struct Shared
+{
+    Server::Handler handler;
+    Limits limits;
+    Hub hub{};
+    std::size_t connections = 0;
+};
+
 /// One connection with its requests, one after the other.
+template <class Stream>
 class Session
 {
 public:
-    Session(beast::tcp_stream stream, const Server::Handler& handler, const Limits& limits)
-        : stream_(std::move(stream))
-        , handler_(handler)
-        , limits_(limits)
+    Session(Stream& stream, asio::io_context& io, Shared& shared)
+        : stream_(stream)
+        , io_(io)
+        , shared_(shared)
     {
     }
 
@@ -59,27 +78,22 @@ public:
         for (bool keep = true; keep;) {
             Parser parser;
             parser.eager(true);
-            parser.header_limit(static_cast<std::uint32_t>(limits_.headerBytes));
-            parser.body_limit(limits_.bodyBytes);
+            parser.header_limit(static_cast<std::uint32_t>(shared_.limits.headerBytes));
+            parser.body_limit(shared_.limits.bodyBytes);
             std::string raw;
             if (const error_code error = co_await read(parser, raw)) {
-                if (error != http::error::end_of_stream && error != beast::error::timeout) {
-                    const Reply refusal{.status = statusOf(error),
-                        .contentType = "text/plain",
-                        .body = error.message() + "\n"};
-                    const std::string bytes = serialise(refusal, false);
-                    co_await write(bytes);
-                }
-                break;
+                if (error != http::error::end_of_stream && error != beast::error::timeout)
+                    co_await refuse(error);
+                co_return;
             }
             keep = parser.get().keep_alive();
             const Request request = toRequest(parser, std::move(raw));
-            const std::string bytes = serialise(handler_(request), keep);
-            const bool written = co_await write(bytes);
-            keep = keep && written;
+            const Answer answer = shared_.handler(request);
+            if (answer.follow)
+                keep = co_await sendEvents();
+            else
+                keep = co_await send(answer, keep);
         }
-        error_code ignored;
-        stream_.socket().shutdown(tcp::socket::shutdown_send, ignored);
     }
 
 private:
@@ -87,7 +101,7 @@ private:
     asio::awaitable<error_code> read(Parser& parser, std::string& raw)
     {
         bool continueAsked = false;
-        stream_.expires_after(limits_.idle);
+        lowest().expires_after(shared_.limits.idle);
         while (!parser.is_done()) {
             error_code error;
             const std::size_t used = buffer_.size() > 0 ? parser.put(buffer_.data(), error) : 0;
@@ -110,17 +124,94 @@ private:
         co_return error_code();
     }
 
-    asio::awaitable<bool> write(const std::string& bytes)
+    asio::awaitable<void> refuse(const error_code error)
     {
-        stream_.expires_after(limits_.idle);
-        const auto [failure, count] = co_await asio::async_write(stream_, asio::buffer(bytes), tuple);
+        const Answer answer{
+            .reply = {
+                .status = statusOf(error), .contentType = "text/plain", .body = error.message() + "\n"}};
+        const std::string bytes = answer.bytes(false);
+        co_await write(bytes);
+    }
+
+    /// Whether the connection can bring another request.
+    asio::awaitable<bool> send(const Answer& answer, const bool keepAlive)
+    {
+        const Wire& wire = answer.wire;
+        if (wire.delay.count() > 0)
+            co_await wait(wire.delay);
+        const bool keep = keepAlive && wire.end == Wire::End::Keep;
+        const std::string bytes = answer.bytes(keep);
+        const std::size_t piece = wire.piece > 0 ? wire.piece : std::max<std::size_t>(1, bytes.size());
+        for (std::size_t from = 0; from < bytes.size(); from += piece) {
+            if (from > 0)
+                co_await wait(wire.pause);
+            const bool written = co_await write(std::string_view(bytes).substr(from, piece));
+            if (!written)
+                co_return false;
+        }
+        if (wire.end == Wire::End::Reset)
+            reset();
+        if (wire.end == Wire::End::Hold)
+            co_await holdUntilPeerLeaves();
+        co_return keep;
+    }
+
+    void reset()
+    {
+        error_code ignored;
+        lowest().socket().set_option(asio::socket_base::linger(true, 0), ignored);
+        lowest().socket().close(ignored);
+    }
+
+    asio::awaitable<void> holdUntilPeerLeaves()
+    {
+        lowest().expires_never();
+        for (error_code failure; !failure;) {
+            buffer_.clear();
+            std::tie(failure, std::ignore) = co_await stream_.async_read_some(buffer_.prepare(8192), tuple);
+        }
+    }
+
+    asio::awaitable<bool> sendEvents()
+    {
+        Hub::Follower follower(shared_.hub, io_);
+        bool written = co_await write(eventsHead);
+        while (written) {
+            if (follower.pending.empty()) {
+                follower.wake.expires_after(std::chrono::seconds(15));
+                co_await follower.wake.async_wait(tuple);
+            }
+            if (follower.pending.empty()) {
+                written = co_await write(stillHere);
+                continue;
+            }
+            const std::string event = "data: " + follower.pending.front() + "\n\n";
+            follower.pending.pop_front();
+            written = co_await write(event);
+        }
+        co_return false;
+    }
+
+    asio::awaitable<void> wait(const std::chrono::milliseconds time)
+    {
+        asio::steady_timer timer(io_, time);
+        co_await timer.async_wait(tuple);
+    }
+
+    asio::awaitable<bool> write(const std::string_view bytes)
+    {
+        lowest().expires_after(shared_.limits.idle);
+        const auto [failure, count] =
+            co_await asio::async_write(stream_, asio::buffer(bytes.data(), bytes.size()), tuple);
         co_return !failure;
     }
 
-    beast::tcp_stream stream_;
+    beast::tcp_stream& lowest() { return beast::get_lowest_layer(stream_); }
+
+    Stream& stream_;
+    asio::io_context& io_;
+    Shared& shared_;
     beast::flat_buffer buffer_;
-    const Server::Handler& handler_;
-    const Limits& limits_;
 };
 
 /// Adds one to a number for as long as it lives.
@@ -145,12 +236,13 @@ private:
 class Server::Implementation
 {
 public:
-    Implementation(const std::uint16_t port, Handler handler, const Limits& limits)
-        : handler_(std::move(handler))
-        , limits_(limits)
+    Implementation(const std::uint16_t port, Handler handler, const Limits& limits, const TlsFiles& tls)
+        : shared_{.handler = std::move(handler), .limits = limits}
         , acceptor_(io_, tcp::v4())
         , signals_(io_)
     {
+        if (!tls.certificateChain.empty())
+            readTlsFiles(tls);
         listen(port);
         asio::co_spawn(io_, accept(), asio::detached);
     }
@@ -171,12 +263,30 @@ public:
         });
     }
 
+    void publish(const std::string& event) { shared_.hub.publish(event); }
+
+    [[nodiscard]] bool followed() const { return shared_.hub.followed(); }
+
 private:
+    void readTlsFiles(const TlsFiles& files)
+    {
+        tls_.emplace(asio::ssl::context::tls_server);
+        error_code error;
+        tls_->use_certificate_chain_file(files.certificateChain, error);
+        if (error)
+            throw std::runtime_error(
+                "cannot use certificate " + files.certificateChain + ": " + error.message());
+        tls_->use_private_key_file(files.privateKey, asio::ssl::context::pem, error);
+        if (error)
+            throw std::runtime_error("cannot use private key " + files.privateKey + ": " + error.message());
+    }
+
     void listen(const std::uint16_t port)
     {
         error_code error;
         acceptor_.set_option(tcp::acceptor::reuse_address(true));
-        if (!acceptor_.bind(tcp::endpoint(asio::ip::address_v4::loopback(), port), error))
+        acceptor_.bind(tcp::endpoint(asio::ip::address_v4::loopback(), port), error);
+        if (!error)
             acceptor_.listen(asio::socket_base::max_listen_connections, error);
         if (error)
             throw std::runtime_error(
@@ -193,7 +303,7 @@ private:
                 co_await pause.async_wait(tuple);
                 continue;
             }
-            if (connections_ >= limits_.connections)
+            if (shared_.connections >= shared_.limits.connections)
                 continue;
             socket.set_option(tcp::no_delay(true), error);
             asio::co_spawn(io_, attend(std::move(socket)), asio::detached);
@@ -202,21 +312,34 @@ private:
 
     asio::awaitable<void> attend(tcp::socket socket)
     {
-        const Counted counted(connections_);
-        Session session(beast::tcp_stream(std::move(socket)), handler_, limits_);
-        co_await session.serve();
+        const Counted counted(shared_.connections);
+        if (tls_) {
+            TlsStream stream(std::move(socket), *tls_);
+            beast::get_lowest_layer(stream).expires_after(shared_.limits.idle);
+            const auto [failure] = co_await stream.async_handshake(asio::ssl::stream_base::server, tuple);
+            if (failure)
+                co_return;
+            co_await Session<TlsStream>(stream, io_, shared_).serve();
+            if (beast::get_lowest_layer(stream).socket().is_open())
+                co_await stream.async_shutdown(tuple);
+        } else {
+            TcpStream stream(std::move(socket));
+            co_await Session<TcpStream>(stream, io_, shared_).serve();
+            error_code ignored;
+            stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
+        }
     }
 
-    Handler handler_;
-    Limits limits_;
-    std::size_t connections_ = 0;
+    // The connections live in io_ and use what stands before it.
+    Shared shared_;
+    std::optional<asio::ssl::context> tls_;
     asio::io_context io_{1};
     tcp::acceptor acceptor_;
     asio::signal_set signals_;
 };
 
-Server::Server(const std::uint16_t port, Handler handler, const Limits& limits)
-    : implementation_(std::make_unique<Implementation>(port, std::move(handler), limits))
+Server::Server(const std::uint16_t port, Handler handler, const Limits& limits, const TlsFiles& tls)
+    : implementation_(std::make_unique<Implementation>(port, std::move(handler), limits, tls))
 {
 }
 
@@ -240,6 +363,16 @@ void Server::stop()
 void Server::stopOnSignals()
 {
     implementation_->stopOnSignals();
+}
+
+void Server::publish(const std::string& event)
+{
+    implementation_->publish(event);
+}
+
+bool Server::followed() const
+{
+    return implementation_->followed();
 }
 
 } // namespace emulator

@@ -1,33 +1,25 @@
 #pragma once
 
-#include "emulator/http.h"
+#include "emulator/answer.h"
+#include "emulator/limits.h"
+#include "emulator/tlsfiles.h"
 
-#include <chrono>
-#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace emulator {
-
-/// What a server allows a peer.
-struct Limits
-{
-    std::size_t headerBytes = 16 * 1024;
-    std::size_t bodyBytes = 1024 * 1024;
-    std::size_t connections = 4096;
-    /// For a request to arrive whole, and for a kept connection to bring its next one.
-    std::chrono::seconds idle{120};
-};
 
 /// An HTTP server on 127.0.0.1 that asks a handler for every answer. It works in the thread that calls `run`.
 class Server
 {
 public:
-    using Handler = std::function<Reply(const Request&)>;
+    using Handler = std::function<Answer(const Request&)>;
 
-    /// Binds at once; port 0 takes a free one. Throws std::runtime_error when the port is taken.
-    Server(std::uint16_t port, Handler handler, const Limits& limits = {});
+    /// Binds at once; port 0 takes a free one. Throws std::runtime_error when the port is taken or a TLS file
+    /// cannot be used.
+    Server(std::uint16_t port, Handler handler, const Limits& limits = {}, const TlsFiles& tls = {});
     ~Server();
     Server(const Server&) = delete;
     Server& operator=(const Server&) = delete;
@@ -39,6 +31,11 @@ public:
     /// From any thread.
     void stop();
     void stopOnSignals();
+
+    /// Sends an event to every connection that follows. Only from the handler.
+    void publish(const std::string& event);
+    /// Whether any connection does.
+    [[nodiscard]] bool followed() const;
 
 private:
     class Implementation;

@@ -1,11 +1,14 @@
 #include "emulator/service.h"
 
-#include "emulator/errors.h"
+#include "emulator/effects.h"
 #include "emulator/identifiers.h"
+#include "emulator/mask.h"
 #include "emulator/receiptcheck.h"
+#include "emulator/replies.h"
 
 #include <algorithm>
 #include <cctype>
+#include <random>
 
 namespace emulator {
 
@@ -31,51 +34,127 @@ std::string callbackUrl(const Json& body)
     return url != service->end() && url->is_string() ? url->get<std::string>() : std::string();
 }
 
-Reply reply(const int status, const Json& body)
+std::string uuidIn(const Reply& reply)
 {
-    return {.status = status, .body = body.dump()};
+    const Json body = Json::parse(reply.body, nullptr, false);
+    return body.is_object() && body.contains("uuid") && body["uuid"].is_string()
+               ? body["uuid"].get<std::string>()
+               : std::string();
+}
+
+/// The error code that a reply speaks of, -1 for none.
+int codeIn(const Reply& reply)
+{
+    const Json body = Json::parse(reply.body, nullptr, false);
+    const bool error = body.is_object() && body.contains("error") && body["error"].is_object();
+    return error ? body["error"].value("code", -1) : -1;
+}
+
+std::string describe(const Fault* fault)
+{
+    if (fault == nullptr)
+        return {};
+    const Json json = toJson(*fault);
+    const std::string what = json["phase"].get<std::string>() + " " + json["effect"].get<std::string>();
+    return fault->name.empty() ? what : fault->name + " (" + what + ")";
 }
 
 } // namespace
 
-Service::Service(const Options& options, Store& store, Clock clock)
+Service::Service(const Options& options, Store& store, FaultBox& faults, Clock clock)
     : options_(options)
     , store_(store)
+    , faults_(faults)
     , clock_(std::move(clock))
 {
     for (const Group& group : options_.groups)
         store_.prepareRegisters(group.code, group.registers);
 }
 
-Reply Service::answer(const Request& request)
+Answer Service::answer(const Request& request)
 {
-    Call call = readCall(request);
-    try {
-        return perform(call, request);
-    } catch (const std::exception& failure) {
-        return error(call.endpoint, 50, failure.what());
+    sqlite::Transaction transaction = store_.transaction();
+    Context context = look(request);
+    if (context.call.endpoint == Endpoint::Unknown)
+        return {.reply = error(Endpoint::Unknown, 40)};
+    if (context.call.endpoint == Endpoint::Sell)
+        store_.countRequest(context.call.group, context.call.externalId);
+    context.fault = faults_.take(context.call);
+
+    Reply honest;
+    if (context.fault != nullptr && context.fault->phase == Phase::Before) {
+        // Done and taken back: the answer is as it would have been, and nothing of it has happened.
+        const sqlite::Savepoint point = store_.savepoint();
+        honest = perform(context, request);
+    } else {
+        honest = perform(context, request);
     }
+    const Answer answer =
+        context.fault == nullptr ? Answer{.reply = honest} : misbehave(*context.fault, honest, clock_());
+    record(context, request, answer, honest);
+    transaction.commit();
+    return answer;
 }
 
-Reply Service::perform(Call& call, const Request& request)
+Service::Context Service::look(const Request& request)
+{
+    Context context{.call = readCall(request)};
+    Call& call = context.call;
+    if (call.endpoint == Endpoint::Sell || call.endpoint == Endpoint::Report) {
+        context.token = store_.findToken(call.token);
+        if (context.token)
+            call.login = context.token->login;
+    }
+    if (call.endpoint == Endpoint::Report) {
+        context.document = store_.findDocument(call.uuid);
+        if (context.document)
+            call.externalId = context.document->externalId;
+    }
+    return context;
+}
+
+Reply Service::perform(const Context& context, const Request& request)
 {
     if (request.method == "POST" && !isJsonInUtf8(request.header("Content-Type")))
-        return error(call.endpoint, 41);
-    switch (call.endpoint) {
+        return error(context.call.endpoint, 41);
+    switch (context.call.endpoint) {
     case Endpoint::Token:
-        return giveToken(call);
+        return giveToken(context);
     case Endpoint::Sell:
-        return takeDocument(call, request.body);
+        return takeDocument(context, request.body);
     case Endpoint::Report:
-        return report(call);
+        return report(context);
     case Endpoint::Unknown:
         break;
     }
     return error(Endpoint::Unknown, 40);
 }
 
-Reply Service::giveToken(const Call& call)
+void Service::record(
+    const Context& context, const Request& request, const Answer& answer, const Reply& honest)
 {
+    const Call& call = context.call;
+    const bool undone = context.fault != nullptr && context.fault->phase == Phase::Before;
+    const std::string bytes = answer.bytes(true);
+    Exchange exchange{.at = clock_(),
+        .endpoint = std::string(nameOf(call.endpoint)),
+        .groupCode = call.group,
+        .externalId = call.externalId,
+        .uuid = call.endpoint == Endpoint::Sell && !undone ? uuidIn(honest) : call.uuid,
+        .login = call.login,
+        .request = maskedRequest(request, call),
+        .answer = maskedAnswer(bytes, honest, call),
+        .status = bytes.empty() ? 0 : answer.reply.status,
+        .code = bytes.empty() ? -1 : codeIn(answer.reply),
+        .fault = describe(context.fault)};
+    store_.addExchange(exchange);
+    if (listener_)
+        listener_(exchange);
+}
+
+Reply Service::giveToken(const Context& context)
+{
+    const Call& call = context.call;
     if (call.login.empty() || call.password.empty())
         return error(Endpoint::Token, 13);
     const User* user = findUser(call.login);
@@ -83,33 +162,34 @@ Reply Service::giveToken(const Call& call)
         return error(Endpoint::Token, 12);
     if (user->blocked)
         return error(Endpoint::Token, 14);
-    const TimePoint now = clock_();
+    const bool old = context.fault != nullptr && context.fault->effect == Effect::OldToken;
+    const std::chrono::milliseconds life = old ? context.fault->time : options_.tokenLife;
     const std::string token = newToken();
-    store_.addToken(token, {.login = user->login, .expiresAt = now + options_.tokenLife});
-    return reply(200, {{"error", nullptr}, {"token", token}, {"timestamp", moscowTime(now)}});
+    store_.addToken(token, {.login = user->login, .expiresAt = clock_() + life});
+    return tokenReply(token, clock_());
 }
 
-std::optional<int> Service::refusal(Call& call)
+std::optional<int> Service::refusal(const Context& context) const
 {
-    const auto token = store_.findToken(call.token);
-    if (!token)
+    if (!context.token)
         return 10;
-    if (token->expiresAt <= clock_())
+    if (context.token->expiresAt <= clock_())
         return 11;
-    call.login = token->login;
-    const User* user = findUser(call.login);
+    const User* user = findUser(context.call.login);
     if (user == nullptr)
         return 10;
     if (user->blocked)
         return 14;
-    if (findGroup(call.group) == nullptr || std::ranges::count(user->groups, call.group) == 0)
+    const Group* group = findGroup(context.call.group);
+    if (group == nullptr || std::ranges::count(user->groups, group->code) == 0)
         return 20;
-    return std::nullopt;
+    return group->protocolRefused ? std::optional(21) : std::nullopt;
 }
 
-Reply Service::takeDocument(Call& call, const std::string& body)
+Reply Service::takeDocument(const Context& context, const std::string& body)
 {
-    if (const auto code = refusal(call))
+    const Call& call = context.call;
+    if (const auto code = refusal(context))
         return error(Endpoint::Sell, *code);
     if (std::ranges::count(options_.lists.operations, call.operation) == 0)
         return error(Endpoint::Sell, 31);
@@ -118,16 +198,9 @@ Reply Service::takeDocument(Call& call, const std::string& body)
     const Group& group = *findGroup(call.group);
     if (const std::string wrong = wrongFields(call, group); !wrong.empty())
         return error(Endpoint::Sell, 32, wrong);
-
-    const TimePoint now = clock_();
-    if (const auto uuid = store_.findUuid(call.group, call.externalId)) {
-        const ServiceError& exists = serviceError(33);
-        return reply(exists.httpStatus, {{"uuid", *uuid}, {"status", "wait"}, {"error", errorObject(exists)},
-                                            {"timestamp", moscowTime(now)}});
-    }
-    const Document document = newDocument(call, body, group);
-    return reply(200,
-        {{"uuid", document.uuid}, {"status", "wait"}, {"error", nullptr}, {"timestamp", moscowTime(now)}});
+    if (const auto uuid = store_.findUuid(call.group, call.externalId))
+        return duplicateReply(*uuid, clock_());
+    return acceptedReply(newDocument(context, body, group).uuid, clock_());
 }
 
 std::string Service::wrongFields(const Call& call, const Group& group) const
@@ -137,77 +210,97 @@ std::string Service::wrongFields(const Call& call, const Group& group) const
     return describe(check(call.body, options_.lists, group.inn));
 }
 
-Document Service::newDocument(const Call& call, const std::string& body, const Group& group)
+Document Service::newDocument(const Context& context, const std::string& body, const Group& group)
 {
-    const TimePoint now = clock_();
-    Register where = store_.freestRegister(group.code, group.registers);
+    const Call& call = context.call;
     Document document{.uuid = newUuid(),
         .groupCode = group.code,
         .externalId = call.externalId,
         .operation = call.operation,
         .login = call.login,
-        .receivedAt = now,
+        .receivedAt = clock_(),
         .body = body,
         .totalKopecks = paidKopecks(call.body[call.body.contains("receipt") ? "receipt" : "correction"]),
         .callbackUrl = callbackUrl(call.body),
-        .deviceCode = "emulated-" + where.groupCode + "-" + std::to_string(where.number),
-        .readyAt = now,
-        .waitsLeft = options_.waits,
-        .outcome = Outcome::Done};
-    document.payload =
-        registerReceipt(where, document.readyAt, document.totalKopecks, options_.receiptsPerShift);
-    if (group.receiptUrl)
-        document.payload["ofd_receipt_url"] = address_ + "#" + document.uuid;
-    store_.addDocument(document, where);
+        .waitsLeft = options_.waits};
+    fiscalise(document, group, context.fault);
+    store_.addDocument(document);
     return document;
 }
 
-Reply Service::report(Call& call)
+void Service::fiscalise(Document& document, const Group& group, const Fault* fault)
 {
-    if (const auto code = refusal(call))
+    Register where = store_.freestRegister(group.code, group.registers);
+    document.deviceCode = "emulated-" + where.groupCode + "-" + std::to_string(where.number);
+    const TimePoint begin = std::max(document.receivedAt, where.freeAt);
+    if (begin - document.receivedAt > options_.queueTimeout) {
+        document.readyAt = document.receivedAt + options_.queueTimeout;
+        document.outcome = Outcome::Fail;
+        document.error = failure({.code = 1, .type = "timeout"});
+        return;
+    }
+    document.readyAt = begin + someLatency();
+    where.freeAt = document.readyAt;
+    if (fault != nullptr && fault->effect == Effect::Never) {
+        document.outcome = Outcome::Never;
+    } else if (fault != nullptr && fault->effect == Effect::Fail) {
+        document.outcome = Outcome::Fail;
+        document.error = failure(*fault);
+    } else {
+        document.payload =
+            registerReceipt(where, document.readyAt, document.totalKopecks, options_.receiptsPerShift);
+    }
+    store_.saveRegister(where);
+}
+
+std::chrono::milliseconds Service::someLatency() const
+{
+    thread_local std::mt19937_64 source{std::random_device{}()};
+    std::uniform_int_distribution<std::int64_t> between(
+        options_.latencyLow.count(), options_.latencyHigh.count());
+    return std::chrono::milliseconds(between(source));
+}
+
+Reply Service::report(const Context& context)
+{
+    if (const auto code = refusal(context))
         return error(Endpoint::Report, *code);
-    const auto document = store_.findDocument(call.uuid);
+    const auto& document = context.document;
     const TimePoint now = clock_();
-    if (!document || document->groupCode != call.group || document->receivedAt + reportLife < now)
+    if (!document || document->groupCode != context.call.group || document->receivedAt + reportLife < now)
         return error(Endpoint::Report, 30);
+    if (options_.pace && !pace_.allows(document->groupCode, findGroup(document->groupCode)->registers, now)) {
+        const ServiceError tooOften{40, 429, "system", "Слишком частые запросы состояния"};
+        return errorReply(Endpoint::Report, tooOften, now);
+    }
     if (document->waitsLeft > 0) {
         store_.setWaitsLeft(document->sequence, document->waitsLeft - 1);
-        return waiting(*document);
+        return waitingReply(*document, now);
     }
-    return document->readyAt > now || document->outcome == Outcome::Never ? waiting(*document)
-                                                                          : finished(*document);
+    return statusOf(*document);
+}
+
+std::string Service::statusWord(const Document& document) const
+{
+    if (document.waitsLeft > 0 || document.readyAt > clock_() || document.outcome == Outcome::Never)
+        return "wait";
+    return document.outcome == Outcome::Done ? "done" : "fail";
+}
+
+Reply Service::statusOf(const Document& document) const
+{
+    if (statusWord(document) == "wait")
+        return waitingReply(document, clock_());
+    Document linked = document;
+    const Group* group = findGroup(document.groupCode);
+    if (linked.payload.is_object() && (group == nullptr || group->receiptUrl))
+        linked.payload["ofd_receipt_url"] = address_ + "#" + document.uuid;
+    return finishedReply(linked, clock_());
 }
 
 Reply Service::error(const Endpoint endpoint, const int code, const std::string& details) const
 {
-    const ServiceError& row = serviceError(code);
-    Json body{{"error", errorObject(row, details)}};
-    if (endpoint == Endpoint::Sell || endpoint == Endpoint::Report)
-        body["status"] = "fail";
-    if (endpoint == Endpoint::Report)
-        body["payload"] = nullptr;
-    body["timestamp"] = moscowTime(clock_());
-    return reply(row.httpStatus, body);
-}
-
-Reply Service::waiting(const Document& document) const
-{
-    return status(document, "wait", errorObject(serviceError(34)), nullptr);
-}
-
-Reply Service::finished(const Document& document) const
-{
-    const bool done = document.outcome == Outcome::Done;
-    return status(document, done ? "done" : "fail", document.error, document.payload);
-}
-
-Reply Service::status(
-    const Document& document, const char* word, const Json& error, const Json& payload) const
-{
-    return reply(200, {{"uuid", document.uuid}, {"error", error}, {"status", word}, {"payload", payload},
-                          {"timestamp", moscowTime(clock_())}, {"group_code", document.groupCode},
-                          {"daemon_code", "fremulator"}, {"device_code", document.deviceCode},
-                          {"external_id", document.externalId}, {"callback_url", document.callbackUrl}});
+    return errorReply(endpoint, serviceError(code), clock_(), details);
 }
 
 const Group* Service::findGroup(const std::string& code) const

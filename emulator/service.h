@@ -1,11 +1,14 @@
 #pragma once
 
+#include "emulator/answer.h"
 #include "emulator/call.h"
-#include "emulator/http.h"
+#include "emulator/faultbox.h"
 #include "emulator/moscowtime.h"
 #include "emulator/options.h"
+#include "emulator/pace.h"
 #include "emulator/store.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -15,36 +18,58 @@ namespace emulator {
 class Service
 {
 public:
-    /// `store` is borrowed and must outlive the service. Makes the registers of every group.
-    Service(const Options& options, Store& store, Clock clock = systemTime);
+    /// `store` and `faults` are borrowed and must outlive the service. Makes the registers of every group.
+    Service(const Options& options, Store& store, FaultBox& faults, Clock clock = systemTime);
 
     /// Where the links to receipts lead, `http://127.0.0.1:PORT/`.
     void setAddress(const std::string& address) { address_ = address; }
 
-    [[nodiscard]] Reply answer(const Request& request);
+    /// Told of every call once its answer is settled; the exchange holds no secrets.
+    void setListener(std::function<void(const Exchange&)> listener) { listener_ = std::move(listener); }
+
+    [[nodiscard]] Answer answer(const Request& request);
+
+    /// The honest status answer of a document, without counting as a question.
+    [[nodiscard]] Reply statusOf(const Document& document) const;
+
+    /// `wait`, `done` or `fail`, likewise.
+    [[nodiscard]] std::string statusWord(const Document& document) const;
 
 private:
-    Reply perform(Call& call, const Request& request);
-    Reply giveToken(const Call& call);
-    Reply takeDocument(Call& call, const std::string& body);
-    Reply report(Call& call);
+    /// A call with what the store knows of it.
+    struct Context
+    {
+        Call call{};
+        std::optional<Token> token{};
+        std::optional<Document> document{};
+        const Fault* fault = nullptr;
+    };
 
-    /// The code that bars the call, if any; fills in the login that the token belongs to.
-    [[nodiscard]] std::optional<int> refusal(Call& call);
+    Context look(const Request& request);
+    Reply perform(const Context& context, const Request& request);
+    Reply giveToken(const Context& context);
+    Reply takeDocument(const Context& context, const std::string& body);
+    Reply report(const Context& context);
+    void record(const Context& context, const Request& request, const Answer& answer, const Reply& honest);
+
+    /// The code that bars the call, if any.
+    [[nodiscard]] std::optional<int> refusal(const Context& context) const;
     [[nodiscard]] std::string wrongFields(const Call& call, const Group& group) const;
-    [[nodiscard]] Document newDocument(const Call& call, const std::string& body, const Group& group);
+    Document newDocument(const Context& context, const std::string& body, const Group& group);
+    /// Gives the document its time and its fiscal data, or the failure that it comes to.
+    void fiscalise(Document& document, const Group& group, const Fault* fault);
     [[nodiscard]] const Group* findGroup(const std::string& code) const;
     [[nodiscard]] const User* findUser(const std::string& login) const;
     [[nodiscard]] Reply error(Endpoint endpoint, int code, const std::string& details = {}) const;
-    [[nodiscard]] Reply waiting(const Document& document) const;
-    [[nodiscard]] Reply finished(const Document& document) const;
-    [[nodiscard]] Reply status(
-        const Document& document, const char* word, const Json& error, const Json& payload) const;
+    [[nodiscard]] std::chrono::milliseconds someLatency() const;
 
     Options options_;
     Store& store_;
+    FaultBox& faults_;
     Clock clock_;
+    Pace pace_;
     std::string address_;
+    std::function<void(const Exchange&)> listener_;
 };
 
 } // namespace emulator

@@ -35,8 +35,15 @@ void Database::execute(const char* sql)
     check(sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr), handle_);
 }
 
+std::int64_t Database::lastInsertId() const
+{
+    return sqlite3_last_insert_rowid(handle_);
+}
+
 Rows::~Rows()
 {
+    if (statement_ == nullptr)
+        return;
     sqlite3_reset(statement_);
     sqlite3_clear_bindings(statement_);
 }
@@ -98,6 +105,24 @@ Transaction::~Transaction()
 void Transaction::commit()
 {
     database_.execute("COMMIT");
+    open_ = false;
+}
+
+Savepoint::Savepoint(Database& database)
+    : database_(database)
+{
+    database_.execute("SAVEPOINT point");
+}
+
+Savepoint::~Savepoint()
+{
+    if (open_)
+        sqlite3_exec(database_.handle(), "ROLLBACK TO point; RELEASE point", nullptr, nullptr, nullptr);
+}
+
+void Savepoint::release()
+{
+    database_.execute("RELEASE point");
     open_ = false;
 }
 

@@ -4,6 +4,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -30,6 +31,7 @@ public:
     /// Runs statements that take nothing and give nothing.
     void execute(const char* sql);
 
+    [[nodiscard]] std::int64_t lastInsertId() const;
     [[nodiscard]] sqlite3* handle() const { return handle_; }
 
 private:
@@ -47,6 +49,10 @@ public:
     ~Rows();
     Rows(const Rows&) = delete;
     Rows& operator=(const Rows&) = delete;
+    Rows(Rows&& other) noexcept
+        : statement_(std::exchange(other.statement_, nullptr))
+    {
+    }
 
     /// Steps to the next row; false when there is none.
     bool next();
@@ -105,6 +111,23 @@ public:
     Transaction& operator=(const Transaction&) = delete;
 
     void commit();
+
+private:
+    Database& database_;
+    bool open_ = true;
+};
+
+/// Inside a transaction: what was done since construction can be taken back.
+class Savepoint
+{
+public:
+    explicit Savepoint(Database& database);
+    /// Takes back, unless released.
+    ~Savepoint();
+    Savepoint(const Savepoint&) = delete;
+    Savepoint& operator=(const Savepoint&) = delete;
+
+    void release();
 
 private:
     Database& database_;

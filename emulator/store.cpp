@@ -7,7 +7,8 @@ namespace {
 constexpr auto schema = R"(
 PRAGMA journal_mode = WAL;
 PRAGMA synchronous = NORMAL;
-CREATE TABLE IF NOT EXISTS tokens(token TEXT PRIMARY KEY, login TEXT, expires_at INTEGER) WITHOUT ROWID;
+CREATE TABLE IF NOT EXISTS tokens(
+    sequence INTEGER PRIMARY KEY, token TEXT UNIQUE, login TEXT, expires_at INTEGER);
 CREATE TABLE IF NOT EXISTS registers(
     group_code TEXT, number INTEGER, storage_number TEXT, registration_number TEXT, documents INTEGER,
     shift INTEGER, receipts_in_shift INTEGER, shift_open INTEGER, shift_opened_at INTEGER, free_at INTEGER,
@@ -17,7 +18,16 @@ CREATE TABLE IF NOT EXISTS documents(
     operation TEXT, login TEXT, received_at INTEGER, body TEXT, total INTEGER, callback_url TEXT,
     device_code TEXT, ready_at INTEGER, waits_left INTEGER, outcome INTEGER, payload TEXT, error TEXT,
     UNIQUE(group_code, external_id));
+CREATE TABLE IF NOT EXISTS wire(
+    sequence INTEGER PRIMARY KEY, group_code TEXT, external_id TEXT, requests INTEGER,
+    UNIQUE(group_code, external_id));
+CREATE TABLE IF NOT EXISTS exchanges(
+    sequence INTEGER PRIMARY KEY AUTOINCREMENT, at INTEGER, endpoint TEXT, group_code TEXT, external_id TEXT,
+    uuid TEXT, login TEXT, request TEXT, answer TEXT, status INTEGER, code INTEGER, fault TEXT);
+CREATE INDEX IF NOT EXISTS exchanges_by_id ON exchanges(external_id, group_code);
 )";
+
+constexpr std::int64_t exchangesPerDocument = 4;
 
 std::int64_t toNumber(const TimePoint time)
 {
@@ -39,11 +49,62 @@ std::string toText(const Json& json)
     return json.is_null() ? std::string() : json.dump();
 }
 
+Document readDocument(const sqlite::Rows& rows)
+{
+    return {.sequence = rows.integer(0),
+        .uuid = rows.text(1),
+        .groupCode = rows.text(2),
+        .externalId = rows.text(3),
+        .operation = rows.text(4),
+        .login = rows.text(5),
+        .receivedAt = toTime(rows.integer(6)),
+        .body = rows.text(7),
+        .totalKopecks = rows.integer(8),
+        .callbackUrl = rows.text(9),
+        .deviceCode = rows.text(10),
+        .readyAt = toTime(rows.integer(11)),
+        .waitsLeft = static_cast<int>(rows.integer(12)),
+        .outcome = static_cast<Outcome>(rows.integer(13)),
+        .payload = toJson(rows.text(14)),
+        .error = toJson(rows.text(15))};
+}
+
+std::vector<Exchange> readExchanges(sqlite::Rows rows)
+{
+    std::vector<Exchange> all;
+    while (rows.next()) {
+        all.push_back({.sequence = rows.integer(0),
+            .at = toTime(rows.integer(1)),
+            .endpoint = rows.text(2),
+            .groupCode = rows.text(3),
+            .externalId = rows.text(4),
+            .uuid = rows.text(5),
+            .login = rows.text(6),
+            .request = rows.text(7),
+            .answer = rows.text(8),
+            .status = static_cast<int>(rows.integer(9)),
+            .code = static_cast<int>(rows.integer(10)),
+            .fault = rows.text(11)});
+    }
+    return all;
+}
+
+/// The pattern as SQLite's GLOB takes it, where a bracket would begin a set of characters.
+std::string globOf(const std::string& pattern)
+{
+    std::string glob;
+    for (const char c : pattern)
+        glob += c == '[' ? std::string("[[]") : std::string(1, c);
+    return glob.empty() ? "*" : glob;
+}
+
 } // namespace
 
-Store::Store(const std::string& file)
+Store::Store(const std::string& file, const std::int64_t keep)
     : database_(file, schema)
-    , insertToken_(database_, "INSERT INTO tokens VALUES(?, ?, ?)")
+    , keep_(keep)
+    , insertToken_(database_, "INSERT INTO tokens VALUES(NULL, ?, ?, ?)")
+    , pruneTokens_(database_, "DELETE FROM tokens WHERE sequence <= ?")
     , selectToken_(database_, "SELECT login, expires_at FROM tokens WHERE token = ?")
     , insertRegister_(database_, "INSERT INTO registers VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
     , countRegisters_(database_, "SELECT count(*), count(*) FILTER (WHERE group_code = ?) FROM registers")
@@ -54,15 +115,33 @@ Store::Store(const std::string& file)
           " shift_opened_at = ?, free_at = ? WHERE group_code = ? AND number = ?")
     , insertDocument_(
           database_, "INSERT INTO documents VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+    , pruneDocuments_(database_, "DELETE FROM documents WHERE sequence <= ?")
     , selectDocument_(database_, "SELECT * FROM documents WHERE uuid = ?")
+    , selectDocuments_(database_, "SELECT * FROM documents WHERE (?1 = '' OR group_code = ?1)"
+                                  " AND external_id GLOB ?2 AND (?3 = '' OR operation = ?3)"
+                                  " AND (?4 = '' OR instr(uuid || ' ' || external_id || ' ' || body, ?4) > 0)"
+                                  " AND (?5 = 0 OR sequence < ?5) ORDER BY sequence DESC LIMIT ?6")
     , selectUuid_(database_, "SELECT uuid FROM documents WHERE group_code = ? AND external_id = ?")
     , updateWaits_(database_, "UPDATE documents SET waits_left = ? WHERE sequence = ?")
+    , upsertWire_(database_, "INSERT INTO wire VALUES(NULL, ?, ?, 1)"
+                             " ON CONFLICT(group_code, external_id) DO UPDATE SET requests = requests + 1"
+                             " RETURNING sequence")
+    , selectWire_(database_, "SELECT requests FROM wire WHERE group_code = ? AND external_id = ?")
+    , selectWires_(database_, "SELECT group_code, external_id, requests FROM wire"
+                              " WHERE (?1 = '' OR group_code = ?1) AND external_id GLOB ?2")
+    , insertExchange_(database_, "INSERT INTO exchanges VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+    , pruneExchanges_(database_, "DELETE FROM exchanges WHERE sequence <= ?")
+    , selectExchanges_(
+          database_, "SELECT * FROM exchanges WHERE external_id = ? AND group_code = ? ORDER BY sequence")
+    , selectNewest_(database_, "SELECT * FROM exchanges ORDER BY sequence DESC LIMIT ?")
+    , pruneWire_(database_, "DELETE FROM wire WHERE sequence <= ?")
 {
 }
 
 void Store::addToken(const std::string& token, const Token& about)
 {
     insertToken_.run(token, about.login, toNumber(about.expiresAt));
+    pruneTokens_.run(database_.lastInsertId() - keep_);
 }
 
 std::optional<Token> Store::findToken(const std::string& token)
@@ -110,38 +189,35 @@ Register Store::freestRegister(const std::string& groupCode, const int count)
         .freeAt = toTime(rows.integer(9))};
 }
 
-void Store::addDocument(const Document& d, const Register& where)
+void Store::saveRegister(const Register& where)
 {
-    sqlite::Transaction transaction(database_);
+    updateRegister_.run(where.documents, where.shift, where.receiptsInShift, where.shiftOpen,
+        toNumber(where.shiftOpenedAt), toNumber(where.freeAt), where.groupCode, where.number);
+}
+
+void Store::addDocument(Document& d)
+{
     insertDocument_.run(d.uuid, d.groupCode, d.externalId, d.operation, d.login, toNumber(d.receivedAt),
         d.body, d.totalKopecks, d.callbackUrl, d.deviceCode, toNumber(d.readyAt), d.waitsLeft,
         static_cast<int>(d.outcome), toText(d.payload), toText(d.error));
-    updateRegister_.run(where.documents, where.shift, where.receiptsInShift, where.shiftOpen,
-        toNumber(where.shiftOpenedAt), toNumber(where.freeAt), where.groupCode, where.number);
-    transaction.commit();
+    d.sequence = database_.lastInsertId();
+    pruneDocuments_.run(d.sequence - keep_);
 }
 
 std::optional<Document> Store::findDocument(const std::string& uuid)
 {
     sqlite::Rows rows = selectDocument_.rows(uuid);
-    if (!rows.next())
-        return std::nullopt;
-    return Document{.sequence = rows.integer(0),
-        .uuid = rows.text(1),
-        .groupCode = rows.text(2),
-        .externalId = rows.text(3),
-        .operation = rows.text(4),
-        .login = rows.text(5),
-        .receivedAt = toTime(rows.integer(6)),
-        .body = rows.text(7),
-        .totalKopecks = rows.integer(8),
-        .callbackUrl = rows.text(9),
-        .deviceCode = rows.text(10),
-        .readyAt = toTime(rows.integer(11)),
-        .waitsLeft = static_cast<int>(rows.integer(12)),
-        .outcome = static_cast<Outcome>(rows.integer(13)),
-        .payload = toJson(rows.text(14)),
-        .error = toJson(rows.text(15))};
+    return rows.next() ? std::optional(readDocument(rows)) : std::nullopt;
+}
+
+std::vector<Document> Store::documents(const DocumentFilter& filter)
+{
+    sqlite::Rows rows = selectDocuments_.rows(
+        filter.group, globOf(filter.externalId), filter.operation, filter.text, filter.before, filter.limit);
+    std::vector<Document> all;
+    while (rows.next())
+        all.push_back(readDocument(rows));
+    return all;
 }
 
 std::optional<std::string> Store::findUuid(const std::string& groupCode, const std::string& externalId)
@@ -153,6 +229,55 @@ std::optional<std::string> Store::findUuid(const std::string& groupCode, const s
 void Store::setWaitsLeft(const std::int64_t sequence, const int waits)
 {
     updateWaits_.run(waits, sequence);
+}
+
+void Store::countRequest(const std::string& groupCode, const std::string& externalId)
+{
+    std::int64_t sequence = 0;
+    {
+        sqlite::Rows rows = upsertWire_.rows(groupCode, externalId);
+        while (rows.next())
+            sequence = rows.integer(0);
+    }
+    pruneWire_.run(sequence - exchangesPerDocument * keep_);
+}
+
+std::int64_t Store::requests(const std::string& groupCode, const std::string& externalId)
+{
+    sqlite::Rows rows = selectWire_.rows(groupCode, externalId);
+    return rows.next() ? rows.integer(0) : 0;
+}
+
+std::vector<WireCount> Store::wireCounts(const std::string& group, const std::string& idPattern)
+{
+    sqlite::Rows rows = selectWires_.rows(group, globOf(idPattern));
+    std::vector<WireCount> all;
+    while (rows.next())
+        all.push_back({rows.text(0), rows.text(1), rows.integer(2)});
+    return all;
+}
+
+void Store::addExchange(Exchange& e)
+{
+    insertExchange_.run(toNumber(e.at), e.endpoint, e.groupCode, e.externalId, e.uuid, e.login, e.request,
+        e.answer, e.status, e.code, e.fault);
+    e.sequence = database_.lastInsertId();
+    pruneExchanges_.run(e.sequence - exchangesPerDocument * keep_);
+}
+
+std::vector<Exchange> Store::exchanges(const std::string& groupCode, const std::string& externalId)
+{
+    return readExchanges(selectExchanges_.rows(externalId, groupCode));
+}
+
+std::vector<Exchange> Store::newestExchanges(const int limit)
+{
+    return readExchanges(selectNewest_.rows(limit));
+}
+
+void Store::clear()
+{
+    database_.execute("DELETE FROM documents; DELETE FROM exchanges; DELETE FROM wire");
 }
 
 } // namespace emulator

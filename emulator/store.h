@@ -1,5 +1,6 @@
 #pragma once
 
+#include "emulator/exchange.h"
 #include "emulator/json.h"
 #include "emulator/moscowtime.h"
 #include "emulator/register.h"
@@ -52,12 +53,39 @@ struct Token
     TimePoint expiresAt{};
 };
 
-/// Documents, tokens and registers in SQLite. Every call that fails throws sqlite::Error.
+/// What a list of documents is narrowed down to; empty fields leave it as it is.
+struct DocumentFilter
+{
+    std::string group{};
+    /// May hold `*` and `?`.
+    std::string externalId{};
+    std::string operation{};
+    /// Occurs in the uuid, the external id or the body.
+    std::string text{};
+    /// Only documents before this sequence; 0 begins with the newest.
+    std::int64_t before = 0;
+    int limit = 100;
+};
+
+/// How often a register call of this external id came over the wire, whatever became of it.
+struct WireCount
+{
+    std::string groupCode{};
+    std::string externalId{};
+    std::int64_t requests = 0;
+};
+
+/// Documents, tokens, registers and recorded exchanges in SQLite. Every call that fails throws sqlite::Error.
 class Store
 {
 public:
-    /// `file` is created when missing; `:memory:` lives as long as the store.
-    explicit Store(const std::string& file);
+    /// `file` is created when missing; `:memory:` lives as long as the store. The newest `keep` documents and
+    /// tokens stay, and four times as many exchanges; older ones are forgotten.
+    explicit Store(const std::string& file, std::int64_t keep = 10'000);
+
+    /// One per request: what the request changes happens as a whole.
+    [[nodiscard]] sqlite::Transaction transaction() { return sqlite::Transaction(database_); }
+    [[nodiscard]] sqlite::Savepoint savepoint() { return sqlite::Savepoint(database_); }
 
     void addToken(const std::string& token, const Token& about);
     [[nodiscard]] std::optional<Token> findToken(const std::string& token);
@@ -66,26 +94,58 @@ public:
     void prepareRegisters(const std::string& groupCode, int count);
     /// The register of the group that has worked off its queue first.
     [[nodiscard]] Register freestRegister(const std::string& groupCode, int count);
+    void saveRegister(const Register& where);
 
-    /// Keeps a new document and what its register has become, both or neither.
-    void addDocument(const Document& document, const Register& where);
+    /// Gives the document its sequence.
+    void addDocument(Document& document);
     [[nodiscard]] std::optional<Document> findDocument(const std::string& uuid);
     [[nodiscard]] std::optional<std::string> findUuid(
         const std::string& groupCode, const std::string& externalId);
     void setWaitsLeft(std::int64_t sequence, int waits);
+    /// Newest first.
+    [[nodiscard]] std::vector<Document> documents(const DocumentFilter& filter);
+
+    /// Counts one more register call of that id.
+    void countRequest(const std::string& groupCode, const std::string& externalId);
+    [[nodiscard]] std::int64_t requests(const std::string& groupCode, const std::string& externalId);
+    /// Of the ids that fit the pattern, in an empty group those of all.
+    [[nodiscard]] std::vector<WireCount> wireCounts(const std::string& group, const std::string& idPattern);
+
+    /// Gives the exchange its sequence.
+    void addExchange(Exchange& exchange);
+    /// Oldest first: register calls of that id and status calls of its document.
+    [[nodiscard]] std::vector<Exchange> exchanges(
+        const std::string& groupCode, const std::string& externalId);
+    /// Newest first, of every endpoint.
+    [[nodiscard]] std::vector<Exchange> newestExchanges(int limit);
+
+    /// Forgets documents, exchanges and wire counts. Tokens, registers and their counters stay.
+    void clear();
 
 private:
     sqlite::Database database_;
+    std::int64_t keep_;
     sqlite::Statement insertToken_;
+    sqlite::Statement pruneTokens_;
     sqlite::Statement selectToken_;
     sqlite::Statement insertRegister_;
     sqlite::Statement countRegisters_;
     sqlite::Statement selectRegister_;
     sqlite::Statement updateRegister_;
     sqlite::Statement insertDocument_;
+    sqlite::Statement pruneDocuments_;
     sqlite::Statement selectDocument_;
+    sqlite::Statement selectDocuments_;
     sqlite::Statement selectUuid_;
     sqlite::Statement updateWaits_;
+    sqlite::Statement upsertWire_;
+    sqlite::Statement selectWire_;
+    sqlite::Statement selectWires_;
+    sqlite::Statement insertExchange_;
+    sqlite::Statement pruneExchanges_;
+    sqlite::Statement selectExchanges_;
+    sqlite::Statement selectNewest_;
+    sqlite::Statement pruneWire_;
 };
 
 } // namespace emulator

@@ -1,6 +1,7 @@
 #include "host/httpconnection.h"
 
 #include "host/httptransfer.h"
+#include "host/keptconnection.h"
 
 #include <curl/curl.h>
 
@@ -10,10 +11,6 @@
 #include <utility>
 
 namespace {
-
-// Servers close idle connections after 5 to 75 seconds and routers forget them without a word; polling for a
-// receipt's result needs one or two.
-constexpr long keptSeconds = 10;
 
 using HeaderList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
 
@@ -171,8 +168,8 @@ private:
     void setVerb(const HttpRequest& request, HttpTransfer& transfer)
     {
         const bool isPost = request.verb == HttpRequest::Verb::Post;
-        set(CURLOPT_FRESH_CONNECT, isPost ? 1L : 0L);
-        set(CURLOPT_MAXAGE_CONN, keptSeconds);
+        set(CURLOPT_FRESH_CONNECT, isPost && !kept.mayCarryPost() ? 1L : 0L);
+        set(CURLOPT_MAXAGE_CONN, static_cast<long>(KeptConnection::longestIdle.count()));
         if (!isPost && request.body.isEmpty()) {
             set(CURLOPT_HTTPGET, 1L);
             return;
@@ -227,9 +224,19 @@ private:
             }
             curl_multi_poll(multi.get(), nullptr, 0, static_cast<int>(left.count()), nullptr);
         }
+        noteConnection();
         // Closes the connection when the exchange is not over.
         curl_multi_remove_handle(multi.get(), easy.get());
         return failure;
+    }
+
+    void noteConnection()
+    {
+        curl_socket_t socket = CURL_SOCKET_BAD;
+        curl_easy_getinfo(easy.get(), CURLINFO_ACTIVESOCKET, &socket);
+        long opened = 0;
+        curl_easy_getinfo(easy.get(), CURLINFO_NUM_CONNECTS, &opened);
+        kept.exchanged(socket, opened == 0);
     }
 
     QString result(const HttpTransfer& transfer)
@@ -248,6 +255,7 @@ private:
     QByteArray caFile;
     QByteArray proxy;
     QByteArray userAgent;
+    KeptConnection kept;
     // The easy handle is cleaned up first, so it is declared last.
     std::unique_ptr<CURLM, CleanupMulti> multi;
     std::unique_ptr<CURL, CleanupEasy> easy;

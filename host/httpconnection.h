@@ -35,11 +35,8 @@ struct HttpReply
 
 /// Carries one request at a time over HTTP. One thread at a time.
 ///
-/// A POST travels on a connection of its own making and is put on the wire at most once. A server that keeps
-/// connections may close one at any moment, also while a request is on its way to it, and then nobody knows
-/// whether it was read; a new connection costs two round trips, an unknown receipt costs a person's time. The
-/// connection is then kept for the GETs that follow; a GET whose kept connection turns out to be closed is
-/// repeated once.
+/// A POST is put on the wire at most once. The connection is kept between exchanges, and KeptConnection says
+/// when a POST may use it again; a GET whose kept connection turns out to be closed is repeated once.
 class HttpConnection
 {
 public:

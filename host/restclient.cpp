@@ -161,6 +161,7 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
     reply.failure = flaw(url, request.headers);
     if (reply.failure.isEmpty())
         reply = connection->perform(request);
+    sent = reply.sent;
     if (reply.failure.isEmpty()) {
         const auto [value, failure] = parsed(reply.body);
         response = value;
@@ -186,7 +187,7 @@ void RestClient::report(const QString& what, const HttpReply& reply, qint64 mill
                                    .arg(milliseconds));
         return;
     }
-    const QString sent = reply.sent ? u"запрос отправлен"_s : u"запрос не отправлен"_s;
+    const QString fate = sent ? u"запрос отправлен"_s : u"запрос не отправлен"_s;
     logger->error("%1: нет ответа на %2: %3", alias, what,
-        u"%1 (%2 мс, %3)"_s.arg(reply.failure, QString::number(milliseconds), sent));
+        u"%1 (%2 мс, %3)"_s.arg(reply.failure, QString::number(milliseconds), fate));
 }

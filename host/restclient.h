@@ -26,9 +26,9 @@ struct HttpRequest;
 /// in several threads at once.
 ///
 /// Repeating a request is a decision about money, so it is never made here: **one call of post() puts at most
-/// one request on the wire**. For the same reason a post() makes a new connection, which the get() calls that
-/// follow use again: a kept connection may be closed by the server while the request is on its way. A get()
-/// whose kept connection was closed is repeated once. Redirects are not followed, so a receipt and a token go
+/// one request on the wire**. The connection is kept between calls; a post() uses it again only where
+/// KeptConnection finds that safe. A get() whose kept connection was closed is repeated once. Redirects are
+/// not followed, so a receipt and a token go
 /// only where the caller says. Certificates and host names are always checked, against TLS 1.2 or newer.
 ///
 /// Nothing but std::bad_alloc is thrown. Any failure (no connection, a limit run out, a body that is not JSON
@@ -62,6 +62,10 @@ public:
     /// when there is no body, when it is not JSON or is nested more than 1024 levels deep.
     [[nodiscard]] virtual QVariant getResponseData() const;
 
+    /// Whether any part of the last request may have reached the peer. False is certain: the service knows
+    /// nothing of it, and repeating it is harmless.
+    [[nodiscard]] bool wasSent() const { return sent; }
+
 private:
     bool exchange(const QUrl& url, const HttpRequest& request);
     void report(const QString& what, const HttpReply& reply, qint64 milliseconds) const;
@@ -70,6 +74,7 @@ private:
     QString alias;
     std::unique_ptr<HttpConnection> connection;
     QVariant response;
+    bool sent = false;
 };
 
 extern template class HOST_EXPORT MockFactory<RestClient>;

@@ -24,6 +24,7 @@ struct Arguments
     std::string logLevel = "warning";
     std::string uuid;
     std::vector<std::string> files;
+    std::string qrDir;
     bool json = false;
 };
 
@@ -91,6 +92,11 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
                 Text::tr("Receipts: a JSON object, or JSON Lines; - is standard input").toStdString())
             ->option_text("...")
             ->required();
+    if (info.command == Command::Sell)
+        command
+            ->add_option("--qr-dir", arguments.qrDir,
+                Text::tr("Folder into which each receipt's QR code is written as a picture").toStdString())
+            ->option_text("DIR");
     return command;
 }
 
@@ -148,6 +154,7 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
     line.json = arguments.json;
     line.logLevel = fromStd(arguments.logLevel);
     line.uuid = fromStd(arguments.uuid);
+    line.qrDir = fromStd(arguments.qrDir);
     for (const std::string& file : arguments.files)
         line.files << fromStd(file);
     return line;

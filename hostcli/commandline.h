@@ -27,6 +27,8 @@ struct CommandLine
     bool json = false;
     QString logLevel;
     QStringList files;
+    /// Folder for the pictures of QR codes; empty for none.
+    QString qrDir;
     QString uuid;
 };
 

@@ -20,6 +20,7 @@ public:
 
     /// Returns whether everything has been written.
     bool write(const QByteArray& bytes);
+    [[nodiscard]] bool isTerminal() const { return ::isatty(descriptor) != 0; }
     /// Why writing failed; empty as long as it has not.
     [[nodiscard]] QString error() const { return cause; }
 

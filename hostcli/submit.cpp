@@ -1,5 +1,8 @@
 #include "hostcli/commands.h"
 #include "hostcli/console.h"
+#include "hostcli/fiscalpayload.h"
+#include "hostcli/qrcode.h"
+#include "hostcli/qrpictures.h"
 #include "hostcli/registrar.h"
 #include "hostcli/resultreport.h"
 #include "hostcli/session.h"
@@ -14,13 +17,16 @@ struct Tally
     int good = 0;
     int refused = 0;
     int unknown = 0;
+    bool pictureFailed = false;
 
     [[nodiscard]] int done() const { return good + refused + unknown; }
     [[nodiscard]] ExitCode code() const
     {
         if (unknown > 0)
             return ExitCode::Unknown;
-        return refused > 0 ? ExitCode::Refused : ExitCode::Success;
+        if (refused > 0)
+            return ExitCode::Refused;
+        return pictureFailed ? ExitCode::Usage : ExitCode::Success;
     }
     void add(const ReceiptResult& result)
     {
@@ -33,9 +39,21 @@ struct Tally
     }
 };
 
+QString qrOf(const ReceiptResult& result)
+{
+    return result.fiscal ? qrText(*result.fiscal) : QString();
+}
+
+QString toTerminal(const ReceiptResult& result)
+{
+    return toText(result) + QrCode(qrOf(result)).halfBlocks();
+}
+
 void report(const ReceiptResult& result, bool json, Output& output)
 {
-    const QByteArray text = json ? toJsonLine(result) : toText(result).toUtf8();
+    const QByteArray text = json                  ? toJsonLine(result)
+                            : output.isTerminal() ? toTerminal(result).toUtf8()
+                                                  : toText(result).toUtf8();
     // An outcome is never lost: where the output takes nothing, it goes to the console.
     if (!output.write(text))
         Console::instance().line(QString::fromUtf8(text).trimmed());
@@ -63,6 +81,7 @@ void summarize(const Tally& tally, int count, Command command)
 ExitCode submit(const CommandLine& line, Output& output)
 {
     Session session(line);
+    const QrPictures pictures(line.qrDir);
     ReceiptQueue queue(line.files);
     session.connect();
     Registrar registrar(session.fiscalRegister(), session.transport());
@@ -77,6 +96,10 @@ ExitCode submit(const CommandLine& line, Output& output)
         }();
         tally.add(result);
         report(result, line.json, output);
+        if (const QString failure = pictures.write(result.id, qrOf(result)); !failure.isEmpty()) {
+            tally.pictureFailed = true;
+            Console::instance().line(failure);
+        }
         return result.outcome != Outcome::Unknown && output.error().isEmpty();
     });
     summarize(tally, queue.count(), line.command);

@@ -419,5 +419,17 @@
         <source>Receipts not sent: %1.</source>
         <translation>Не отправлено чеков: %1.</translation>
     </message>
+    <message>
+        <source>Folder into which each receipt&apos;s QR code is written as a picture</source>
+        <translation>Папка, в которую записывается картинка QR-кода каждого чека</translation>
+    </message>
+    <message>
+        <source>%1: no picture can be written there; name another folder with --qr-dir</source>
+        <translation>%1: сюда нельзя записать картинки; укажите другую папку в --qr-dir</translation>
+    </message>
+    <message>
+        <source>%1: the picture of the QR code was not written: %2. The receipt is registered.</source>
+        <translation>%1: картинка QR-кода не записана: %2. Чек зарегистрирован.</translation>
+    </message>
 </context>
 </TS>

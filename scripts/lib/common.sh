@@ -8,24 +8,29 @@ as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
-# Installs what scripts/packages.txt lists and this machine lacks; says nothing when all is there.
+# install_packages [test]: installs what scripts/packages.txt lists and this machine lacks, with "test" also what the
+# tests need; says nothing when all is there.
 install_packages() {
     local wanted missing=() name
-    wanted=$(grep -v '^#' scripts/packages.txt)
+    wanted=$(awk -v kind="${1:-}" '!/^#/ && (NF == 1 || $2 == kind) { print $1 }' scripts/packages.txt)
     for name in $wanted; do
         dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'ok installed' || missing+=("$name")
     done
+    # Some packages of nodejs bring npm with them and conflict with Debian's package of that name.
+    if [ "${1:-}" = test ] && ! command -v npm >/dev/null; then missing+=(npm); fi
     [ ${#missing[@]} -eq 0 ] && return
     say "Installing Debian packages: ${missing[*]}"
     as_root apt-get update -q
     as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "${missing[@]}"
 }
 
-# build PRESET [TARGET...]: configures the preset and builds the targets, or all of them.
+# configure PRESET [OPTION...]: with the tests, unless the options say otherwise.
+configure() {
+    cmake --preset "$1" -DBUILD_TESTING=ON "${@:2}" >&2
+}
+
+# build PRESET [TARGET...]: builds the targets, or everything.
 build() {
-    local preset=$1
-    shift
-    say "Building ${*:-everything} of preset $preset into build/$preset"
-    cmake --preset "$preset" >&2
-    cmake --build --preset "$preset" ${*:+--target "$@"} >&2
+    say "Building ${*:2} of preset $1 into build/$1"
+    cmake --build --preset "$1" ${2:+--target "${@:2}"} >&2
 }

@@ -5,6 +5,8 @@
 
 #include <csignal>
 #include <cstdio>
+#include <fstream>
+#include <sstream>
 #include <string>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -56,6 +58,9 @@ public:
             text += static_cast<char>(c);
         return text;
     }
+
+    /// Whether the program has not closed its output yet.
+    bool more() const { return std::feof(output_) == 0; }
 
     /// Sends the signal (0: none) and waits; the exit status, or the negative signal that ended it.
     int finish(const int signal)
@@ -126,4 +131,80 @@ TEST(Program, FailsWhenThePortIsTaken)
     Program second({"--port", std::to_string(port)});
     EXPECT_EQ(second.line(), "");
     EXPECT_EQ(second.finish(0), 1);
+}
+
+TEST(Program, RemembersAcrossAKill)
+{
+    const std::string database = testing::TempDir() + "fremulator-kill-" + std::to_string(::getpid()) + ".db";
+    std::string token;
+    std::string uuid;
+    {
+        Program program({"--db", database});
+        RawClient client(portIn(program.line()));
+        client.send(postRequest("/possystem/v4/getToken", R"({"login":"test","pass":"test"})"));
+        token = "Token: " + client.receive().json()["token"].get<std::string>() + "\r\n";
+        client.send(postRequest("/possystem/v4/test/sell", goodReceipt().dump(), token));
+        uuid = client.receive().json()["uuid"];
+        EXPECT_EQ(program.finish(SIGKILL), -SIGKILL);
+    }
+    Program program({"--db", database});
+    RawClient client(portIn(program.line()));
+    client.send(getRequest("/possystem/v4/test/report/" + uuid, token));
+    EXPECT_EQ(client.receive().json()["status"], "done");
+    client.send(postRequest("/possystem/v4/test/sell", goodReceipt().dump(), token));
+    EXPECT_EQ(client.receive().json()["uuid"], uuid);
+    for (const char* suffix : {"", "-wal", "-shm"})
+        std::remove((database + suffix).c_str());
+}
+
+TEST(Program, ReadsItsConfigurationAndFaultsFromFiles)
+{
+    const std::string stem = testing::TempDir() + "fremulator-files-" + std::to_string(::getpid());
+    std::ofstream(stem + ".config") << R"({"groups": [{"code": "g"}],
+        "users": [{"login": "l", "password": "p", "groups": ["g"]}]})";
+    std::ofstream(stem + ".faults") << R"([{"endpoint": "sell", "effect": "error", "code": 50}])";
+    {
+        Program program({"--config", stem + ".config", "--faults", stem + ".faults"});
+        RawClient client(portIn(program.line()));
+        EXPECT_THAT(program.line(), testing::MatchesRegex("page at http://127\\.0\\.0\\.1:[0-9]+/"));
+        client.send(postRequest("/possystem/v4/getToken", R"({"login":"l","pass":"p"})"));
+        const std::string token = "Token: " + client.receive().json()["token"].get<std::string>() + "\r\n";
+        client.send(postRequest("/possystem/v4/g/sell", goodReceipt().dump(), token));
+        EXPECT_EQ(client.receive().status, 500);
+    }
+    Program both({"--config", stem + ".config", "--login", "l"});
+    EXPECT_NE(both.finish(0), 0);
+    std::ofstream(stem + ".faults") << "[{}]";
+    Program bad({"--faults", stem + ".faults"});
+    EXPECT_EQ(bad.finish(0), 1);
+    std::remove((stem + ".config").c_str());
+    std::remove((stem + ".faults").c_str());
+}
+
+TEST(Program, HasEveryOptionAndEffectInItsReadme)
+{
+    std::stringstream readme;
+    readme << std::ifstream(README).rdbuf();
+
+    Program help({"--help"});
+    std::vector<std::string> missing;
+    for (std::string line = help.line(); help.more(); line = help.line()) {
+        const std::size_t at = line.find("--");
+        const std::string option =
+            at > 6 ? std::string() : line.substr(at, line.find_first_of(" ,", at) - at);
+        if (!option.empty() && option != "--help" && readme.str().find('`' + option) == std::string::npos)
+            missing.push_back(option);
+    }
+
+    Program program({});
+    RawClient client(portIn(program.line()));
+    client.send(getRequest("/_emulator/effects"));
+    const Json answer = client.receive().json();
+    for (const Json& effect : answer["effects"]) {
+        const auto name = effect["effect"].get<std::string>();
+        if (readme.str().find('`' + name + '`') == std::string::npos)
+            missing.push_back(name);
+    }
+    EXPECT_THAT(missing, testing::IsEmpty());
+    EXPECT_EQ(answer["effects"].size(), 18u);
 }

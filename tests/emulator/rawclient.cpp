@@ -106,6 +106,23 @@ RawClient::Answer RawClient::receiveAll(const std::chrono::milliseconds patience
     return answer;
 }
 
+std::string RawClient::receiveUntil(const std::string& before, const std::string& after)
+{
+    for (;;) {
+        const std::size_t from = buffer_.find(before);
+        const std::size_t to = from == std::string::npos ? from : buffer_.find(after, from + before.size());
+        if (to != std::string::npos) {
+            const std::string between = buffer_.substr(from + before.size(), to - from - before.size());
+            buffer_.erase(0, to + after.size());
+            return between;
+        }
+        const std::size_t had = buffer_.size();
+        readSome(std::chrono::seconds(20));
+        if (buffer_.size() == had)
+            throw std::runtime_error("no " + before + " in: " + buffer_);
+    }
+}
+
 std::string postRequest(const std::string& path, const std::string& body, const std::string& headers)
 {
     return "POST " + path +

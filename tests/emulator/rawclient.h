@@ -40,6 +40,9 @@ public:
     /// Everything until the connection ends, or until nothing has come for `patience`.
     [[nodiscard]] Answer receiveAll(std::chrono::milliseconds patience = std::chrono::seconds(20));
 
+    /// Reads on until `before` and, behind it, `after` have come; what is between them.
+    [[nodiscard]] std::string receiveUntil(const std::string& before, const std::string& after);
+
 private:
     /// Reads what is there into the buffer; what happened to the connection.
     End readSome(std::chrono::milliseconds patience);

@@ -247,6 +247,20 @@ TEST_F(Calls, RefuseWhatIsNoJsonAndAPathThatIsNoCall)
     EXPECT_EQ(outline(get(sellPath)), (Outline{400, 40, ""}));
 }
 
+TEST_F(Calls, RefuseABodyThatIsNestedTooDeep)
+{
+    ready();
+    const auto nested = [](const std::size_t depth) {
+        Json body = goodReceipt();
+        body["\\[[[\""] = Json::parse(std::string(depth, '[') + std::string(depth, ']'));
+        return body;
+    };
+    EXPECT_EQ(outline(sell(nested(63))), (Outline{200, 0, "wait"}));
+    EXPECT_EQ(outline(sell(nested(64))), (Outline{400, 40, "fail"}));
+    EXPECT_EQ(outline(exchange(postRequest(sellPath, std::string(900'000, '['), tokenHeader()))),
+        (Outline{400, 40, "fail"}));
+}
+
 TEST_F(Calls, ShareTheRegistersOfAGroupAndNumberEachOfThem)
 {
     options.groups.front().registers = 2;

@@ -88,16 +88,15 @@ TEST_F(Client, ParsesTheBodyWhateverTheStatusAndKeepsIntegersExact)
     }
 }
 
-TEST_F(Client, ConnectsForEachPostAndKeepsTheConnectionForTheGetsThatFollow)
+TEST_F(Client, KeepsTheConnectionBetweenExchanges)
 {
     const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
-    for (std::size_t i = 1; i <= 3; ++i) {
+    for (int i = 0; i < 5; ++i) {
         EXPECT_TRUE(client.post(at(server), "{}", {}));
         EXPECT_TRUE(client.get(at(server), {}, {}));
-        EXPECT_TRUE(client.get(at(server), {}, {}));
-        EXPECT_EQ(server.connections(), i);
     }
-    EXPECT_EQ(server.requests().size(), 9U);
+    EXPECT_EQ(server.requests().size(), 10U);
+    EXPECT_EQ(server.connections(), 1U);
 }
 
 TEST_F(Client, ForgetsTheLastReplyWhenTheNextExchangeFails)
@@ -110,6 +109,19 @@ TEST_F(Client, ForgetsTheLastReplyWhenTheNextExchangeFails)
     }
     EXPECT_FALSE(client.post(gone, "{}", {}));
     EXPECT_FALSE(client.getResponseData().isValid());
+}
+
+TEST_F(Client, TellsWhetherTheRequestWasSent)
+{
+    QUrl gone;
+    {
+        const RawServer server([](Peer& peer, const std::string&) { peer.close(); });
+        gone = at(server);
+        EXPECT_FALSE(client.post(gone, "{}", {}));
+        EXPECT_TRUE(client.wasSent());
+    }
+    EXPECT_FALSE(client.post(gone, "{}", {}));
+    EXPECT_FALSE(client.wasSent());
 }
 
 TEST_F(Client, LeavesTheQueryOutOfTheLog)

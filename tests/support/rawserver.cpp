@@ -133,6 +133,15 @@ std::string Peer::readRequest()
     return request;
 }
 
+std::string Peer::readBytes(std::size_t count)
+{
+    while (buffer.size() < count && receive()) {
+    }
+    std::string bytes = buffer.substr(0, count);
+    buffer.erase(0, bytes.size());
+    return bytes;
+}
+
 void Peer::send(std::string_view bytes)
 {
     while (isOpen() && !stopping && !bytes.empty()) {

@@ -28,6 +28,8 @@ public:
     [[nodiscard]] bool secure();
     /// The next request with its body; empty when the client has closed the connection.
     [[nodiscard]] std::string readRequest();
+    /// So many bytes; fewer when the client has closed the connection.
+    [[nodiscard]] std::string readBytes(std::size_t count);
     /// Sends the bytes as they are.
     void send(std::string_view bytes);
     /// Sends the bytes one by one, each after the pause, until the client gives up.

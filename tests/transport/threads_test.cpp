@@ -69,7 +69,8 @@ TEST_P(Threads, TwentyRegistersSellAtOnceAndEachGetsItsOwnReceipts)
     std::vector<QStringList> sold(registers);
     std::vector<std::thread> threads;
     for (int i = 0; i < registers; ++i)
-        threads.emplace_back([&, i] { sold[static_cast<std::size_t>(i)] = sell(static_cast<unsigned>(i), address); });
+        threads.emplace_back(
+            [&, i] { sold[static_cast<std::size_t>(i)] = sell(static_cast<unsigned>(i), address); });
     for (std::thread& thread : threads)
         thread.join();
     for (int i = 0; i < registers; ++i) {

@@ -1,0 +1,111 @@
+#include "emulator/config.h"
+
+#include "emulator/jsonreader.h"
+
+#include <algorithm>
+#include <fstream>
+#include <utility>
+
+namespace emulator {
+
+namespace {
+
+Json readFile(const std::string& file)
+{
+    std::ifstream stream(file);
+    if (!stream)
+        throw JsonError("cannot read " + file);
+    try {
+        return Json::parse(stream);
+    } catch (const Json::parse_error& error) {
+        throw JsonError(file + " is not JSON: " + error.what());
+    }
+}
+
+Group readGroup(const Json& json, const std::string& where)
+{
+    JsonReader reader(json, where);
+    const Group usual;
+    Group group{.code = reader.text("code"),
+        .inn = reader.text("inn"),
+        .registers = static_cast<int>(reader.integer("registers", usual.registers, 1, 99)),
+        .receiptUrl = reader.boolean("receiptUrl", usual.receiptUrl),
+        .protocolRefused = reader.boolean("protocolRefused", usual.protocolRefused)};
+    reader.refuseTheRest();
+    if (group.code.empty())
+        throw JsonError(where + ".code must not be empty");
+    return group;
+}
+
+User readUser(const Json& json, const std::string& where, const std::vector<Group>& groups)
+{
+    JsonReader reader(json, where);
+    User user{.login = reader.text("login"),
+        .password = reader.text("password"),
+        .groups = reader.texts("groups", {}),
+        .blocked = reader.boolean("blocked", false)};
+    reader.refuseTheRest();
+    if (user.login.empty() || user.password.empty())
+        throw JsonError(where + " must have a login and a password");
+    for (const std::string& code : user.groups) {
+        if (std::ranges::count(groups, code, &Group::code) == 0)
+            throw JsonError(where + ".groups names " + code + ", which is none of the groups");
+    }
+    return user;
+}
+
+void readLists(const Json& json, Lists& lists)
+{
+    constexpr std::pair<const char*, std::vector<std::string> Lists::*> all[] = {
+        {"operations", &Lists::operations}, {"taxationSystems", &Lists::taxationSystems},
+        {"vatTypes", &Lists::vatTypes}, {"agentTypes", &Lists::agentTypes},
+        {"paymentMethods", &Lists::paymentMethods}, {"paymentObjects", &Lists::paymentObjects}};
+    JsonReader reader(json, "lists");
+    for (const auto& [key, list] : all)
+        lists.*list = reader.texts(key, lists.*list);
+    reader.refuseTheRest();
+}
+
+void addFaults(const Json& faults, Options& options)
+{
+    for (const Json& fault : faults)
+        options.faults.push_back(readFault(fault));
+}
+
+std::string element(const char* array, const std::size_t index)
+{
+    return std::string(array) + "[" + std::to_string(index) + "]";
+}
+
+} // namespace
+
+void readConfig(const std::string& file, Options& options)
+{
+    const Json json = readFile(file);
+    JsonReader reader(json, file);
+    const Json& groups = reader.array("groups");
+    const Json& users = reader.array("users");
+    if (!groups.empty())
+        options.groups.clear();
+    for (std::size_t i = 0; i < groups.size(); ++i)
+        options.groups.push_back(readGroup(groups[i], element("groups", i)));
+    if (!users.empty())
+        options.users.clear();
+    for (std::size_t i = 0; i < users.size(); ++i)
+        options.users.push_back(readUser(users[i], element("users", i), options.groups));
+    options.receiptsPerShift = static_cast<int>(reader.integer("receiptsPerShift", 0, 0, 1'000'000));
+    if (const Json* lists = reader.take("lists"))
+        readLists(*lists, options.lists);
+    addFaults(reader.array("faults"), options);
+    reader.refuseTheRest();
+}
+
+void readFaults(const std::string& file, Options& options)
+{
+    const Json json = readFile(file);
+    if (!json.is_array())
+        throw JsonError(file + " must hold an array of faults");
+    addFaults(json, options);
+}
+
+} // namespace emulator

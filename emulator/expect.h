@@ -1,0 +1,23 @@
+#pragma once
+
+#include "emulator/http.h"
+#include "emulator/service.h"
+#include "emulator/store.h"
+
+#include <string>
+
+namespace emulator {
+
+struct Verdict
+{
+    bool pass = false;
+    std::string reason{};
+};
+
+/// Judges the store by the query of a request. `group`, `external_id` (with `*` and `?`), `operation` and
+/// `text` say which documents are meant; `count` (1 unless given) how many there must be; `total` (roubles)
+/// and `status` (wait, done, fail) what each of them must have; `wire_requests` how many register calls each
+/// id must have brought. Throws JsonError for a parameter that is unknown or unreadable.
+[[nodiscard]] Verdict expect(const Request& request, Store& store, const Service& service);
+
+} // namespace emulator

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "emulator/fault.h"
+
+#include <string_view>
+#include <vector>
+
+namespace emulator {
+
+/// Whether `text` fits `pattern`, in which `*` is any run of characters and `?` any one.
+[[nodiscard]] bool fits(std::string_view text, std::string_view pattern);
+
+/// The faults in force, in the order they were set. The first that matches a call hits it.
+class FaultBox
+{
+public:
+    /// Gives the fault its id.
+    const Fault& add(Fault fault);
+    bool remove(int id);
+    void clear() { faults_.clear(); }
+    [[nodiscard]] const std::vector<Fault>& all() const { return faults_; }
+
+    /// The fault that hits this call, counted as a hit; null when none does. Valid until the next change.
+    [[nodiscard]] const Fault* take(const Call& call);
+
+private:
+    std::vector<Fault> faults_;
+    int lastId_ = 0;
+};
+
+} // namespace emulator

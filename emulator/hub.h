@@ -1,0 +1,55 @@
+#pragma once
+
+#include <boost/asio/steady_timer.hpp>
+
+#include <algorithm>
+#include <deque>
+#include <string>
+#include <vector>
+
+namespace emulator {
+
+/// Those who follow events, each with what it has not been sent yet. For the server's thread alone.
+class Hub
+{
+public:
+    /// One who follows, for as long as it lives.
+    class Follower
+    {
+    public:
+        Follower(Hub& hub, boost::asio::io_context& io)
+            : wake(io)
+            , hub_(hub)
+        {
+            hub_.followers_.push_back(this);
+        }
+        ~Follower() { std::erase(hub_.followers_, this); }
+        Follower(const Follower&) = delete;
+        Follower& operator=(const Follower&) = delete;
+
+        std::deque<std::string> pending;
+        boost::asio::steady_timer wake;
+
+    private:
+        Hub& hub_;
+    };
+
+    /// A follower that does not keep up loses what it has not read and is told to start anew.
+    void publish(const std::string& event)
+    {
+        constexpr std::size_t patience = 1000;
+        for (Follower* follower : followers_) {
+            if (follower->pending.size() >= patience)
+                follower->pending.assign(1, R"({"kind":"lost"})");
+            follower->pending.push_back(event);
+            follower->wake.cancel();
+        }
+    }
+
+    [[nodiscard]] bool followed() const { return !followers_.empty(); }
+
+private:
+    std::vector<Follower*> followers_;
+};
+
+} // namespace emulator

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <span>
+#include <string_view>
+
+namespace emulator {
+
+/// A file of the page, put into the program when it is built.
+struct PageFile
+{
+    std::string_view path;
+    std::string_view contentType;
+    std::string_view body;
+};
+
+[[nodiscard]] std::span<const PageFile> pageFiles();
+
+} // namespace emulator

@@ -1,0 +1,105 @@
+#include "emulator/config.h"
+#include "emulator/jsonreader.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <fstream>
+
+using namespace emulator;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+namespace {
+
+struct ConfigFile : testing::Test
+{
+    ConfigFile()
+        : file(testing::TempDir() + "fremulator-" + std::to_string(::getpid()) + ".json")
+    {
+    }
+    ~ConfigFile() override { std::remove(file.c_str()); }
+
+    Options read(const char* text)
+    {
+        std::ofstream(file) << text;
+        Options options;
+        readConfig(file, options);
+        return options;
+    }
+
+    std::string complaint(const char* text)
+    {
+        try {
+            read(text);
+        } catch (const JsonError& error) {
+            return error.what();
+        }
+        return "none";
+    }
+
+    const std::string file;
+};
+
+} // namespace
+
+TEST_F(ConfigFile, GivesGroupsUsersListsAndFaults)
+{
+    const Options options = read(R"({
+        "groups": [{"code": "a", "inn": "7700000000", "registers": 3}, {"code": "b", "receiptUrl": false},
+            {"code": "c", "protocolRefused": true}],
+        "users": [{"login": "l", "password": "p", "groups": ["a", "b"]},
+            {"login": "m", "password": "p", "blocked": true}],
+        "lists": {"vatTypes": ["vat22"]},
+        "receiptsPerShift": 100,
+        "faults": [{"endpoint": "sell", "effect": "close"}]})");
+    ASSERT_EQ(options.groups.size(), 3u);
+    EXPECT_EQ(options.groups[0].inn, "7700000000");
+    EXPECT_EQ(options.groups[0].registers, 3);
+    EXPECT_TRUE(options.groups[0].receiptUrl);
+    EXPECT_FALSE(options.groups[1].receiptUrl);
+    EXPECT_TRUE(options.groups[2].protocolRefused);
+    ASSERT_EQ(options.users.size(), 2u);
+    EXPECT_THAT(options.users[0].groups, ElementsAre("a", "b"));
+    EXPECT_TRUE(options.users[1].blocked);
+    EXPECT_THAT(options.lists.vatTypes, ElementsAre("vat22"));
+    EXPECT_EQ(options.lists.agentTypes, Lists().agentTypes);
+    EXPECT_EQ(options.receiptsPerShift, 100);
+    ASSERT_EQ(options.faults.size(), 1u);
+    EXPECT_EQ(options.faults[0].effect, Effect::Close);
+}
+
+TEST_F(ConfigFile, LeavesWhatItDoesNotName)
+{
+    const Options options = read("{}");
+    EXPECT_EQ(options.groups.front().code, "test");
+    EXPECT_EQ(options.users.front().login, "test");
+    EXPECT_THAT(options.faults, IsEmpty());
+}
+
+TEST_F(ConfigFile, ThatMakesNoSenseIsRefusedWithTheReason)
+{
+    EXPECT_THAT(complaint("{"), HasSubstr("is not JSON"));
+    EXPECT_THAT(complaint(R"({"group": []})"), HasSubstr(".group is unknown here; known are groups, users"));
+    EXPECT_THAT(complaint(R"({"groups": [{"inn": "1"}]})"), HasSubstr("groups[0].code"));
+    EXPECT_THAT(
+        complaint(R"({"groups": [{"code": "a", "registers": 0}]})"), HasSubstr("groups[0].registers"));
+    EXPECT_THAT(complaint(R"({"users": [{"login": "l", "password": "p", "groups": ["z"]}]})"),
+        HasSubstr("users[0].groups names z"));
+    EXPECT_THAT(complaint(R"({"lists": {"vatTypes": "vat20"}})"), HasSubstr("lists.vatTypes"));
+    EXPECT_THAT(
+        complaint(R"({"faults": [{"endpoint": "sell", "effect": "x"}]})"), HasSubstr("effect must be"));
+    Options options;
+    EXPECT_THROW(readConfig("/nowhere/config.json", options), JsonError);
+}
+
+TEST_F(ConfigFile, OfFaultsAloneIsAnArray)
+{
+    std::ofstream(file) << R"([{"endpoint": "token", "effect": "old-token"}])";
+    Options options;
+    readFaults(file, options);
+    EXPECT_EQ(options.faults.at(0).effect, Effect::OldToken);
+    std::ofstream(file) << "{}";
+    EXPECT_THROW(readFaults(file, options), JsonError);
+}

@@ -1,0 +1,16 @@
+# Puts what package-lock.json names into TO, unless it is there: cmake -DNPM=... -DFROM=... -DTO=... -P packages.cmake
+file(READ ${FROM}/package-lock.json wanted)
+if(EXISTS ${TO}/installed.json)
+    file(READ ${TO}/installed.json installed)
+    if(wanted STREQUAL installed)
+        return()
+    endif()
+endif()
+if(NOT NPM)
+    message(FATAL_ERROR "npm is missing; the page's accessibility checker comes from its registry")
+endif()
+file(MAKE_DIRECTORY ${TO})
+file(COPY ${FROM}/package.json ${FROM}/package-lock.json DESTINATION ${TO})
+execute_process(COMMAND ${NPM} ci --ignore-scripts --no-audit --no-fund
+    WORKING_DIRECTORY ${TO} COMMAND_ERROR_IS_FATAL ANY)
+file(WRITE ${TO}/installed.json "${wanted}")

@@ -1,0 +1,103 @@
+// A small client of ChromeDriver, as far as the page tests need one.
+import {spawn} from 'node:child_process';
+import {mkdtempSync, rmSync} from 'node:fs';
+import {tmpdir} from 'node:os';
+import {join} from 'node:path';
+
+const elementKey = 'element-6066-11e4-a52e-4f735466cecf';
+
+/** The first line of the process's output that matches; fails when the output ends before. */
+export function lineOf(process, pattern) {
+  return new Promise((resolve, reject) => {
+    let text = '';
+    process.stdout.on('data', chunk => {
+      text += chunk;
+      const match = text.match(pattern);
+      if (match) resolve(match);
+    });
+    process.on('error', reject);
+    process.on('close', () => reject(new Error(`no ${pattern} in: ${text}`)));
+  });
+}
+
+export class Browser {
+  static async start({language}) {
+    const browser = new Browser();
+    browser.profile = mkdtempSync(join(tmpdir(), 'fremulator-page-'));
+    browser.driver = spawn('chromedriver', ['--port=0'], {stdio: ['ignore', 'pipe', 'inherit']});
+    const [, port] = await lineOf(browser.driver, /started successfully on port (\d+)/);
+    browser.url = `http://127.0.0.1:${port}/session`;
+    // Without these it looks for services of its maker at every start.
+    const args = ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
+      '--disable-background-networking', '--disable-component-update', '--disable-sync', '--disable-dev-shm-usage',
+      `--accept-lang=${language}`, `--lang=${language}`, '--window-size=1400,1200',
+      `--user-data-dir=${browser.profile}`];
+    const capabilities = {alwaysMatch: {browserName: 'chrome', 'goog:chromeOptions': {args},
+      'goog:loggingPrefs': {browser: 'ALL'}}};
+    const {sessionId} = await browser.call('POST', '', {capabilities});
+    browser.url += '/' + sessionId;
+    await browser.call('POST', '/timeouts', {script: 60000});
+    return browser;
+  }
+
+  async call(method, path, body) {
+    const response = await fetch(this.url + path,
+      {method, body: method === 'POST' ? JSON.stringify(body ?? {}) : undefined});
+    const {value} = await response.json();
+    if (!response.ok) throw new Error(`${method} ${path}: ${value.message}`);
+    return value;
+  }
+
+  goto(url) { return this.call('POST', '/url', {url}); }
+
+  run(script, ...args) { return this.call('POST', '/execute/sync', {script, args}); }
+
+  runAsync(script, ...args) { return this.call('POST', '/execute/async', {script, args}); }
+
+  async find(css) {
+    const value = await this.call('POST', '/element', {using: 'css selector', value: css});
+    return value[elementKey];
+  }
+
+  async click(css) { return this.call('POST', `/element/${await this.find(css)}/click`); }
+
+  async picture(css) {
+    const element = await this.find(css);
+    return Buffer.from(await this.call('GET', `/element/${element}/screenshot`), 'base64');
+  }
+
+  /** Presses and lets go one key after the other; names as in `keys`. */
+  press(...pressed) {
+    const actions = pressed.flatMap(value => [{type: 'keyDown', value}, {type: 'keyUp', value}]);
+    return this.call('POST', '/actions', {actions: [{type: 'key', id: 'keyboard', actions}]});
+  }
+
+  type(text) { return this.press(...text); }
+
+  colours(scheme) {
+    return this.call('POST', '/goog/cdp/execute', {cmd: 'Emulation.setEmulatedMedia',
+      params: {features: [{name: 'prefers-color-scheme', value: scheme}]}});
+  }
+
+  log() { return this.call('POST', '/se/log', {type: 'browser'}); }
+
+  /** Waits until the script gives something true and returns it. */
+  async until(script, ...args) {
+    for (const end = Date.now() + 20000; ;) {
+      const value = await this.run(script, ...args);
+      if (value) return value;
+      if (Date.now() > end)
+        throw new Error(`never true: ${script} ${args}\n` + await this.run('return document.body.innerText'));
+      await new Promise(resolve => setTimeout(resolve, 20));
+    }
+  }
+
+  async stop() {
+    await this.call('DELETE', '');
+    this.driver.kill();
+    await new Promise(resolve => this.driver.once('close', resolve));
+    rmSync(this.profile, {recursive: true, force: true, maxRetries: 10});
+  }
+}
+
+export const keys = {tab: '\uE004', enter: '\uE007', down: '\uE015', space: ' ', backspace: '\uE003'};
