@@ -2,6 +2,7 @@
 
 import argparse
 import concurrent.futures
+import contextlib
 import datetime
 import json
 import platform
@@ -10,6 +11,7 @@ import statistics
 import subprocess
 import sys
 import tempfile
+import threading
 from pathlib import Path
 
 from picture import stacked_bars
@@ -202,13 +204,24 @@ def soak(count):
     return [table]
 
 
+@contextlib.contextmanager
+def running_emulator():
+    """Its address; it ends with the block."""
+    command = [BUILD / "bin" / "fremulator", "--login", "bench", "--password", "bench", "--group", "shop_group"]
+    with subprocess.Popen(command, stdout=subprocess.PIPE, text=True) as process:
+        try:
+            url = next(line for line in process.stdout if line.startswith("listening on ")).split()[-1]
+            threading.Thread(target=process.stdout.read, daemon=True).start()
+            yield url
+        finally:
+            process.terminate()
+
+
 def whole_program(count, sold, meanwhile):
     """The sale sleeps between its questions, so `meanwhile` runs beside it. Returns its tables and ours."""
     say(f"frhost: describe, compose of {count}, sell of {sold}")
-    with tempfile.TemporaryDirectory() as folder, subprocess.Popen(
-            [BENCH / "benchresponder", "--answers", TOP / "bench" / "golden"], stdin=subprocess.PIPE,
-            stdout=subprocess.PIPE, text=True) as service:
-        frhost = Frhost(BUILD / "bin" / "frhost", folder, f"http://127.0.0.1:{int(service.stdout.readline())}/v4/")
+    with tempfile.TemporaryDirectory() as folder, running_emulator() as url:
+        frhost = Frhost(BUILD / "bin" / "frhost", folder, url)
         frhost.require_golden(TOP / "bench" / "golden" / "request-1.json")
         table = Table("7. frhost as a process", ["command", "seconds", "CPU seconds", "peak MB", "million instructions"])
         one = median_of(9, frhost.compose(1))
@@ -225,7 +238,6 @@ def whole_program(count, sold, meanwhile):
         table.add(f"sell {sold:,}, a sleep of 200 ms in each", *figures, "-")
         memory = Table("7. Memory that does not grow with the file", ["receipts", "peak MB above that of one"])
         memory.add(f"compose {count:,}", Limited(many[2] - one[2], 2.0, 1))
-        service.stdin.close()
     return [*others, table, memory]
 
 
