@@ -256,7 +256,7 @@ private:
     QByteArray proxy;
     QByteArray userAgent;
     KeptConnection kept;
-    // The easy handle is cleaned up first, so it is declared last.
+    // The easy handle is cleaned up first, so it is declared after the other.
     std::unique_ptr<CURLM, CleanupMulti> multi;
     std::unique_ptr<CURL, CleanupEasy> easy;
     char errorText[CURL_ERROR_SIZE] = {};

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QVariant>
 
+class RestClient;
+
 /// The logging calls that drivers use, carried out by Qt's categorised logging.
 ///
 /// The category is the logger's two names joined by a point ("frdriver.atolonline_0"), so QT_LOGGING_RULES,
@@ -22,10 +24,6 @@ class HOST_EXPORT Logger
 public:
     explicit Logger(const QByteArray& category);
     Q_DISABLE_COPY_MOVE(Logger)
-
-    /// Whether a line of the level would be written; for a text that is costly to make.
-    [[nodiscard]] bool isDebugEnabled() const { return category.isDebugEnabled(); }
-    [[nodiscard]] bool isInfoEnabled() const { return category.isInfoEnabled(); }
 
     void debug(const char* message) const;
     void debug(const QString& message) const;
@@ -46,6 +44,11 @@ public:
         const char* format, const QVariant& first, const QVariant& second, const QVariant& third) const;
 
 private:
+    // For the host's own lines that are costly to make; drivers know the calls above alone.
+    friend class ::RestClient;
+    [[nodiscard]] bool isDebugEnabled() const { return category.isDebugEnabled(); }
+    [[nodiscard]] bool isInfoEnabled() const { return category.isInfoEnabled(); }
+
     QByteArray name;
     QLoggingCategory category;
 };

@@ -28,8 +28,8 @@ struct HttpRequest;
 /// Repeating a request is a decision about money, so it is never made here: **one call of post() puts at most
 /// one request on the wire**. The connection is kept between calls; a post() uses it again only where
 /// KeptConnection finds that safe. A get() whose kept connection was closed is repeated once. Redirects are
-/// not followed, so a receipt and a token go
-/// only where the caller says. Certificates and host names are always checked, against TLS 1.2 or newer.
+/// not followed, so a receipt and a token go only where the caller says. Certificates and host names are
+/// always checked, against TLS 1.2 or newer.
 ///
 /// Nothing but std::bad_alloc is thrown. Any failure (no connection, a limit run out, a body that is not JSON
 /// or is over 16 MiB, headers over 64 KiB) is an empty reply.

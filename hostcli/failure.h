@@ -11,7 +11,8 @@ enum class ExitCode : int
 {
     /// Every receipt is registered.
     Success = 0,
-    /// Usage, configuration, credentials, or standard output that takes nothing.
+    /// Usage, configuration, credentials, standard output or a picture that could not be written, or a
+    /// receipt file that changed after it was checked.
     Usage = 1,
     /// A receipt file is wrong; nothing was sent.
     WrongReceipt = 2,

@@ -288,6 +288,17 @@ TEST_F(Plugin, HasNoDriverBeforeInitAndACloudDriverAfterIt)
     EXPECT_NE(dynamic_cast<VposFrDriver*>(fiscal->getLegacyDriver()), nullptr);
 }
 
+TEST_F(Plugin, ReplacesTheDriverOfAnEarlierInitWithoutDestroyingIt)
+{
+    const std::unique_ptr<QObject> object = device();
+    QMetaObject::invokeMethod(object.get(), "init");
+    const std::unique_ptr<AbstractFrDriver> first(registerOf(object)->getLegacyDriver());
+    first->setNumber(7);
+    QMetaObject::invokeMethod(object.get(), "init");
+    EXPECT_NE(registerOf(object)->getLegacyDriver(), first.get());
+    EXPECT_EQ(first->getNumber(), 7);
+}
+
 TEST_F(Plugin, SeesTheHostsTransportAndItsExceptionsAreCaughtByClass)
 {
     ScriptedTransport transport;
