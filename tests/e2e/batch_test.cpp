@@ -1,4 +1,3 @@
-#include "tests/e2e/service.h"
 #include "tests/e2e/shop.h"
 
 #include <QFile>
@@ -14,7 +13,6 @@
 namespace {
 
 using testing::HasSubstr;
-using Call = Service::Call;
 
 QStringList ids(int count, const char* prefix)
 {
@@ -41,15 +39,9 @@ TEST(Batch, OfFiftyReceiptsIsRegisteredInItsOrder)
 TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
 {
     const EmulatorProcess emulator;
-    const Service service(
-        [](Service::Request& request, int number) {
-            if (request.call() == Call::Sell && number == 3)
-                request.passAndHangUp();
-            else
-                request.pass();
-        },
-        emulator.url());
-    const Shop shop(service.url());
+    emulator.addFault(
+        R"("endpoint":"sell","effect":"close","phase":"after","match":{"external_id":"r3","next":1})");
+    const Shop shop(emulator.url());
     const QString file = shop.receipts(ids(5, "r"));
     const Ran stopped = shop.frhost({QStringLiteral("sell"), file});
     EXPECT_EQ(stopped.exitCode, 4);

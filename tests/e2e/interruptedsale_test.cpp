@@ -1,4 +1,3 @@
-#include "tests/e2e/service.h"
 #include "tests/e2e/shop.h"
 
 #include <gmock/gmock.h>
@@ -7,22 +6,14 @@
 namespace {
 
 using testing::HasSubstr;
-using Call = Service::Call;
 
 const QStringList result{QStringLiteral("id"), QStringLiteral("outcome"), QStringLiteral("recovered")};
 
 TEST(InterruptedSale, WhoseAnswerIsLostIsUnknownAndThenRecovered)
 {
     const EmulatorProcess emulator;
-    const Service service(
-        [](Service::Request& request, int number) {
-            if (request.call() == Call::Sell && number == 1)
-                request.passAndHangUp();
-            else
-                request.pass();
-        },
-        emulator.url());
-    const Shop shop(service.url());
+    emulator.addFault(R"("endpoint":"sell","effect":"close","phase":"after","match":{"next":1})");
+    const Shop shop(emulator.url());
     const QStringList command{QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})};
 
     const Ran lost = shop.frhost(command);
@@ -32,7 +23,8 @@ TEST(InterruptedSale, WhoseAnswerIsLostIsUnknownAndThenRecovered)
         (QJsonObject{{QStringLiteral("type"), QStringLiteral("FrWorkWithServiceException")},
             {QStringLiteral("message"), QStringLiteral("Нет связи с ФР")}}));
     EXPECT_THAT(lost.err.toStdString(), HasSubstr("Running the same file again is safe"));
-    EXPECT_EQ(service.count(Call::Sell), 1) << "nobody repeats a receipt without being told";
+    EXPECT_EQ(emulator.calls(), QStringLiteral("token sell"))
+        << "nobody repeats a receipt without being told";
 
     const Ran again = shop.frhost(command);
     EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
@@ -42,33 +34,19 @@ TEST(InterruptedSale, WhoseAnswerIsLostIsUnknownAndThenRecovered)
 TEST(InterruptedSale, WhoseStatusAnswersAreLostIsAskedAbout)
 {
     const EmulatorProcess emulator;
-    const Service service(
-        [](Service::Request& request, int number) {
-            if (request.call() == Call::Report && number <= 2)
-                request.hangUp();
-            else
-                request.pass();
-        },
-        emulator.url());
-    const Shop shop(service.url());
+    emulator.addFault(R"("endpoint":"report","effect":"close","match":{"next":2})");
+    const Shop shop(emulator.url());
     const Ran sold = shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
     EXPECT_EQ(sold.columns(result), QStringList{QStringLiteral("r1 registered -")});
-    EXPECT_EQ(service.count(Call::Sell), 1);
+    EXPECT_EQ(emulator.calls().count(QStringLiteral("sell")), 1);
 }
 
 TEST(InterruptedSale, ThatTheServiceAcceptedAndNeverSpeaksOfIsUnknownWithItsIdentifier)
 {
     const EmulatorProcess emulator;
-    const Service service(
-        [](Service::Request& request, int) {
-            if (request.call() == Call::Report)
-                request.hangUp();
-            else
-                request.pass();
-        },
-        emulator.url());
-    const Shop shop(service.url());
+    emulator.addFault(R"("endpoint":"report","effect":"close")");
+    const Shop shop(emulator.url());
     const Ran sold =
         shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1"), QStringLiteral("r2")})});
     EXPECT_EQ(sold.exitCode, 4);

@@ -83,7 +83,7 @@ class Outcome : public testing::TestWithParam<Row>
 
 Ran sellAt(const Row& row)
 {
-    const Service service([&](Service::Request& request, int) {
+    const Service service([&](Service::Request& request) {
         switch (request.call()) {
         case Call::Token:
             request.answer(200, token);

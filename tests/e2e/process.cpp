@@ -1,13 +1,16 @@
 #include "tests/e2e/process.h"
 
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
+#include <QUrl>
 
 #include <csignal>
 #include <cstdio>
 #include <stdexcept>
 #include <string>
 #include <sys/wait.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
@@ -119,4 +122,40 @@ void EmulatorProcess::stop()
     kill(process, SIGTERM);
     waitpid(process, nullptr, 0);
     process = -1;
+}
+
+// Without -f, because the answer tells what went wrong.
+QJsonObject EmulatorProcess::api(const QString& path, const QStringList& arguments) const
+{
+    const QString url = QUrl(address).resolved(QUrl(QStringLiteral("/_emulator/") + path)).toString();
+    const Ran asked = run(QStringLiteral("curl"), QStringList{QStringLiteral("-sS"), url} + arguments);
+    const QJsonObject answer = QJsonDocument::fromJson(asked.out.toUtf8()).object();
+    if (asked.exitCode != 0 || answer.isEmpty() || answer.contains(QStringLiteral("error")))
+        throw std::runtime_error("the emulator said: " + (asked.err + asked.out).toStdString());
+    return answer;
+}
+
+void EmulatorProcess::addFault(const QByteArray& members) const
+{
+    std::ignore =
+        api(QStringLiteral("faults"), {QStringLiteral("-d"), u'{' + QString::fromUtf8(members) + u'}'});
+}
+
+void EmulatorProcess::clearFaults() const
+{
+    std::ignore = api(QStringLiteral("faults"), {QStringLiteral("-X"), QStringLiteral("DELETE")});
+}
+
+QString EmulatorProcess::expect(const QString& query) const
+{
+    return api(QStringLiteral("expect?") + query).value(QStringLiteral("reason")).toString();
+}
+
+QString EmulatorProcess::calls() const
+{
+    QStringList endpoints;
+    for (const QJsonValue& exchange :
+        api(QStringLiteral("exchanges?limit=100")).value(QStringLiteral("exchanges")).toArray())
+        endpoints.prepend(exchange.toObject().value(QStringLiteral("endpoint")).toString());
+    return endpoints.join(u' ');
 }

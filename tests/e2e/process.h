@@ -41,7 +41,17 @@ public:
     [[nodiscard]] QString url() const { return address; }
     void stop();
 
+    /// Sets a fault: the members of its JSON object, without the braces.
+    void addFault(const QByteArray& members) const;
+    void clearFaults() const;
+    /// The reason that the emulator gives for its answer to this query of `expect`.
+    [[nodiscard]] QString expect(const QString& query) const;
+    /// The calls so far, at most 100: the endpoint of each, as in "token sell report".
+    [[nodiscard]] QString calls() const;
+
 private:
+    [[nodiscard]] QJsonObject api(const QString& path, const QStringList& arguments = {}) const;
+
     pid_t process = -1;
     QString address;
 };

@@ -7,8 +7,7 @@
 #include <functional>
 #include <string>
 
-/// A service of the tests' own in front of frhost: answers from a script, or passes requests on to the
-/// emulator and does to the answers what the script says.
+/// A service of the tests' own in front of frhost, for answers that no fault of the emulator gives.
 class Service
 {
 public:
@@ -19,36 +18,24 @@ public:
         Report,
     };
 
-    /// One call and what can be done with it.
+    /// One call and its answer.
     class Request
     {
     public:
-        Request(Peer& peer, const std::string& text, int emulatorPort);
+        Request(Peer& peer, const std::string& text);
 
         [[nodiscard]] Call call() const;
-        /// Answers by itself.
         void answer(int status, const char* body) { peer.answer(status, body); }
-        /// Passes the request on and the answer back.
-        void pass() { peer.send(forwarded()); }
-        /// Passes the request on, throws the answer away and hangs up.
-        void passAndHangUp();
-        void hangUp() { peer.close(); }
 
     private:
-        [[nodiscard]] std::string forwarded() const;
-
         Peer& peer;
         const std::string& text;
-        int emulatorPort;
     };
 
-    /// The script gets each request with its number among those of its call, counted from 1. `emulatorUrl` is
-    /// empty for a service that passes nothing on.
-    using Script = std::function<void(Request& request, int number)>;
-    explicit Service(const Script& script, const QString& emulatorUrl = {});
+    using Script = std::function<void(Request& request)>;
+    explicit Service(const Script& script);
 
     [[nodiscard]] QString url() const;
-    [[nodiscard]] int count(Call call) const;
 
 private:
     RawServer server;
