@@ -28,6 +28,12 @@ public:
         [[nodiscard]] Call call() const;
         /// Answers by itself.
         void answer(int status, const char* body) { peer.answer(status, body); }
+        /// Answers, announces that the connection ends with it, and hangs up.
+        void answerLast(int status, const char* body)
+        {
+            peer.answer(status, body, "Connection: close\r\n");
+            peer.close();
+        }
         /// Passes the request on and the answer back.
         void pass() { peer.send(forwarded()); }
         /// Passes the request on, throws the answer away and hangs up.
@@ -49,6 +55,8 @@ public:
 
     [[nodiscard]] QString url() const;
     [[nodiscard]] int count(Call call) const;
+    /// Refuses every new connection from now on. May be called from the script.
+    void refuseFurther() { server.refuseFurther(); }
 
 private:
     RawServer server;
