@@ -20,9 +20,9 @@ bool ObservingTransport::post(const QUrl& url, const QByteArray& body, const Hea
     const bool isToken = url.path().endsWith(QStringLiteral("/getToken"));
     ServiceAnswer& into = isToken ? exchange.token : exchange.registration;
     into = {};
-    if (!isToken)
-        exchange.receiptSent = true;
     const bool arrived = RestClient::post(url, body, headers);
+    if (!isToken && wasSent())
+        exchange.receiptSent = true;
     note(into);
     return arrived;
 }
@@ -31,6 +31,7 @@ void ObservingTransport::note(ServiceAnswer& into)
 {
     into = readAnswer(getResponseData());
     exchange.lastErrorCode = into.errorCode;
+    exchange.lastAnswered = into.arrived;
 }
 
 } // namespace frhost

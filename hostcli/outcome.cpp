@@ -45,6 +45,13 @@ SaleVerdict verdictOf(DocumentState state)
     return SaleVerdict::Unknown;
 }
 
+SaleVerdict verdictOfUnsent(const Exchange& seen, bool driverFailed)
+{
+    if (seen.lastAnswered == false)
+        return SaleVerdict::NotSent;
+    return driverFailed ? SaleVerdict::Refused : SaleVerdict::Unknown;
+}
+
 } // namespace
 
 DocumentState judgeStatus(const ServiceAnswer& answer, const QString& id)
@@ -67,7 +74,7 @@ DocumentState judgeStatus(const ServiceAnswer& answer, const QString& id)
 SaleVerdict judgeSale(const Exchange& seen, const QString& id, bool driverFailed)
 {
     if (!seen.receiptSent)
-        return driverFailed ? SaleVerdict::Refused : SaleVerdict::Unknown;
+        return verdictOfUnsent(seen, driverFailed);
     if (!seen.registration.arrived)
         return SaleVerdict::Unknown;
     if (seen.registration.errorCode)
@@ -80,7 +87,7 @@ SaleVerdict judgeSale(const Exchange& seen, const QString& id, bool driverFailed
 SaleVerdict judgeSending(const Exchange& seen, bool driverFailed)
 {
     if (!seen.receiptSent)
-        return driverFailed ? SaleVerdict::Refused : SaleVerdict::Unknown;
+        return verdictOfUnsent(seen, driverFailed);
     if (!seen.registration.arrived)
         return SaleVerdict::Unknown;
     const bool hasUuid = !seen.registration.uuid.isEmpty();

@@ -27,8 +27,10 @@ enum class DocumentState
 enum class SaleVerdict
 {
     Registered,
-    /// Nothing was registered: it was not sent, or the service refused it.
+    /// Nothing was registered: the driver refused the receipt before sending it, or the service did.
     Refused,
+    /// It was not sent, because a request was not answered. Nobody has refused it.
+    NotSent,
     /// The service accepted the receipt and then could not register it; its id is used up.
     Failed,
     /// It may or may not be registered.

@@ -14,7 +14,7 @@ enum class Outcome
     Registered,
     /// Nothing was registered.
     Refused,
-    /// It may or may not be registered.
+    /// It may or may not be registered; also when it was not sent for want of a connection.
     Unknown,
 };
 

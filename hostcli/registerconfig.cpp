@@ -1,5 +1,6 @@
 #include "hostcli/registerconfig.h"
 
+#include "host/secrets.h"
 #include "hostcli/failure.h"
 #include "hostcli/inifile.h"
 #include "hostcli/nearestname.h"
@@ -92,6 +93,8 @@ RegisterConfig readRegisterConfig(const QString& file)
         const QString value = fromFile
                                   ? readPassword(QFileInfo(file).absoluteDir().absoluteFilePath(entry.value))
                                   : entry.value;
+        if (name == passwordKey)
+            secrets::addCredential(value);
         config.settings << Setting{name, value, entry.line};
     }
     return config;

@@ -37,6 +37,11 @@ QString newIdAdvice()
                     "document back. Give the sale a new id and run it again.");
 }
 
+QString notSentAdvice()
+{
+    return Text::tr("This run has not sent the receipt. Running the same file again is safe.");
+}
+
 QString foreignIdAdvice()
 {
     return Text::tr("This sale is NOT registered. Give it an id of its own and run it again.");
@@ -200,6 +205,12 @@ void Registrar::conclude(ReceiptResult& result, SaleVerdict verdict) const
     case SaleVerdict::Failed:
         end(Outcome::Refused, Text::tr("The service could not register the receipt"), newIdAdvice());
         tellFailure(*result.error);
+        return;
+    case SaleVerdict::NotSent:
+        end(Outcome::Unknown, {}, notSentAdvice());
+        result.error->message = result.error->message.isEmpty()
+                                    ? Text::tr("Not sent, no connection")
+                                    : Text::tr("Not sent, no connection: %1").arg(result.error->message);
         return;
     default:
         end(Outcome::Unknown, Text::tr("The service's answer does not say whether the receipt is registered"),

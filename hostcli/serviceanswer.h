@@ -32,7 +32,7 @@ struct ServiceAnswer
 /// What went over the wire for one receipt.
 struct Exchange
 {
-    /// Whether the receipt was handed to the network; it may have arrived whatever came back.
+    /// Whether any part of the receipt may have reached the service in one of the tries, whatever came back.
     bool receiptSent = false;
     /// The answer to the receipt, the last one when it was sent more than once.
     ServiceAnswer registration;
@@ -42,6 +42,8 @@ struct Exchange
     ServiceAnswer token;
     /// The code of the last answer, whatever it answered; none when that had no error or did not arrive.
     std::optional<int> lastErrorCode;
+    /// Whether the last request was answered; none when there was no request.
+    std::optional<bool> lastAnswered;
 };
 
 } // namespace frhost

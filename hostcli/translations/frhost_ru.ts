@@ -431,5 +431,17 @@
         <source>%1: the picture of the QR code was not written: %2. The receipt is registered.</source>
         <translation>%1: картинка QR-кода не записана: %2. Чек зарегистрирован.</translation>
     </message>
+    <message>
+        <source>This run has not sent the receipt. Running the same file again is safe.</source>
+        <translation>В этом запуске чек не отправлен. Повторный запуск с тем же файлом безопасен.</translation>
+    </message>
+    <message>
+        <source>Not sent, no connection</source>
+        <translation>Не отправлен, нет связи</translation>
+    </message>
+    <message>
+        <source>Not sent, no connection: %1</source>
+        <translation>Не отправлен, нет связи: %1</translation>
+    </message>
 </context>
 </TS>

@@ -1,3 +1,4 @@
+#include "tests/e2e/service.h"
 #include "tests/e2e/shop.h"
 
 #include <QFile>
@@ -7,11 +8,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <optional>
 #include <string>
 
 namespace {
 
+using Call = Service::Call;
 using testing::HasSubstr;
 
 QStringList ids(int count, const char* prefix)
@@ -57,6 +60,37 @@ TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
         (QStringList{QStringLiteral("r1 registered true"), QStringLiteral("r2 registered true"),
             QStringLiteral("r3 registered true"), QStringLiteral("r4 registered -"),
             QStringLiteral("r5 registered -")}));
+}
+
+// The service is there for the token and the first receipt, and gone for the second.
+TEST(Batch, StopsAtAReceiptThatIsNotSentForWantOfAConnection)
+{
+    Service* self = nullptr;
+    std::atomic<int> sells = 0;
+    Service service([&](Service::Request& request) {
+        switch (request.call()) {
+        case Call::Token:
+            request.answer(200, R"({"error":null,"token":"t","timestamp":"01.01.2026 00:00:00"})");
+            return;
+        case Call::Sell:
+            ++sells;
+            request.answer(200, R"({"uuid":"u-1","status":"wait","error":null})");
+            return;
+        case Call::Report:
+            self->refuseFurther();
+            request.answerLast(200,
+                R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":160.0}})");
+        }
+    });
+    self = &service;
+    const Shop shop(service.url());
+    const Ran stopped = shop.frhost({QStringLiteral("sell"), shop.receipts(ids(3, "r"))});
+    EXPECT_EQ(stopped.exitCode, 4);
+    EXPECT_EQ(stopped.columns({QStringLiteral("id"), QStringLiteral("outcome")}),
+        (QStringList{QStringLiteral("r1 registered"), QStringLiteral("r2 unknown")}));
+    EXPECT_THAT(stopped.err.toStdString(), HasSubstr("r2: Not sent, no connection"));
+    EXPECT_THAT(stopped.err.toStdString(), HasSubstr("This run has not sent the receipt."));
+    EXPECT_EQ(sells, 1);
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)

@@ -26,6 +26,12 @@ public:
 
         [[nodiscard]] Call call() const;
         void answer(int status, const char* body) { peer.answer(status, body); }
+        /// Answers, announces that the connection ends with it, and hangs up.
+        void answerLast(int status, const char* body)
+        {
+            peer.answer(status, body, "Connection: close\r\n");
+            peer.close();
+        }
 
     private:
         Peer& peer;
@@ -36,6 +42,8 @@ public:
     explicit Service(const Script& script);
 
     [[nodiscard]] QString url() const;
+    /// Refuses every new connection from now on. May be called from the script.
+    void refuseFurther() { server.refuseFurther(); }
 
 private:
     RawServer server;

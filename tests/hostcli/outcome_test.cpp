@@ -10,7 +10,7 @@ namespace frhost {
 inline void PrintTo(SaleVerdict verdict, std::ostream* out)
 {
     constexpr const char* names[] = {
-        "Registered", "Refused", "Failed", "Unknown", "TakeExisting", "AskAgain"};
+        "Registered", "Refused", "NotSent", "Failed", "Unknown", "TakeExisting", "AskAgain"};
     *out << names[static_cast<int>(verdict)];
 }
 
@@ -71,6 +71,26 @@ TEST(Outcome, IsRefusedWhenTheDriverSentNothing)
 {
     EXPECT_EQ(judgeSale({}, id, true), SaleVerdict::Refused);
     EXPECT_EQ(judgeSending({}, true), SaleVerdict::Refused);
+}
+
+TEST(Outcome, OfALostConnectionIsNeverThatItWasRefused)
+{
+    Exchange seen;
+    seen.lastAnswered = false;
+    for (const bool driverFailed : {true, false}) {
+        EXPECT_EQ(judgeSale(seen, id, driverFailed), SaleVerdict::NotSent);
+        EXPECT_EQ(judgeSending(seen, driverFailed), SaleVerdict::NotSent);
+    }
+    seen.receiptSent = true;
+    EXPECT_EQ(judgeSale(seen, id, true), SaleVerdict::Unknown);
+    EXPECT_EQ(judgeSending(seen, true), SaleVerdict::Unknown);
+}
+
+TEST(Outcome, IsRefusedWhenTheServiceAnsweredButGaveNoToken)
+{
+    Exchange seen;
+    seen.lastAnswered = true;
+    EXPECT_EQ(judgeSale(seen, id, true), SaleVerdict::Refused);
 }
 
 TEST(Outcome, IsUnknownWhenTheDriverSaysItSentWhatNobodySaw)

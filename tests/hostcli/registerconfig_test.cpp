@@ -1,3 +1,4 @@
+#include "host/secrets.h"
 #include "hostcli/failure.h"
 #include "hostcli/registerconfig.h"
 #include "tests/hostcli/textfile.h"
@@ -44,6 +45,19 @@ TEST_F(RegisterConfiguration, TakesThePasswordFromAFileBesideIt)
     ASSERT_EQ(config.settings.size(), 1);
     EXPECT_EQ(config.settings[0].name, QStringLiteral("password"));
     EXPECT_EQ(config.settings[0].value, QStringLiteral("па роль, \"x\"; "));
+}
+
+TEST_F(RegisterConfiguration, KeepsThePasswordOutOfEveryLogFromThenOn)
+{
+    std::ignore = files.file("secret", "from-a-file\n");
+    for (const char* text :
+        {"[register]\npassword = from-the-configuration\n", "[register]\npasswordFile = secret\n"}) {
+        secrets::clear();
+        const QString password = read(text).settings[0].value;
+        EXPECT_EQ(
+            secrets::masked(u'<' + password + u'>', secrets::Audience::Developer), QStringLiteral("<***>"));
+    }
+    secrets::clear();
 }
 
 TEST_F(RegisterConfiguration, NamesFileAndLineOfWhatIsWrong)

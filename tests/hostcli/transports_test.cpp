@@ -60,6 +60,32 @@ TEST(ObservingTransport, NotesWhatWentOverTheWire)
     EXPECT_FALSE(transport.seen().receiptSent);
 }
 
+TEST(ObservingTransport, KnowsThatAReceiptWithoutAConnectionWasNotSent)
+{
+    QUrl nobody;
+    {
+        const Answers gone({});
+        nobody = gone.url("/v4/group/sell");
+    }
+    ObservingTransport transport;
+    EXPECT_FALSE(transport.post(nobody, "{}", {}));
+    EXPECT_FALSE(transport.seen().receiptSent);
+    EXPECT_EQ(transport.seen().lastAnswered, false);
+}
+
+TEST(ObservingTransport, KnowsThatAReceiptSentOnceMayHaveArrivedWhateverComesOfTheNextTry)
+{
+    QUrl nobody;
+    ObservingTransport transport;
+    {
+        const Answers service({R"({"error":{"code":11}})"});
+        nobody = service.url("/v4/group/sell");
+        EXPECT_TRUE(transport.post(nobody, "{}", {}));
+    }
+    EXPECT_FALSE(transport.post(nobody, "{}", {}));
+    EXPECT_TRUE(transport.seen().receiptSent);
+}
+
 TEST(ObservingTransport, ForgetsTheEarlierAnswerWhenTheNextOneDoesNotArrive)
 {
     const Answers service({R"({"error":{"code":11}})"});

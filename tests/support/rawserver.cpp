@@ -249,6 +249,12 @@ bool RawServer::waitForClosed(std::size_t count) const
     return changed.wait_for(lock, 5s, [&] { return closed >= count; });
 }
 
+void RawServer::refuseFurther()
+{
+    refusing = true;
+    ::shutdown(listener, SHUT_RDWR);
+}
+
 void RawServer::accept()
 {
     // OpenSSL writes without MSG_NOSIGNAL. Blocked in the server's threads alone, so that a client which dies
@@ -257,7 +263,7 @@ void RawServer::accept()
     sigemptyset(&brokenPipe);
     sigaddset(&brokenPipe, SIGPIPE);
     ::pthread_sigmask(SIG_BLOCK, &brokenPipe, nullptr);
-    while (!stopping) {
+    while (!stopping && !refusing) {
         pollfd waiting{listener, POLLIN, 0};
         if (::poll(&waiting, 1, pollMilliseconds) <= 0)
             continue;

@@ -86,6 +86,8 @@ public:
     [[nodiscard]] std::string everything() const;
     /// Waits until so many connections were closed by either side; false when that takes over five seconds.
     [[nodiscard]] bool waitForClosed(std::size_t count) const;
+    /// From now on new connections are refused; those that are open go on. May be called from the script.
+    void refuseFurther();
 
 private:
     void accept();
@@ -96,6 +98,7 @@ private:
     int listener = -1;
     int listeningPort = 0;
     std::atomic<bool> stopping = false;
+    std::atomic<bool> refusing = false;
     mutable std::mutex guard;
     mutable std::condition_variable changed;
     std::vector<std::string> received;
