@@ -19,6 +19,8 @@ namespace {
 
 const QString registerSection = QStringLiteral("register");
 const QString optionSection = QStringLiteral("driverOptions");
+const QString transportSection = QStringLiteral("transport");
+constexpr int longestTimeout = 3600000;
 const QString passwordKey = QStringLiteral("password");
 const QString passwordFileKey = QStringLiteral("passwordFile");
 
@@ -65,6 +67,57 @@ void addOption(RegisterConfig& config, const IniEntry& entry)
     config.driverOptions.insert(static_cast<hw::fr::Option>(bits), value == QStringLiteral("on"));
 }
 
+struct TransportTime
+{
+    const char* key;
+    std::chrono::milliseconds TransportOptions::*member;
+};
+
+constexpr TransportTime transportTimes[] = {
+    {"connectTimeout", &TransportOptions::connect},
+    {"firstByteTimeout", &TransportOptions::firstByte},
+    {"stallTimeout", &TransportOptions::stall},
+    {"overallTimeout", &TransportOptions::overall},
+};
+
+struct TransportText
+{
+    const char* key;
+    QString TransportOptions::*member;
+};
+
+constexpr TransportText transportTexts[] = {
+    {"caFile", &TransportOptions::caFile},
+    {"proxy", &TransportOptions::proxy},
+    {"userAgent", &TransportOptions::userAgent},
+};
+
+void addTransport(RegisterConfig& config, const IniEntry& entry)
+{
+    QStringList known;
+    for (const auto& [key, member] : transportTimes) {
+        known << QString::fromLatin1(key);
+        if (entry.key != known.last())
+            continue;
+        bool isNumber = false;
+        const int milliseconds = entry.value.toInt(&isNumber);
+        if (!isNumber || milliseconds < 1 || milliseconds > longestTimeout)
+            fail(config.file, entry.line,
+                Text::tr("%1 takes 1 to %2 milliseconds").arg(entry.key, QString::number(longestTimeout)));
+        config.transport.*member = std::chrono::milliseconds(milliseconds);
+        return;
+    }
+    for (const auto& [key, member] : transportTexts) {
+        known << QString::fromLatin1(key);
+        if (entry.key != known.last())
+            continue;
+        config.transport.*member = entry.value;
+        return;
+    }
+    fail(config.file, entry.line,
+        Text::tr("unknown key \"%1\"; did you mean \"%2\"?").arg(entry.key, nearestName(entry.key, known)));
+}
+
 } // namespace
 
 bool RegisterConfig::has(const QString& name) const
@@ -82,10 +135,15 @@ RegisterConfig readRegisterConfig(const QString& file)
             addOption(config, entry);
             continue;
         }
+        if (entry.section == transportSection) {
+            addTransport(config, entry);
+            continue;
+        }
         if (entry.section != registerSection)
             fail(file, entry.line,
                 Text::tr("unknown section [%1]; did you mean [%2]?")
-                    .arg(entry.section, nearestName(entry.section, {registerSection, optionSection})));
+                    .arg(entry.section,
+                        nearestName(entry.section, {registerSection, optionSection, transportSection})));
         const bool fromFile = entry.key == passwordFileKey;
         const QString name = fromFile ? passwordKey : entry.key;
         if (config.has(name))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/driveroptions.h"
+#include "host/transportoptions.h"
 
 #include <QList>
 #include <QString>
@@ -25,6 +26,8 @@ struct RegisterConfig
     QString file;
     QList<Setting> settings;
     hw::fr::DriverOptions driverOptions;
+    /// How the service is reached; the defaults where the file says nothing.
+    TransportOptions transport;
 
     [[nodiscard]] bool has(const QString& name) const;
 };

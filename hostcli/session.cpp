@@ -28,6 +28,7 @@ RegisterConfig connectedConfig(const CommandLine& line)
 {
     RegisterConfig config = configOf(line);
     requireConnection(config);
+    TransportOptions::setDefaults(config.transport);
     return config;
 }
 

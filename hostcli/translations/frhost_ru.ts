@@ -443,5 +443,9 @@
         <source>Not sent, no connection: %1</source>
         <translation>Не отправлен, нет связи: %1</translation>
     </message>
+    <message>
+        <source>%1 takes 1 to %2 milliseconds</source>
+        <translation>%1: допустимо от 1 до %2 миллисекунд</translation>
+    </message>
 </context>
 </TS>

@@ -60,6 +60,30 @@ TEST_F(RegisterConfiguration, KeepsThePasswordOutOfEveryLogFromThenOn)
     secrets::clear();
 }
 
+TEST_F(RegisterConfiguration, HoldsHowTheServiceIsReached)
+{
+    const TransportOptions options =
+        read("[transport]\nconnectTimeout=1\nfirstByteTimeout=3600000\nstallTimeout=3\noverallTimeout=4\n"
+             "caFile=/ca.pem\nproxy=http://p:1\nuserAgent=till\n")
+            .transport;
+    EXPECT_EQ(options.connect.count(), 1);
+    EXPECT_EQ(options.firstByte.count(), 3600000);
+    EXPECT_EQ(options.stall.count(), 3);
+    EXPECT_EQ(options.overall.count(), 4);
+    EXPECT_EQ(options.caFile, QStringLiteral("/ca.pem"));
+    EXPECT_EQ(options.proxy, QStringLiteral("http://p:1"));
+    EXPECT_EQ(options.userAgent, QStringLiteral("till"));
+}
+
+TEST_F(RegisterConfiguration, RefusesATransportThatIsWrong)
+{
+    EXPECT_EQ(messageFor("[transport]\nconectTimeout=1\n"),
+        QStringLiteral("r.ini:2: unknown key \"conectTimeout\"; did you mean \"connectTimeout\"?"));
+    for (const char* value : {"", "0", "-1", "3600001", "99999999999", "5s"})
+        EXPECT_EQ(messageFor(QByteArray("[transport]\nstallTimeout=") + value + '\n'),
+            QStringLiteral("r.ini:2: stallTimeout takes 1 to 3600000 milliseconds"));
+}
+
 TEST_F(RegisterConfiguration, NamesFileAndLineOfWhatIsWrong)
 {
     EXPECT_EQ(messageFor("[regster]\nurl=x\n"),
