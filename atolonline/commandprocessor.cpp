@@ -112,17 +112,19 @@ QVariantMap CommandProcessor::checkResponse()
 }
 
 QJsonObject CommandProcessor::createReceipt(const QList<FrPosition>& positions,
-    const QMap<int, double>& payments, const QMap<EFrDriver::RequisiteTypes, FdRequisite>& requisites)
+    const QMap<int, double>& payments, const QMap<EFrDriver::RequisiteTypes, FdRequisite>& requisites) const
 {
-    companyInfo.remove("sno"_L1);
+    // Put into a copy: a JSON object keeps the bytes of every text that was ever put into it, so one that
+    // lives as long as the register would grow with each receipt.
+    QJsonObject company = companyInfo;
     const int taxSystem = requisites.value(EFrDriver::AppliedTaxSystem).getSourceData().toInt();
     if (taxSystem != 0)
-        companyInfo.insert("sno"_L1, getSnoName(hw::fr::common::TaxSystemType(taxSystem)));
+        company.insert("sno"_L1, getSnoName(hw::fr::common::TaxSystemType(taxSystem)));
     return {
         {u"items"_s, createItems(positions)},
         {u"payments"_s, createPayments(payments)},
         {u"total"_s, getTotal(payments)},
-        {u"company"_s, companyInfo},
+        {u"company"_s, company},
         {u"client"_s, clientInfo},
     };
 }

@@ -74,9 +74,11 @@ public:
     /// The transport's current reply, checked: not empty, and without an error of the service.
     virtual QVariantMap checkResponse();
 
-    /// The "receipt" object of a request. Updates the taxation system that the company data carry.
+    /// The "receipt" object of a request. The company data carry a taxation system only where the requisites
+    /// name one.
     [[nodiscard]] QJsonObject createReceipt(const QList<FrPosition>& positions,
-        const QMap<int, double>& payments, const QMap<EFrDriver::RequisiteTypes, FdRequisite>& requisites);
+        const QMap<int, double>& payments,
+        const QMap<EFrDriver::RequisiteTypes, FdRequisite>& requisites) const;
     /// "wait", "done" and "fail", to the letter; anything else is Unknown.
     [[nodiscard]] static int getStatusFromString(const QString& status);
     /// Identifier of the next receipts, by which the service knows a repeated one.

@@ -9,8 +9,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <functional>
+#include <tuple>
 #include <utility>
+
+#include <malloc.h>
 
 namespace {
 
@@ -201,6 +205,25 @@ TEST_F(Sell, TakesTaxationSystemZeroForNone)
     const QJsonObject company = receiptSentWith(taxSystem(0)).value(QStringLiteral("company")).toObject();
     EXPECT_FALSE(company.contains(QStringLiteral("sno")));
 }
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+// The sanitizers replace the allocator that is asked here.
+TEST_F(Sell, TakesNoMoreMemoryAfterThousandsOfReceipts)
+{
+    const auto used = [] {
+        const struct mallinfo2 info = mallinfo2();
+        return info.uordblks + info.hblkhd;
+    };
+    const auto compose = [this](int count) {
+        for (int i = 0; i < count; ++i)
+            std::ignore = processor.createReceipt({}, {}, taxSystem(1));
+    };
+    compose(100);
+    const std::size_t before = used();
+    compose(5000);
+    EXPECT_EQ(used(), before);
+}
+#endif
 
 TEST_F(Sell, CarriesTheContactThatWasSetLast)
 {
