@@ -242,15 +242,13 @@ def whole_program(count, sold, meanwhile):
 
 
 def emulator():
-    """The emulator's own load test, where the tree has it."""
+    """The emulator's own load test."""
     runner = TOP / "bench" / "emulator" / "run"
-    if not runner.exists():
-        return []
     say("the emulator under load")
     table = Table("8. Sells a second that the emulator takes", ["emulator", "sells a second", "median ms", "99th ms"])
     pattern = r"^(.*?): .* (\d+) a second, median ([\d.]+) ms, 99th ([\d.]+) ms$"
     for title, rate, median, slowest in re.findall(pattern, output_of(runner, BUILD), re.MULTILINE):
-        table.add(title, AtLeast(int(rate), 5000), float(median), float(slowest))
+        table.add(title, int(rate) if title == "in a file" else AtLeast(int(rate), 5000), float(median), float(slowest))
     return [table]
 
 
@@ -291,21 +289,30 @@ def main():
                         help="also write the table into docs/performance.md and the picture beside it")
     options = parser.parse_args()
     about = machine()
+    tables, shown = [], sys.stderr if options.json else sys.stdout
+
+    def show(*done):
+        tables.extend(done)
+        for table in done:
+            print(table.text(), file=shown, flush=True)
+
+    print("\n".join(about) + "\n", file=shown)
     repetitions = 3 if options.quick else 9
     receipt_tables, receipt_times = receipts(repetitions)
+    show(*receipt_tables)
     compose_tables, compose_times = composer(repetitions)
+    show(*compose_tables)
     reply_tables, reply_times = replies(repetitions)
-    tables = [*receipt_tables, *compose_tables, *reply_tables, *loading(5 if options.quick else 21),
-              *registers(1 if options.quick else 5, 200 if options.quick else 700),
-              *whole_program(2000 if options.quick else 20000, 20 if options.quick else 1000,
-                             lambda: soak(5000 if options.quick else 200000)),
-              *emulator()]
-    report = "\n".join(about) + "\n\n" + "\n".join(table.text() for table in tables)
+    show(*reply_tables)
+    show(*loading(5 if options.quick else 21))
+    show(*registers(1 if options.quick else 5, 200 if options.quick else 700))
+    show(*whole_program(2000 if options.quick else 20000, 20 if options.quick else 1000,
+                        lambda: soak(5000 if options.quick else 200000)))
+    show(*emulator())
     if options.json:
         print(json.dumps({"about": about, "results": [record for table in tables for record in table.records]}, indent=1))
-    else:
-        print(report)
     if options.docs:
+        report = "\n".join(about) + "\n\n" + "\n".join(table.text() for table in tables)
         write_docs(report, stacked_bars(breakdown(receipt_times, compose_times, reply_times)))
 
 
