@@ -4,6 +4,7 @@
 #include "bench/baselines/qnam.h"
 #include "bench/baselines/rawsocket.h"
 #include "bench/support/child.h"
+#include "bench/support/cores.h"
 #include "bench/support/device.h"
 #include "bench/support/golden.h"
 #include "bench/support/quietlog.h"
@@ -126,12 +127,14 @@ int main(int argc, char** argv)
     const QCoreApplication application(argc, argv);
     quietLog();
     benchmark::Initialize(&argc, argv);
+    stayOnCore(0);
     const bool hasPhp = Php::isInstalled();
     const QStringList record{QStringLiteral("--record")};
     using Wire = Responder::Wire;
-    const Responder plain(Wire::Plain);
+    const auto apart = Child::Core::OfItsOwn;
+    const Responder plain(Wire::Plain, {}, apart);
     const Responder plainRecorder(Wire::Plain, record);
-    const Responder tls(Wire::Tls);
+    const Responder tls(Wire::Tls, {}, apart);
     const Responder tlsRecorder(Wire::Tls, record);
     for (const Ground& ground : {Ground{"plain", plain, plainRecorder}, Ground{"tls", tls, tlsRecorder}}) {
         for (const int lines : {1, 10, 100}) {

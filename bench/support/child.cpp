@@ -1,13 +1,17 @@
 #include "bench/support/child.h"
 
+#include "bench/support/cores.h"
+
 #include <stdexcept>
 
 namespace bench {
 
 using namespace Qt::Literals::StringLiterals;
 
-Child::Child(const QString& program, const QStringList& arguments)
+Child::Child(const QString& program, const QStringList& arguments, Core core)
 {
+    if (core == Core::OfItsOwn)
+        process.setChildProcessModifier([] { stayOnCore(1); });
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(program, arguments);
 }
@@ -27,11 +31,12 @@ QByteArray Child::readLine()
     return process.readLine().trimmed();
 }
 
-Responder::Responder(Wire wire, const QStringList& furtherArguments)
+Responder::Responder(Wire wire, const QStringList& furtherArguments, Child::Core core)
     : child(QStringLiteral(RESPONDER_FILE),
           QStringList{u"--answers"_s, QStringLiteral(GOLDEN_DIR)} +
               (wire == Wire::Tls ? QStringList{u"--tls"_s, folder.filePath(u"ca.pem"_s)} : QStringList()) +
-              furtherArguments)
+              furtherArguments,
+          core)
 {
     where.port = child.readLine().toInt();
     if (wire == Wire::Tls)

@@ -12,7 +12,14 @@ namespace bench {
 class Child
 {
 public:
-    Child(const QString& program, const QStringList& arguments);
+    enum class Core
+    {
+        /// Wherever its parent may run.
+        Any,
+        OfItsOwn,
+    };
+
+    Child(const QString& program, const QStringList& arguments, Core core = Core::Any);
     ~Child();
 
     /// The next line of its output; throws std::runtime_error when it ends instead.
@@ -33,7 +40,8 @@ public:
         Tls,
     };
 
-    explicit Responder(Wire wire, const QStringList& furtherArguments = {});
+    explicit Responder(
+        Wire wire, const QStringList& furtherArguments = {}, Child::Core core = Child::Core::Any);
 
     [[nodiscard]] const Endpoint& endpoint() const { return where; }
 
