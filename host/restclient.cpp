@@ -160,7 +160,7 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
     HttpReply reply;
     reply.failure = flaw(url, request.headers);
     if (reply.failure.isEmpty())
-        reply = connection->perform(request);
+        reply = connection->perform(request, [this] { sending(); });
     sent = reply.sent;
     if (reply.failure.isEmpty()) {
         const auto [value, failure] = parsed(reply.body);
@@ -172,6 +172,8 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
     report(what, reply, timer.elapsed());
     return reply.failure.isEmpty();
 }
+
+void RestClient::sending() {}
 
 void RestClient::report(const QString& what, const HttpReply& reply, qint64 milliseconds) const
 {

@@ -66,6 +66,11 @@ public:
     /// nothing of it, and repeating it is harmless.
     [[nodiscard]] bool wasSent() const { return sent; }
 
+protected:
+    /// Called within an exchange, just before any part of the request may reach the peer; not called for a
+    /// request that never gets so far. Must not throw. Does nothing here.
+    virtual void sending();
+
 private:
     bool exchange(const QUrl& url, const HttpRequest& request);
     void report(const QString& what, const HttpReply& reply, qint64 milliseconds) const;
