@@ -19,9 +19,7 @@ constexpr int limitMilliseconds = 120000;
 
 Ran finished(QProcess& process, const QByteArray& input)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    process.setProcessEnvironment(environment);
+    process.setProcessEnvironment(testEnvironment());
     process.start();
     if (!process.waitForStarted())
         throw std::runtime_error("cannot start " + process.program().toStdString());
@@ -61,12 +59,28 @@ QStringList Ran::columns(const QStringList& keys) const
     return rows;
 }
 
+QProcessEnvironment testEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    return environment;
+}
+
 Ran run(const QString& program, const QStringList& arguments, const QByteArray& input)
 {
     QProcess process;
     process.setProgram(program);
     process.setArguments(arguments);
     return finished(process, input);
+}
+
+Ran runOnTerminal(const QString& program, const QStringList& arguments)
+{
+    QStringList quoted;
+    for (const QString& argument : QStringList{program} + arguments)
+        quoted << u'\'' + argument + u'\'';
+    return run(
+        QStringLiteral("script"), {QStringLiteral("-qec"), quoted.join(u' '), QStringLiteral("/dev/null")});
 }
 
 Ran runInto(const QString& file, const QString& program, const QStringList& arguments)
