@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <QVariant>
 
@@ -17,6 +18,7 @@
 class HttpConnection;
 struct HttpReply;
 struct HttpRequest;
+struct TransportOptions;
 
 /// A blocking HTTP client for JSON services.
 ///
@@ -37,7 +39,7 @@ struct HttpRequest;
 /// The log holds one line for each exchange, at info level with status, size and duration, or at error level
 /// with the cause, the duration and whether the request was sent; and the bodies at debug level. The token
 /// header, the key "pass" of a request and the key "token" of a reply become known to secrets.h as
-/// credentials, the buyer's contact in a receipt as personal.
+/// credentials, and so does the proxy's password; the buyer's contact in a receipt as personal.
 class HOST_EXPORT RestClient : public QObject
 {
     Q_OBJECT
@@ -72,12 +74,15 @@ protected:
     virtual void sending();
 
 private:
+    explicit RestClient(const TransportOptions& options);
+
     bool exchange(const QUrl& url, const HttpRequest& request);
     void report(const QString& what, const HttpReply& reply, qint64 milliseconds) const;
 
     const Log4Qt::Logger* logger = nullptr;
     QString alias;
     std::unique_ptr<HttpConnection> connection;
+    QStringList proxyPasswords;
     QVariant response;
     bool sent = false;
 };
