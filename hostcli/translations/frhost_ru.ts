@@ -491,5 +491,17 @@
         <source>Interrupted.</source>
         <translation>Прервано.</translation>
     </message>
+    <message>
+        <source>%1 holds a password and has the mode %2, so others can read it. Run: %3</source>
+        <translation>%1 содержит пароль, и с правами %2 его могут прочесть другие. Выполните: %3</translation>
+    </message>
+    <message>
+        <source>%1: larger than 1 MiB</source>
+        <translation>%1: больше 1 МиБ</translation>
+    </message>
+    <message>
+        <source>%1: the password is taken from here, not from the credential %2</source>
+        <translation>%1: пароль взят отсюда, а не из учётных данных %2</translation>
+    </message>
 </context>
 </TS>

@@ -165,11 +165,21 @@ QString EmulatorProcess::expect(const QString& query) const
     return api(QStringLiteral("expect?") + query).value(QStringLiteral("reason")).toString();
 }
 
-QString EmulatorProcess::calls() const
+QStringList EmulatorProcess::exchanges(const QString& key) const
 {
-    QStringList endpoints;
+    QStringList values;
     for (const QJsonValue& exchange :
         api(QStringLiteral("exchanges?limit=100")).value(QStringLiteral("exchanges")).toArray())
-        endpoints.prepend(exchange.toObject().value(QStringLiteral("endpoint")).toString());
-    return endpoints.join(u' ');
+        values.prepend(exchange.toObject().value(key).toString());
+    return values;
+}
+
+QString EmulatorProcess::calls() const
+{
+    return exchanges(QStringLiteral("endpoint")).join(u' ');
+}
+
+QString EmulatorProcess::requests() const
+{
+    return exchanges(QStringLiteral("request")).join(u'\n');
 }

@@ -55,8 +55,11 @@ public:
     [[nodiscard]] QString expect(const QString& query) const;
     /// The calls so far, at most 100: the endpoint of each, as in "token sell report".
     [[nodiscard]] QString calls() const;
+    /// What these calls were on the wire, one after the other, secrets masked.
+    [[nodiscard]] QString requests() const;
 
 private:
+    [[nodiscard]] QStringList exchanges(const QString& key) const;
     [[nodiscard]] QJsonObject api(const QString& path, const QStringList& arguments = {}) const;
 
     pid_t process = -1;
