@@ -35,6 +35,13 @@ void Running::signal(int number) const
         ::kill(static_cast<pid_t>(process.processId()), number);
 }
 
+void Running::giveInput(const QByteArray& input)
+{
+    process.write(input);
+    process.closeWriteChannel();
+    process.waitForBytesWritten();
+}
+
 bool Running::hasSaid(const QString& text)
 {
     process.setReadChannel(QProcess::StandardError);

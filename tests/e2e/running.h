@@ -17,6 +17,8 @@ public:
     Q_DISABLE_COPY_MOVE(Running)
 
     [[nodiscard]] qint64 id() const { return process.processId(); }
+    /// Standard input, all of it.
+    void giveInput(const QByteArray& input);
     void signal(int number) const;
     /// Waits until standard error holds the text; false when the program ends without it.
     [[nodiscard]] bool hasSaid(const QString& text);
