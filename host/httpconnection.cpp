@@ -109,10 +109,10 @@ public:
         curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, 1L);
     }
 
-    HttpReply perform(const HttpRequest& request)
+    HttpReply perform(const HttpRequest& request, const std::function<void()>& beforeSending)
     {
         const HeaderList headers = headerLines(request);
-        HttpTransfer transfer(request, options);
+        HttpTransfer transfer(request, options, beforeSending);
         prepare(request, headers, transfer);
         QString failure = run(transfer);
         if (!transfer.refusal().isEmpty())
@@ -269,7 +269,7 @@ HttpConnection::HttpConnection(const TransportOptions& options)
 
 HttpConnection::~HttpConnection() = default;
 
-HttpReply HttpConnection::perform(const HttpRequest& request)
+HttpReply HttpConnection::perform(const HttpRequest& request, const std::function<void()>& beforeSending)
 {
-    return session->perform(request);
+    return session->perform(request, beforeSending);
 }

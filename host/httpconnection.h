@@ -6,6 +6,7 @@
 #include <QHash>
 #include <QString>
 
+#include <functional>
 #include <memory>
 
 struct HttpRequest
@@ -47,7 +48,8 @@ public:
     ~HttpConnection();
     Q_DISABLE_COPY_MOVE(HttpConnection)
 
-    [[nodiscard]] HttpReply perform(const HttpRequest& request);
+    /// `beforeSending` is called before any part of the request may reach the peer; it must not throw.
+    [[nodiscard]] HttpReply perform(const HttpRequest& request, const std::function<void()>& beforeSending);
 
 private:
     class Session;

@@ -13,9 +13,11 @@ std::chrono::milliseconds bounded(std::chrono::milliseconds limit)
 
 } // namespace
 
-HttpTransfer::HttpTransfer(const HttpRequest& what, const TransportOptions& how)
+HttpTransfer::HttpTransfer(
+    const HttpRequest& what, const TransportOptions& how, const std::function<void()>& before)
     : request(what)
     , options(how)
+    , beforeSending(before)
 {
 }
 
@@ -27,6 +29,7 @@ bool HttpTransfer::begin()
         return false;
     }
     ++attempts;
+    beforeSending();
     progressed = Clock::now();
     return true;
 }

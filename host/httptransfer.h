@@ -3,6 +3,7 @@
 #include "host/httpconnection.h"
 
 #include <chrono>
+#include <functional>
 #include <string_view>
 
 /// The course of one exchange: what has been sent and received, and which limit runs out next.
@@ -19,8 +20,10 @@ public:
         QString expiry;
     };
 
-    /// Both are borrowed.
-    HttpTransfer(const HttpRequest& request, const TransportOptions& options);
+    /// All are borrowed. `beforeSending` is called each time the request is about to be put on the wire; it
+    /// must not throw.
+    HttpTransfer(const HttpRequest& request, const TransportOptions& options,
+        const std::function<void()>& beforeSending);
 
     /// A request is about to be put on the wire; returns whether it may be.
     bool begin();
@@ -44,6 +47,7 @@ private:
 
     const HttpRequest& request;
     const TransportOptions& options;
+    const std::function<void()>& beforeSending;
     const Clock::time_point started = Clock::now();
     Clock::time_point progressed = started;
     int attempts = 0;

@@ -53,6 +53,18 @@ QJsonObject buyerOf(const QByteArray& receipt)
     return QJsonDocument::fromJson(receipt)["receipt"_L1]["client"_L1].toObject();
 }
 
+// The password in the address of a proxy, as it stands there and as it is meant.
+QStringList passwordsOf(const QString& proxy)
+{
+    const qsizetype scheme = proxy.indexOf("://"_L1);
+    const QString user = proxy.first(qMax<qsizetype>(0, proxy.lastIndexOf(u'@')));
+    const qsizetype colon = user.indexOf(u':', scheme < 0 ? 0 : scheme + 3);
+    if (colon < 0)
+        return {};
+    const QString password = user.sliced(colon + 1);
+    return {password, QUrl::fromPercentEncoding(password.toUtf8())};
+}
+
 void registerSecrets(const HttpRequest& request, const QUrl& url)
 {
     secrets::addCredential(url.password());
@@ -114,7 +126,13 @@ Parsed parsed(const QByteArray& body)
 } // namespace
 
 RestClient::RestClient()
-    : connection(std::make_unique<HttpConnection>(TransportOptions::defaults()))
+    : RestClient(TransportOptions::defaults())
+{
+}
+
+RestClient::RestClient(const TransportOptions& options)
+    : connection(std::make_unique<HttpConnection>(options))
+    , proxyPasswords(passwordsOf(options.proxy))
 {
 }
 
@@ -149,6 +167,8 @@ QVariant RestClient::getResponseData() const
 bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
 {
     response.clear();
+    for (const QString& password : proxyPasswords)
+        secrets::addCredential(password);
     registerSecrets(request, url);
     // The query is left out: a caller may carry a token there.
     const QString what = (request.verb == HttpRequest::Verb::Post ? u"POST "_s : u"GET "_s) + url.path();
@@ -160,7 +180,7 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
     HttpReply reply;
     reply.failure = flaw(url, request.headers);
     if (reply.failure.isEmpty())
-        reply = connection->perform(request);
+        reply = connection->perform(request, [this] { sending(); });
     sent = reply.sent;
     if (reply.failure.isEmpty()) {
         const auto [value, failure] = parsed(reply.body);
@@ -172,6 +192,8 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
     report(what, reply, timer.elapsed());
     return reply.failure.isEmpty();
 }
+
+void RestClient::sending() {}
 
 void RestClient::report(const QString& what, const HttpReply& reply, qint64 milliseconds) const
 {

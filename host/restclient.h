@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 #include <QObject>
 #include <QString>
+#include <QStringList>
 #include <QUrl>
 #include <QVariant>
 
@@ -17,6 +18,7 @@
 class HttpConnection;
 struct HttpReply;
 struct HttpRequest;
+struct TransportOptions;
 
 /// A blocking HTTP client for JSON services.
 ///
@@ -37,7 +39,7 @@ struct HttpRequest;
 /// The log holds one line for each exchange, at info level with status, size and duration, or at error level
 /// with the cause, the duration and whether the request was sent; and the bodies at debug level. The token
 /// header, the key "pass" of a request and the key "token" of a reply become known to secrets.h as
-/// credentials, the buyer's contact in a receipt as personal.
+/// credentials, and so does the proxy's password; the buyer's contact in a receipt as personal.
 class HOST_EXPORT RestClient : public QObject
 {
     Q_OBJECT
@@ -66,13 +68,21 @@ public:
     /// nothing of it, and repeating it is harmless.
     [[nodiscard]] bool wasSent() const { return sent; }
 
+protected:
+    /// Called within an exchange, just before any part of the request may reach the peer; not called for a
+    /// request that never gets so far. Must not throw. Does nothing here.
+    virtual void sending();
+
 private:
+    explicit RestClient(const TransportOptions& options);
+
     bool exchange(const QUrl& url, const HttpRequest& request);
     void report(const QString& what, const HttpReply& reply, qint64 milliseconds) const;
 
     const Log4Qt::Logger* logger = nullptr;
     QString alias;
     std::unique_ptr<HttpConnection> connection;
+    QStringList proxyPasswords;
     QVariant response;
     bool sent = false;
 };

@@ -1,6 +1,7 @@
 #include "hostcli/attempt.h"
 
 #include "host/exceptions.h"
+#include "host/secrets.h"
 #include "hostcli/text.h"
 
 #include <cxxabi.h>
@@ -27,8 +28,9 @@ QString className(const std::exception& exception)
 ErrorInfo describe(const std::exception& exception)
 {
     const auto* ofHost = dynamic_cast<const BasicException*>(&exception);
-    return {
-        className(exception), std::nullopt, ofHost ? ofHost->tr().ru() : QString::fromUtf8(exception.what())};
+    const QString text = ofHost ? ofHost->tr().ru() : QString::fromUtf8(exception.what());
+    // It may hold the service's own words, and they what was sent.
+    return {className(exception), std::nullopt, secrets::masked(text, secrets::Audience::Developer)};
 }
 
 std::optional<ErrorInfo> attempt(const std::function<void()>& action)

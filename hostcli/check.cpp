@@ -1,6 +1,8 @@
 #include "hostcli/commands.h"
 #include "hostcli/console.h"
+#include "hostcli/interruption.h"
 #include "hostcli/session.h"
+#include "hostcli/signalwatch.h"
 #include "hostcli/text.h"
 
 #include <QJsonDocument>
@@ -23,6 +25,7 @@ QByteArray report(bool json, const QString& url)
 ExitCode check(const CommandLine& line, Output& output)
 {
     Session session(line);
+    const SignalWatch watch(&sayInterruptedAndEnd);
     const QString url = session.fiscalRegister().device().property("url").toString();
     {
         const ShownStatus status(url);

@@ -22,7 +22,7 @@ ExitCode compose(const CommandLine& line, Output& output)
     bool isRefused = false;
     queue.forEach([&](const QueuedReceipt& queued) {
         const auto error = attempt([&] {
-            handOver(fiscalRegister, queued.receipt);
+            handOver(fiscalRegister.driver(), queued.receipt);
             std::ignore = fiscalRegister.service().documentClose(queued.receipt.document);
         });
         const QByteArray body = transport.takeBody();

@@ -62,6 +62,11 @@ void Console::showStatus(const QString& text)
 void Console::hideStatus()
 {
     ticker = {};
+    dropStatus();
+}
+
+void Console::dropStatus()
+{
     const std::scoped_lock lock(guard);
     erase();
     status.clear();

@@ -25,6 +25,8 @@ public:
     /// Shows `text` and the seconds waited until hideStatus(); does nothing where there is no terminal.
     void showStatus(const QString& text);
     void hideStatus();
+    /// Takes the status line away at once and from any thread; a thread that draws it goes on without.
+    void dropStatus();
 
 private:
     Console();

@@ -18,7 +18,7 @@ enum class ExitCode : int
     WrongReceipt = 2,
     /// The service or the driver refused at least one receipt.
     Refused = 3,
-    /// The outcome of a receipt is not known, or there is no connection.
+    /// The outcome of a receipt is not known, there is no connection, or the run was interrupted.
     Unknown = 4,
 };
 

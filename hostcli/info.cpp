@@ -2,7 +2,9 @@
 #include "hostcli/attempt.h"
 #include "hostcli/commands.h"
 #include "hostcli/console.h"
+#include "hostcli/interruption.h"
 #include "hostcli/session.h"
+#include "hostcli/signalwatch.h"
 #include "hostcli/text.h"
 
 #include <QJsonDocument>
@@ -29,6 +31,7 @@ ExitCode info(const CommandLine& line, Output& output)
     if (!isPlain(line.uuid))
         throw Failure(ExitCode::Usage, Text::tr("\"%1\" is no identifier of a document").arg(line.uuid));
     Session session(line);
+    const SignalWatch watch(&sayInterruptedAndEnd);
     session.connect();
     VposFrDriver& service = session.fiscalRegister().service();
     session.transport().startReceipt();

@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <tuple>
 #include <unistd.h>
 
@@ -25,6 +26,12 @@ void occupyStandardDescriptors()
         if (fcntl(descriptor, F_GETFD) == -1)
             std::ignore = open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
     }
+}
+
+// The memory holds password and token: neither a core dump nor other processes of the same user may have it.
+void keepMemoryPrivate()
+{
+    prctl(PR_SET_DUMPABLE, 0);
 }
 
 ExitCode show(const CommandLineText& answer)
@@ -57,6 +64,7 @@ ExitCode start(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    keepMemoryPrivate();
     occupyStandardDescriptors();
     // A reader that goes away must not end the program in the middle of a receipt.
     std::signal(SIGPIPE, SIG_IGN);

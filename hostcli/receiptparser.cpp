@@ -1,5 +1,6 @@
 #include "hostcli/receiptparser.h"
 
+#include "hostcli/jsonreader.h"
 #include "hostcli/nearestname.h"
 #include "hostcli/text.h"
 
@@ -33,9 +34,6 @@ using rapidjson::Value;
 
 // Far more than a receipt needs; keeps the recursive walks below harmless.
 constexpr int maxDepth = 32;
-
-constexpr unsigned parseFlags = rapidjson::kParseFullPrecisionFlag | rapidjson::kParseValidateEncodingFlag |
-                                rapidjson::kParseIterativeFlag;
 
 QString text(const Value& value)
 {
@@ -111,7 +109,7 @@ public:
         , wanted(pointer)
     {
         rapidjson::Reader reader;
-        reader.Parse<parseFlags>(stream, *this);
+        reader.Parse<jsonParseFlags>(stream, *this);
     }
 
     [[nodiscard]] std::size_t offset() const { return found; }
@@ -277,11 +275,9 @@ ReceiptParser::~ReceiptParser() = default;
 std::variant<QJsonObject, ReceiptProblem> ReceiptParser::parse(const QByteArray& source) const
 {
     rapidjson::Document receipt;
-    receipt.Parse<parseFlags>(source.constData(), static_cast<std::size_t>(source.size()));
-    if (receipt.HasParseError())
-        return ReceiptProblem{lineBreaksBefore(source, receipt.GetErrorOffset()), {},
-            Text::tr("not JSON: %1")
-                .arg(QString::fromLatin1(rapidjson::GetParseError_En(receipt.GetParseError())))};
+    if (const rapidjson::ParseResult result = parseJson(source, receipt); result.IsError())
+        return ReceiptProblem{lineBreaksBefore(source, result.Offset()), {},
+            Text::tr("not JSON: %1").arg(QString::fromLatin1(rapidjson::GetParseError_En(result.Code())))};
     if (const auto problem = structureProblem(receipt, QString(), 0))
         return located(source, *problem);
     if (const auto problem = schema->problem(receipt))

@@ -1,6 +1,7 @@
 #include "hostcli/registerconfig.h"
 
 #include "host/secrets.h"
+#include "hostcli/exposure.h"
 #include "hostcli/failure.h"
 #include "hostcli/inifile.h"
 #include "hostcli/nearestname.h"
@@ -12,6 +13,7 @@
 #include <QStringDecoder>
 
 #include <algorithm>
+#include <unistd.h>
 
 namespace frhost {
 
@@ -23,27 +25,40 @@ const QString transportSection = QStringLiteral("transport");
 constexpr int longestTimeout = 3600000;
 const QString passwordKey = QStringLiteral("password");
 const QString passwordFileKey = QStringLiteral("passwordFile");
+const QString caFileKey = QStringLiteral("caFile");
+const QString credential = QStringLiteral("frhost.password");
+constexpr qint64 largestFile = 1024 * 1024;
 
 [[noreturn]] void fail(const QString& file, int line, const QString& what)
 {
     throw Failure(ExitCode::Usage, QStringLiteral("%1:%2: %3").arg(file, QString::number(line), what));
 }
 
-QByteArray readAll(const QString& path)
+struct Content
+{
+    QByteArray bytes;
+    // Why a password should not stand there; empty when it may.
+    QString exposure;
+};
+
+Content readAll(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         throw Failure(ExitCode::Usage, Text::tr("%1: %2").arg(path, file.errorString()));
-    const QByteArray content = file.readAll();
+    struct stat status = {};
+    fstat(file.handle(), &status);
+    const QByteArray bytes = file.read(largestFile + 1);
     if (file.error() != QFileDevice::NoError)
         throw Failure(ExitCode::Usage, Text::tr("%1: %2").arg(path, file.errorString()));
-    return content;
+    if (bytes.size() > largestFile)
+        throw Failure(ExitCode::Usage, Text::tr("%1: larger than 1 MiB").arg(path));
+    return {bytes, exposure(path, status, geteuid())};
 }
 
 // Everything up to the first line break, blanks included: they may belong to the password.
-QString readPassword(const QString& path)
+QString firstLine(QByteArray content, const QString& path)
 {
-    QByteArray content = readAll(path);
     if (const qsizetype end = content.indexOf('\n'); end >= 0)
         content.truncate(end);
     if (content.endsWith('\r'))
@@ -53,6 +68,49 @@ QString readPassword(const QString& path)
     if (decoder.hasError() || password.isEmpty())
         throw Failure(ExitCode::Usage, Text::tr("%1: no password in UTF-8 on the first line").arg(path));
     return password;
+}
+
+QString besideConfig(const RegisterConfig& config, const QString& path)
+{
+    return QFileInfo(config.file).absoluteDir().absoluteFilePath(path);
+}
+
+QString readPasswordFile(RegisterConfig& config, const QString& name)
+{
+    const QString path = besideConfig(config, name);
+    const Content content = readAll(path);
+    if (!content.exposure.isEmpty())
+        config.warnings << content.exposure;
+    return firstLine(content.bytes, path);
+}
+
+void addPassword(RegisterConfig& config, const QString& password, int line)
+{
+    secrets::addCredential(password);
+    config.settings << Setting{passwordKey, password, line};
+}
+
+// The service manager looks after the credential's mode.
+void takeCredential(RegisterConfig& config)
+{
+    const QString folder = qEnvironmentVariable("CREDENTIALS_DIRECTORY");
+    const QString path = QDir(folder).filePath(credential);
+    if (folder.isEmpty() || !QFileInfo::exists(path))
+        return;
+    if (config.has(passwordKey))
+        config.warnings << Text::tr("%1: the password is taken from here, not from the credential %2")
+                               .arg(config.file, credential);
+    else
+        addPassword(config, firstLine(readAll(path).bytes, path), 0);
+}
+
+// Whether the configuration itself holds a password: the register's, or the proxy's.
+bool holdsPassword(const QList<IniEntry>& entries)
+{
+    return std::any_of(entries.begin(), entries.end(), [](const IniEntry& entry) {
+        return entry.key == passwordKey ||
+               (entry.key == QStringLiteral("proxy") && entry.value.contains(u'@'));
+    });
 }
 
 void addOption(RegisterConfig& config, const IniEntry& entry)
@@ -111,7 +169,8 @@ void addTransport(RegisterConfig& config, const IniEntry& entry)
         known << QString::fromLatin1(key);
         if (entry.key != known.last())
             continue;
-        config.transport.*member = entry.value;
+        const bool isPath = entry.key == caFileKey && !entry.value.isEmpty();
+        config.transport.*member = isPath ? besideConfig(config, entry.value) : entry.value;
         return;
     }
     fail(config.file, entry.line,
@@ -130,7 +189,11 @@ RegisterConfig readRegisterConfig(const QString& file)
 {
     RegisterConfig config;
     config.file = file;
-    for (const IniEntry& entry : parseIni(readAll(file), file)) {
+    const Content content = readAll(file);
+    const QList<IniEntry> entries = parseIni(content.bytes, file);
+    if (!content.exposure.isEmpty() && holdsPassword(entries))
+        config.warnings << content.exposure;
+    for (const IniEntry& entry : entries) {
         if (entry.section == optionSection) {
             addOption(config, entry);
             continue;
@@ -148,13 +211,12 @@ RegisterConfig readRegisterConfig(const QString& file)
         const QString name = fromFile ? passwordKey : entry.key;
         if (config.has(name))
             fail(file, entry.line, Text::tr("give password or passwordFile, not both"));
-        const QString value = fromFile
-                                  ? readPassword(QFileInfo(file).absoluteDir().absoluteFilePath(entry.value))
-                                  : entry.value;
         if (name == passwordKey)
-            secrets::addCredential(value);
-        config.settings << Setting{name, value, entry.line};
+            addPassword(config, fromFile ? readPasswordFile(config, entry.value) : entry.value, entry.line);
+        else
+            config.settings << Setting{name, entry.value, entry.line};
     }
+    takeCredential(config);
     return config;
 }
 

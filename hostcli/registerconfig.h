@@ -5,6 +5,7 @@
 
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 namespace frhost {
 
@@ -28,12 +29,17 @@ struct RegisterConfig
     hw::fr::DriverOptions driverOptions;
     /// How the service is reached; the defaults where the file says nothing.
     TransportOptions transport;
+    /// What the user should know though it does not keep the configuration from being used.
+    QStringList warnings;
 
     [[nodiscard]] bool has(const QString& name) const;
 };
 
-/// Reads a configuration file. `passwordFile` is replaced by a `password` with that file's first line; a
-/// relative path is taken from the configuration's folder.
+/// Reads a configuration file. `passwordFile` is replaced by a `password` with that file's first line; where
+/// neither is given, the credential `frhost.password` of $CREDENTIALS_DIRECTORY is the password, if there is
+/// one. Relative paths are taken from the configuration's folder. Files larger than 1 MiB are refused.
+///
+/// A file with a password that others can read is a warning, and so is a credential that is not used.
 ///
 /// Throws Failure (usage) that names the file and the line.
 [[nodiscard]] RegisterConfig readRegisterConfig(const QString& file);

@@ -49,9 +49,8 @@ QString foreignIdAdvice()
 
 } // namespace
 
-void handOver(FiscalRegister& fiscalRegister, const Receipt& receipt)
+void handOver(AbstractFrDriver& driver, const Receipt& receipt)
 {
-    AbstractFrDriver& driver = fiscalRegister.driver();
     driver.checkOpen(receipt.document);
     for (const FdRequisite& requisite : receipt.requisites)
         driver.setRequisite(requisite);
@@ -81,7 +80,7 @@ ReceiptResult Registrar::sell(const QueuedReceipt& queued)
 {
     ReceiptResult result = started(queued);
     const auto error = attempt([&] {
-        handOver(fiscalRegister, queued.receipt);
+        handOver(fiscalRegister.driver(), queued.receipt);
         fiscalRegister.driver().checkClose(queued.receipt.document);
     });
     noteError(result, error);
@@ -171,7 +170,7 @@ ReceiptResult Registrar::send(const QueuedReceipt& queued)
 {
     ReceiptResult result = started(queued);
     const auto error = attempt([&] {
-        handOver(fiscalRegister, queued.receipt);
+        handOver(fiscalRegister.driver(), queued.receipt);
         result.uuid = fiscalRegister.service().documentClose(queued.receipt.document);
     });
     noteError(result, error);

@@ -7,13 +7,15 @@
 
 #include <QJsonObject>
 
+class AbstractFrDriver;
+
 namespace frhost {
 
 class FiscalRegister;
 class ObservingTransport;
 
 /// Hands the receipt to the open driver: opens the check, then its requisites, lines and payments.
-void handOver(FiscalRegister& fiscalRegister, const Receipt& receipt);
+void handOver(AbstractFrDriver& driver, const Receipt& receipt);
 
 /// Registers receipts and finds out what became of each. Blocks while the service works on a receipt.
 class Registrar

@@ -1,5 +1,7 @@
 #include "hostcli/serviceanswer.h"
 
+#include "host/secrets.h"
+
 #include <QVariantMap>
 
 #include <algorithm>
@@ -47,7 +49,7 @@ ServiceAnswer readAnswer(const QVariant& body)
     if (const QVariant code = error.value(QStringLiteral("code")); code.isValid())
         answer.errorCode = code.toInt();
     answer.errorType = text(error, "type");
-    answer.errorText = text(error, "text");
+    answer.errorText = secrets::masked(text(error, "text"), secrets::Audience::Developer);
     return answer;
 }
 

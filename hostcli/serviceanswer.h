@@ -19,7 +19,7 @@ struct ServiceAnswer
     /// The error object's "code"; none when there is no error or it has no code.
     std::optional<int> errorCode;
     QString errorType;
-    /// The service's own words; empty when there are none.
+    /// The service's own words, without what it may repeat of password and token; empty when there are none.
     QString errorText;
 
     /// Whether the document is finished, and failed. An error that concerns the question (an expired token)

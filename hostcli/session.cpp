@@ -2,6 +2,7 @@
 
 #include "host/abstractfrdriver.h"
 #include "hostcli/attempt.h"
+#include "hostcli/console.h"
 #include "hostcli/failure.h"
 #include "hostcli/registersetup.h"
 #include "hostcli/text.h"
@@ -36,7 +37,12 @@ RegisterConfig connectedConfig(const CommandLine& line)
 
 RegisterConfig configOf(const CommandLine& line)
 {
-    return line.config.isEmpty() ? RegisterConfig() : readRegisterConfig(line.config);
+    if (line.config.isEmpty())
+        return {};
+    const RegisterConfig config = readRegisterConfig(line.config);
+    for (const QString& warning : config.warnings)
+        Console::instance().line(warning);
+    return config;
 }
 
 PluginFile pluginOf(const CommandLine& line)

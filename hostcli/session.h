@@ -8,7 +8,8 @@
 
 namespace frhost {
 
-/// The configuration that the command line names; an empty one when it names none. Throws Failure.
+/// The configuration that the command line names, its warnings shown; an empty one when it names none. Throws
+/// Failure.
 [[nodiscard]] RegisterConfig configOf(const CommandLine& line);
 
 /// The plugin that the command line names, or the only one there is. Throws Failure.

@@ -447,5 +447,61 @@
         <source>%1 takes 1 to %2 milliseconds</source>
         <translation>%1: допустимо от 1 до %2 миллисекунд</translation>
     </message>
+    <message>
+        <source>%1 was accepted by the service.</source>
+        <translation>%1 принят сервисом.</translation>
+    </message>
+    <message>
+        <source>%1 is registered.</source>
+        <translation>%1 зарегистрирован.</translation>
+    </message>
+    <message>
+        <source>%1 was refused.</source>
+        <translation>В регистрации %1 отказано.</translation>
+    </message>
+    <message>
+        <source>The outcome of %1 is unknown, run again.</source>
+        <translation>Исход %1 неизвестен, запустите ещё раз.</translation>
+    </message>
+    <message>
+        <source>Nothing was sent.</source>
+        <translation>Ничего не отправлено.</translation>
+    </message>
+    <message>
+        <source>%1 was sent, outcome unknown, run again: the service does not register an id twice.</source>
+        <translation>%1 отправлен, исход неизвестен, запустите ещё раз: один идентификатор сервис дважды не регистрирует.</translation>
+    </message>
+    <message>
+        <source>%1 was not sent, run again.</source>
+        <translation>%1 не отправлен, запустите ещё раз.</translation>
+    </message>
+    <message>
+        <source>Interrupted. %1</source>
+        <translation>Прервано. %1</translation>
+    </message>
+    <message>
+        <source>Interrupted while waiting for the service</source>
+        <translation>Прервано во время ожидания сервиса</translation>
+    </message>
+    <message>
+        <source>Interrupted before it was sent</source>
+        <translation>Прервано до отправки</translation>
+    </message>
+    <message>
+        <source>Interrupted.</source>
+        <translation>Прервано.</translation>
+    </message>
+    <message>
+        <source>%1 holds a password and has the mode %2, so others can read it. Run: %3</source>
+        <translation>%1 содержит пароль, и с правами %2 его могут прочесть другие. Выполните: %3</translation>
+    </message>
+    <message>
+        <source>%1: larger than 1 MiB</source>
+        <translation>%1: больше 1 МиБ</translation>
+    </message>
+    <message>
+        <source>%1: the password is taken from here, not from the credential %2</source>
+        <translation>%1: пароль взят отсюда, а не из учётных данных %2</translation>
+    </message>
 </context>
 </TS>

@@ -63,13 +63,8 @@ TEST_F(StandardOutput, IsATableForPeople)
 
 TEST_F(StandardOutput, OfATerminalIsAccompaniedByAStatusLine)
 {
-    const QStringList arguments =
-        shop.arguments({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
-    QStringList quoted;
-    for (const QString& argument : QStringList{frhostProgram()} + arguments)
-        quoted << u'\'' + argument + u'\'';
-    const Ran sold = run(
-        QStringLiteral("script"), {QStringLiteral("-qec"), quoted.join(u' '), QStringLiteral("/dev/null")});
+    const Ran sold = runOnTerminal(
+        frhostProgram(), shop.arguments({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})}));
     EXPECT_EQ(sold.exitCode, 0);
     EXPECT_THAT(sold.out.toStdString(), HasSubstr("\r\x1b[K[1/1] r1: 0 s"));
     EXPECT_THAT(sold.out.toStdString(), HasSubstr(R"("outcome":"registered")"));

@@ -19,9 +19,7 @@ constexpr int limitMilliseconds = 120000;
 
 Ran finished(QProcess& process, const QByteArray& input)
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
-    process.setProcessEnvironment(environment);
+    process.setProcessEnvironment(testEnvironment());
     process.start();
     if (!process.waitForStarted())
         throw std::runtime_error("cannot start " + process.program().toStdString());
@@ -61,12 +59,28 @@ QStringList Ran::columns(const QStringList& keys) const
     return rows;
 }
 
+QProcessEnvironment testEnvironment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    return environment;
+}
+
 Ran run(const QString& program, const QStringList& arguments, const QByteArray& input)
 {
     QProcess process;
     process.setProgram(program);
     process.setArguments(arguments);
     return finished(process, input);
+}
+
+Ran runOnTerminal(const QString& program, const QStringList& arguments)
+{
+    QStringList quoted;
+    for (const QString& argument : QStringList{program} + arguments)
+        quoted << u'\'' + argument + u'\'';
+    return run(
+        QStringLiteral("script"), {QStringLiteral("-qec"), quoted.join(u' '), QStringLiteral("/dev/null")});
 }
 
 Ran runInto(const QString& file, const QString& program, const QStringList& arguments)
@@ -151,11 +165,21 @@ QString EmulatorProcess::expect(const QString& query) const
     return api(QStringLiteral("expect?") + query).value(QStringLiteral("reason")).toString();
 }
 
-QString EmulatorProcess::calls() const
+QStringList EmulatorProcess::exchanges(const QString& key) const
 {
-    QStringList endpoints;
+    QStringList values;
     for (const QJsonValue& exchange :
         api(QStringLiteral("exchanges?limit=100")).value(QStringLiteral("exchanges")).toArray())
-        endpoints.prepend(exchange.toObject().value(QStringLiteral("endpoint")).toString());
-    return endpoints.join(u' ');
+        values.prepend(exchange.toObject().value(key).toString());
+    return values;
+}
+
+QString EmulatorProcess::calls() const
+{
+    return exchanges(QStringLiteral("endpoint")).join(u' ');
+}
+
+QString EmulatorProcess::requests() const
+{
+    return exchanges(QStringLiteral("request")).join(u'\n');
 }

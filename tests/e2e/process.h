@@ -5,6 +5,7 @@
 #include <QByteArray>
 #include <QJsonObject>
 #include <QList>
+#include <QProcessEnvironment>
 #include <QStringList>
 
 #include <sys/types.h>
@@ -23,11 +24,17 @@ struct Ran
     [[nodiscard]] QStringList columns(const QStringList& keys) const;
 };
 
+/// What programs run with: the environment of the tests, and texts in English.
+[[nodiscard]] QProcessEnvironment testEnvironment();
+
 /// Runs a program to its end, at most two minutes.
 [[nodiscard]] Ran run(const QString& program, const QStringList& arguments, const QByteArray& input = {});
 
 /// The same with standard output going to a file, which may be a device.
 [[nodiscard]] Ran runInto(const QString& file, const QString& program, const QStringList& arguments);
+
+/// The same on a terminal, whose output is all in `out`.
+[[nodiscard]] Ran runOnTerminal(const QString& program, const QStringList& arguments);
 
 /// An emulator of its own on a free port; ends with the object, or by itself after ten minutes.
 class EmulatorProcess
@@ -48,8 +55,11 @@ public:
     [[nodiscard]] QString expect(const QString& query) const;
     /// The calls so far, at most 100: the endpoint of each, as in "token sell report".
     [[nodiscard]] QString calls() const;
+    /// What these calls were on the wire, one after the other, secrets masked.
+    [[nodiscard]] QString requests() const;
 
 private:
+    [[nodiscard]] QStringList exchanges(const QString& key) const;
     [[nodiscard]] QJsonObject api(const QString& path, const QStringList& arguments = {}) const;
 
     pid_t process = -1;

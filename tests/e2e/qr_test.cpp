@@ -16,16 +16,6 @@ using testing::Not;
 class SoldReceiptsQr : public testing::Test
 {
 protected:
-    // Runs frhost on a terminal.
-    static Ran onTerminal(const QStringList& arguments)
-    {
-        QStringList quoted;
-        for (const QString& argument : QStringList{frhostProgram()} + arguments)
-            quoted << u'\'' + argument + u'\'';
-        return run(QStringLiteral("script"),
-            {QStringLiteral("-qec"), quoted.join(u' '), QStringLiteral("/dev/null")});
-    }
-
     static QString readBack(const QString& file)
     {
         const QImage picture = QImage(file).convertToFormat(QImage::Format_Grayscale8);
@@ -63,9 +53,10 @@ TEST_F(SoldReceiptsQr, IsWrittenAsAPictureThatReadsAsTheText)
 TEST_F(SoldReceiptsQr, IsDrawnOnATerminalOnly)
 {
     QStringList arguments = selling(QStringLiteral("r1"));
-    EXPECT_THAT(onTerminal(arguments).out.toStdString(), Not(HasSubstr("█"))) << "with --json only the text";
+    EXPECT_THAT(runOnTerminal(frhostProgram(), arguments).out.toStdString(), Not(HasSubstr("█")))
+        << "with --json only the text";
     arguments.removeAll(QStringLiteral("--json"));
-    EXPECT_THAT(onTerminal(arguments).out.toStdString(), HasSubstr("\x1b[97;40m████"));
+    EXPECT_THAT(runOnTerminal(frhostProgram(), arguments).out.toStdString(), HasSubstr("\x1b[97;40m████"));
     EXPECT_THAT(run(frhostProgram(), arguments).out.toStdString(), Not(HasSubstr("█")));
 }
 

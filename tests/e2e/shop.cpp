@@ -25,10 +25,21 @@ void Shop::configure(const QString& key, const QString& value)
         line->second = value;
 }
 
+void Shop::unconfigure(const QString& key)
+{
+    settings.removeIf([&](const auto& entry) { return entry.first == key; });
+}
+
+void Shop::configureTransport(const QString& key, const QString& value)
+{
+    transport.push_back({key, value});
+}
+
 QString Shop::file(const QString& name, const QByteArray& content) const
 {
     QFile file(folder.filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
+        file.write(content) != content.size())
         qFatal("cannot write %s", qUtf8Printable(name));
     return file.fileName();
 }
@@ -43,9 +54,13 @@ QString Shop::receipts(const QStringList& ids) const
 
 QStringList Shop::arguments(const QStringList& more) const
 {
-    QByteArray text = "[register]\n";
-    for (const auto& [key, value] : settings)
-        text += key.toUtf8() + " = " + value.toUtf8() + '\n';
+    QByteArray text;
+    for (const auto& [section, entries] :
+        {std::pair("[register]\n", settings), {"[transport]\n", transport}}) {
+        text += section;
+        for (const auto& [key, value] : entries)
+            text += key.toUtf8() + " = " + value.toUtf8() + '\n';
+    }
     return QStringList{QStringLiteral("--config"), file(QStringLiteral("register.ini"), text),
                QStringLiteral("--json")} +
            more;

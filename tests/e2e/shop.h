@@ -13,7 +13,11 @@ public:
 
     /// Replaces or adds a line of the configuration's section [register].
     void configure(const QString& key, const QString& value);
-    /// Writes a file and returns its path.
+    /// Takes a line out of it.
+    void unconfigure(const QString& key);
+    /// The same as configure() for the section [transport].
+    void configureTransport(const QString& key, const QString& value);
+    /// Writes a file that only its owner can read and returns its path.
     [[nodiscard]] QString file(const QString& name, const QByteArray& content) const;
     /// Writes a file with one receipt for each id, on a line each, of 160 roubles.
     [[nodiscard]] QString receipts(const QStringList& ids) const;
@@ -24,8 +28,11 @@ public:
     [[nodiscard]] QStringList arguments(const QStringList& more) const;
 
 private:
+    using Settings = QList<std::pair<QString, QString>>;
+
     QTemporaryDir folder;
-    QList<std::pair<QString, QString>> settings;
+    Settings settings;
+    Settings transport;
 };
 
 /// A receipt of 160 roubles on one line.

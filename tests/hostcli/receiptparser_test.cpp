@@ -69,6 +69,25 @@ TEST_F(Parser, KeepsNumbersAndTextsAsTheyAre)
     EXPECT_EQ(json.value(QStringLiteral("taxCode")).toInt(), std::numeric_limits<int>::min());
 }
 
+TEST_F(Parser, TakesEveryWayToWriteANumber)
+{
+    const std::pair<const char*, double> numbers[] = {{"0e308", 0}, {"-0e-308", 0}, {"0.000e25", 0},
+        {"-0", 0}, {"1e-400", 0}, {"1E2", 100}, {"119.9", 119.9}, {"0.1e1", 1},
+        {"9007199254740993", 9007199254740993}, {"18446744073709551615", 18446744073709551615.0},
+        {"1.7976931348623157e308", 1.7976931348623157e308}, {"5e-324", 5e-324},
+        {"123456789012345678901234567890", 123456789012345678901234567890.0}};
+    for (const auto& [text, value] : numbers) {
+        const auto parsed = parser.parse(
+            withPosition(QByteArray(position).replace(R"("sum":1)", QByteArray(R"("sum":)") + text)));
+        ASSERT_TRUE(std::holds_alternative<QJsonObject>(parsed)) << text;
+        const QJsonObject json =
+            std::get<QJsonObject>(parsed).value(QStringLiteral("positions")).toArray().at(0).toObject();
+        EXPECT_EQ(json.value(QStringLiteral("sum")).toDouble(-1), value) << text;
+    }
+    EXPECT_EQ(problem(withPosition(position + ",\n\"taxCode\":1e309")),
+        QStringLiteral("2 : not JSON: Number too big to be stored in double."));
+}
+
 TEST_F(Parser, PassesOnIntegersWhateverTheirValue)
 {
     EXPECT_EQ(

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+
 namespace {
 
 using namespace frhost;
@@ -47,11 +49,101 @@ TEST_F(RegisterConfiguration, TakesThePasswordFromAFileBesideIt)
     EXPECT_EQ(config.settings[0].value, QStringLiteral("па роль, \"x\"; "));
 }
 
+// A folder of credentials as the service manager provides it.
+class Credentials
+{
+public:
+    explicit Credentials(const QByteArray& password)
+    {
+        std::ignore = files.file("frhost.password", password);
+        qputenv("CREDENTIALS_DIRECTORY", files.path().toLocal8Bit());
+    }
+    ~Credentials() { qunsetenv("CREDENTIALS_DIRECTORY"); }
+    Q_DISABLE_COPY_MOVE(Credentials)
+
+    [[nodiscard]] QString path() const { return files.path(); }
+
+private:
+    TextFiles files;
+};
+
+TEST_F(RegisterConfiguration, TakesThePasswordFromACredentialWhereItNamesNone)
+{
+    const Credentials credentials("па роль ");
+    const RegisterConfig config = read("[register]\nurl = x\n");
+    ASSERT_EQ(config.settings.size(), 2);
+    EXPECT_EQ(config.settings[1].name, QStringLiteral("password"));
+    EXPECT_EQ(config.settings[1].value, QStringLiteral("па роль "));
+    EXPECT_EQ(config.warnings, QStringList());
+}
+
+TEST_F(RegisterConfiguration, GoesBeforeACredentialAndSaysSo)
+{
+    const Credentials credentials("from-the-credential");
+    std::ignore = files.file("secret", "from-the-file\n");
+    QFile::setPermissions(files.path() + QStringLiteral("/secret"), QFile::ReadOwner);
+    for (const char* text : {"[register]\npasswordFile = secret\n", "[register]\npassword = from-here\n"}) {
+        const RegisterConfig config = read(text);
+        ASSERT_EQ(config.settings.size(), 1);
+        EXPECT_NE(config.settings[0].value, QStringLiteral("from-the-credential"));
+        EXPECT_TRUE(config.warnings.contains(
+            config.file +
+            QStringLiteral(": the password is taken from here, not from the credential frhost.password")));
+    }
+}
+
+TEST_F(RegisterConfiguration, SaysWhatIsWrongWithACredential)
+{
+    const Credentials credentials("\n");
+    EXPECT_EQ(messageFor("[register]\nurl = x\n"),
+        credentials.path() + QStringLiteral("/frhost.password: no password in UTF-8 on the first line"));
+    QFile::remove(credentials.path() + QStringLiteral("/frhost.password"));
+    EXPECT_EQ(messageFor("[register]\nurl = x\n"), QString()) << "credentials for other programs";
+}
+
+TEST_F(RegisterConfiguration, WarnsOfEveryFileWithAPasswordThatOthersCanRead)
+{
+    const auto warned = [&](const QByteArray& text, int mode) {
+        const QString config = files.file("r.ini", text);
+        const QString secret = files.file("secret", "x\n");
+        for (const QString& file : {config, secret})
+            chmod(file.toLocal8Bit().constData(), static_cast<mode_t>(mode));
+        QStringList exposed;
+        for (const QString& warning : readRegisterConfig(config).warnings)
+            exposed << warning.section(u' ', 0, 0).section(u'/', -1);
+        return exposed;
+    };
+    const QByteArray noPassword = "[register]\nurl=x\n[transport]\nproxy=http://p:1\n";
+    const QByteArray ofProxy = "[transport]\nproxy=http://user:password@p:1\n";
+    EXPECT_EQ(warned("[register]\npassword=x\n", 0644), QStringList{QStringLiteral("r.ini")});
+    EXPECT_EQ(warned("[register]\npassword=x\n", 0600), QStringList());
+    EXPECT_EQ(warned("[register]\npasswordFile=secret\n", 0644), QStringList{QStringLiteral("secret")});
+    EXPECT_EQ(warned("[register]\npasswordFile=secret\n", 0600), QStringList());
+    EXPECT_EQ(warned(ofProxy, 0644), QStringList{QStringLiteral("r.ini")});
+    EXPECT_EQ(warned(noPassword, 0644), QStringList());
+}
+
+TEST_F(RegisterConfiguration, IsNotReadBeyondAMebibyte)
+{
+    const QString tooLarge = QStringLiteral("%1: larger than 1 MiB");
+    EXPECT_EQ(messageFor(QByteArray(1024 * 1024 + 1, '#')), tooLarge.arg(QStringLiteral("r.ini")));
+    EXPECT_EQ(
+        messageFor("[register]\npasswordFile = /dev/zero\n"), tooLarge.arg(QStringLiteral("/dev/zero")));
+}
+
+TEST_F(RegisterConfiguration, TakesAFileOfAuthoritiesFromItsOwnFolder)
+{
+    EXPECT_EQ(
+        read("[transport]\ncaFile=ca.pem\n").transport.caFile, files.path() + QStringLiteral("/ca.pem"));
+    EXPECT_EQ(read("[transport]\ncaFile=\n").transport.caFile, QString()) << "the system's";
+}
+
 TEST_F(RegisterConfiguration, KeepsThePasswordOutOfEveryLogFromThenOn)
 {
+    const Credentials credentials("from-a-credential");
     std::ignore = files.file("secret", "from-a-file\n");
-    for (const char* text :
-        {"[register]\npassword = from-the-configuration\n", "[register]\npasswordFile = secret\n"}) {
+    for (const char* text : {"[register]\npassword = from-the-configuration\n",
+             "[register]\npasswordFile = secret\n", "[register]\n"}) {
         secrets::clear();
         const QString password = read(text).settings[0].value;
         EXPECT_EQ(

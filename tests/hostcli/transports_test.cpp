@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <semaphore>
+#include <thread>
 
 namespace {
 
@@ -84,6 +86,40 @@ TEST(ObservingTransport, KnowsThatAReceiptSentOnceMayHaveArrivedWhateverComesOfT
     }
     EXPECT_FALSE(transport.post(nobody, "{}", {}));
     EXPECT_TRUE(transport.seen().receiptSent);
+}
+
+// Stops just before the request is put on the wire until it is told to go on.
+class StoppingTransport : public ObservingTransport
+{
+public:
+    std::binary_semaphore arrived{0};
+    std::binary_semaphore goOn{0};
+
+protected:
+    void sending() override
+    {
+        arrived.release();
+        goOn.acquire();
+        ObservingTransport::sending();
+    }
+};
+
+TEST(ObservingTransport, PutsNothingOnTheWireWhileItIsHeld)
+{
+    const Answers service({R"({"uuid":"u"})"});
+    StoppingTransport transport;
+    std::thread till([&] { EXPECT_TRUE(transport.post(service.url("/v4/group/sell"), "{}", {})); });
+    transport.arrived.acquire();
+    {
+        const auto held = transport.hold();
+        transport.goOn.release();
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        EXPECT_FALSE(transport.seen().receiptSent);
+        EXPECT_EQ(service.requests(), 0U);
+    }
+    till.join();
+    EXPECT_TRUE(transport.seen().receiptSent);
+    EXPECT_EQ(service.requests(), 1U);
 }
 
 TEST(ObservingTransport, ForgetsTheEarlierAnswerWhenTheNextOneDoesNotArrive)

@@ -1,0 +1,46 @@
+#include "fuzz/inputfile.h"
+#include "host/secrets.h"
+#include "hostcli/failure.h"
+#include "hostcli/registerconfig.h"
+#include "hostcli/registersetup.h"
+#include "plugin/atolonlinefiscalregister.h"
+
+#include <cstdlib>
+
+namespace {
+
+using namespace frhost;
+
+// The folder of the configuration, with a password file that it may name.
+const InputFile& folder()
+{
+    static const InputFile input;
+    static const bool filled = [] {
+        QFile password(input.path() + QStringLiteral("/password"));
+        return password.open(QIODevice::WriteOnly) && password.write("secret\n") > 0;
+    }();
+    if (!filled)
+        std::abort();
+    return input;
+}
+
+void swallow(QtMsgType, const QMessageLogContext&, const QString&) {}
+
+} // namespace
+
+// A configuration: from the text to the properties of the register.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    qInstallMessageHandler(swallow);
+    secrets::clear();
+    hw::AtolOnlineFiscalRegister device;
+    try {
+        const RegisterConfig config = readRegisterConfig(folder().written(data, size));
+        configure(device, config);
+        requireConnection(config);
+    } catch (const Failure& failure) {
+        if (failure.message().isEmpty())
+            std::abort();
+    }
+    return 0;
+}

@@ -1,0 +1,82 @@
+#include "driver/atolonlinefrdriver.h"
+#include "fuzz/inputfile.h"
+#include "host/exceptions.h"
+#include "hostcli/failure.h"
+#include "hostcli/installedtransport.h"
+#include "hostcli/receiptfile.h"
+#include "hostcli/receiptparser.h"
+#include "hostcli/recordingtransport.h"
+#include "hostcli/registrar.h"
+#include "plugin/atolonlinesettings.h"
+
+#include <QJsonDocument>
+
+#include <cstdlib>
+#include <tuple>
+
+namespace {
+
+using namespace frhost;
+
+void require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
+
+// Composes the receipt as it would be sent. What is sent is always JSON and has the receipt's id.
+void compose(const QJsonObject& json)
+{
+    RecordingTransport transport;
+    const InstalledTransport installed(transport);
+    AtolOnlineSettings settings;
+    AtolOnlineFRDriver driver(&settings);
+    const Receipt receipt = toReceipt(json);
+    std::ignore = receipt.total();
+    try {
+        handOver(driver, receipt);
+        std::ignore = driver.documentClose(receipt.document);
+    } catch (const BasicException&) {
+        return;
+    }
+    const QJsonObject sent = QJsonDocument::fromJson(transport.takeBody()).object();
+    require(sent.value(QStringLiteral("external_id")) == json.value(QStringLiteral("id")));
+}
+
+// Reads all receipts; what the file can be, it is at the second time too.
+void read(const QString& path)
+{
+    static const ReceiptParser parser;
+    ReceiptFile file(path);
+    RawReceipt raw;
+    QList<QByteArray> texts;
+    while (file.next(raw)) {
+        texts << raw.text;
+        const auto parsed = parser.parse(raw.text);
+        if (const auto* json = std::get_if<QJsonObject>(&parsed))
+            compose(*json);
+        else
+            require(!std::get<ReceiptProblem>(parsed).rule.isEmpty());
+    }
+    file.rewind();
+    for (const QByteArray& text : texts)
+        require(file.next(raw) && raw.text == text);
+    require(!file.next(raw));
+}
+
+void swallow(QtMsgType, const QMessageLogContext&, const QString&) {}
+
+} // namespace
+
+// A file of receipts: from the reader to the body that would be sent.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    qInstallMessageHandler(swallow);
+    static const InputFile input;
+    try {
+        read(input.written(data, size));
+    } catch (const Failure&) {
+        return 0;
+    }
+    return 0;
+}

@@ -1,0 +1,228 @@
+#include "tests/e2e/running.h"
+#include "tests/e2e/service.h"
+#include "tests/e2e/shop.h"
+
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <csignal>
+#include <semaphore>
+
+namespace {
+
+using Call = Service::Call;
+
+constexpr auto login = "canary-login";
+constexpr auto password = "canary-password";
+constexpr auto token = "canary-token";
+constexpr auto contact = "canary@buyer.example";
+
+constexpr auto tokenAnswer = R"({"error":null,"token":"canary-token","timestamp":"01.01.2026 00:00:00"})";
+constexpr auto accepted = R"({"uuid":"u-1","status":"wait","error":null})";
+constexpr auto waiting = R"({"uuid":"u-1","external_id":"r1","status":"wait","error":null})";
+constexpr auto done =
+    R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":160.0,
+    "fn_number":"9999078900006364","shift_number":17,"receipt_datetime":"15.01.2020 21:10:05",
+    "fiscal_document_number":29414,"fiscal_document_attribute":3449555941,
+    "ecr_registration_number":"0000000004059261"}})";
+
+// The service's answers, the last one of each kind again and again. They repeat what must not be read, as an
+// answer may.
+struct Case
+{
+    const char* name;
+    std::vector<const char*> tokens;
+    std::vector<const char*> sells;
+    std::vector<const char*> reports;
+    int exitCode;
+};
+
+const Case cases[] = {
+    {"Success", {tokenAnswer}, {accepted}, {waiting, done}, 0},
+    {"Refused", {tokenAnswer}, {R"({"status":"fail","error":{"error_id":"e","code":32,"type":"system",
+            "text":"client.email canary@buyer.example, token canary-token"}})"},
+        {}, 3},
+    {"Failed", {tokenAnswer}, {accepted},
+        {R"({"uuid":"u-1","status":"fail","payload":null,"error":{"error_id":"e","code":12,"type":"driver",
+            "text":"canary-token canary-password"}})"},
+        3},
+    {"WrongPassword",
+        {R"({"error":{"error_id":"e","code":12,"type":"system","text":"canary-password is wrong"}})"}, {}, {},
+        1},
+    {"ErrorThatNobodyKnows",
+        {R"({"error":{"error_id":"e","code":99,"type":"system","text":"canary-password is wrong"}})"}, {}, {},
+        4},
+    {"TokenThatIsCutOff", {R"({"error":null,"token":"canary-token","timest)"}, {}, {}, 4},
+    {"ExpiredToken", {tokenAnswer},
+        {R"({"status":"fail","error":{"error_id":"e","code":11,"type":"system","text":"canary-token"}})",
+            accepted},
+        {done}, 0},
+    {"SellOfAGateway", {tokenAnswer}, {"<html>canary-token canary-password</html>"}, {}, 4},
+    {"ReportOfAGateway", {tokenAnswer}, {accepted}, {"<html>canary-token canary-password</html>"}, 4},
+};
+
+const char* taken(const std::vector<const char*>& answers, std::size_t& used)
+{
+    return answers.empty() ? "" : answers[std::min(used++, answers.size() - 1)];
+}
+
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// A till whose frhost has a folder of its own to work in.
+class CanaryTill
+{
+public:
+    explicit CanaryTill(const QString& url)
+        : shop(url)
+    {
+        shop.configure(QStringLiteral("login"), QString::fromLatin1(login));
+        shop.unconfigure(QStringLiteral("password"));
+        shop.configure(QStringLiteral("passwordFile"), QStringLiteral("password"));
+        std::ignore = shop.file(QStringLiteral("password"), password);
+    }
+
+    [[nodiscard]] static QByteArray receipt()
+    {
+        return receiptLine(QStringLiteral("r1")).replace("buyer@example.com", contact);
+    }
+    // The arguments of a program that runs `frhost sell` in the folder.
+    [[nodiscard]] QStringList selling(const QString& level) const
+    {
+        return inFolder() + QStringList{frhostProgram()} +
+               shop.arguments({QStringLiteral("--log-level"), level, QStringLiteral("sell"),
+                   QStringLiteral("--qr-dir"), QStringLiteral("qr"), QStringLiteral("-")});
+    }
+    [[nodiscard]] QStringList inFolder() const
+    {
+        return {QStringLiteral("-C"), work.path(), QStringLiteral("HOME=") + work.path(),
+            QStringLiteral("TMPDIR=") + work.path()};
+    }
+    // The names of all files there, and all that they hold.
+    [[nodiscard]] std::pair<QStringList, QByteArray> written() const
+    {
+        QStringList names;
+        QByteArray all;
+        for (QDirIterator files(work.path(), QDir::Files | QDir::Hidden, QDirIterator::Subdirectories);
+             files.hasNext();) {
+            const QString path = files.next();
+            names << QDir(work.path()).relativeFilePath(path);
+            all += contentOf(path);
+        }
+        return {names, all};
+    }
+
+    Shop shop;
+
+private:
+    QTemporaryDir work;
+};
+
+// What others see of a process.
+QByteArray visible(qint64 process)
+{
+    const QString folder = QStringLiteral("/proc/%1/").arg(process);
+    return contentOf(folder + QStringLiteral("cmdline")) + contentOf(folder + QStringLiteral("environ"));
+}
+
+void PrintTo(const Case& of, std::ostream* out)
+{
+    *out << of.name;
+}
+
+class Canary : public testing::TestWithParam<std::tuple<Case, const char*>>
+{
+};
+
+TEST_P(Canary, IsFoundNowhere)
+{
+    const auto& [answers, level] = GetParam();
+    std::array<std::size_t, 3> used{};
+    std::binary_semaphore asked(0);
+    std::binary_semaphore looked(0);
+    std::atomic<bool> isFirst = true;
+    const Service service([&](Service::Request& request) {
+        if (isFirst.exchange(false)) {
+            asked.release();
+            looked.acquire();
+        }
+        switch (request.call()) {
+        case Call::Token:
+            return request.answer(200, taken(answers.tokens, used[0]));
+        case Call::Sell:
+            return request.answer(200, taken(answers.sells, used[1]));
+        case Call::Report:
+            return request.answer(200, taken(answers.reports, used[2]));
+        }
+    });
+    const CanaryTill till(service.url());
+    Running frhost(QStringLiteral("env"), till.selling(QString::fromLatin1(level)));
+    frhost.giveInput(CanaryTill::receipt());
+    asked.acquire();
+    const QByteArray seen = visible(frhost.id());
+    looked.release();
+    const Ran ran = frhost.end();
+    EXPECT_EQ(ran.exitCode, answers.exitCode) << ran.err.toStdString();
+
+    const auto [names, files] = till.written();
+    EXPECT_EQ(names, answers.exitCode == 0 ? QStringList{QStringLiteral("qr/r1.png")} : QStringList());
+    EXPECT_THAT(seen.toStdString(), testing::HasSubstr("--log-level"));
+    const bool isDebug = level == std::string("debug");
+    const std::string logged = (ran.err + ran.out).toStdString();
+    const std::string elsewhere = (seen + files).toStdString();
+    for (const char* secret : {password, token, login, contact}) {
+        EXPECT_EQ(elsewhere.find(secret), std::string::npos) << secret;
+        const bool isForDevelopers = isDebug && (secret == login || secret == contact);
+        EXPECT_TRUE(isForDevelopers || logged.find(secret) == std::string::npos) << secret << " in:\n"
+                                                                                 << logged;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, Canary,
+    testing::Combine(testing::ValuesIn(cases), testing::Values("debug", "info")),
+    [](const auto& of) { return std::string(std::get<0>(of.param).name) + "At" + std::get<1>(of.param); });
+
+// Runs a program that may leave a core dump of any size in the folder, and crashes it when it is ready.
+QStringList allowedToDumpCore(const QStringList& command)
+{
+    return QStringList{QStringLiteral("-c"), QStringLiteral("ulimit -c unlimited && exec \"$0\" \"$@\""),
+               QStringLiteral("env")} +
+           command;
+}
+
+TEST(CanaryCrash, LeavesNoCoreDumpAndNoFile)
+{
+    std::binary_semaphore asked(0);
+    const Service service([&](Service::Request& request) {
+        if (request.call() == Call::Report)
+            asked.release();
+        request.answer(200, request.call() == Call::Token ? tokenAnswer : accepted);
+    });
+    const CanaryTill till(service.url());
+    Running dumping(QStringLiteral("sh"),
+        allowedToDumpCore(till.inFolder() + QStringList{QStringLiteral("sleep"), QStringLiteral("60")}));
+    ASSERT_TRUE(comesTrue([&] { return visible(dumping.id()).startsWith("sleep"); }));
+    dumping.signal(SIGABRT);
+    EXPECT_EQ(dumping.end().exitCode, 128 + SIGABRT);
+    if (till.written().first.isEmpty())
+        GTEST_SKIP() << "a program that crashes here leaves no core dump in its folder; "
+                     << contentOf(QStringLiteral("/proc/sys/kernel/core_pattern")).toStdString();
+
+    const CanaryTill fresh(service.url());
+    Running frhost(QStringLiteral("sh"), allowedToDumpCore(fresh.selling(QStringLiteral("debug"))));
+    frhost.giveInput(CanaryTill::receipt());
+    asked.acquire();
+    frhost.signal(SIGABRT);
+    EXPECT_EQ(frhost.end().exitCode, 128 + SIGABRT);
+    EXPECT_EQ(fresh.written().first, QStringList());
+}
+
+} // namespace
