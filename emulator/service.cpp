@@ -78,7 +78,7 @@ Answer Service::answer(const Request& request)
     if (context.call.endpoint == Endpoint::Unknown)
         return {.reply = error(Endpoint::Unknown, 40)};
     if (context.call.endpoint == Endpoint::Sell)
-        store_.countRequest(context.call.group, context.call.externalId);
+        store_.countRequest(context.call.group, context.call.externalId, context.call.operation);
     context.fault = faults_.take(context.call);
 
     Reply honest;

@@ -67,7 +67,7 @@ struct DocumentFilter
     int limit = 100;
 };
 
-/// How often a register call of this external id came over the wire, whatever became of it.
+/// How often register calls of this external id came over the wire, whatever became of them.
 struct WireCount
 {
     std::string groupCode{};
@@ -106,10 +106,12 @@ public:
     [[nodiscard]] std::vector<Document> documents(const DocumentFilter& filter);
 
     /// Counts one more register call of that id.
-    void countRequest(const std::string& groupCode, const std::string& externalId);
+    void countRequest(
+        const std::string& groupCode, const std::string& externalId, const std::string& operation);
     [[nodiscard]] std::int64_t requests(const std::string& groupCode, const std::string& externalId);
-    /// Of the ids that fit the pattern, in an empty group those of all.
-    [[nodiscard]] std::vector<WireCount> wireCounts(const std::string& group, const std::string& idPattern);
+    /// Of the ids that fit the pattern; an empty group or operation stands for all.
+    [[nodiscard]] std::vector<WireCount> wireCounts(
+        const std::string& group, const std::string& idPattern, const std::string& operation);
 
     /// Gives the exchange its sequence.
     void addExchange(Exchange& exchange);

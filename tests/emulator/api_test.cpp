@@ -253,6 +253,34 @@ TEST_F(OwnApi, RefusesAnExpectationThatItCannotRead)
     EXPECT_THAT(verdict("id=1", 400)["error"].get<std::string>(), StartsWith("id is unknown here"));
     verdict("count=many", 400);
     verdict("total=1.234", 400);
+    verdict("total=nan", 400);
+    EXPECT_EQ(verdict("status=Done", 400)["error"], "status must be one of wait, done, fail");
+    EXPECT_EQ(verdict("count=1&count=2", 400)["error"], "count is given twice");
+    EXPECT_THAT(verdict("text=x&wire_requests=1", 400)["error"].get<std::string>(),
+        StartsWith("wire_requests cannot"));
+}
+
+TEST_F(OwnApi, ExpectsNothingOfAVariableThatWasNeverSet)
+{
+    registerReceipt("id-1");
+    for (const std::string name :
+        {"group", "external_id", "operation", "text", "count", "total", "status", "wire_requests"}) {
+        EXPECT_EQ(verdict(name + "=", 400)["error"], name + " is empty; leave it out when any will do");
+        EXPECT_EQ(verdict("external_id=id-1&" + name, 400)["error"].get<std::string>().substr(0, name.size()),
+            name);
+    }
+}
+
+TEST_F(OwnApi, TellsWireRequestsOfOneOperationFromThoseOfAnother)
+{
+    registerReceipt("id-1");
+    const auto refund =
+        exchange(postRequest("/possystem/v4/group-1/sell_refund", goodReceipt("id-1").dump(), tokenHeader()));
+    EXPECT_EQ(refund.json()["error"]["code"], 33);
+    verdict("external_id=id-1&wire_requests=2", 200);
+    verdict("external_id=id-1&operation=sell&wire_requests=1", 200);
+    verdict("external_id=id-1&operation=sell_refund&count=0&wire_requests=1", 200);
+    verdict("external_id=id-1&operation=buy&count=0&wire_requests=0", 200);
 }
 
 TEST_F(OwnApi, RefusesWhatItDoesNotKnow)
