@@ -73,6 +73,8 @@ void readMatch(Fault& fault, const Json& json)
     fault.every = match.integer("every", 1, 1, many);
     fault.after = match.integer("after", 0, 0, many);
     match.refuseTheRest();
+    if (fault.endpoint == Endpoint::Token && !(fault.group + fault.externalId).empty())
+        throw JsonError("match.group and match.external_id can never hit a token call, which names neither");
 }
 
 void readParameter(Fault& fault, JsonReader& reader, const EffectInfo& info)
@@ -84,6 +86,8 @@ void readParameter(Fault& fault, JsonReader& reader, const EffectInfo& info)
             static_cast<int>(reader.integer("status", fault.effect == Effect::Html ? 502 : 200, 200, 599));
     if (info.parameter == "bytes")
         fault.bytes = static_cast<int>(reader.integer("bytes", 16, -1'000'000, 1'000'000));
+    if (info.parameter == "bytes" && fault.bytes == 0)
+        throw JsonError("fault.bytes must not be 0, which is the true length");
     if (info.parameter == "milliseconds") {
         const std::int64_t fallback =
             fault.effect == Effect::Delay ? 5000 : (fault.effect == Effect::Drip ? 100 : 0);
@@ -134,7 +138,8 @@ std::span<const FailType> failTypes()
 
 std::string_view nameOf(const Endpoint endpoint)
 {
-    return std::ranges::find(endpointNames, endpoint, [](const auto& row) { return row.first; })->second;
+    const auto* found = std::ranges::find(endpointNames, endpoint, [](const auto& row) { return row.first; });
+    return found == endpointNames.end() ? "unknown" : found->second;
 }
 
 Fault readFault(const Json& json)

@@ -361,6 +361,76 @@ TEST_F(Misbehaviour, AnswersAStatusCallForAnotherDocument)
     EXPECT_EQ(other["payload"]["total"], 151.5);
 }
 
+TEST_F(Misbehaviour, LeavesARefusalAsItIsAndWaitsForACallThatItCanHit)
+{
+    struct Row
+    {
+        const char* endpoint;
+        const char* effect;
+        const char* key = nullptr;
+    };
+    const std::string uuid = sell(goodReceipt("there")).json()["uuid"];
+    for (const Row& row : {Row{"report", "never"}, Row{"report", "fail"}, Row{"report", "other-document"},
+             Row{"sell", "never"}, Row{"sell", "fail"}, Row{"sell", "other-document"},
+             Row{"report", "without-key", "payload.fn_number"}, Row{"sell", "without-key", "uuid"},
+             Row{"token", "old-token"}, Row{"token", "without-key", "token"}}) {
+        Json fault{{"endpoint", row.endpoint}, {"effect", row.effect}, {"match", {{"next", 1}}}};
+        if (row.key != nullptr)
+            fault["key"] = row.key;
+        EXPECT_EQ(call("DELETE", "/_emulator/faults").status, 200);
+        set(fault);
+        const std::string what = std::string(row.endpoint) + " " + row.effect;
+        const std::string endpoint = row.endpoint;
+        const auto refused = endpoint == "token"    ? get("/possystem/v4/getToken?login=shop&pass=wrong")
+                             : endpoint == "report" ? get("/possystem/v4/group-1/report/" + uuid)
+                                                    : post("/possystem/v4/group-1/sell", goodReceipt(what));
+        EXPECT_EQ(refused.status, 401) << what;
+        EXPECT_EQ(refused.json()["error"]["code"], endpoint == "token" ? 12 : 10) << what;
+        EXPECT_FALSE(refused.json().contains("uuid")) << what;
+        EXPECT_EQ(get("/_emulator/faults").json()["faults"][0]["hits"], 0) << what;
+        EXPECT_EQ(get("/_emulator/exchanges?limit=1").json()["exchanges"][0]["fault"], "") << what;
+
+        const auto hit = endpoint == "token"    ? get("/possystem/v4/getToken?login=shop&pass=secret")
+                         : endpoint == "report" ? report(uuid)
+                                                : sell(goodReceipt(what));
+        EXPECT_EQ(hit.status, 200) << what;
+        EXPECT_EQ(get("/_emulator/faults").json()["faults"][0]["hits"], 1) << what;
+    }
+}
+
+TEST_F(Misbehaviour, WithoutAKeyThatIsNotThereIsNoHitAndTakesNothingBack)
+{
+    set({{"endpoint", "sell"}, {"effect", "without-key"}, {"key", "payload.total"}, {"phase", "before"}});
+    EXPECT_EQ(sell(goodReceipt("id")).status, 200);
+    EXPECT_TRUE(isRegistered("id"));
+    EXPECT_EQ(get("/_emulator/faults").json()["faults"][0]["hits"], 0);
+}
+
+TEST_F(Misbehaviour, NamesNoDocumentThatWasTakenBack)
+{
+    set({{"endpoint", "sell"}, {"effect", "error"}, {"code", 33}, {"phase", "before"},
+        {"match", {{"next", 1}}}});
+    const Json answer = sell(goodReceipt("id")).json();
+    EXPECT_EQ(answer["error"]["code"], 33);
+    EXPECT_FALSE(answer.contains("uuid"));
+    const std::string uuid = sell(goodReceipt("id")).json()["uuid"];
+    set({{"endpoint", "sell"}, {"effect", "error"}, {"code", 33}, {"phase", "before"},
+        {"match", {{"next", 1}}}});
+    EXPECT_EQ(sell(goodReceipt("id")).json()["uuid"], uuid);
+}
+
+TEST_F(Misbehaviour, BeforeIsNoQuestionForThePaceEither)
+{
+    options.pace = true;
+    start();
+    takeToken();
+    const std::string uuid = sell(goodReceipt()).json()["uuid"];
+    set({{"endpoint", "report"}, {"effect", "html"}, {"phase", "before"}, {"match", {{"next", 1}}}});
+    EXPECT_EQ(report(uuid).status, 502);
+    EXPECT_EQ(report(uuid).status, 200);
+    EXPECT_EQ(report(uuid).status, 429);
+}
+
 TEST_F(Misbehaviour, ThatLosesTheAnswerIsFollowedByCode33WithTheFirstUuid)
 {
     set({{"endpoint", "sell"}, {"effect", "close"}, {"phase", "after"}, {"match", {{"next", 1}}}});
