@@ -28,6 +28,8 @@ CREATE INDEX IF NOT EXISTS exchanges_by_id ON exchanges(external_id, group_code)
 )";
 
 constexpr std::int64_t exchangesPerDocument = 4;
+// Whatever number of documents is kept, a token that is alive must work; this many are tens of megabytes.
+constexpr std::int64_t tokensKept = 100'000;
 
 std::int64_t toNumber(const TimePoint time)
 {
@@ -133,8 +135,10 @@ Store::Store(const std::string& file, const std::int64_t keep)
                               " AND (?3 = '' OR operation = ?3) GROUP BY group_code, external_id")
     , insertExchange_(database_, "INSERT INTO exchanges VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
     , pruneExchanges_(database_, "DELETE FROM exchanges WHERE sequence <= ?")
-    , selectExchanges_(
-          database_, "SELECT * FROM exchanges WHERE external_id = ? AND group_code = ? ORDER BY sequence")
+    , selectExchanges_(database_,
+          "SELECT * FROM (SELECT * FROM exchanges WHERE external_id = ?1 AND group_code = ?2"
+          " AND sequence > ?3 AND (?4 = 0 OR sequence < ?4) ORDER BY sequence DESC LIMIT ?5)"
+          " ORDER BY sequence")
     , selectNewest_(database_, "SELECT * FROM exchanges ORDER BY sequence DESC LIMIT ?")
     , pruneWire_(database_, "DELETE FROM register_calls WHERE sequence <= ?")
 {
@@ -143,7 +147,7 @@ Store::Store(const std::string& file, const std::int64_t keep)
 void Store::addToken(const std::string& token, const Token& about)
 {
     insertToken_.run(token, about.login, toNumber(about.expiresAt));
-    pruneTokens_.run(database_.lastInsertId() - keep_);
+    pruneTokens_.run(database_.lastInsertId() - tokensKept);
 }
 
 std::optional<Token> Store::findToken(const std::string& token)
@@ -269,9 +273,11 @@ void Store::addExchange(Exchange& e)
     pruneExchanges_.run(e.sequence - exchangesPerDocument * keep_);
 }
 
-std::vector<Exchange> Store::exchanges(const std::string& groupCode, const std::string& externalId)
+std::vector<Exchange> Store::exchanges(
+    const std::string& groupCode, const std::string& externalId, const ExchangeRange& range)
 {
-    return readExchanges(selectExchanges_.rows(externalId, groupCode));
+    return readExchanges(
+        selectExchanges_.rows(externalId, groupCode, range.after, range.before, range.limit));
 }
 
 std::vector<Exchange> Store::newestExchanges(const int limit)

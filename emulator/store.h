@@ -67,6 +67,14 @@ struct DocumentFilter
     int limit = 100;
 };
 
+/// The newest of the exchanges behind one sequence and before another; 0 of `before` is no end.
+struct ExchangeRange
+{
+    std::int64_t after = 0;
+    std::int64_t before = 0;
+    int limit = 100;
+};
+
 /// How often register calls of this external id came over the wire, whatever became of them.
 struct WireCount
 {
@@ -79,8 +87,9 @@ struct WireCount
 class Store
 {
 public:
-    /// `file` is created when missing; `:memory:` lives as long as the store. The newest `keep` documents and
-    /// tokens stay, and four times as many exchanges; older ones are forgotten.
+    /// `file` is created when missing; `:memory:` lives as long as the store. The newest `keep` documents
+    /// stay, and four times as many exchanges; older ones are forgotten. So are tokens beyond the newest
+    /// 100,000.
     explicit Store(const std::string& file, std::int64_t keep = 10'000);
 
     /// One per request: what the request changes happens as a whole.
@@ -117,7 +126,7 @@ public:
     void addExchange(Exchange& exchange);
     /// Oldest first: register calls of that id and status calls of its document.
     [[nodiscard]] std::vector<Exchange> exchanges(
-        const std::string& groupCode, const std::string& externalId);
+        const std::string& groupCode, const std::string& externalId, const ExchangeRange& range);
     /// Newest first, of every endpoint.
     [[nodiscard]] std::vector<Exchange> newestExchanges(int limit);
 
