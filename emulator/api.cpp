@@ -80,8 +80,15 @@ Json toJson(const EffectInfo& info)
         if (info.endpoints.find(nameOf(endpoint).front()) != std::string_view::npos)
             endpoints.push_back(nameOf(endpoint));
     }
-    return {{"effect", info.name}, {"phase", info.phase == Phase::Before ? "before" : "after"},
+    Json json{{"effect", info.name}, {"phase", info.phase == Phase::Before ? "before" : "after"},
         {"endpoints", endpoints}, {"parameter", info.parameter}, {"meaning", info.meaning}};
+    if (info.parameter == "type") {
+        for (const FailType& type : failTypes())
+            json["types"].push_back({{"type", type.name}, {"code", type.code}});
+    } else if (!info.parameter.empty() && info.parameter != "key") {
+        json["default"] = info.usual;
+    }
+    return json;
 }
 
 Reply effectsReply()

@@ -321,8 +321,28 @@ TEST_F(OwnApi, TellsWhichEffectsThereAre)
     const Json effects = get("/_emulator/effects").json()["effects"];
     EXPECT_EQ(
         effects[0], Json::parse(R"({"effect":"error","phase":"before","endpoints":["token","sell","report"],
-        "parameter":"code","meaning":"the service's error `code`"})"));
+        "parameter":"code","meaning":"the service's error `code`","default":50})"));
     EXPECT_EQ(effects.size(), 18u);
+    for (const Json& effect : effects) {
+        if (effect["effect"] == "fail") {
+            EXPECT_EQ(effect["types"][1], Json({{"type", "agent"}, {"code", 2003}}));
+        }
+    }
+}
+
+TEST_F(OwnApi, TellsThePhaseAndTheParameterThatAFaultHasWhenItNamesNone)
+{
+    const Json effects = get("/_emulator/effects").json()["effects"];
+    for (const Json& effect : effects) {
+        Json fault{{"endpoint", effect["endpoints"][0]}, {"effect", effect["effect"]}};
+        if (effect["parameter"] == "key")
+            fault["key"] = "uuid";
+        const Json set = post("/_emulator/faults", fault).json()["faults"][0];
+        EXPECT_EQ(set["phase"], effect["phase"]) << effect;
+        if (effect.contains("default")) {
+            EXPECT_EQ(set[effect["parameter"].get<std::string>()], effect["default"]) << effect;
+        }
+    }
 }
 
 TEST_F(OwnApi, ExpectsReceipts)
