@@ -34,15 +34,21 @@ function showFailCode() {
   byId('code').value = chosenEffect().types.find(one => one.type === byId('type').value).code;
 }
 
+/** Fields that are left empty are not sent: the API knows what is usual. */
 function faultOfForm() {
   const effect = chosenEffect();
   const fault = {endpoint: byId('endpoint').value, effect: effect.effect, phase: byId('phase').value, match: {}};
-  if (effect.types)
-    Object.assign(fault, {type: byId('type').value, code: Number(byId('code').value)});
-  else if (effect.parameter === 'key')
+  const number = (key, field) => {
+    if (byId(field).value !== '') fault[key] = Number(byId(field).value);
+  };
+  if (effect.types) {
+    fault.type = byId('type').value;
+    number('code', 'code');
+  } else if (effect.parameter === 'key') {
     fault.key = byId('parameter').value;
-  else if (effect.parameter)
-    fault[effect.parameter] = Number(byId('parameter').value);
+  } else if (effect.parameter) {
+    number(effect.parameter, 'parameter');
+  }
   const match = {login: byId('login').value};
   if (fault.endpoint !== 'token') Object.assign(match, {group: byId('group').value, external_id: byId('pattern').value});
   for (const [key, value] of Object.entries(match)) {

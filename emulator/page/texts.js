@@ -92,7 +92,7 @@ const texts = {
 };
 
 function nameOfField(key) {
-  return {code: texts.ru.failCode, next: texts.ru.next, after: texts.ru.after, every: texts.ru.every}[key] ||
+  return {next: texts.ru.next, after: texts.ru.after, every: texts.ru.every}[key] ||
     texts.ru.parameters[key] || key;
 }
 
