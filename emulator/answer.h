@@ -43,7 +43,10 @@ struct Answer
     /// Instead of the reply, the connection brings server-sent events from now on.
     bool follow = false;
 
-    /// The bytes that go out.
+    /// Whether the connection stays afterwards when the client lets it.
+    [[nodiscard]] bool keeps(const bool keepAlive) const { return keepAlive && wire.end == Wire::End::Keep; }
+
+    /// The bytes that go out, to a client that lets the connection stay or does not.
     [[nodiscard]] std::string bytes(bool keepAlive) const;
 };
 

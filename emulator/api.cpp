@@ -31,6 +31,14 @@ int numberIn(const Request& request, const char* key, const int fallback)
     return value;
 }
 
+/// Which exchanges of a document are asked for.
+ExchangeRange rangeIn(const Request& request)
+{
+    return {.after = numberIn(request, "after", 0),
+        .before = numberIn(request, "before", 0),
+        .limit = numberIn(request, "limit", 100)};
+}
+
 /// Kind of settlement as the QR text has it.
 int settlement(const std::string& operation)
 {
@@ -72,8 +80,15 @@ Json toJson(const EffectInfo& info)
         if (info.endpoints.find(nameOf(endpoint).front()) != std::string_view::npos)
             endpoints.push_back(nameOf(endpoint));
     }
-    return {{"effect", info.name}, {"phase", info.phase == Phase::Before ? "before" : "after"},
+    Json json{{"effect", info.name}, {"phase", info.phase == Phase::Before ? "before" : "after"},
         {"endpoints", endpoints}, {"parameter", info.parameter}, {"meaning", info.meaning}};
+    if (info.parameter == "type") {
+        for (const FailType& type : failTypes())
+            json["types"].push_back({{"type", type.name}, {"code", type.code}});
+    } else if (!info.parameter.empty() && info.parameter != "key") {
+        json["default"] = info.usual;
+    }
+    return json;
 }
 
 Reply effectsReply()
@@ -110,7 +125,7 @@ Reply Api::route(const Request& request)
     if (first == "documents" && method == "GET" && rest.find('/') == std::string::npos)
         return document(rest);
     if (first == "documents" && method == "GET")
-        return documentPart(rest.substr(0, rest.find('/')), rest.substr(rest.find('/') + 1));
+        return documentPart(request, rest.substr(0, rest.find('/')), rest.substr(rest.find('/') + 1));
     if (path == "exchanges" && method == "GET")
         return exchanges(request);
     if (path == "effects" && method == "GET")
@@ -166,13 +181,14 @@ Reply Api::document(const std::string& uuid) const
     return jsonReply(200, json);
 }
 
-Reply Api::documentPart(const std::string& uuid, const std::string& part) const
+Reply Api::documentPart(const Request& request, const std::string& uuid, const std::string& part) const
 {
     const auto document = store_.findDocument(uuid);
     if (!document)
         return failure(404, "there is no document " + uuid);
     if (part == "exchange")
-        return jsonReply(200, toJson(store_.exchanges(document->groupCode, document->externalId)));
+        return jsonReply(
+            200, toJson(store_.exchanges(document->groupCode, document->externalId, rangeIn(request))));
     const std::string qr = qrOf(*document);
     if (part == "qr.svg" && !qr.empty())
         return {.contentType = "image/svg+xml", .body = qrImage(qr)};
@@ -189,9 +205,9 @@ Reply Api::clearDocuments()
 Reply Api::exchanges(const Request& request) const
 {
     const std::string externalId = request.parameter("external_id");
-    return jsonReply(
-        200, toJson(externalId.empty() ? store_.newestExchanges(numberIn(request, "limit", 100))
-                                       : store_.exchanges(request.parameter("group"), externalId)));
+    return jsonReply(200, toJson(externalId.empty() ? store_.newestExchanges(numberIn(request, "limit", 100))
+                                                    : store_.exchanges(request.parameter("group"), externalId,
+                                                          rangeIn(request))));
 }
 
 Reply Api::faults() const

@@ -37,7 +37,7 @@ public:
 private:
     Reply documents(const Request& request) const;
     Reply document(const std::string& uuid) const;
-    Reply documentPart(const std::string& uuid, const std::string& part) const;
+    Reply documentPart(const Request& request, const std::string& uuid, const std::string& part) const;
     Reply clearDocuments();
     Reply exchanges(const Request& request) const;
     Reply faults() const;

@@ -54,15 +54,15 @@ void readTokenCall(Call& call, const Request& request)
 Call readCall(const Request& request)
 {
     Call call;
-    if (!request.path.starts_with(basePath))
-        return call;
-    const std::vector<std::string> parts = segments(std::string_view(request.path).substr(basePath.size()));
     const bool get = request.method == "GET";
     const bool post = request.method == "POST";
-
     if (post)
         call.body = isTooDeep(request.body) ? Json(Json::value_t::discarded)
                                             : Json::parse(request.body, nullptr, false);
+    if (!request.path.starts_with(basePath))
+        return call;
+    const std::vector<std::string> parts = segments(std::string_view(request.path).substr(basePath.size()));
+
     call.token = request.header("Token");
     if (call.token.empty())
         call.token = request.parameter("token");

@@ -37,12 +37,20 @@ Group readGroup(const Json& json, const std::string& where)
     return group;
 }
 
+std::vector<std::string> codesOf(const std::vector<Group>& groups)
+{
+    std::vector<std::string> codes;
+    for (const Group& group : groups)
+        codes.push_back(group.code);
+    return codes;
+}
+
 User readUser(const Json& json, const std::string& where, const std::vector<Group>& groups)
 {
     JsonReader reader(json, where);
     User user{.login = reader.text("login"),
         .password = reader.text("password"),
-        .groups = reader.texts("groups", {}),
+        .groups = reader.texts("groups", codesOf(groups)),
         .blocked = reader.boolean("blocked", false)};
     reader.refuseTheRest();
     if (user.login.empty() || user.password.empty())
@@ -91,6 +99,8 @@ void readConfig(const std::string& file, Options& options)
         options.groups.push_back(readGroup(groups[i], element("groups", i)));
     if (!users.empty())
         options.users.clear();
+    for (User& usual : options.users)
+        usual.groups = codesOf(options.groups);
     for (std::size_t i = 0; i < users.size(); ++i)
         options.users.push_back(readUser(users[i], element("users", i), options.groups));
     options.receiptsPerShift = static_cast<int>(reader.integer("receiptsPerShift", 0, 0, 1'000'000));

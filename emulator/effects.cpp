@@ -20,15 +20,17 @@ Reply withError(const Fault& fault, const Reply& honest, const TimePoint now)
     Reply reply = errorReply(fault.endpoint, errorRow(fault.code), now);
     if (fault.code != 33 && fault.code != 34)
         return reply;
+    const bool takenBack =
+        fault.phase == Phase::Before && fault.endpoint == Endpoint::Sell && honest.status == 200;
     const Json before = Json::parse(honest.body);
     Json body = Json::parse(reply.body);
-    if (before.contains("uuid"))
+    if (before.contains("uuid") && !takenBack)
         body["uuid"] = before["uuid"];
     body["status"] = "wait";
     return jsonReply(reply.status, body);
 }
 
-Reply withoutKey(const Reply& honest, std::string_view key)
+std::optional<Reply> withoutKey(const Reply& honest, std::string_view key)
 {
     Json body = Json::parse(honest.body);
     Json* where = &body;
@@ -36,17 +38,19 @@ Reply withoutKey(const Reply& honest, std::string_view key)
         const std::string part(key.substr(0, dot));
         key.remove_prefix(dot + 1);
         if (!where->is_object() || !where->contains(part))
-            return honest;
+            return std::nullopt;
         where = &(*where)[part];
     }
-    if (where->is_object())
-        where->erase(std::string(key));
+    if (!where->is_object() || where->erase(std::string(key)) == 0)
+        return std::nullopt;
     return jsonReply(honest.status, body);
 }
 
-Reply ofAnotherDocument(const Reply& honest)
+std::optional<Reply> ofAnotherDocument(const Reply& honest)
 {
     Json body = Json::parse(honest.body);
+    if (!body.contains("uuid"))
+        return std::nullopt;
     body["uuid"] = "ffffffff-ffff-4fff-8fff-ffffffffffff";
     if (body.contains("external_id"))
         body["external_id"] = "another-document";
@@ -59,8 +63,11 @@ Reply ofAnotherDocument(const Reply& honest)
     return jsonReply(honest.status, body);
 }
 
-Reply withStatus(const Reply& honest, const char* word, const Json& error)
+/// A refused call has no document whose status could be another.
+std::optional<Reply> withStatus(const Reply& honest, const char* word, const Json& error)
 {
+    if (honest.status != 200)
+        return std::nullopt;
     Json body = Json::parse(honest.body);
     body["status"] = word;
     body["error"] = error;
@@ -77,27 +84,30 @@ Reply htmlPage(const int status)
                 "</h1></body>\r\n</html>\r\n"};
 }
 
-/// The part of misbehaviour that is a matter of what the answer says.
-Reply changed(const Fault& fault, const Reply& honest, const TimePoint now)
+/// The part of misbehaviour that is a matter of what the answer says; nothing when the fault does not apply.
+std::optional<Reply> changed(const Fault& fault, const Reply& honest, const TimePoint now)
 {
     const bool report = fault.endpoint == Endpoint::Report;
+    const auto ifItWasTaken = honest.status == 200 ? std::optional(honest) : std::nullopt;
     switch (fault.effect) {
     case Effect::Error:
         return withError(fault, honest, now);
     case Effect::Html:
         return htmlPage(fault.status);
     case Effect::Empty:
-        return {.status = fault.status};
+        return Reply{.status = fault.status};
     case Effect::NotJson:
-        return {.status = honest.status, .body = "this is not JSON"};
+        return Reply{.status = honest.status, .body = "this is not JSON"};
     case Effect::OtherDocument:
         return ofAnotherDocument(honest);
     case Effect::WithoutKey:
         return withoutKey(honest, fault.key);
     case Effect::Fail:
-        return report ? withStatus(honest, "fail", failure(fault)) : honest;
+        return report ? withStatus(honest, "fail", failure(fault)) : ifItWasTaken;
     case Effect::Never:
-        return report ? withStatus(honest, "wait", errorObject(serviceError(34))) : honest;
+        return report ? withStatus(honest, "wait", errorObject(serviceError(34))) : ifItWasTaken;
+    case Effect::OldToken:
+        return ifItWasTaken;
     default:
         return honest;
     }
@@ -140,9 +150,10 @@ Json failure(const Fault& fault)
     return errorObject({fault.code, 200, type.name, type.text});
 }
 
-Answer misbehave(const Fault& fault, const Reply& honest, const TimePoint now)
+std::optional<Answer> misbehave(const Fault& fault, const Reply& honest, const TimePoint now)
 {
-    return {.reply = changed(fault, honest, now), .wire = wireOf(fault)};
+    const auto reply = changed(fault, honest, now);
+    return reply ? std::optional(Answer{.reply = *reply, .wire = wireOf(fault)}) : std::nullopt;
 }
 
 } // namespace emulator

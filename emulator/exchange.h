@@ -12,7 +12,7 @@ struct Exchange
 {
     std::int64_t sequence = 0;
     TimePoint at{};
-    /// `token`, `sell` or `report`.
+    /// `token`, `sell`, `report` or, for a call that is none of them, `unknown`.
     std::string endpoint{};
     std::string groupCode{};
     std::string externalId{};

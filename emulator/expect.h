@@ -16,8 +16,9 @@ struct Verdict
 
 /// Judges the store by the query of a request. `group`, `external_id` (with `*` and `?`), `operation` and
 /// `text` say which documents are meant; `count` (1 unless given) how many there must be; `total` (roubles)
-/// and `status` (wait, done, fail) what each of them must have; `wire_requests` how many register calls each
-/// id must have brought. Throws JsonError for a parameter that is unknown or unreadable.
+/// and `status` (wait, done, fail) what each of them must have; `wire_requests` how many register calls of
+/// that operation, if one is given, each id must have brought. Throws JsonError for a parameter that is
+/// unknown, empty, given twice or unreadable, and for `wire_requests` together with `text`.
 [[nodiscard]] Verdict expect(const Request& request, Store& store, const Service& service);
 
 } // namespace emulator

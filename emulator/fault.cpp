@@ -11,17 +11,18 @@ namespace emulator {
 namespace {
 
 constexpr std::array effectTable{
-    EffectInfo{Effect::Error, "error", Phase::Before, "tsr", "code", "the service's error `code`"},
-    EffectInfo{Effect::Html, "html", Phase::Before, "tsr", "status", "HTTP `status` with an HTML page"},
-    EffectInfo{Effect::Empty, "empty", Phase::Before, "tsr", "status", "HTTP `status` with an empty body"},
+    EffectInfo{Effect::Error, "error", Phase::Before, "tsr", "code", "the service's error `code`", 50},
+    EffectInfo{Effect::Html, "html", Phase::Before, "tsr", "status", "HTTP `status` with an HTML page", 502},
+    EffectInfo{
+        Effect::Empty, "empty", Phase::Before, "tsr", "status", "HTTP `status` with an empty body", 200},
     EffectInfo{Effect::Truncated, "truncated", Phase::After, "tsr", "", "half of the body, then closed"},
     EffectInfo{Effect::NotJson, "not-json", Phase::Before, "tsr", "", "a body that is no JSON"},
-    EffectInfo{
-        Effect::WrongLength, "wrong-length", Phase::After, "tsr", "bytes", "Content-Length wrong by `bytes`"},
+    EffectInfo{Effect::WrongLength, "wrong-length", Phase::After, "tsr", "bytes",
+        "Content-Length wrong by `bytes`", 16},
     EffectInfo{Effect::Drip, "drip", Phase::After, "tsr", "milliseconds",
-        "one byte of the answer every `milliseconds`"},
+        "one byte of the answer every `milliseconds`", 100},
     EffectInfo{
-        Effect::Delay, "delay", Phase::After, "tsr", "milliseconds", "the answer after `milliseconds`"},
+        Effect::Delay, "delay", Phase::After, "tsr", "milliseconds", "the answer after `milliseconds`", 5000},
     EffectInfo{Effect::Silent, "silent", Phase::Before, "tsr", "", "no answer, connection held open"},
     EffectInfo{Effect::Close, "close", Phase::Before, "tsr", "", "no answer, connection closed"},
     EffectInfo{
@@ -73,22 +74,22 @@ void readMatch(Fault& fault, const Json& json)
     fault.every = match.integer("every", 1, 1, many);
     fault.after = match.integer("after", 0, 0, many);
     match.refuseTheRest();
+    if (fault.endpoint == Endpoint::Token && !(fault.group + fault.externalId).empty())
+        throw JsonError("match.group and match.external_id can never hit a token call, which names neither");
 }
 
 void readParameter(Fault& fault, JsonReader& reader, const EffectInfo& info)
 {
     if (info.parameter == "code")
-        fault.code = static_cast<int>(reader.integer("code", 50, 0, 9999));
+        fault.code = static_cast<int>(reader.integer("code", info.usual, 0, 9999));
     if (info.parameter == "status")
-        fault.status =
-            static_cast<int>(reader.integer("status", fault.effect == Effect::Html ? 502 : 200, 200, 599));
+        fault.status = static_cast<int>(reader.integer("status", info.usual, 200, 599));
     if (info.parameter == "bytes")
-        fault.bytes = static_cast<int>(reader.integer("bytes", 16, -1'000'000, 1'000'000));
-    if (info.parameter == "milliseconds") {
-        const std::int64_t fallback =
-            fault.effect == Effect::Delay ? 5000 : (fault.effect == Effect::Drip ? 100 : 0);
-        fault.time = std::chrono::milliseconds(reader.integer("milliseconds", fallback, 0, 600'000));
-    }
+        fault.bytes = static_cast<int>(reader.integer("bytes", info.usual, -1'000'000, 1'000'000));
+    if (info.parameter == "bytes" && fault.bytes == 0)
+        throw JsonError("fault.bytes must not be 0, which is the true length");
+    if (info.parameter == "milliseconds")
+        fault.time = std::chrono::milliseconds(reader.integer("milliseconds", info.usual, 0, 600'000));
     if (info.parameter == "key") {
         fault.key = reader.text("key");
         if (fault.key.empty())
@@ -134,7 +135,8 @@ std::span<const FailType> failTypes()
 
 std::string_view nameOf(const Endpoint endpoint)
 {
-    return std::ranges::find(endpointNames, endpoint, [](const auto& row) { return row.first; })->second;
+    const auto* found = std::ranges::find(endpointNames, endpoint, [](const auto& row) { return row.first; });
+    return found == endpointNames.end() ? "unknown" : found->second;
 }
 
 Fault readFault(const Json& json)

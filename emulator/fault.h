@@ -52,6 +52,8 @@ struct EffectInfo
     /// The one parameter that it takes beside `code` of `fail`, empty for none.
     std::string_view parameter;
     std::string_view meaning;
+    /// The parameter when a fault names none, as far as it is a number.
+    int usual = 0;
 };
 
 [[nodiscard]] std::span<const EffectInfo> effects();

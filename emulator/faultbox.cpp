@@ -1,8 +1,21 @@
 #include "emulator/faultbox.h"
 
+#include <algorithm>
 #include <optional>
 
 namespace emulator {
+
+namespace {
+
+/// Where the character behind the one at `at` begins.
+std::size_t next(const std::string_view text, std::size_t at)
+{
+    for (++at; at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;)
+        ++at;
+    return at;
+}
+
+} // namespace
 
 bool fits(const std::string_view text, const std::string_view pattern)
 {
@@ -14,12 +27,16 @@ bool fits(const std::string_view text, const std::string_view pattern)
         if (p < pattern.size() && pattern[p] == '*') {
             star = p++;
             afterStar = t;
-        } else if (p < pattern.size() && (pattern[p] == '?' || pattern[p] == text[t])) {
+        } else if (p < pattern.size() && pattern[p] == '?') {
+            ++p;
+            t = next(text, t);
+        } else if (p < pattern.size() && pattern[p] == text[t]) {
             ++p;
             ++t;
         } else if (star) {
             p = *star + 1;
-            t = ++afterStar;
+            afterStar = next(text, afterStar);
+            t = afterStar;
         } else {
             return false;
         }
@@ -56,6 +73,13 @@ const Fault* FaultBox::take(const Call& call)
         return &fault;
     }
     return nullptr;
+}
+
+void FaultBox::spare(const Fault& fault)
+{
+    const auto found = std::ranges::find(faults_, fault.id, &Fault::id);
+    if (found != faults_.end())
+        --found->hits;
 }
 
 } // namespace emulator

@@ -19,6 +19,8 @@ struct Request
     std::string body{};
     /// Every byte of it as it came.
     std::string raw{};
+    /// Whether the client lets the connection stay after the answer.
+    bool keepAlive = true;
 
     /// The first header of that name in any case of letters, or an empty text.
     [[nodiscard]] std::string header(const std::string_view name) const

@@ -1,74 +1,109 @@
 #include "emulator/mask.h"
 
 #include <algorithm>
+#include <array>
+#include <cctype>
 
 namespace emulator {
 
 namespace {
 
 constexpr std::string_view stars = "***";
+constexpr std::string_view lineEnd = "\r\n";
+constexpr std::string_view headEnd = "\r\n\r\n";
 
-void replaceAll(std::string& text, const std::string& what)
+/// Takes what stands before `separator` off `rest`.
+std::string_view cutOff(std::string_view& rest, const std::string_view separator)
 {
-    if (what.empty())
-        return;
-    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + stars.size()))
-        text.replace(at, what.size(), stars);
+    const std::string_view part = rest.substr(0, rest.find(separator));
+    rest.remove_prefix(std::min(part.size() + separator.size(), rest.size()));
+    return part;
 }
 
-/// Masks what follows `name` in the query of the first line.
-void maskParameter(std::string& text, const std::string& name)
+bool isSecret(std::string name)
 {
-    const std::size_t line = std::min(text.find('\r'), text.size());
-    for (const char before : {'?', '&'}) {
-        const std::size_t at = text.find(before + name + "=");
-        if (at >= line)
-            continue;
-        const std::size_t from = at + name.size() + 2;
-        const std::size_t to = text.find_first_of("& ", from);
-        text.replace(from, std::min(to, text.size()) - from, stars);
+    constexpr std::array secrets{"token", "pass", "password", "authorization"};
+    std::ranges::transform(
+        name, name.begin(), [](const unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return std::ranges::find(secrets, name) != secrets.end();
+}
+
+// A name in the address may be percent-encoded.
+bool isSecretPair(const std::string_view pair)
+{
+    Request request;
+    setTarget(request, "?" + std::string(pair));
+    return !request.query.empty() && isSecret(request.query.front().first);
+}
+
+/// The first line of a request.
+std::string maskedTarget(const std::string_view line)
+{
+    const std::size_t mark = line.find('?');
+    if (mark == std::string_view::npos)
+        return std::string(line);
+    std::string text(line.substr(0, mark));
+    const std::size_t end = std::min(line.find(' ', mark), line.size());
+    std::string_view query = line.substr(mark + 1, end - mark - 1);
+    for (char before = '?'; !query.empty(); before = '&') {
+        const std::string_view pair = cutOff(query, "&");
+        text += before;
+        text += isSecretPair(pair) ? std::string(pair.substr(0, pair.find('='))) + "=" + std::string(stars)
+                                   : std::string(pair);
     }
+    return text + std::string(line.substr(end));
 }
 
-std::string maskedLogin(const Call& call)
+std::string maskedHead(std::string_view head)
 {
-    if (!call.body.is_object())
-        return std::string(stars);
-    Json body = call.body;
-    if (body.contains("pass"))
-        body["pass"] = stars;
-    return body.dump();
+    std::string text = maskedTarget(cutOff(head, lineEnd));
+    bool secret = false;
+    while (!head.empty()) {
+        const std::string_view line = cutOff(head, lineEnd);
+        const bool goesOn = line.starts_with(' ') || line.starts_with('\t');
+        if (goesOn && secret)
+            continue;
+        const std::string name(line.substr(0, line.find(':')));
+        secret = !goesOn && isSecret(name);
+        text += lineEnd;
+        text += secret ? name + ": " + std::string(stars) : std::string(line);
+    }
+    return text;
+}
+
+std::string maskedBody(const std::string& body, const Call& call)
+{
+    if (call.body.is_object()) {
+        if (!call.body.contains("pass"))
+            return body;
+        Json masked = call.body;
+        masked["pass"] = stars;
+        return toLine(masked);
+    }
+    const bool mayHoldOne = call.endpoint == Endpoint::Token || body.find("pass") != std::string::npos;
+    return mayHoldOne && !body.empty() ? std::string(stars) : body;
 }
 
 } // namespace
 
 std::string maskedRequest(const Request& request, const Call& call)
 {
-    std::string text = request.raw;
-    if (call.endpoint == Endpoint::Token && !request.body.empty()) {
-        text.erase(std::min(text.find("\r\n\r\n"), text.size() - 4) + 4);
-        text += maskedLogin(call);
-    }
-    replaceAll(text, request.header("Token"));
-    maskParameter(text, "token");
-    maskParameter(text, "pass");
-    return text;
+    const std::size_t end = std::min(request.raw.find(headEnd), request.raw.size());
+    const std::string body = request.raw.substr(std::min(end + headEnd.size(), request.raw.size()));
+    return maskedHead(std::string_view(request.raw).substr(0, end)) + std::string(headEnd) +
+           maskedBody(body, call);
 }
 
-std::string maskedAnswer(const std::string& bytes, const Reply& honest, const Call& call)
+std::string maskedAnswer(const std::string& bytes, const Call& call)
 {
-    std::string text = bytes;
-    if (call.endpoint != Endpoint::Token)
-        return text;
-    const Json body = Json::parse(honest.body, nullptr, false);
-    if (!body.is_object() || !body.contains("token"))
-        return text;
+    constexpr std::string_view key = R"("token":")";
+    const std::size_t at = call.endpoint == Endpoint::Token ? bytes.find(key) : std::string::npos;
+    if (at == std::string::npos)
+        return bytes;
     // A cut answer may hold the beginning of the token alone.
-    const auto token = body["token"].get<std::string>();
-    const std::size_t at = text.find(token.substr(0, 8));
-    if (at != std::string::npos)
-        text.replace(at, std::min(token.size(), text.size() - at), stars);
-    return text;
+    const std::size_t from = at + key.size();
+    const std::size_t to = std::min(bytes.find('"', from), bytes.size());
+    return bytes.substr(0, from) + std::string(stars) + bytes.substr(to);
 }
 
 } // namespace emulator

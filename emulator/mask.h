@@ -7,10 +7,11 @@
 
 namespace emulator {
 
-/// The request as text for people, its token and password replaced by `***`.
+/// The request as text for people, its tokens and passwords replaced by `***`. A body that may hold a
+/// password and cannot be read is replaced whole.
 [[nodiscard]] std::string maskedRequest(const Request& request, const Call& call);
 
 /// The bytes of an answer with the token that it gives replaced likewise.
-[[nodiscard]] std::string maskedAnswer(const std::string& bytes, const Reply& honest, const Call& call);
+[[nodiscard]] std::string maskedAnswer(const std::string& bytes, const Call& call);
 
 } // namespace emulator

@@ -58,7 +58,7 @@ struct Options
     int receiptsPerShift = 0;
     /// SQLite file that keeps the state; `:memory:` keeps it until the end.
     std::string database = ":memory:";
-    /// Newest documents that are kept.
+    /// Newest documents that are kept; four times as many exchanges.
     std::int64_t keep = 10'000;
     Limits limits{};
     TlsFiles tls{};

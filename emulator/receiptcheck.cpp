@@ -81,6 +81,10 @@ const Rule receiptRules[] = {
     {"receipt.items[].supplier_info", Object, Optional},
     {"receipt.items[].supplier_info.phones", Array, Optional, 0, 100},
     {"receipt.items[].supplier_info.phones[]", Phone, Required},
+    {"receipt.vats", Array, Optional, 0, 100},
+    {"receipt.vats[]", Object, Required},
+    {"receipt.vats[].type", OneOf, Required, 0, 0, &Lists::vatTypes},
+    {"receipt.vats[].sum", Money, Optional, 0, largestAmount},
     {"receipt.payments", Array, Required, 1, 10},
     {"receipt.payments[]", Object, Required},
     {"receipt.payments[].type", Integer, Required, 0, 9},
@@ -277,6 +281,13 @@ std::string textOf(const Json& object, const char* key)
     return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
+/// Whether there is a value under `key`; null is none.
+bool gives(const Json& object, const char* key)
+{
+    const auto found = object.find(key);
+    return found != object.end() && !found->is_null();
+}
+
 /// The object under `key`, or an empty one.
 const Json& objectOf(const Json& parent, const char* key)
 {
@@ -304,15 +315,15 @@ void checkItems(Checker& checker, const Json& receipt)
 {
     if (!receipt.contains("items") || !receipt["items"].is_array())
         return;
-    const bool vatOfReceipt = receipt.contains("vats");
+    const bool vatOfReceipt = gives(receipt, "vats") && !receipt["vats"].empty();
     for (std::size_t i = 0; i < receipt["items"].size(); ++i) {
         const Json& item = receipt["items"][i];
         const std::string name = "receipt.items[" + std::to_string(i) + "]";
         if (!item.is_object())
             continue;
-        if (!vatOfReceipt && !item.contains("vat"))
+        if (!vatOfReceipt && !gives(item, "vat"))
             checker.add(name + ".vat", "нужен объект");
-        if (item.contains("agent_info") && !item.contains("supplier_info"))
+        if (gives(item, "agent_info") && !gives(item, "supplier_info"))
             checker.add(name + ".supplier_info", "обязателен при agent_info");
     }
 }

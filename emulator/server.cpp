@@ -42,6 +42,7 @@ Request toRequest(Parser& parser, std::string raw)
         request.headers.emplace_back(field.name_string(), field.value());
     request.body = std::move(message.body());
     request.raw = std::move(raw);
+    request.keepAlive = message.keep_alive();
     return request;
 }
 
@@ -86,13 +87,12 @@ public:
                     co_await refuse(error);
                 co_return;
             }
-            keep = parser.get().keep_alive();
             const Request request = toRequest(parser, std::move(raw));
             const Answer answer = shared_.handler(request);
             if (answer.follow)
                 keep = co_await sendEvents();
             else
-                keep = co_await send(answer, keep);
+                keep = co_await send(answer, request.keepAlive);
         }
     }
 
@@ -139,8 +139,7 @@ private:
         const Wire& wire = answer.wire;
         if (wire.delay.count() > 0)
             co_await wait(wire.delay);
-        const bool keep = keepAlive && wire.end == Wire::End::Keep;
-        const std::string bytes = answer.bytes(keep);
+        const std::string bytes = answer.bytes(keepAlive);
         const std::size_t piece = wire.piece > 0 ? wire.piece : std::max<std::size_t>(1, bytes.size());
         for (std::size_t from = 0; from < bytes.size(); from += piece) {
             if (from > 0)
@@ -153,7 +152,7 @@ private:
             reset();
         if (wire.end == Wire::End::Hold)
             co_await holdUntilPeerLeaves();
-        co_return keep;
+        co_return answer.keeps(keepAlive);
     }
 
     void reset()

@@ -34,12 +34,16 @@ std::string callbackUrl(const Json& body)
     return url != service->end() && url->is_string() ? url->get<std::string>() : std::string();
 }
 
-std::string uuidIn(const Reply& reply)
+// A hundred thousand recordings of a mebibyte each would be more than a machine has.
+std::string beginningOf(std::string text)
 {
-    const Json body = Json::parse(reply.body, nullptr, false);
-    return body.is_object() && body.contains("uuid") && body["uuid"].is_string()
-               ? body["uuid"].get<std::string>()
-               : std::string();
+    constexpr std::size_t most = 64 * 1024;
+    if (text.size() > most) {
+        const std::size_t more = text.size() - most;
+        text.resize(most);
+        text += "… (" + std::to_string(more) + " bytes more)";
+    }
+    return text;
 }
 
 /// The error code that a reply speaks of, -1 for none.
@@ -75,25 +79,33 @@ Answer Service::answer(const Request& request)
 {
     sqlite::Transaction transaction = store_.transaction();
     Context context = look(request);
-    if (context.call.endpoint == Endpoint::Unknown)
-        return {.reply = error(Endpoint::Unknown, 40)};
     if (context.call.endpoint == Endpoint::Sell)
-        store_.countRequest(context.call.group, context.call.externalId);
+        store_.countRequest(context.call.group, context.call.externalId, context.call.operation);
     context.fault = faults_.take(context.call);
-
-    Reply honest;
-    if (context.fault != nullptr && context.fault->phase == Phase::Before) {
-        // Done and taken back: the answer is as it would have been, and nothing of it has happened.
-        const sqlite::Savepoint point = store_.savepoint();
-        honest = perform(context, request);
-    } else {
-        honest = perform(context, request);
-    }
     const Answer answer =
-        context.fault == nullptr ? Answer{.reply = honest} : misbehave(*context.fault, honest, clock_());
-    record(context, request, answer, honest);
+        context.fault == nullptr ? Answer{.reply = perform(context, request)} : sabotage(context, request);
+    record(context, request, answer);
     transaction.commit();
     return answer;
+}
+
+Answer Service::sabotage(Context& context, const Request& request)
+{
+    sqlite::Savepoint point = store_.savepoint();
+    const Pace pace = pace_;
+    const Reply honest = perform(context, request);
+    const auto answer = misbehave(*context.fault, honest, clock_());
+    if (answer && context.fault->phase == Phase::Before) {
+        // Done and taken back: the answer is as it would have been, and nothing of it has happened.
+        pace_ = pace;
+        return *answer;
+    }
+    point.release();
+    if (answer)
+        return *answer;
+    faults_.spare(*context.fault);
+    context.fault = nullptr;
+    return {.reply = honest};
 }
 
 Service::Context Service::look(const Request& request)
@@ -115,6 +127,8 @@ Service::Context Service::look(const Request& request)
 
 Reply Service::perform(const Context& context, const Request& request)
 {
+    if (context.call.endpoint == Endpoint::Unknown)
+        return error(Endpoint::Unknown, 40);
     if (request.method == "POST" && !isJsonInUtf8(request.header("Content-Type")))
         return error(context.call.endpoint, 41);
     switch (context.call.endpoint) {
@@ -130,20 +144,19 @@ Reply Service::perform(const Context& context, const Request& request)
     return error(Endpoint::Unknown, 40);
 }
 
-void Service::record(
-    const Context& context, const Request& request, const Answer& answer, const Reply& honest)
+void Service::record(const Context& context, const Request& request, const Answer& answer)
 {
     const Call& call = context.call;
-    const bool undone = context.fault != nullptr && context.fault->phase == Phase::Before;
-    const std::string bytes = answer.bytes(true);
+    const std::string bytes = answer.bytes(request.keepAlive);
+    const bool sell = call.endpoint == Endpoint::Sell;
     Exchange exchange{.at = clock_(),
         .endpoint = std::string(nameOf(call.endpoint)),
         .groupCode = call.group,
         .externalId = call.externalId,
-        .uuid = call.endpoint == Endpoint::Sell && !undone ? uuidIn(honest) : call.uuid,
+        .uuid = sell ? store_.findUuid(call.group, call.externalId).value_or("") : call.uuid,
         .login = call.login,
-        .request = maskedRequest(request, call),
-        .answer = maskedAnswer(bytes, honest, call),
+        .request = beginningOf(maskedRequest(request, call)),
+        .answer = beginningOf(maskedAnswer(bytes, call)),
         .status = bytes.empty() ? 0 : answer.reply.status,
         .code = bytes.empty() ? -1 : codeIn(answer.reply),
         .fault = describe(context.fault)};

@@ -46,11 +46,13 @@ private:
     };
 
     Context look(const Request& request);
+    /// What the fault of the context makes of the call; a fault that makes no difference is taken out of it.
+    Answer sabotage(Context& context, const Request& request);
     Reply perform(const Context& context, const Request& request);
     Reply giveToken(const Context& context);
     Reply takeDocument(const Context& context, const std::string& body);
     Reply report(const Context& context);
-    void record(const Context& context, const Request& request, const Answer& answer, const Reply& honest);
+    void record(const Context& context, const Request& request, const Answer& answer);
 
     /// The code that bars the call, if any.
     [[nodiscard]] std::optional<int> refusal(const Context& context) const;

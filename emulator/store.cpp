@@ -18,9 +18,9 @@ CREATE TABLE IF NOT EXISTS documents(
     operation TEXT, login TEXT, received_at INTEGER, body TEXT, total INTEGER, callback_url TEXT,
     device_code TEXT, ready_at INTEGER, waits_left INTEGER, outcome INTEGER, payload TEXT, error TEXT,
     UNIQUE(group_code, external_id));
-CREATE TABLE IF NOT EXISTS wire(
-    sequence INTEGER PRIMARY KEY, group_code TEXT, external_id TEXT, requests INTEGER,
-    UNIQUE(group_code, external_id));
+CREATE TABLE IF NOT EXISTS register_calls(
+    sequence INTEGER PRIMARY KEY, group_code TEXT, external_id TEXT, operation TEXT, requests INTEGER,
+    UNIQUE(group_code, external_id, operation));
 CREATE TABLE IF NOT EXISTS exchanges(
     sequence INTEGER PRIMARY KEY AUTOINCREMENT, at INTEGER, endpoint TEXT, group_code TEXT, external_id TEXT,
     uuid TEXT, login TEXT, request TEXT, answer TEXT, status INTEGER, code INTEGER, fault TEXT);
@@ -28,6 +28,8 @@ CREATE INDEX IF NOT EXISTS exchanges_by_id ON exchanges(external_id, group_code)
 )";
 
 constexpr std::int64_t exchangesPerDocument = 4;
+// Whatever number of documents is kept, a token that is alive must work; this many are tens of megabytes.
+constexpr std::int64_t tokensKept = 100'000;
 
 std::int64_t toNumber(const TimePoint time)
 {
@@ -123,25 +125,29 @@ Store::Store(const std::string& file, const std::int64_t keep)
                                   " AND (?5 = 0 OR sequence < ?5) ORDER BY sequence DESC LIMIT ?6")
     , selectUuid_(database_, "SELECT uuid FROM documents WHERE group_code = ? AND external_id = ?")
     , updateWaits_(database_, "UPDATE documents SET waits_left = ? WHERE sequence = ?")
-    , upsertWire_(database_, "INSERT INTO wire VALUES(NULL, ?, ?, 1)"
-                             " ON CONFLICT(group_code, external_id) DO UPDATE SET requests = requests + 1"
-                             " RETURNING sequence")
-    , selectWire_(database_, "SELECT requests FROM wire WHERE group_code = ? AND external_id = ?")
-    , selectWires_(database_, "SELECT group_code, external_id, requests FROM wire"
-                              " WHERE (?1 = '' OR group_code = ?1) AND external_id GLOB ?2")
+    , upsertWire_(database_, "INSERT INTO register_calls VALUES(NULL, ?, ?, ?, 1)"
+                             " ON CONFLICT(group_code, external_id, operation)"
+                             " DO UPDATE SET requests = requests + 1 RETURNING sequence")
+    , selectWire_(
+          database_, "SELECT sum(requests) FROM register_calls WHERE group_code = ? AND external_id = ?")
+    , selectWires_(database_, "SELECT group_code, external_id, sum(requests) FROM register_calls"
+                              " WHERE (?1 = '' OR group_code = ?1) AND external_id GLOB ?2"
+                              " AND (?3 = '' OR operation = ?3) GROUP BY group_code, external_id")
     , insertExchange_(database_, "INSERT INTO exchanges VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
     , pruneExchanges_(database_, "DELETE FROM exchanges WHERE sequence <= ?")
-    , selectExchanges_(
-          database_, "SELECT * FROM exchanges WHERE external_id = ? AND group_code = ? ORDER BY sequence")
+    , selectExchanges_(database_,
+          "SELECT * FROM (SELECT * FROM exchanges WHERE external_id = ?1 AND group_code = ?2"
+          " AND sequence > ?3 AND (?4 = 0 OR sequence < ?4) ORDER BY sequence DESC LIMIT ?5)"
+          " ORDER BY sequence")
     , selectNewest_(database_, "SELECT * FROM exchanges ORDER BY sequence DESC LIMIT ?")
-    , pruneWire_(database_, "DELETE FROM wire WHERE sequence <= ?")
+    , pruneWire_(database_, "DELETE FROM register_calls WHERE sequence <= ?")
 {
 }
 
 void Store::addToken(const std::string& token, const Token& about)
 {
     insertToken_.run(token, about.login, toNumber(about.expiresAt));
-    pruneTokens_.run(database_.lastInsertId() - keep_);
+    pruneTokens_.run(database_.lastInsertId() - tokensKept);
 }
 
 std::optional<Token> Store::findToken(const std::string& token)
@@ -231,11 +237,12 @@ void Store::setWaitsLeft(const std::int64_t sequence, const int waits)
     updateWaits_.run(waits, sequence);
 }
 
-void Store::countRequest(const std::string& groupCode, const std::string& externalId)
+void Store::countRequest(
+    const std::string& groupCode, const std::string& externalId, const std::string& operation)
 {
     std::int64_t sequence = 0;
     {
-        sqlite::Rows rows = upsertWire_.rows(groupCode, externalId);
+        sqlite::Rows rows = upsertWire_.rows(groupCode, externalId, operation);
         while (rows.next())
             sequence = rows.integer(0);
     }
@@ -248,9 +255,10 @@ std::int64_t Store::requests(const std::string& groupCode, const std::string& ex
     return rows.next() ? rows.integer(0) : 0;
 }
 
-std::vector<WireCount> Store::wireCounts(const std::string& group, const std::string& idPattern)
+std::vector<WireCount> Store::wireCounts(
+    const std::string& group, const std::string& idPattern, const std::string& operation)
 {
-    sqlite::Rows rows = selectWires_.rows(group, globOf(idPattern));
+    sqlite::Rows rows = selectWires_.rows(group, globOf(idPattern), operation);
     std::vector<WireCount> all;
     while (rows.next())
         all.push_back({rows.text(0), rows.text(1), rows.integer(2)});
@@ -265,9 +273,11 @@ void Store::addExchange(Exchange& e)
     pruneExchanges_.run(e.sequence - exchangesPerDocument * keep_);
 }
 
-std::vector<Exchange> Store::exchanges(const std::string& groupCode, const std::string& externalId)
+std::vector<Exchange> Store::exchanges(
+    const std::string& groupCode, const std::string& externalId, const ExchangeRange& range)
 {
-    return readExchanges(selectExchanges_.rows(externalId, groupCode));
+    return readExchanges(
+        selectExchanges_.rows(externalId, groupCode, range.after, range.before, range.limit));
 }
 
 std::vector<Exchange> Store::newestExchanges(const int limit)
@@ -277,7 +287,7 @@ std::vector<Exchange> Store::newestExchanges(const int limit)
 
 void Store::clear()
 {
-    database_.execute("DELETE FROM documents; DELETE FROM exchanges; DELETE FROM wire");
+    database_.execute("DELETE FROM documents; DELETE FROM exchanges; DELETE FROM register_calls");
 }
 
 } // namespace emulator

@@ -67,7 +67,15 @@ struct DocumentFilter
     int limit = 100;
 };
 
-/// How often a register call of this external id came over the wire, whatever became of it.
+/// The newest of the exchanges behind one sequence and before another; 0 of `before` is no end.
+struct ExchangeRange
+{
+    std::int64_t after = 0;
+    std::int64_t before = 0;
+    int limit = 100;
+};
+
+/// How often register calls of this external id came over the wire, whatever became of them.
 struct WireCount
 {
     std::string groupCode{};
@@ -79,8 +87,9 @@ struct WireCount
 class Store
 {
 public:
-    /// `file` is created when missing; `:memory:` lives as long as the store. The newest `keep` documents and
-    /// tokens stay, and four times as many exchanges; older ones are forgotten.
+    /// `file` is created when missing; `:memory:` lives as long as the store. The newest `keep` documents
+    /// stay, and four times as many exchanges; older ones are forgotten. So are tokens beyond the newest
+    /// 100,000.
     explicit Store(const std::string& file, std::int64_t keep = 10'000);
 
     /// One per request: what the request changes happens as a whole.
@@ -106,16 +115,18 @@ public:
     [[nodiscard]] std::vector<Document> documents(const DocumentFilter& filter);
 
     /// Counts one more register call of that id.
-    void countRequest(const std::string& groupCode, const std::string& externalId);
+    void countRequest(
+        const std::string& groupCode, const std::string& externalId, const std::string& operation);
     [[nodiscard]] std::int64_t requests(const std::string& groupCode, const std::string& externalId);
-    /// Of the ids that fit the pattern, in an empty group those of all.
-    [[nodiscard]] std::vector<WireCount> wireCounts(const std::string& group, const std::string& idPattern);
+    /// Of the ids that fit the pattern; an empty group or operation stands for all.
+    [[nodiscard]] std::vector<WireCount> wireCounts(
+        const std::string& group, const std::string& idPattern, const std::string& operation);
 
     /// Gives the exchange its sequence.
     void addExchange(Exchange& exchange);
     /// Oldest first: register calls of that id and status calls of its document.
     [[nodiscard]] std::vector<Exchange> exchanges(
-        const std::string& groupCode, const std::string& externalId);
+        const std::string& groupCode, const std::string& externalId, const ExchangeRange& range);
     /// Newest first, of every endpoint.
     [[nodiscard]] std::vector<Exchange> newestExchanges(int limit);
 

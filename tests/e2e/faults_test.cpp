@@ -139,6 +139,32 @@ const Row rows[] = {
         registered, nothing, recovered},
     {"ReportNeverTwice", R"("endpoint":"report","effect":"never","match":{"next":2})", registered, nothing,
         recovered},
+    // A run posts a receipt once. One that finds the id known posts it once more, for the uuid.
+    {"SellOnce", R"("endpoint":"sell","effect":"reset-during","match":{"next":1})", unknown, safe, recovered,
+        "total=160.00&status=done&wire_requests=3"},
+    {"SellOfThisLogin", R"("endpoint":"sell","effect":"close","phase":"after","match":{"login":"shop"})",
+        unknown, safe, recovered, "total=160.00&status=done&wire_requests=3"},
+    {"SellOfAnotherLogin", R"("endpoint":"sell","effect":"close","match":{"login":"shop2"})", registered,
+        nothing, recovered, "total=160.00&status=done&wire_requests=3"},
+    {"SellOfThisGroup", R"("endpoint":"sell","effect":"close","match":{"group":"shop_1"})", unknown, safe,
+        registered, "total=160.00&status=done&wire_requests=2"},
+    {"SellOfAnotherGroup", R"("endpoint":"sell","effect":"close","match":{"group":"shop_2"})", registered,
+        nothing, recovered, "total=160.00&status=done&wire_requests=3"},
+    {"SellOfThisId", R"("endpoint":"sell","effect":"error","phase":"after","match":{"external_id":"r?"})",
+        unknown, safe, recovered, "total=160.00&status=done&wire_requests=3"},
+    {"SellOfAnotherId", R"("endpoint":"sell","effect":"close","match":{"external_id":"r1-*"})", registered,
+        nothing, recovered, "total=160.00&status=done&wire_requests=3"},
+    {"SellOfAnExpiredTokenOnce", R"("endpoint":"sell","effect":"error","code":11,"match":{"next":1})",
+        registered, nothing, recovered, "total=160.00&status=done&wire_requests=4"},
+    {"TokenOfAnotherLogin", R"("endpoint":"token","effect":"close","match":{"login":"shop2"})", registered,
+        nothing, recovered, "total=160.00&status=done&wire_requests=3"},
+    {"TokenOfThisLogin", R"("endpoint":"token","effect":"close","match":{"login":"shop"})", noService,
+        notSent, registered, "total=160.00&status=done&wire_requests=1"},
+    {"ReportOfThisId", R"("endpoint":"report","effect":"html","match":{"external_id":"r1"})", unknown, safe,
+        recovered, "total=160.00&status=done&wire_requests=3"},
+    {"ReportEverySecond", R"("endpoint":"report","effect":"not-json","match":{"every":2})", registered,
+        nothing, recovered, "total=160.00&status=done&wire_requests=3"},
+
     // No client can tell this from the truth; the next run can.
     {"ReportFail", R"("endpoint":"report","effect":"fail")", refused, newId, recovered},
 };
@@ -175,6 +201,57 @@ TEST_P(Fault, LeavesOneReceiptAndTheTruthAboutIt)
         QStringLiteral("receipts: 1, all as expected"));
     EXPECT_EQ(emulator.expect(QStringLiteral("count=1")), QStringLiteral("receipts: 1, all as expected"));
 }
+
+// A row of the table: which of six receipts a fault hits, which refuses them.
+struct Match
+{
+    const char* name;
+    const char* match;
+    const char* refusedOnes;
+};
+
+const Match matches[] = {
+    {"EverySecond", R"({"every":2})", "r2 r4 r6"},
+    {"AllAfterFour", R"({"after":4})", "r5 r6"},
+    {"TheNextTwo", R"({"next":2})", "r1 r2"},
+    {"EverySecondAfterOneButTwoAtMost", R"({"after":1,"every":2,"next":2})", "r3 r5"},
+    {"AnId", R"({"external_id":"r4"})", "r4"},
+    {"APatternOfThisLoginAndGroup", R"({"external_id":"r?","login":"shop","group":"shop_1","every":3})",
+        "r3 r6"},
+};
+
+class FaultOfMany : public testing::TestWithParam<Match>
+{
+};
+
+TEST_P(FaultOfMany, HitsTheReceiptsThatItIsToldTo)
+{
+    const EmulatorProcess emulator;
+    emulator.addFault(QByteArray(R"("endpoint":"sell","effect":"fail","match":)") + GetParam().match);
+    const Shop shop(emulator.url());
+    QStringList ids;
+    for (int i = 1; i <= 6; ++i)
+        ids << QStringLiteral("r%1").arg(i);
+    const Ran ran = shop.frhost({QStringLiteral("sell"), shop.receipts(ids)});
+
+    const QStringList refusedOnes = QString::fromLatin1(GetParam().refusedOnes).split(u' ');
+    QStringList expected;
+    for (const QString& id : ids)
+        expected << id + (refusedOnes.contains(id) ? QStringLiteral(" refused")
+                                                   : QStringLiteral(" registered"));
+    EXPECT_EQ(ran.columns({QStringLiteral("id"), QStringLiteral("outcome")}), expected)
+        << ran.err.toStdString();
+    EXPECT_EQ(emulator.expect(QStringLiteral("external_id=r*&operation=sell&count=6&wire_requests=1")),
+        QStringLiteral("receipts: 6, all as expected"));
+    for (const QString& id : ids) {
+        const QString status = refusedOnes.contains(id) ? QStringLiteral("fail") : QStringLiteral("done");
+        EXPECT_EQ(emulator.expect(QStringLiteral("external_id=%1&status=%2").arg(id, status)),
+            QStringLiteral("receipts: 1, all as expected"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, FaultOfMany, testing::ValuesIn(matches), [](const auto& of) { return std::string(of.param.name); });
 
 INSTANTIATE_TEST_SUITE_P(
     Of, Fault, testing::ValuesIn(rows), [](const auto& of) { return std::string(of.param.name); });

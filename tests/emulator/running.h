@@ -29,6 +29,12 @@ protected:
 
     /// One request on a connection of its own.
     [[nodiscard]] RawClient::Answer exchange(const std::string& request) const;
+    [[nodiscard]] RawClient::Answer call(const std::string& method, const std::string& path,
+        const std::string& headers = {}, const std::string& host = "127.0.0.1") const
+    {
+        return exchange(method + " " + path + " HTTP/1.1\r\nHost: " + host + "\r\n" + headers +
+                        "Content-Length: 0\r\n\r\n");
+    }
     [[nodiscard]] RawClient::Answer get(const std::string& path) const { return exchange(getRequest(path)); }
     [[nodiscard]] RawClient::Answer post(const std::string& path, const emulator::Json& body) const
     {

@@ -1,8 +1,8 @@
-// Drives the emulator's page in headless Chromium: FREMULATOR=program AXE=axe.min.js node --test pagetest.mjs
-// With FRHOST=program a receipt is also sold through the register's own host program.
+// Drives the emulator's page in headless Chromium:
+// FREMULATOR=program FRHOST=program AXE=axe.min.js node --test pagetest.mjs
 import assert from 'node:assert/strict';
 import {execFileSync, spawn} from 'node:child_process';
-import {mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
+import {existsSync, mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
 import net from 'node:net';
 import {tmpdir} from 'node:os';
 import {join} from 'node:path';
@@ -12,6 +12,7 @@ import {Browser, keys, lineOf} from './webdriver.mjs';
 const {FREMULATOR: program, AXE: axe, FRHOST: host} = process.env;
 const password = 'password-that-must-not-be-shown';
 let emulator, browser, root, port, token;
+const requested = [];
 
 /** One request over a plain socket: HTTP status and body. */
 function exchange(method, path, body, headers = {}) {
@@ -39,14 +40,14 @@ async function takeToken() {
   token = JSON.parse(answer.body).token;
 }
 
-/** Sells one receipt of 150.50 roubles; the answer of the service. */
-function sell(id) {
+/** Sells one receipt of 150.50 roubles, with `change` of its keys; the answer of the service. */
+function sell(id, change = {}) {
   const receipt = {
     client: {email: 'buyer@example.com'},
     company: {email: 'shop@example.com', sno: 'osn', inn: '7700000000', payment_address: 'shop.example'},
     items: [{name: 'Молоко 3,2 %', price: 75.25, quantity: 2, sum: 150.5, payment_method: 'full_payment',
       payment_object: 'commodity', vat: {type: 'vat10'}}],
-    payments: [{type: 1, sum: 150.5}], total: 150.5
+    payments: [{type: 1, sum: 150.5}], total: 150.5, ...change
   };
   const body = JSON.stringify({timestamp: '01.03.2026 10:00:00', external_id: id, receipt});
   return exchange('POST', service + 'group/sell', body, {Token: token});
@@ -74,22 +75,36 @@ async function violations() {
 }
 
 async function openPage(language) {
+  if (browser) await leavePage();
   browser = await Browser.start({language});
   await browser.goto(root);
   await browser.until("return document.getElementById('live').innerText !== ''");
 }
 
-before(async () => {
-  emulator = spawn(program, ['--port', '0', '--login', 'shop', '--password', password, '--group', 'group'],
+async function leavePage() {
+  requested.push(...await browser.requests());
+  await browser.stop();
+}
+
+/** The tests that follow have an emulator of their own. */
+async function startEmulator(...options) {
+  emulator?.kill();
+  emulator = spawn(program, ['--port', '0', '--login', 'shop', '--password', password, '--group', 'group', ...options],
     {stdio: ['ignore', 'pipe', 'inherit']});
   [, root, port] = await lineOf(emulator, /listening on (http:\/\/127\.0\.0\.1:(\d+)\/)possystem/);
   await takeToken();
+}
+
+before(async () => {
+  for (const [name, path] of Object.entries({FREMULATOR: program, AXE: axe, FRHOST: host}))
+    assert.ok(path && existsSync(path), `${name} must name a file, not ${path}`);
+  await startEmulator();
   await openPage('en');
 });
 
 after(async () => {
   await browser?.stop();
-  emulator.kill();
+  emulator?.kill();
 });
 
 test('a receipt appears without a reload', async () => {
@@ -100,7 +115,7 @@ test('a receipt appears without a reload', async () => {
   assert.equal(await browser.run('return window.sameDocument'), true);
 });
 
-test('a receipt sold by the host program appears without a reload', {skip: host ? false : 'FRHOST is not set'}, async () => {
+test('a receipt sold by the host program appears without a reload', async () => {
   const folder = mkdtempSync(join(tmpdir(), 'fremulator-host-'));
   writeFileSync(join(folder, 'register.ini'), `[register]
 url=${root}possystem/v4/
@@ -139,6 +154,25 @@ test('a receipt opens as a slip with its fiscal data beside the exchange', async
   const wire = await browser.run("return document.querySelector('#detail pre').textContent");
   assert.match(wire, /^POST \/possystem\/v4\/group\/sell HTTP\/1\.1\r?\n/);
   assert.match(wire, /Token: \*\*\*/);
+});
+
+test('a slip without tax on its lines, or with the tax of the whole, says so', async () => {
+  const line = (price, vat) => ({name: vat, price, quantity: 1, sum: price, vat: {type: vat}});
+  const items = [line(100, 'vat0'), line(30.5, 'none'), line(20, 'vat120')];
+  await sell('taxes', {items});
+  await sell('whole', {items: [{name: 'A', price: 150.5, quantity: 1, sum: 150.5}], vats: [{type: 'vat20', sum: 25.08}]});
+  const amounts = async id => {
+    await browser.until(`return ${rowOf(id)}`);
+    await browser.run(`${rowOf(id)}.click()`);
+    await browser.until("return document.getElementById('opened-title').innerText.includes(arguments[0])", id);
+    const pairs = await browser.run(`return [...document.querySelectorAll('.slip dl:first-of-type dt')]
+      .map(name => [name.innerText, name.nextElementSibling.innerText])`);
+    return Object.fromEntries(pairs.filter(([name]) => name.includes('VAT')));
+  };
+  assert.deepEqual(await amounts('taxes'), {'VAT 0%': '100.00', 'Without VAT': '30.50', 'VAT 20/120': '3.33'});
+  assert.deepEqual(await amounts('whole'), {'VAT 20%': '25.08'});
+  await browser.run(`${rowOf('till-1')}.click()`);
+  await browser.until("return document.getElementById('opened-title').innerText.includes('till-1')");
 });
 
 test('what is opened stays open while more arrives', async () => {
@@ -182,10 +216,68 @@ test('a fault set on the page hits the next sell', async () => {
   assert.match(row, /requests: 2/);
 });
 
+test('a repeat that is refused shows in the row', async () => {
+  const real = token;
+  token = 'none';
+  assert.equal((await sell('till-2')).status, 401);
+  token = real;
+  await browser.until(`return ${rowOf('till-2')}?.innerText.includes('requests: 3')`);
+});
+
+test('the form begins with what the API would take, and the API takes all that it offers', async () => {
+  const all = await browser.runAsync(`const done = arguments[0];
+    (async () => {
+      const seen = [];
+      for (const endpoint of ['sell', 'report', 'token']) {
+        document.getElementById('endpoint').value = endpoint;
+        showEffects();
+        for (const option of [...document.getElementById('effect').options]) {
+          document.getElementById('effect').value = option.value;
+          showParameter();
+          const ofForm = faultOfForm();
+          const short = {endpoint, effect: option.value, match: ofForm.match, ...(ofForm.key ? {key: ofForm.key} : {})};
+          const [long, usual] = await Promise.all([ofForm, short].map(async one =>
+            (await ask('faults', {method: 'POST', body: JSON.stringify(one)})).faults[0]));
+          await ask('faults', {method: 'DELETE'});
+          delete long.id; delete usual.id;
+          seen.push([endpoint + ' ' + option.value, JSON.stringify(long), JSON.stringify(usual)]);
+        }
+      }
+      return seen;
+    })().then(done, error => done(String(error)))`);
+  assert.equal(all.length, 17 + 17 + 15, JSON.stringify(all));
+  for (const [what, long, usual] of all) assert.equal(long, usual, what);
+});
+
 test('a fault that cannot be is refused with the reason', async () => {
-  await browser.run("document.getElementById('parameter').value = '42'");
-  await browser.click('#fault button[type=submit]');
+  await browser.run(`document.getElementById('endpoint').value = 'sell'; showEffects();
+    document.getElementById('effect').value = 'html'; showParameter();
+    document.getElementById('parameter').value = '42';
+    document.getElementById('fault').requestSubmit()`);
   await browser.until("return document.getElementById('fault-error').innerText.includes('fault.status')");
+});
+
+test('an answer of a search that was overtaken is not shown', async () => {
+  const shown = await browser.runAsync(`const done = arguments[0];
+    const real = window.fetch;
+    let calls = 0;
+    window.fetch = async (...given) => {
+      const late = ++calls === 1;
+      const answer = await real(...given);
+      if (late) await new Promise(resolve => setTimeout(resolve, 300));
+      return answer;
+    };
+    const query = document.getElementById('query');
+    query.value = 'till-1';
+    const first = refresh();
+    query.value = 'till-2';
+    Promise.all([first, refresh()]).finally(() => {
+      window.fetch = real;
+      done([...document.querySelectorAll('#list .id')].map(one => one.innerText));
+    });`);
+  assert.deepEqual(shown, ['till-2']);
+  await browser.run("document.getElementById('query').value = ''; refreshSoon()");
+  await browser.until(`return ${rowOf('till-1')}`);
 });
 
 test('the search narrows the list', async () => {
@@ -216,18 +308,50 @@ test('the keyboard reaches everything and works it', async () => {
   await browser.until("return document.getElementById('fault-list').innerText.includes('answer was lost')");
   assert.equal((await sell('till-3')).head, '', 'the answer is lost');
   await browser.until(`return ${rowOf('till-3')}?.innerText`);
-  for (let left = 2; left > 0; --left) {
-    await tabTo('Remove');
-    await browser.press(keys.enter);
-    await browser.until(`return document.querySelectorAll('#fault-list li').length === ${left - 1}`);
-  }
+  await tabTo('Remove');
+  await browser.press(keys.enter);
+  await browser.until("return document.querySelectorAll('#fault-list li').length === 0");
+});
+
+test('the keyboard alone fills the form of a fault and sends it', async () => {
+  const idOfFocused = 'return document.activeElement.id';
+  const fill = async (id, ...pressed) => {
+    for (let i = 0; i < 100 && await browser.run(idOfFocused) !== id; ++i) await browser.press(keys.tab);
+    assert.equal(await browser.run(idOfFocused), id);
+    await browser.press(...pressed);
+  };
+  const pick = async (id, value) => {
+    await fill(id);
+    for (let i = 0; i < 30 && await browser.run(`return document.getElementById('${id}').value`) !== value; ++i)
+      await browser.press(keys.down);
+    assert.equal(await browser.run(`return document.getElementById('${id}').value`), value);
+  };
+  await browser.goto(root);
+  await browser.until("return document.querySelectorAll('#effect option').length > 0 && document.querySelector('#list li')");
+  await pick('endpoint', 'report');
+  await fill('next', '2');
+  await pick('effect', 'fail');
+  await pick('type', 'agent');
+  await fill('code', ...'2009');
+  await pick('phase', 'after');
+  await fill('after', '1');
+  await fill('every', '3');
+  await fill('login', ...'shop');
+  await fill('group', ...'group');
+  await fill('pattern', ...'key-?', keys.enter);
+  await browser.until("return document.querySelectorAll('#fault-list li').length === 1");
+  const [fault] = JSON.parse((await exchange('GET', '/_emulator/faults', '')).body).faults;
+  delete fault.id;
+  assert.deepEqual(fault, {name: '', endpoint: 'report',
+    match: {login: 'shop', group: 'group', external_id: 'key-?', next: 2, every: 3, after: 1}, phase: 'after',
+    effect: 'fail', code: 2009, type: 'agent', matched: 0, hits: 0, spent: false});
+  await exchange('DELETE', '/_emulator/faults', '');
 });
 
 test('there is no accessibility violation, light or dark, in either language', async () => {
   const source = readFileSync(axe, 'utf8');
   for (const language of ['en', 'ru']) {
     if (language === 'ru') {
-      await browser.stop();
       await openPage('ru');
       assert.equal(await browser.run("return document.getElementById('receipts-title').innerText"), 'Чеки');
     }
@@ -242,6 +366,30 @@ test('there is no accessibility violation, light or dark, in either language', a
       assert.deepEqual(await violations(), [], `${language}, ${scheme}`);
     }
   }
+});
+
+test('faults and refusals are told in Russian to one who reads it', async () => {
+  const bad = [['sell', 'html', 'parameter', '42', 'целое число от 200 до 599'], ['sell', 'error', 'parameter', '-1', 'Код ошибки'],
+    ['sell', 'drip', 'parameter', 'x', 'целое число от 0'], ['sell', 'wrong-length', 'parameter', '0', 'верной длиной'],
+    ['report', 'without-key', 'parameter', '', 'Назовите ключ'], ['sell', 'never', 'phase', 'before', 'никогда не готов'],
+    ['sell', 'close', 'next', '10000000000', 'Сколько вызовов']];
+  for (const [endpoint, effect, field, value, words] of bad) {
+    await browser.run(`const [endpoint, effect, field, value] = arguments;
+      document.getElementById('endpoint').value = endpoint; showEffects();
+      document.getElementById('effect').value = effect; showParameter();
+      document.getElementById('parameter').type = 'text';
+      document.getElementById(field).value = value;
+      document.getElementById('fault').requestSubmit()`, endpoint, effect, field, value);
+    await browser.until("return document.getElementById('fault-error').innerText.includes(arguments[0])", words);
+  }
+  await browser.run("document.getElementById('next').value = 1");
+  await exchange('DELETE', '/_emulator/faults', '');
+  await exchange('POST', '/_emulator/faults', JSON.stringify({endpoint: 'sell', effect: 'html', match: {next: 1}}));
+  await sell('russian');
+  await sell('russian');
+  await browser.until(`return ${rowOf('russian')}`);
+  await browser.run(`${rowOf('russian')}.click()`);
+  await browser.until("return document.getElementById('detail').innerText.includes('страница HTML, не регистрируется')");
 });
 
 test('no secret is on the page and nothing was refused or failed in it', async () => {
@@ -261,4 +409,37 @@ test('all receipts are forgotten once that is confirmed', async () => {
   await browser.click('#clear');
   await browser.call('POST', '/alert/accept');
   await browser.until("return document.querySelectorAll('#list li').length === 0");
+});
+
+test('a waiting receipt is looked after even when a look fails', async () => {
+  await startEmulator('--latency', '2');
+  await openPage('en');
+  await browser.run(`const real = window.fetch;
+    window.fetch = () => { window.fetch = real; window.failed = true; return Promise.reject(new TypeError('no')); }`);
+  await browser.run("byId('query').value = ''");
+  assert.equal((await sell('slow')).status, 200);
+  await browser.until('return window.failed');
+  assert.match(await browser.until(`return ${rowOf('slow')}?.innerText`), /waiting/);
+  await browser.until(`return ${rowOf('slow')}.innerText.includes('done')`);
+});
+
+test('an opened receipt shows its newest calls, however few are kept', async () => {
+  await startEmulator('--keep', '1');
+  await openPage('en');
+  const {uuid} = JSON.parse((await sell('polled')).body);
+  await browser.until(`return ${rowOf('polled')}`);
+  await browser.run(`${rowOf('polled')}.click()`);
+  for (let shown = 1; shown <= 10; ++shown) {
+    await browser.until("return document.querySelectorAll('#detail .exchange').length === arguments[0]", shown);
+    await report(uuid);
+  }
+  await browser.until("return document.querySelectorAll('#detail .exchange').length === 11");
+});
+
+test('nothing was fetched from elsewhere', async () => {
+  await leavePage();
+  browser = undefined;
+  assert.ok(requested.some(url => url.endsWith('/_emulator/effects')), requested.join(' '));
+  const elsewhere = requested.filter(url => !/^(http:\/\/127\.0\.0\.1:\d+\/|data:)/.test(url));
+  assert.deepEqual(elsewhere, []);
 });

@@ -33,7 +33,7 @@ export class Browser {
       `--accept-lang=${language}`, `--lang=${language}`, '--window-size=1400,1200',
       `--user-data-dir=${browser.profile}`];
     const capabilities = {alwaysMatch: {browserName: 'chrome', 'goog:chromeOptions': {args},
-      'goog:loggingPrefs': {browser: 'ALL'}}};
+      'goog:loggingPrefs': {browser: 'ALL', performance: 'ALL'}}};
     const {sessionId} = await browser.call('POST', '', {capabilities});
     browser.url += '/' + sessionId;
     await browser.call('POST', '/timeouts', {script: 60000});
@@ -80,6 +80,15 @@ export class Browser {
   }
 
   log() { return this.call('POST', '/se/log', {type: 'browser'}); }
+
+  /** Addresses that pages of this machine have asked for since the last time; the browser's own are left out. */
+  async requests() {
+    const entries = await this.call('POST', '/se/log', {type: 'performance'});
+    return entries.map(entry => JSON.parse(entry.message).message)
+      .filter(message => message.method === 'Network.requestWillBeSent' &&
+        message.params.documentURL.startsWith('http://127.0.0.1:'))
+      .map(message => message.params.request.url);
+  }
 
   /** Waits until the script gives something true and returns it. */
   async until(script, ...args) {

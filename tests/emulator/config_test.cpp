@@ -78,6 +78,18 @@ TEST_F(ConfigFile, LeavesWhatItDoesNotName)
     EXPECT_THAT(options.faults, IsEmpty());
 }
 
+TEST_F(ConfigFile, OpensEveryGroupToAUserOfWhomItDoesNotSayWhich)
+{
+    const Options usual = read(R"({"groups": [{"code": "a"}, {"code": "b"}]})");
+    EXPECT_EQ(usual.users.front().login, "test");
+    EXPECT_THAT(usual.users.front().groups, ElementsAre("a", "b"));
+
+    const Options named = read(R"({"groups": [{"code": "a"}, {"code": "b"}], "users": [
+        {"login": "l", "password": "p"}, {"login": "m", "password": "p", "groups": []}]})");
+    EXPECT_THAT(named.users[0].groups, ElementsAre("a", "b"));
+    EXPECT_THAT(named.users[1].groups, IsEmpty());
+}
+
 TEST_F(ConfigFile, ThatMakesNoSenseIsRefusedWithTheReason)
 {
     EXPECT_THAT(complaint("{"), HasSubstr("is not JSON"));

@@ -99,6 +99,14 @@ TEST(ReceiptCheck, TakesEveryEdgeOfTheRules)
         {item + "/vat/type", "vat120", {}},
         {item + "/nomenclature_code", bytes(32), {}},
         {item + "/supplier_info", {{"phones", {"+79990000000"}}}, {}},
+        {item + "/agent_info", nullptr, {}},
+        {item + "/supplier_info", nullptr, {}},
+        {item + "/payment_method", nullptr, {}},
+        {"/receipt/company/sno", nullptr, {}},
+        {"/receipt/client/phone", nullptr, {}},
+        {"/receipt/vats", nullptr, {}},
+        {"/receipt/vats", Json::array(), {}},
+        {"/receipt/vats", Json::array({{{"type", "vat10"}, {"sum", nullptr}}, {{"type", "none"}}}), {}},
         {"/receipt/payments", payments(10), {}},
         {"/receipt/payments/0/type", 9, {}},
         {"/receipt/total", 150.5000000001, {}},
@@ -163,6 +171,7 @@ TEST(ReceiptCheck, NamesTheFieldThatIsWrong)
         {item + "/payment_method", "cash", {item0 + ".payment_method"}},
         {item + "/payment_object", "milk", {item0 + ".payment_object"}},
         {item + "/vat", "absent", {item0 + ".vat"}},
+        {item + "/vat", nullptr, {item0 + ".vat"}},
         {item + "/vat", Json::object(), {item0 + ".vat.type"}},
         {item + "/vat/type", "vat18", {item0 + ".vat.type"}},
         {item + "/vat/type", "vat118", {item0 + ".vat.type"}},
@@ -172,6 +181,14 @@ TEST(ReceiptCheck, NamesTheFieldThatIsWrong)
         {item + "/nomenclature_code", bytes(33), {item0 + ".nomenclature_code"}},
         {item + "/agent_info", {{"type", "attorney"}}, {item0 + ".supplier_info"}},
         {item + "/supplier_info", {{"phones", {""}}}, {item0 + ".supplier_info.phones[0]"}},
+        {"/receipt/client", nullptr, {"receipt.client"}},
+        {"/receipt/client/email", nullptr, {"receipt.client"}},
+        {"/receipt/company/inn", nullptr, {"receipt.company.inn"}},
+        {"/receipt/vats", Json::object(), {"receipt.vats"}},
+        {"/receipt/vats", Json::array({nullptr}), {"receipt.vats[0]"}},
+        {"/receipt/vats", Json::array({{{"sum", 1}}}), {"receipt.vats[0].type"}},
+        {"/receipt/vats", Json::array({{{"type", "vat20"}}, {{"type", "vat18"}}}), {"receipt.vats[1].type"}},
+        {"/receipt/vats", Json::array({{{"type", "vat20"}, {"sum", 0.125}}}), {"receipt.vats[0].sum"}},
         {"/receipt/payments", "absent", {"receipt.payments"}},
         {"/receipt/payments", payments(0), {"receipt.payments", "receipt.total"}},
         {"/receipt/payments", payments(11), {"receipt.payments"}},
@@ -203,6 +220,9 @@ TEST(ReceiptCheck, WantsOneOfTheSevenAgentTypesWithTheirSupplier)
     EXPECT_THAT(wrongFields(body), IsEmpty());
     body["receipt"]["items"][0]["agent_info"]["type"] = "";
     EXPECT_THAT(wrongFields(body), ElementsAre("receipt.items[0].agent_info.type"));
+    body["receipt"]["items"][0]["supplier_info"] = nullptr;
+    EXPECT_THAT(
+        wrongFields(body), ElementsAre("receipt.items[0].agent_info.type", "receipt.items[0].supplier_info"));
 }
 
 TEST(ReceiptCheck, TakesVatOfTheWholeReceiptInsteadOfTheLines)
@@ -210,6 +230,10 @@ TEST(ReceiptCheck, TakesVatOfTheWholeReceiptInsteadOfTheLines)
     Json body = with(item + "/vat", "absent");
     body["receipt"]["vats"] = Json::array({{{"type", "vat10"}, {"sum", 13.68}}});
     EXPECT_THAT(wrongFields(body), IsEmpty());
+    for (const Json& none : {Json(nullptr), Json::array()}) {
+        body["receipt"]["vats"] = none;
+        EXPECT_THAT(wrongFields(body), ElementsAre("receipt.items[0].vat"));
+    }
 }
 
 TEST(ReceiptCheck, WantsTheTaxpayerNumberOfTheGroup)

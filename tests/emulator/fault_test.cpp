@@ -47,6 +47,10 @@ TEST(Pattern, HasStarsAndQuestionMarks)
     EXPECT_FALSE(fits("till-7-001", "till-?"));
     EXPECT_FALSE(fits("till-7-001", ""));
     EXPECT_FALSE(fits("aab", "*ab?"));
+    EXPECT_TRUE(fits("чек-1", "?е?-1"));
+    EXPECT_TRUE(fits("чек-1", "*?-1"));
+    EXPECT_FALSE(fits("чек", "????"));
+    EXPECT_FALSE(fits("чек", "*????"));
 }
 
 TEST(FaultBox, HitsEveryCallOfItsEndpointUnlessTold)
@@ -134,4 +138,11 @@ TEST(Fault, ThatMakesNoSenseIsRefusedWithTheReason)
     EXPECT_THAT(
         complaint(R"({"endpoint":"sell","effect":"fail","type":"fire"})"), HasSubstr("driver, agent"));
     EXPECT_THAT(complaint(R"({"endpoint":"sell","effect":"without-key"})"), HasSubstr("key"));
+    EXPECT_THAT(
+        complaint(R"({"endpoint":"sell","effect":"wrong-length","bytes":0})"), HasSubstr("must not be 0"));
+    for (const char* key : {"group", "external_id"}) {
+        const std::string fault =
+            R"({"endpoint":"token","effect":"close","match":{")" + std::string(key) + R"(":"x"}})";
+        EXPECT_THAT(complaint(fault.c_str()), HasSubstr("can never hit a token call"));
+    }
 }

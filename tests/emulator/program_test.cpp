@@ -3,11 +3,16 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <fstream>
+#include <netinet/in.h>
+#include <poll.h>
+#include <set>
 #include <sstream>
 #include <string>
+#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -179,6 +184,57 @@ TEST(Program, ReadsItsConfigurationAndFaultsFromFiles)
     EXPECT_EQ(bad.finish(0), 1);
     std::remove((stem + ".config").c_str());
     std::remove((stem + ".faults").c_str());
+}
+
+TEST(Program, HasNoMeansToCallAnyone)
+{
+    FILE* pipe = ::popen("nm -D --undefined-only '" FREMULATOR "'", "r");
+    ASSERT_NE(pipe, nullptr);
+    std::set<std::string> imported;
+    std::array<char, 4096> line{};
+    while (std::fgets(line.data(), line.size(), pipe) != nullptr) {
+        std::string name;
+        std::istringstream(line.data()) >> name >> name;
+        imported.insert(name.substr(0, name.find('@')));
+    }
+    EXPECT_EQ(::pclose(pipe), 0);
+    EXPECT_EQ(imported.count("listen") + imported.count("accept"), 2u)
+        << "the list of imports is not read right";
+    for (const char* call : {"connect", "getaddrinfo", "gethostbyname", "gethostbyname_r", "sendto",
+             "BIO_new_connect", "BIO_new_ssl_connect", "system", "popen", "execve", "execvp", "posix_spawn"})
+        EXPECT_EQ(imported.count(call), 0u) << call;
+}
+
+TEST(Program, DoesNotCallTheAddressThatAReceiptNames)
+{
+    const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t length = sizeof address;
+    ASSERT_EQ(::bind(listener, reinterpret_cast<sockaddr*>(&address), length), 0);
+    ASSERT_EQ(::listen(listener, 1), 0);
+    ASSERT_EQ(::getsockname(listener, reinterpret_cast<sockaddr*>(&address), &length), 0);
+
+    Program program({});
+    RawClient client(portIn(program.line()));
+    client.send(postRequest("/possystem/v4/getToken", R"({"login":"test","pass":"test"})"));
+    const std::string token = "Token: " + client.receive().json()["token"].get<std::string>() + "\r\n";
+    Json receipt = goodReceipt();
+    receipt["service"]["callback_url"] =
+        "http://127.0.0.1:" + std::to_string(ntohs(address.sin_port)) + "/done";
+    client.send(postRequest("/possystem/v4/test/sell", receipt.dump(), token));
+    client.send(
+        getRequest("/possystem/v4/test/report/" + client.receive().json()["uuid"].get<std::string>(), token));
+    const Json report = client.receive().json();
+    EXPECT_EQ(report["status"], "done");
+    EXPECT_EQ(report["callback_url"], receipt["service"]["callback_url"]);
+
+    // Once it has ended, whatever it was going to do is done.
+    EXPECT_EQ(program.finish(SIGTERM), 0);
+    pollfd knock{.fd = listener, .events = POLLIN, .revents = 0};
+    EXPECT_EQ(::poll(&knock, 1, 0), 0);
+    ::close(listener);
 }
 
 TEST(Program, HasEveryOptionAndEffectInItsReadme)

@@ -42,13 +42,6 @@ struct OwnApi : RunningEmulator
         EXPECT_EQ(answer.status, status) << query << " " << answer.body;
         return answer.json();
     }
-
-    RawClient::Answer call(const std::string& method, const std::string& path,
-        const std::string& headers = {}, const std::string& host = "127.0.0.1")
-    {
-        return exchange(method + " " + path + " HTTP/1.1\r\nHost: " + host + "\r\n" + headers +
-                        "Content-Length: 0\r\n\r\n");
-    }
 };
 
 } // namespace
@@ -78,6 +71,15 @@ TEST_F(OwnApi, SearchesDocuments)
     EXPECT_THAT(ids("?limit=1"), ElementsAre("desk[1]"));
     EXPECT_THAT(ids("?limit=1&before=2"), ElementsAre("till-1"));
     EXPECT_EQ(get("/_emulator/documents?limit=all").status, 400);
+}
+
+TEST_F(OwnApi, FindsTheSameIdsByPatternAsAFaultHits)
+{
+    registerReceipt("чек-1");
+    registerReceipt("чек[1]");
+    EXPECT_THAT(ids("?external_id=%3F%3F%3F-1"), ElementsAre("чек-1"));
+    EXPECT_THAT(ids("?external_id=%3F%3F%3F%3F%3F"), ElementsAre("чек-1"));
+    EXPECT_THAT(ids("?external_id=*[1]"), ElementsAre("чек[1]"));
 }
 
 TEST_F(OwnApi, OpensADocument)
@@ -134,6 +136,99 @@ TEST_F(OwnApi, KeepsNoPasswordAndNoTokenAnywhere)
     EXPECT_THAT(all, AllOf(HasSubstr("/getToken?login=shop&pass=***"), HasSubstr("sell?token=***")));
     EXPECT_THAT(all, AllOf(Not(HasSubstr("secret")), Not(HasSubstr(token.substr(0, 20)))));
     EXPECT_THAT(all, Not(HasSubstr(half.substr(half.find("token") + 8, 20))));
+}
+
+TEST_F(OwnApi, RecordsTheAnswerByteForByteAsItWasOnTheWire)
+{
+    const auto recorded = [this] {
+        return get("/_emulator/exchanges?limit=1").json()["exchanges"][0]["answer"].get<std::string>();
+    };
+    RawClient kept(port());
+    kept.send(postRequest("/possystem/v4/group-1/sell", goodReceipt("1").dump(), tokenHeader()));
+    const auto whole = kept.receive();
+    EXPECT_THAT(whole.head, HasSubstr("Connection: keep-alive\r\n"));
+    EXPECT_EQ(recorded(), whole.head + whole.body);
+
+    RawClient closed(port());
+    closed.send(postRequest(
+        "/possystem/v4/group-1/sell", goodReceipt("2").dump(), tokenHeader() + "Connection: close\r\n"));
+    const auto last = closed.receiveAll();
+    EXPECT_THAT(last.head, HasSubstr("Connection: close\r\n"));
+    EXPECT_EQ(recorded(), last.head + last.body);
+
+    EXPECT_EQ(post("/_emulator/faults", {{"endpoint", "sell"}, {"effect", "truncated"}}).status, 200);
+    RawClient cut(port());
+    cut.send(postRequest("/possystem/v4/group-1/sell", goodReceipt("3").dump(), tokenHeader()));
+    const auto half = cut.receiveAll();
+    EXPECT_EQ(recorded(), half.head + half.body);
+}
+
+TEST_F(OwnApi, RecordsCallsThatAreNone)
+{
+    EXPECT_EQ(get("/possystem/v4/group-1/status/x").status, 400);
+    EXPECT_EQ(get("/possystem/v5/getToken?login=shop&pass=secret").status, 400);
+    EXPECT_EQ(exchange(postRequest("/getToken", R"({"login":"shop","pass":"secret"})")).status, 400);
+    EXPECT_EQ(call("PUT", "/possystem/v4/getToken").status, 400);
+    const Json exchanges = get("/_emulator/exchanges?limit=4").json()["exchanges"];
+    std::vector<std::string> lines;
+    for (const Json& exchange : exchanges) {
+        EXPECT_EQ(exchange["endpoint"], "unknown");
+        EXPECT_EQ(exchange["code"], 40);
+        const auto request = exchange["request"].get<std::string>();
+        EXPECT_THAT(request, Not(HasSubstr("secret")));
+        lines.push_back(request.substr(0, request.find('\r')));
+    }
+    EXPECT_THAT(lines, ElementsAre("PUT /possystem/v4/getToken HTTP/1.1", "POST /getToken HTTP/1.1",
+                           "GET /possystem/v5/getToken?login=shop&pass=*** HTTP/1.1",
+                           "GET /possystem/v4/group-1/status/x HTTP/1.1"));
+}
+
+TEST_F(OwnApi, KeepsNoSecretThatCameInAnUnusualWay)
+{
+    const std::string path = "/possystem/v4/getToken";
+    const auto sendRaw = [this](const std::string& head, const std::string& body) {
+        return exchange(
+            head + "Host: 127.0.0.1\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+    };
+    EXPECT_EQ(get(path + "?pass=secret&pass=secret&%70ass=secret&login=shop").status, 200);
+    EXPECT_EQ(get("/possystem/v4/group-1/report/x?token=secret&token=secret").status, 401);
+    EXPECT_EQ(sendRaw("POST " + path + " HTTP/1.1\r\n", "login=shop&pass=secret").status, 415);
+    EXPECT_EQ(sendRaw("POST " + path + "/x HTTP/1.1\r\n", R"({"pass": "secret"})").status, 415);
+    EXPECT_EQ(sendRaw("POST /elsewhere HTTP/1.1\r\n", R"({"pass": "secret)").status, 400);
+    EXPECT_EQ(
+        sendRaw("POST " + path + " HTTP/1.1\r\nToken: a\r\n secret\r\ntoken: secret\r\n", "{}").status, 415);
+    EXPECT_EQ(sendRaw("POST " + path + " HTTP/1.1\r\nAuthorization: Basic secret\r\n", "{}").status, 415);
+    const std::string all = get("/_emulator/exchanges").body;
+    EXPECT_THAT(all, Not(HasSubstr("secret")));
+    EXPECT_THAT(all, HasSubstr("?pass=***&pass=***&%70ass=***&login=shop HTTP/1.1"));
+}
+
+TEST_F(OwnApi, LeavesTheRestOfARequestAsItCame)
+{
+    const std::string sent =
+        "POST /possystem/v4/group-1/sell?a=1&b HTTP/1.1\r\nHost: 127.0.0.1\r\nX: a\r\n b\r\n"
+        "Token: ***\r\nContent-Length: 2\r\n\r\n{}";
+    EXPECT_EQ(exchange(sent).status, 415);
+    EXPECT_EQ(get("/_emulator/exchanges?limit=1").json()["exchanges"][0]["request"], sent);
+}
+
+TEST_F(OwnApi, ShowsTheNewestExchangesOfADocumentAndEarlierOnesWhenAsked)
+{
+    const std::string uuid = registerReceipt("id-1");
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(report(uuid).status, 200);
+    const auto sequences = [&](const std::string& query) {
+        std::vector<int> all;
+        const Json list = get("/_emulator/documents/" + uuid + "/exchange" + query).json();
+        for (const Json& one : list["exchanges"])
+            all.push_back(one["sequence"]);
+        return all;
+    };
+    EXPECT_THAT(sequences(""), ElementsAre(2, 3, 4, 5, 6));
+    EXPECT_THAT(sequences("?limit=2"), ElementsAre(5, 6));
+    EXPECT_THAT(sequences("?limit=2&before=5"), ElementsAre(3, 4));
+    EXPECT_THAT(sequences("?after=4"), ElementsAre(5, 6));
+    EXPECT_EQ(get("/_emulator/documents/" + uuid + "/exchange?after=x").status, 400);
 }
 
 TEST_F(OwnApi, ShowsALostAnswerAsNone)
@@ -226,8 +321,28 @@ TEST_F(OwnApi, TellsWhichEffectsThereAre)
     const Json effects = get("/_emulator/effects").json()["effects"];
     EXPECT_EQ(
         effects[0], Json::parse(R"({"effect":"error","phase":"before","endpoints":["token","sell","report"],
-        "parameter":"code","meaning":"the service's error `code`"})"));
+        "parameter":"code","meaning":"the service's error `code`","default":50})"));
     EXPECT_EQ(effects.size(), 18u);
+    for (const Json& effect : effects) {
+        if (effect["effect"] == "fail") {
+            EXPECT_EQ(effect["types"][1], Json({{"type", "agent"}, {"code", 2003}}));
+        }
+    }
+}
+
+TEST_F(OwnApi, TellsThePhaseAndTheParameterThatAFaultHasWhenItNamesNone)
+{
+    const Json effects = get("/_emulator/effects").json()["effects"];
+    for (const Json& effect : effects) {
+        Json fault{{"endpoint", effect["endpoints"][0]}, {"effect", effect["effect"]}};
+        if (effect["parameter"] == "key")
+            fault["key"] = "uuid";
+        const Json set = post("/_emulator/faults", fault).json()["faults"][0];
+        EXPECT_EQ(set["phase"], effect["phase"]) << effect;
+        if (effect.contains("default")) {
+            EXPECT_EQ(set[effect["parameter"].get<std::string>()], effect["default"]) << effect;
+        }
+    }
 }
 
 TEST_F(OwnApi, ExpectsReceipts)
@@ -253,6 +368,34 @@ TEST_F(OwnApi, RefusesAnExpectationThatItCannotRead)
     EXPECT_THAT(verdict("id=1", 400)["error"].get<std::string>(), StartsWith("id is unknown here"));
     verdict("count=many", 400);
     verdict("total=1.234", 400);
+    verdict("total=nan", 400);
+    EXPECT_EQ(verdict("status=Done", 400)["error"], "status must be one of wait, done, fail");
+    EXPECT_EQ(verdict("count=1&count=2", 400)["error"], "count is given twice");
+    EXPECT_THAT(verdict("text=x&wire_requests=1", 400)["error"].get<std::string>(),
+        StartsWith("wire_requests cannot"));
+}
+
+TEST_F(OwnApi, ExpectsNothingOfAVariableThatWasNeverSet)
+{
+    registerReceipt("id-1");
+    for (const std::string name :
+        {"group", "external_id", "operation", "text", "count", "total", "status", "wire_requests"}) {
+        EXPECT_EQ(verdict(name + "=", 400)["error"], name + " is empty; leave it out when any will do");
+        EXPECT_EQ(verdict("external_id=id-1&" + name, 400)["error"].get<std::string>().substr(0, name.size()),
+            name);
+    }
+}
+
+TEST_F(OwnApi, TellsWireRequestsOfOneOperationFromThoseOfAnother)
+{
+    registerReceipt("id-1");
+    const auto refund =
+        exchange(postRequest("/possystem/v4/group-1/sell_refund", goodReceipt("id-1").dump(), tokenHeader()));
+    EXPECT_EQ(refund.json()["error"]["code"], 33);
+    verdict("external_id=id-1&wire_requests=2", 200);
+    verdict("external_id=id-1&operation=sell&wire_requests=1", 200);
+    verdict("external_id=id-1&operation=sell_refund&count=0&wire_requests=1", 200);
+    verdict("external_id=id-1&operation=buy&count=0&wire_requests=0", 200);
 }
 
 TEST_F(OwnApi, RefusesWhatItDoesNotKnow)
@@ -273,6 +416,20 @@ TEST_F(OwnApi, SendsEventsOfCallsAsTheyCome)
     EXPECT_EQ(Json::parse(call)["document"]["uuid"], uuid);
     EXPECT_EQ(post("/_emulator/faults", {{"endpoint", "sell"}, {"effect", "close"}}).status, 200);
     EXPECT_EQ(Json::parse(page.receiveUntil("data: ", "\n\n")), Json({{"kind", "faults"}}));
+}
+
+TEST_F(OwnApi, SendsTheDocumentOfACallThatWasRefused)
+{
+    const std::string uuid = registerReceipt("id-1");
+    RawClient page(port());
+    page.send(getRequest("/_emulator/events"));
+    EXPECT_EQ(page.receive().status, 200);
+    Json body = goodReceipt("id-1");
+    body["receipt"].erase("total");
+    EXPECT_EQ(sell(body).json()["error"]["code"], 32);
+    const Json event = Json::parse(page.receiveUntil("data: ", "\n\n"));
+    EXPECT_EQ(event["document"]["uuid"], uuid);
+    EXPECT_EQ(event["document"]["wire_requests"], 2);
 }
 
 TEST_F(OwnApi, RefusesAForeignHost)

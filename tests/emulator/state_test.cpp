@@ -109,6 +109,27 @@ TEST_F(State, IsBoundedToTheNewestDocuments)
     EXPECT_EQ(status(first), "fail 30 system");
 }
 
+TEST_F(State, KeepsTokensAliveHoweverFewDocumentsItKeeps)
+{
+    options.keep = 1;
+    ready();
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(post("/possystem/v4/getToken", {{"login", "shop"}, {"pass", "secret"}}).status, 200);
+    EXPECT_EQ(sell(goodReceipt()).status, 200);
+}
+
+TEST_F(State, KeepsTheBeginningOfALongExchange)
+{
+    ready();
+    Json body = goodReceipt("long");
+    body["more"] = std::string(500'000, 'x');
+    EXPECT_EQ(sell(body).status, 200);
+    const Json exchange = get("/_emulator/exchanges?group=group-1&external_id=long").json()["exchanges"][0];
+    const std::string request = exchange["request"];
+    EXPECT_LT(request.size(), 70'000u);
+    EXPECT_THAT(request, testing::EndsWith(" bytes more)"));
+}
+
 TEST_F(State, CountsRequestsOfAnIdThatComesAgainAndAgain)
 {
     options.keep = 1;
