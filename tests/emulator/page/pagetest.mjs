@@ -436,6 +436,21 @@ test('an opened receipt shows its newest calls, however few are kept', async () 
   await browser.until("return document.querySelectorAll('#detail .exchange').length === 11");
 });
 
+test('a receipt with very many calls shows the newest and earlier ones when asked', async () => {
+  await startEmulator();
+  await openPage('en');
+  const {uuid} = JSON.parse((await sell('busy')).body);
+  for (let i = 0; i < 149; ++i) await report(uuid);
+  await browser.until(`return ${rowOf('busy')}`);
+  await browser.run(`${rowOf('busy')}.click()`);
+  const shown = "return document.querySelectorAll('#detail .exchange').length === arguments[0]";
+  await browser.until(shown, 100);
+  await browser.click('#earlier');
+  await browser.until(shown, 150);
+  assert.match(await browser.run("return document.querySelector('#detail .exchange summary').innerText"), /register/);
+  assert.equal(await browser.run("return document.getElementById('earlier').hidden"), true);
+});
+
 test('nothing was fetched from elsewhere', async () => {
   await leavePage();
   browser = undefined;
