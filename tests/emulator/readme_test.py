@@ -14,7 +14,7 @@ files = [text for text in re.findall(r"```json\n(.*?)```", readme, re.S)]
 wrapper = """
 curl() {
     local limit=
-    [[ $* == */events ]] && limit='--max-time 1'
+    [[ $* == */events ]] && limit='--max-time 3'
     command curl -sS $limit -w '%{stderr}%{http_code} %{exitcode} %{method} %{url_effective}\\n' "$@"
 }
 """

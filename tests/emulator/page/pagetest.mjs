@@ -412,7 +412,7 @@ test('all receipts are forgotten once that is confirmed', async () => {
 });
 
 test('a waiting receipt is looked after even when a look fails', async () => {
-  await startEmulator('--latency', '2');
+  await startEmulator('--latency', '5');
   await openPage('en');
   await browser.run(`const real = window.fetch;
     window.fetch = () => { window.fetch = real; window.failed = true; return Promise.reject(new TypeError('no')); }`);
