@@ -42,6 +42,13 @@ std::string textIn(const Json& body, const char* key)
     return found != body.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
+// The service takes ids of 128 characters. What comes with a longer one is refused, but still counted by it.
+std::string idIn(const Json& body)
+{
+    constexpr std::size_t longest = 1024;
+    return textIn(body, "external_id").substr(0, longest);
+}
+
 void readTokenCall(Call& call, const Request& request)
 {
     const bool inAddress = request.method == "GET";
@@ -74,7 +81,7 @@ Call readCall(const Request& request)
         call.endpoint = Endpoint::Sell;
         call.group = parts[0];
         call.operation = parts[1];
-        call.externalId = textIn(call.body, "external_id");
+        call.externalId = idIn(call.body);
     } else if (parts.size() == 3 && parts[1] == "report" && get) {
         call.endpoint = Endpoint::Report;
         call.group = parts[0];

@@ -133,6 +133,7 @@ async function showEarlier() {
   const {exchanges} = await ask(`documents/${uuid}/exchange?before=${before}`);
   if (uuid !== openUuid) return;
   byId('earlier').hidden = exchanges.length < 100;
+  byId('earlier').dataset.used = 'yes';
   byId('earlier').after(...exchanges.map(exchange));
 }
 
@@ -159,6 +160,8 @@ function showDetail(receipt, exchanges) {
   Object.assign(detail.dataset, {uuid: receipt.uuid, status: receipt.status});
   const last = lastShown();
   detail.append(...exchanges.filter(one => one.sequence > last).map(exchange));
+  // Who asks for earlier ones keeps them all.
+  if (byId('earlier').dataset.used) return;
   for (const old of shownExchanges().slice(0, -mostExchanges).filter(one => !one.open)) {
     old.remove();
     byId('earlier').hidden = false;

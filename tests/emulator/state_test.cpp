@@ -128,6 +128,9 @@ TEST_F(State, KeepsTheBeginningOfALongExchange)
     const std::string request = exchange["request"];
     EXPECT_LT(request.size(), 70'000u);
     EXPECT_THAT(request, testing::EndsWith(" bytes more)"));
+    EXPECT_EQ(sell(goodReceipt(std::string(500'000, 'y'))).json()["error"]["code"], 32);
+    const Json refused = get("/_emulator/exchanges?limit=1").json()["exchanges"][0];
+    EXPECT_EQ(refused["external_id"].get<std::string>().size(), 1024u);
 }
 
 TEST_F(State, CountsRequestsOfAnIdThatComesAgainAndAgain)

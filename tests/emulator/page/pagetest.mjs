@@ -412,7 +412,7 @@ test('all receipts are forgotten once that is confirmed', async () => {
 });
 
 test('a waiting receipt is looked after even when a look fails', async () => {
-  await startEmulator('--latency', '2');
+  await startEmulator('--latency', '5');
   await openPage('en');
   await browser.run(`const real = window.fetch;
     window.fetch = () => { window.fetch = real; window.failed = true; return Promise.reject(new TypeError('no')); }`);
@@ -434,6 +434,21 @@ test('an opened receipt shows its newest calls, however few are kept', async () 
     await report(uuid);
   }
   await browser.until("return document.querySelectorAll('#detail .exchange').length === 11");
+});
+
+test('a receipt with very many calls shows the newest and earlier ones when asked', async () => {
+  await startEmulator();
+  await openPage('en');
+  const {uuid} = JSON.parse((await sell('busy')).body);
+  for (let i = 0; i < 149; ++i) await report(uuid);
+  await browser.until(`return ${rowOf('busy')}`);
+  await browser.run(`${rowOf('busy')}.click()`);
+  const shown = "return document.querySelectorAll('#detail .exchange').length === arguments[0]";
+  await browser.until(shown, 100);
+  await browser.click('#earlier');
+  await browser.until(shown, 150);
+  assert.match(await browser.run("return document.querySelector('#detail .exchange summary').innerText"), /register/);
+  assert.equal(await browser.run("return document.getElementById('earlier').hidden"), true);
 });
 
 test('nothing was fetched from elsewhere', async () => {
