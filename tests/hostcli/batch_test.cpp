@@ -65,7 +65,7 @@ protected:
 };
 
 // A service that accepts a receipt and has registered it when it is asked.
-void register1(ObservingTransport& transport)
+void registerReceipt(ObservingTransport& transport)
 {
     const RawServer service([](Peer& peer, const std::string& request) {
         peer.answer(200, request.starts_with("POST") ? R"({"uuid":"u","status":"wait"})"
@@ -95,7 +95,7 @@ TEST_F(RunOfABatch, InterruptedBetweenTwoReceiptsTellsHowManyAreDone)
             Batch batch(commandLine(Command::Sell), output, transport);
             batch.setCount(3);
             std::ignore = batch.begin(receipt("r1"));
-            register1(transport);
+            registerReceipt(transport);
             std::ignore = batch.finish(registered("r1"));
             batch.interrupt();
         },
@@ -111,7 +111,7 @@ TEST_F(RunOfABatch, DoesNotTakeWhatHappenedToAReceiptForTheFateOfTheNext)
             Batch batch(commandLine(Command::Sell), output, transport);
             batch.setCount(1);
             std::ignore = batch.begin(receipt("r1"));
-            register1(transport);
+            registerReceipt(transport);
             std::ignore = batch.finish(registered("r1"));
             std::ignore = batch.begin(receipt("r2"));
             batch.interrupt();
@@ -124,7 +124,7 @@ TEST_F(RunOfABatch, InterruptedWhenTheServiceHasRegisteredTheReceiptWritesItsRes
     Batch batch(commandLine(Command::Sell), output, transport);
     batch.setCount(2);
     std::ignore = batch.begin(receipt("r1"));
-    register1(transport);
+    registerReceipt(transport);
     testing::internal::CaptureStderr();
     batch.interrupt();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Interrupted. r1 is registered.\n");
@@ -139,7 +139,7 @@ TEST_F(RunOfABatch, InterruptedWhenTheServiceHasAcceptedTheReceiptWritesItsIdent
     Batch batch(commandLine(Command::Send), output, transport);
     batch.setCount(1);
     std::ignore = batch.begin(receipt("r1"));
-    register1(transport);
+    registerReceipt(transport);
     testing::internal::CaptureStderr();
     batch.interrupt();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Interrupted. r1 was accepted by the service.\n");

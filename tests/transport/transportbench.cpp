@@ -15,6 +15,8 @@
 #include <iostream>
 #include <memory>
 #include <stdexcept>
+#include <string_view>
+#include <utility>
 
 namespace {
 
@@ -216,10 +218,20 @@ void compareVersions()
 
 } // namespace
 
-int main()
+// transport_bench [certificates|answers|versions]: one measurement, or all of them.
+int main(int argc, char** argv)
 {
-    measureCertificates();
-    countFailures();
-    compareVersions();
-    return 0;
+    constexpr std::pair<std::string_view, void (*)()> measurements[] = {
+        {"certificates", &measureCertificates}, {"answers", &countFailures}, {"versions", &compareVersions}};
+    const std::string_view wanted = argc > 1 ? argv[1] : "";
+    bool found = false;
+    for (const auto& [name, measure] : measurements) {
+        if (!wanted.empty() && wanted != name)
+            continue;
+        found = true;
+        measure();
+    }
+    if (!found)
+        std::cerr << "usage: transport_bench [certificates|answers|versions]\n";
+    return found ? 0 : 2;
 }
