@@ -103,7 +103,7 @@ QVariantMap CommandProcessor::checkResponse()
     if (response.isEmpty())
         throw FrWorkWithServiceException(u"Нет связи с ФР"_s);
     // Kept before the errors are looked at, so that the host can read an error reply too.
-    lastResponse = response;
+    lastResponse = QJsonObject::fromVariantMap(response);
     processResponseErrors(response);
     const QVariantMap payload = response.value(u"payload"_s).toMap();
     if (const auto url = payload.find(u"ofd_receipt_url"_s); url != payload.end())

@@ -87,8 +87,8 @@ public:
     void processResponseErrors(const QVariantMap& response) const;
 
     /// The service's last reply that was not empty, error replies included; empty since sell() began.
-    [[nodiscard]] QJsonObject getLastResponse() const { return QJsonObject::fromVariantMap(lastResponse); }
-    void clearLastResponse() { lastResponse.clear(); }
+    [[nodiscard]] QJsonObject getLastResponse() const { return lastResponse; }
+    void clearLastResponse() { lastResponse = {}; }
     /// The "payload" of the last status reply without an error.
     [[nodiscard]] QVariantMap getLastDocumentFiscalInfo() const { return lastDocumentFiscalInfo; }
 
@@ -99,8 +99,7 @@ private:
     QJsonObject companyInfo;
     QJsonObject clientInfo;
     QString internalDocumentId;
-    // Turned into JSON for who asks: that takes longer than all else that is done with an answer.
-    QVariantMap lastResponse;
+    QJsonObject lastResponse;
     QVariantMap lastDocumentFiscalInfo;
     const Log4Qt::Logger* logger;
 };
