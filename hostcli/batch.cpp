@@ -141,9 +141,12 @@ void Batch::sayInterrupted() const
             return tally.done() == 0 ? Text::tr("Nothing was sent.") : QString();
         if (isKnown)
             return whatIsKnown(*current);
-        if (isRegistered())
-            return (isSell() ? Text::tr("%1 is registered.") : Text::tr("%1 was accepted by the service."))
-                .arg(current->id);
+        if (isRegistered()) {
+            ReceiptResult result = *current;
+            if (isSell())
+                result.outcome = Outcome::Registered;
+            return whatIsKnown(result);
+        }
         if (transport.seen().receiptSent)
             return Text::tr(
                 "%1 was sent, outcome unknown, run again: the service does not register an id twice.")
