@@ -224,19 +224,19 @@ private:
             }
             curl_multi_poll(multi.get(), nullptr, 0, static_cast<int>(left.count()), nullptr);
         }
-        noteConnection();
+        noteConnection(failure.isEmpty());
         // Closes the connection when the exchange is not over.
         curl_multi_remove_handle(multi.get(), easy.get());
         return failure;
     }
 
-    void noteConnection()
+    void noteConnection(bool answered)
     {
         curl_socket_t socket = CURL_SOCKET_BAD;
         curl_easy_getinfo(easy.get(), CURLINFO_ACTIVESOCKET, &socket);
         long opened = 0;
         curl_easy_getinfo(easy.get(), CURLINFO_NUM_CONNECTS, &opened);
-        kept.exchanged(socket, opened == 0);
+        kept.exchanged({socket, opened == 0, answered});
     }
 
     QString result(const HttpTransfer& transfer)

@@ -13,13 +13,14 @@ constexpr auto atOnce = 1s;
 
 } // namespace
 
-void KeptConnection::exchanged(int socket, bool reused)
+void KeptConnection::exchanged(const Exchange& exchange)
 {
-    if (reused && socket >= 0)
+    // With a whole answer, a closed connection was announced.
+    if (exchange.reused && (exchange.socket >= 0 || exchange.answered))
         ++timesKept;
     else if (openSocket >= 0 && isFresh())
         closesAtOnce = true;
-    openSocket = socket;
+    openSocket = exchange.socket;
     lastUse = Clock::now();
 }
 

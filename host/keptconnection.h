@@ -17,9 +17,18 @@ public:
     /// Servers close idle connections after 5 to 75 seconds.
     static constexpr std::chrono::seconds longestIdle{4};
 
-    /// Notes the end of an exchange: the socket that it has left open, -1 for none, and whether it took place
-    /// on the connection of the exchange before it.
-    void exchanged(int socket, bool reused);
+    struct Exchange
+    {
+        /// What it has left open, -1 for none.
+        int socket;
+        /// Whether it took place on the connection of the exchange before it.
+        bool reused;
+        /// Whether its answer came, whole.
+        bool answered;
+    };
+
+    /// Notes the end of an exchange.
+    void exchanged(const Exchange& exchange);
     /// Whether a POST may use the connection. Blocks for up to 20 milliseconds while the server has not
     /// proved itself.
     [[nodiscard]] bool mayCarryPost();
