@@ -74,8 +74,11 @@ void registerSecrets(const HttpRequest& request, const QUrl& url)
     }
     if (request.body.isEmpty())
         return;
-    if (request.body.contains("\"pass\""))
-        secrets::addCredential(QJsonDocument::fromJson(request.body)["pass"_L1].toString());
+    if (request.body.contains("\"pass\"")) {
+        const QJsonDocument credentials = QJsonDocument::fromJson(request.body);
+        secrets::addCredential(credentials["pass"_L1].toString());
+        secrets::addPersonal(credentials["login"_L1].toString());
+    }
     const QJsonObject buyer = buyerOf(request.body);
     secrets::addPersonal(buyer["email"_L1].toString());
     secrets::addPersonal(buyer["phone"_L1].toString());
