@@ -26,7 +26,7 @@ ExitCode check(const CommandLine& line, Output& output)
 {
     Session session(line);
     const SignalWatch watch(&sayInterruptedAndEnd);
-    const QString url = session.fiscalRegister().device().property("url").toString();
+    const QString url = session.serviceAddress();
     {
         const ShownStatus status(url);
         session.connect();

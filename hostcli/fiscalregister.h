@@ -29,7 +29,7 @@ public:
     Q_DISABLE_COPY_MOVE(FiscalRegister)
 
     /// The device object; its properties are the register's settings.
-    [[nodiscard]] QObject& device() { return *object; }
+    [[nodiscard]] QObject& device() const { return *object; }
 
     /// Creates the driver. Call once, after the settings have been written.
     void init();

@@ -104,12 +104,12 @@ void takeCredential(RegisterConfig& config)
         addPassword(config, firstLine(readAll(path).bytes, path), 0);
 }
 
-// Whether the configuration itself holds a password: the register's, or the proxy's.
+// Whether the configuration itself holds a password: the register's, or one in an address.
 bool holdsPassword(const QList<IniEntry>& entries)
 {
     return std::any_of(entries.begin(), entries.end(), [](const IniEntry& entry) {
-        return entry.key == passwordKey ||
-               (entry.key == QStringLiteral("proxy") && entry.value.contains(u'@'));
+        const bool isAddress = entry.key == QStringLiteral("proxy") || entry.key == QStringLiteral("url");
+        return entry.key == passwordKey || (isAddress && entry.value.contains(u'@'));
     });
 }
 

@@ -8,6 +8,7 @@
 #include "hostcli/text.h"
 
 #include <QCoreApplication>
+#include <QUrl>
 
 #include <algorithm>
 #include <array>
@@ -71,12 +72,17 @@ Session::Session(const CommandLine& line)
     setUp(loaded, config);
 }
 
+QString Session::serviceAddress() const
+{
+    return QUrl(loaded.device().property("url").toString()).toDisplayString();
+}
+
 void Session::connect()
 {
     const auto error = attempt([&] { loaded.driver().connect(); });
     if (!error)
         return;
-    const QString url = loaded.device().property("url").toString();
+    const QString url = serviceAddress();
     if (isAboutCredentials(observer.seen().token))
         throw Failure(ExitCode::Usage,
             Text::tr(

@@ -29,6 +29,8 @@ public:
     /// Asks the service for a token. Throws Failure as the constructor does.
     void connect();
 
+    /// The service's address as it may be shown: without a password.
+    [[nodiscard]] QString serviceAddress() const;
     [[nodiscard]] FiscalRegister& fiscalRegister() { return loaded; }
     [[nodiscard]] ObservingTransport& transport() { return observer; }
 

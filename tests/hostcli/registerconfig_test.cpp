@@ -115,11 +115,13 @@ TEST_F(RegisterConfiguration, WarnsOfEveryFileWithAPasswordThatOthersCanRead)
     };
     const QByteArray noPassword = "[register]\nurl=x\n[transport]\nproxy=http://p:1\n";
     const QByteArray ofProxy = "[transport]\nproxy=http://user:password@p:1\n";
+    const QByteArray ofAddress = "[register]\nurl=http://user:password@s/v4/\n";
     EXPECT_EQ(warned("[register]\npassword=x\n", 0644), QStringList{QStringLiteral("r.ini")});
     EXPECT_EQ(warned("[register]\npassword=x\n", 0600), QStringList());
     EXPECT_EQ(warned("[register]\npasswordFile=secret\n", 0644), QStringList{QStringLiteral("secret")});
     EXPECT_EQ(warned("[register]\npasswordFile=secret\n", 0600), QStringList());
     EXPECT_EQ(warned(ofProxy, 0644), QStringList{QStringLiteral("r.ini")});
+    EXPECT_EQ(warned(ofAddress, 0644), QStringList{QStringLiteral("r.ini")});
     EXPECT_EQ(warned(noPassword, 0644), QStringList());
 }
 
