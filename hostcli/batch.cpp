@@ -166,7 +166,8 @@ void Batch::giveUpReceipt()
     current->error = ErrorInfo{{}, std::nullopt,
         seen.receiptSent ? Text::tr("Interrupted while waiting for the service")
                          : Text::tr("Interrupted before it was sent")};
-    tally.add(*current);
+    if (seen.receiptSent)
+        ++tally.unknown;
     write(*current);
 }
 

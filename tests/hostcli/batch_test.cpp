@@ -81,11 +81,13 @@ TEST_F(RunOfABatch, InterruptedBeforeAReceiptIsSentSaysSo)
     EXPECT_EXIT(
         {
             Batch batch(commandLine(Command::Sell), output, transport);
-            batch.setCount(1);
+            batch.setCount(3);
             std::ignore = batch.begin(receipt("r1"));
             batch.interrupt();
         },
-        testing::ExitedWithCode(4), "^Interrupted\\. r1 was not sent, run again\\.\n$");
+        testing::ExitedWithCode(4),
+        "^Interrupted\\. r1 was not sent, run again\\.\nReceipts: 3\\. Registered: 0, refused: 0, unknown: "
+        "0\\.\nReceipts not sent: 3\\.\n$");
 }
 
 TEST_F(RunOfABatch, InterruptedBetweenTwoReceiptsTellsHowManyAreDone)
