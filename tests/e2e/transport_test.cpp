@@ -92,12 +92,12 @@ struct Row
 };
 
 const Row rows[] = {
-    {"FirstByte", "firstByteTimeout", "300", R"("effect":"silent")",
-        "истекло время на начало ответа (предел 300 мс)"},
-    {"Stall", "stallTimeout", "300", R"("effect":"wrong-length","bytes":16)",
-        "истекло время на продолжение ответа (предел 300 мс)"},
-    {"Overall", "overallTimeout", "700", R"("effect":"drip","milliseconds":100)",
-        "истекло время на обмен в целом (предел 700 мс)"},
+    {"FirstByte", "firstByteTimeout", "1500", R"("effect":"silent")",
+        "истекло время на начало ответа (предел 1500 мс)"},
+    {"Stall", "stallTimeout", "1500", R"("effect":"wrong-length","bytes":16)",
+        "истекло время на продолжение ответа (предел 1500 мс)"},
+    {"Overall", "overallTimeout", "1500", R"("effect":"drip","milliseconds":100)",
+        "истекло время на обмен в целом (предел 1500 мс)"},
 };
 
 class Limit : public testing::TestWithParam<Row>

@@ -146,12 +146,7 @@ TEST_P(Once, AGetIsRepeatedNoMoreThanOnce)
 
 TEST_P(Once, SellsToAServerThatClosesAfterEachAnswer)
 {
-    const RawServer server(
-        [](Peer& peer, const std::string&) {
-            peer.answer(200, okBody);
-            peer.close();
-        },
-        tls());
+    const RawServer server([](Peer& peer, const std::string&) { peer.answerAndClose(200, okBody); }, tls());
     EXPECT_EQ(failuresOf200Receipts(server), 0);
     EXPECT_EQ(posts(server), 200);
 }
@@ -159,10 +154,7 @@ TEST_P(Once, SellsToAServerThatClosesAfterEachAnswer)
 TEST_P(Once, SellsToAServerThatAnnouncesThatItCloses)
 {
     const RawServer server(
-        [](Peer& peer, const std::string&) {
-            peer.answer(200, okBody, "Connection: close\r\n");
-            peer.close();
-        },
+        [](Peer& peer, const std::string&) { peer.answerAndClose(200, okBody, "Connection: close\r\n"); },
         tls());
     EXPECT_EQ(failuresOf200Receipts(server), 0);
     EXPECT_EQ(posts(server), 200);
@@ -173,9 +165,10 @@ TEST_P(Once, SellsToAServerThatClosesAfterEverySecondAnswer)
     std::atomic<int> answered = 0;
     const RawServer server(
         [&](Peer& peer, const std::string&) {
-            peer.answer(200, okBody);
             if (++answered % 2 == 0)
-                peer.close();
+                peer.answerAndClose(200, okBody);
+            else
+                peer.answer(200, okBody);
         },
         tls());
     EXPECT_EQ(failuresOf200Receipts(server), 0);

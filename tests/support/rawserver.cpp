@@ -172,6 +172,14 @@ void Peer::answer(int status, std::string_view body, std::string_view extraHeade
     send(text);
 }
 
+void Peer::answerAndClose(int status, std::string_view body, std::string_view extraHeaders)
+{
+    const int on = 1;
+    ::setsockopt(socket, IPPROTO_TCP, TCP_CORK, &on, sizeof on);
+    answer(status, body, extraHeaders);
+    close();
+}
+
 void Peer::close()
 {
     if (ssl && isOpen())

@@ -36,6 +36,8 @@ public:
     void drip(std::string_view bytes, std::chrono::milliseconds pause);
     /// Sends an HTTP/1.1 answer with its Content-Length.
     void answer(int status, std::string_view body, std::string_view extraHeaders = {});
+    /// Sends the answer and closes the connection in order; the two leave together.
+    void answerAndClose(int status, std::string_view body, std::string_view extraHeaders = {});
     /// Closes the connection in order.
     void close();
     /// Closes the connection with a TCP reset.
