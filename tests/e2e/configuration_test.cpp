@@ -8,7 +8,9 @@
 
 namespace {
 
+using namespace Qt::Literals::StringLiterals;
 using testing::HasSubstr;
+using testing::Not;
 
 class Password : public testing::Test
 {
@@ -36,7 +38,7 @@ TEST_F(Password, ComesFromTheServiceManagersCredential)
     const Ran without = check({});
     EXPECT_EQ(without.exitCode, 1);
     EXPECT_THAT(without.err.toStdString(), HasSubstr("section [register] lacks \"password\""));
-    const Ran with = check({credential("secret")});
+    const Ran with = check({credential(shopPassword)});
     EXPECT_EQ(with.exitCode, 0);
     EXPECT_EQ(with.err, QString());
     EXPECT_EQ(check({credential("wrong")}).exitCode, 1);
@@ -51,9 +53,24 @@ TEST_F(Password, OfTheConfigurationGoesBeforeTheCredential)
             "register.ini: the password is taken from here, not from the credential frhost.password\n"));
 }
 
+TEST_F(Password, InTheAddressOfTheServiceIsNotShown)
+{
+    const QString address = emulator.url();
+    shop.configure(QStringLiteral("url"), QString(address).replace(u"//"_s, u"//user:canary@"_s));
+    const Ran connected = check({});
+    EXPECT_EQ(connected.exitCode, 0);
+    EXPECT_THAT(connected.out.toStdString(),
+        HasSubstr(QString(address).replace(u"//"_s, u"//user@"_s).toStdString()));
+    emulator.stop();
+    const Ran stopped = check({});
+    EXPECT_EQ(stopped.exitCode, 4);
+    EXPECT_THAT(
+        (connected.out + connected.err + stopped.out + stopped.err).toStdString(), Not(HasSubstr("canary")));
+}
+
 TEST_F(Password, InAFileThatOthersCanReadIsReportedAndUsed)
 {
-    const QString file = shop.file(QStringLiteral("till's password"), "secret\n");
+    const QString file = shop.file(QStringLiteral("till's password"), QByteArray(shopPassword) + '\n');
     QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
     shop.unconfigure(QStringLiteral("password"));
     shop.configure(QStringLiteral("passwordFile"), QStringLiteral("till's password"));

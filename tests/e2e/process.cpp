@@ -5,6 +5,8 @@
 #include <QProcess>
 #include <QUrl>
 
+#include <gmock/gmock.h>
+
 #include <csignal>
 #include <cstdio>
 #include <stdexcept>
@@ -30,12 +32,18 @@ Ran finished(QProcess& process, const QByteArray& input)
         process.waitForFinished();
         throw std::runtime_error(process.program().toStdString() + " did not end");
     }
-    return {process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+    return withoutPassword({process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
         QString::fromUtf8(process.readAllStandardOutput()),
-        QString::fromUtf8(process.readAllStandardError())};
+        QString::fromUtf8(process.readAllStandardError())});
 }
 
 } // namespace
+
+Ran withoutPassword(const Ran& ran)
+{
+    EXPECT_THAT((ran.out + ran.err).toStdString(), testing::Not(testing::HasSubstr(shopPassword)));
+    return ran;
+}
 
 QList<QJsonObject> Ran::lines() const
 {
@@ -98,7 +106,7 @@ EmulatorProcess::EmulatorProcess(const QStringList& arguments)
     if (pipe(ends) != 0)
         throw std::runtime_error("no pipe");
     QList<QByteArray> texts{
-        "timeout", "600", FREMULATOR, "--login", "shop", "--password", "secret", "--group", "shop_1"};
+        "timeout", "600", FREMULATOR, "--login", "shop", "--password", shopPassword, "--group", "shop_1"};
     for (const QString& argument : arguments)
         texts << argument.toUtf8();
     QList<char*> argv;

@@ -10,6 +10,9 @@
 
 #include <sys/types.h>
 
+/// The password of the till and of its service. No program may show it.
+inline constexpr auto shopPassword = "till-canary";
+
 /// A program that has run to its end.
 struct Ran
 {
@@ -23,6 +26,9 @@ struct Ran
     /// for one that is missing.
     [[nodiscard]] QStringList columns(const QStringList& keys) const;
 };
+
+/// What a program left; fails the test where the password of the shop stands in it.
+[[nodiscard]] Ran withoutPassword(const Ran& ran);
 
 /// What programs run with: the environment of the tests, and texts in English.
 [[nodiscard]] QProcessEnvironment testEnvironment();

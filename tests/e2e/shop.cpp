@@ -6,7 +6,7 @@
 
 Shop::Shop(const QString& url)
     : settings{{QStringLiteral("url"), url}, {QStringLiteral("login"), QStringLiteral("shop")},
-          {QStringLiteral("password"), QStringLiteral("secret")},
+          {QStringLiteral("password"), QString::fromLatin1(shopPassword)},
           {QStringLiteral("groupCode"), QStringLiteral("shop_1")},
           {QStringLiteral("inn"), QStringLiteral("7700000000")},
           {QStringLiteral("email"), QStringLiteral("shop@example.com")},
