@@ -256,8 +256,8 @@ def breakdown(receipt, compose, reply):
     """Where the microseconds of one receipt over plain HTTP go, by number of lines."""
     bars = {}
     for size in SIZES:
-        wire, kept, new = (receipt[f"exchange/{who}/plain/{size}"] for who in ("raw", "curl", "curlnew"))
-        parts = {"network and service": wire, "libcurl": kept - wire, "a connection for the POST": new - kept,
+        wire, kept = (receipt[f"exchange/{who}/plain/{size}"] for who in ("raw", "curl"))
+        parts = {"network and service": wire, "libcurl": kept - wire,
                  "building the JSON": compose[f"compose/ours-object/{size}"],
                  "writing its text": compose[f"compose/ours-text/{size}"], "reading two answers": 2 * reply["reply/ours/300"]}
         parts["the rest of ours"] = receipt[f"receipt/plugin/plain/{size}"] - sum(parts.values())
