@@ -11,7 +11,7 @@ function flush() {
   pending = [];
   const receipts = new Map(events.filter(one => one.document).map(one => [one.document.uuid, one.document]));
   for (const receipt of [...receipts.values()].slice(-mostRows)) showReceipt(receipt);
-  if (receipts.has(openUuid)) openFromAddress();
+  if (receipts.has(openUuid) || events.some(one => one.kind === 'lost')) openFromAddress();
   if (events.some(one => one.kind === 'cleared' || one.kind === 'lost')) refreshSoon();
   if (events.some(one => one.kind === 'faults' || one.kind === 'lost' || one.fault)) quietly(showFaults());
   quietly(showCalls());
@@ -28,6 +28,9 @@ function follow() {
     live(true);
     quietly(refresh());
     quietly(showFaults());
+    // What happened while the connection was lost brought no event.
+    openFromAddress();
+    quietly(showCalls());
   };
   events.onerror = () => live(false);
   events.onmessage = event => {

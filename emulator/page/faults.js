@@ -92,6 +92,7 @@ function faultRow(fault) {
   const phase = fault.phase === 'before' ? say.before : say.afterPhase;
   const where = matchText(fault.match);
   const remove = make('button', {type: 'button', textContent: say.remove, ariaLabel: `${say.remove}: ${what}`});
+  remove.dataset.fault = fault.id;
   remove.addEventListener('click', async () => {
     await attempt('faults/' + fault.id, {method: 'DELETE'});
     byId('in-force').focus();
@@ -106,7 +107,9 @@ function faultRow(fault) {
 async function showFaults() {
   const {faults} = await ask('faults');
   byId('no-faults').hidden = faults.length > 0;
+  const focused = document.activeElement.dataset.fault;
   byId('fault-list').replaceChildren(...faults.map(faultRow));
+  if (focused) byId('fault-list').querySelector(`button[data-fault="${focused}"]`)?.focus();
 }
 
 const presets = {

@@ -23,6 +23,7 @@ function row(receipt) {
   const button = make('button', {type: 'button'});
   button.dataset.uuid = receipt.uuid;
   button.addEventListener('click', () => {
+    if (location.hash.slice(1) === receipt.uuid) openFromAddress();
     location.hash = receipt.uuid;
     // In one column the slip is below the list.
     if (matchMedia('(max-width: 62rem)').matches) byId('opened').scrollIntoView();
@@ -193,10 +194,14 @@ function openFromAddress() {
 
 async function showCalls() {
   if (!byId('calls').open) return;
-  const found = await ask('exchanges?limit=30');
-  const opened = new Set([...byId('call-list').querySelectorAll('[open]')].map(one => Number(one.dataset.sequence)));
-  byId('call-list').replaceChildren(...found.exchanges.map(exchange));
-  for (const box of byId('call-list').children) box.open = opened.has(Number(box.dataset.sequence));
+  const {exchanges} = await ask('exchanges?limit=30');
+  const boxes = [...byId('call-list').children];
+  const shown = new Set(boxes.map(box => Number(box.dataset.sequence)));
+  byId('call-list').prepend(...exchanges.filter(one => !shown.has(one.sequence)).map(exchange));
+  // What someone reads stays as it is, the focus too.
+  const latest = new Set(exchanges.map(one => one.sequence));
+  const isRead = box => exchanges.length > 0 && (box.open || box.contains(document.activeElement));
+  for (const box of boxes.filter(one => !latest.has(Number(one.dataset.sequence)) && !isRead(one))) box.remove();
 }
 
 function startReceipts() {

@@ -2,6 +2,7 @@
 // FREMULATOR=program FRHOST=program AXE=axe.min.js node --test pagetest.mjs
 import assert from 'node:assert/strict';
 import {execFileSync, spawn} from 'node:child_process';
+import {once} from 'node:events';
 import {existsSync, mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
 import net from 'node:net';
 import {tmpdir} from 'node:os';
@@ -89,7 +90,8 @@ async function leavePage() {
 /** The tests that follow have an emulator of their own. */
 async function startEmulator(...options) {
   emulator?.kill();
-  emulator = spawn(program, ['--port', '0', '--login', 'shop', '--password', password, '--group', 'group', ...options],
+  const free = options.includes('--port') ? [] : ['--port', '0'];
+  emulator = spawn(program, [...free, '--login', 'shop', '--password', password, '--group', 'group', ...options],
     {stdio: ['ignore', 'pipe', 'inherit']});
   [, root, port] = await lineOf(emulator, /listening on (http:\/\/127\.0\.0\.1:(\d+)\/)possystem/);
   await takeToken();
@@ -313,6 +315,25 @@ test('the keyboard reaches everything and works it', async () => {
   await browser.until("return document.querySelectorAll('#fault-list li').length === 0");
 });
 
+test('the focus stays where it is while calls arrive', async () => {
+  await exchange('POST', '/_emulator/faults', JSON.stringify({endpoint: 'sell', effect: 'delay', milliseconds: 1}));
+  await browser.until("return document.querySelectorAll('#fault-list li').length === 1");
+  await browser.run("document.getElementById('calls').open = true");
+  await browser.until("return document.querySelector('#call-list summary')");
+  for (const where of ['#call-list summary', '#fault-list button']) {
+    await browser.run('document.querySelector(arguments[0]).focus()', where);
+    const focused = await browser.run('return document.activeElement.outerHTML');
+    const hits = await browser.run("return document.getElementById('fault-list').innerText");
+    const latest = await browser.run("return document.querySelector('#call-list .exchange').dataset.sequence");
+    assert.equal((await sell(`focus ${where}`)).status, 200);
+    await browser.until("return document.getElementById('fault-list').innerText !== arguments[0]", hits);
+    await browser.until("return document.querySelector('#call-list .exchange').dataset.sequence !== arguments[0]", latest);
+    assert.equal(await browser.run('return document.activeElement.outerHTML'), focused);
+  }
+  await exchange('DELETE', '/_emulator/faults', '');
+  await browser.run("document.getElementById('calls').open = false");
+});
+
 test('the keyboard alone fills the form of a fault and sends it', async () => {
   const idOfFocused = 'return document.activeElement.id';
   const fill = async (id, ...pressed) => {
@@ -434,6 +455,25 @@ test('an opened receipt shows its newest calls, however few are kept', async () 
     await report(uuid);
   }
   await browser.until("return document.querySelectorAll('#detail .exchange').length === 11");
+});
+
+test('what happened while the connection was lost is shown when it is back', async () => {
+  const folder = mkdtempSync(join(tmpdir(), 'fremulator-state-'));
+  await startEmulator('--db', join(folder, 'state'));
+  await openPage('en');
+  const {uuid} = JSON.parse((await sell('away')).body);
+  await browser.until(`return ${rowOf('away')}`);
+  await browser.run(`${rowOf('away')}.click()`);
+  await browser.until("return document.querySelectorAll('#detail .exchange').length === 1");
+  const ended = once(emulator, 'exit');
+  emulator.kill();
+  await ended;
+  await browser.until("return document.getElementById('live').className === 'off'");
+  await startEmulator('--db', join(folder, 'state'), '--port', port);
+  // A browser waits for seconds before it asks again.
+  await report(uuid);
+  await browser.until("return document.querySelectorAll('#detail .exchange').length === 2");
+  rmSync(folder, {recursive: true});
 });
 
 test('a receipt with very many calls shows the newest and earlier ones when asked', async () => {
