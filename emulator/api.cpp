@@ -220,7 +220,7 @@ Reply Api::faults() const
 
 Reply Api::addFaults(const std::string& body)
 {
-    const Json json = Json::parse(body, nullptr, false);
+    const Json json = parseShallow(body);
     if (json.is_discarded())
         throw JsonError("the body must be JSON: a fault or an array of faults");
     std::vector<Fault> wanted;

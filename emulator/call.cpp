@@ -17,25 +17,6 @@ std::vector<std::string> segments(const std::string_view path)
     return parts;
 }
 
-/// Nothing the service takes is nested this deep; working through a body that is could exhaust the stack.
-bool isTooDeep(const std::string_view json)
-{
-    constexpr int deepest = 64;
-    int depth = 0;
-    bool inText = false;
-    for (std::size_t i = 0; i < json.size() && depth <= deepest; ++i) {
-        if (json[i] == '"')
-            inText = !inText;
-        else if (inText)
-            i += json[i] == '\\' ? 1U : 0U;
-        else if (json[i] == '[' || json[i] == '{')
-            ++depth;
-        else if (json[i] == ']' || json[i] == '}')
-            --depth;
-    }
-    return depth > deepest;
-}
-
 std::string textIn(const Json& body, const char* key)
 {
     const auto found = body.is_object() ? body.find(key) : body.end();
@@ -64,8 +45,7 @@ Call readCall(const Request& request)
     const bool get = request.method == "GET";
     const bool post = request.method == "POST";
     if (post)
-        call.body = isTooDeep(request.body) ? Json(Json::value_t::discarded)
-                                            : Json::parse(request.body, nullptr, false);
+        call.body = parseShallow(request.body);
     if (!request.path.starts_with(basePath))
         return call;
     const std::vector<std::string> parts = segments(std::string_view(request.path).substr(basePath.size()));

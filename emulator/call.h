@@ -30,7 +30,7 @@ struct Call
     std::string login{};
     std::string password{};
     std::string externalId{};
-    /// The body, discarded when it is no JSON.
+    /// The body, discarded when it is no JSON or nested too deep.
     Json body{};
 };
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <iterator>
 #include <utility>
 
 namespace emulator {
@@ -15,8 +16,11 @@ Json readFile(const std::string& file)
     std::ifstream stream(file);
     if (!stream)
         throw JsonError("cannot read " + file);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    if (isTooDeep(text))
+        throw JsonError(file + " is nested too deep");
     try {
-        return Json::parse(stream);
+        return Json::parse(text);
     } catch (const Json::parse_error& error) {
         throw JsonError(file + " is not JSON: " + error.what());
     }

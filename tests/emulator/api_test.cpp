@@ -301,6 +301,14 @@ TEST_F(OwnApi, RefusesABadFaultWholeWithTheReason)
     EXPECT_EQ(exchange(postRequest("/_emulator/faults", "{")).status, 400);
 }
 
+TEST_F(OwnApi, RefusesFaultsThatAreNestedTooDeep)
+{
+    EXPECT_EQ(exchange(postRequest("/_emulator/faults", std::string(500'000, '['))).status, 400);
+    const std::string closed = std::string(500'000, '[') + std::string(500'000, ']');
+    EXPECT_EQ(exchange(postRequest("/_emulator/faults", closed)).status, 400);
+    EXPECT_EQ(get("/_emulator/faults").status, 200);
+}
+
 TEST_F(OwnApi, CountsMatchesAndHitsOfAFault)
 {
     const Json match{{"external_id", "id-*"}, {"after", 1}, {"next", 1}};

@@ -44,6 +44,12 @@ struct ConfigFile : testing::Test
 
 } // namespace
 
+TEST_F(ConfigFile, RefusesWhatIsNestedTooDeep)
+{
+    const std::string deep = R"({"faults": [)" + std::string(500'000, '[');
+    EXPECT_THAT(complaint(deep.c_str()), HasSubstr("is nested too deep"));
+}
+
 TEST_F(ConfigFile, GivesGroupsUsersListsAndFaults)
 {
     const Options options = read(R"({
