@@ -15,6 +15,8 @@ namespace emulator {
 namespace {
 
 constexpr auto reportLife = std::chrono::days(32);
+// Of a login that is refused as much is recorded; a body could bring one of a mebibyte.
+constexpr std::size_t longestLogin = 1024;
 
 /// The service wants exactly this type and character set; letters may be of any case, blanks do not count.
 bool isJsonInUtf8(std::string type)
@@ -154,7 +156,7 @@ void Service::record(const Context& context, const Request& request, const Answe
         .groupCode = call.group,
         .externalId = call.externalId,
         .uuid = sell ? store_.findUuid(call.group, call.externalId).value_or("") : call.uuid,
-        .login = call.login,
+        .login = call.login.substr(0, longestLogin),
         .request = beginningOf(maskedRequest(request, call)),
         .answer = beginningOf(maskedAnswer(bytes, call)),
         .status = bytes.empty() ? 0 : answer.reply.status,

@@ -131,6 +131,10 @@ TEST_F(State, KeepsTheBeginningOfALongExchange)
     EXPECT_EQ(sell(goodReceipt(std::string(500'000, 'y'))).json()["error"]["code"], 32);
     const Json refused = get("/_emulator/exchanges?limit=1").json()["exchanges"][0];
     EXPECT_EQ(refused["external_id"].get<std::string>().size(), 1024u);
+    const Json stranger{{"login", std::string(500'000, 'z')}, {"pass", "x"}};
+    EXPECT_EQ(post("/possystem/v4/getToken", stranger).json()["error"]["code"], 12);
+    const Json unknown = get("/_emulator/exchanges?limit=1").json()["exchanges"][0];
+    EXPECT_EQ(unknown["login"].get<std::string>().size(), 1024u);
 }
 
 TEST_F(State, CountsRequestsOfAnIdThatComesAgainAndAgain)
