@@ -27,6 +27,11 @@ bool isJsonInUtf8(std::string type)
     return type == "application/json;charset=utf-8";
 }
 
+bool isCorrection(const Call& call)
+{
+    return call.operation.ends_with("_correction");
+}
+
 std::string callbackUrl(const Json& body)
 {
     const auto service = body.find("service");
@@ -220,8 +225,7 @@ Reply Service::takeDocument(const Context& context, const std::string& body)
 
 std::string Service::wrongFields(const Call& call, const Group& group) const
 {
-    const bool correction = call.operation.ends_with("_correction");
-    const auto check = correction ? checkCorrection : checkReceipt;
+    const auto check = isCorrection(call) ? checkCorrection : checkReceipt;
     return describe(check(call.body, options_.lists, group.inn));
 }
 
@@ -235,7 +239,7 @@ Document Service::newDocument(const Context& context, const std::string& body, c
         .login = call.login,
         .receivedAt = clock_(),
         .body = body,
-        .totalKopecks = paidKopecks(call.body[call.body.contains("receipt") ? "receipt" : "correction"]),
+        .totalKopecks = paidKopecks(call.body[isCorrection(call) ? "correction" : "receipt"]),
         .callbackUrl = callbackUrl(call.body),
         .waitsLeft = options_.waits};
     fiscalise(document, group, context.fault);

@@ -136,6 +136,23 @@ TEST_F(Calls, TakeEveryOperationOfTheServiceAndNoOther)
     EXPECT_EQ(outcome("give", "6"), (Outline{400, 31, "fail"}));
 }
 
+TEST_F(Calls, TakeWhatTheOperationNamesAndNothingBesideIt)
+{
+    ready();
+    Json correction = Json::parse(R"({"timestamp": "01.03.2026 03:00:00", "external_id": "c", "correction": {
+        "company": {"inn": "7700000000", "payment_address": "shop.example"},
+        "payments": [{"type": 1, "sum": 20.5}]}, "receipt": null})");
+    Json receipt = goodReceipt("r");
+    receipt["correction"] = nullptr;
+    const auto total = [this](const std::string& operation, const Json& body) {
+        const Json taken =
+            exchange(postRequest("/possystem/v4/group-1/" + operation, body.dump(), tokenHeader())).json();
+        return report(taken["uuid"]).json()["payload"]["total"].get<double>();
+    };
+    EXPECT_EQ(total("sell_correction", correction), 20.5);
+    EXPECT_EQ(total("sell", receipt), 150.5);
+}
+
 TEST_F(Calls, AnswerTheSameExternalIdWithTheFirstUuid)
 {
     ready();
