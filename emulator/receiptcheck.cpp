@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cctype>
-#include <functional>
 #include <optional>
 #include <span>
 
@@ -46,6 +45,7 @@ struct Rule
     Names names = nullptr;
 };
 
+constexpr std::int64_t mostItems = 100;
 constexpr std::int64_t largestAmount = 4'294'967'295; // kopecks
 constexpr std::int64_t largestQuantity = 99'999'999;  // thousandths
 constexpr std::int64_t largestDifference = 99;        // kopecks between the items and the total
@@ -65,7 +65,7 @@ const Rule receiptRules[] = {
     {"receipt.company.sno", OneOf, Optional, 0, 0, &Lists::taxationSystems},
     {"receipt.company.inn", Inn, Required},
     {"receipt.company.payment_address", Text, Required, 1, 256},
-    {"receipt.items", Array, Required, 1, 100},
+    {"receipt.items", Array, Required, 1, mostItems},
     {"receipt.items[]", Object, Required},
     {"receipt.items[].name", Text, Required, 1, 128},
     {"receipt.items[].price", Money, Required, 0, largestAmount},
@@ -220,49 +220,20 @@ std::string expectation(const Rule& rule, const Lists& lists)
     return {};
 }
 
-/// Calls `visit` with every value that `path` leads to, null for one that is missing in an object that is
-/// there.
-void walk(const Json& value, const std::string_view path, const std::string& name,
-    const std::function<void(const Json&, const std::string&)>& visit)
-{
-    if (path.empty())
-        return visit(value, name);
-    if (path.starts_with("[]")) {
-        for (std::size_t i = 0; value.is_array() && i < value.size(); ++i)
-            walk(value[i], path.substr(path.starts_with("[].") ? 3 : 2), name + "[" + std::to_string(i) + "]",
-                visit);
-        return;
-    }
-    if (!value.is_object())
-        return;
-    const std::size_t end = std::min(path.find_first_of(".["), path.size());
-    const std::string key(path.substr(0, end));
-    std::string_view rest = path.substr(end);
-    if (rest.starts_with('.'))
-        rest.remove_prefix(1);
-    static const Json missing;
-    const auto found = value.find(key);
-    walk(found == value.end() ? missing : *found, rest, name.empty() ? key : name + "." + key, visit);
-}
-
 class Checker
 {
 public:
-    Checker(const Json& body, const Lists& lists)
+    Checker(const Json& body, const std::span<const Rule> rules, const Lists& lists)
         : body_(body)
+        , rules_(rules)
         , lists_(lists)
     {
     }
 
-    void apply(const std::span<const Rule> rules)
+    void apply()
     {
-        for (const Rule& rule : rules) {
-            walk(body_, rule.path, {}, [&](const Json& value, const std::string& name) {
-                const bool absent = value.is_null() && rule.need == Optional;
-                if (!absent && !holds(value, rule, lists_))
-                    add(name, expectation(rule, lists_));
-            });
-        }
+        for (const Rule& rule : rules_)
+            walk(body_, rule, 0, {});
     }
 
     void add(const std::string& field, const std::string& rule) { found_.push_back({field, rule}); }
@@ -270,7 +241,44 @@ public:
     [[nodiscard]] std::vector<Violation> result() && { return std::move(found_); }
 
 private:
+    /// Checks every value that the rest of the rule's path, from `at` on, leads to from `value`: null for one
+    /// that is missing in an object that is there, and no more elements of an array than it may have.
+    void walk(const Json& value, const Rule& rule, const std::size_t at, const std::string& name)
+    {
+        const std::string_view path = rule.path.substr(at);
+        if (path.empty())
+            return check(value, rule, name);
+        if (path.starts_with("."))
+            return walk(value, rule, at + 1, name);
+        if (path.starts_with("[]")) {
+            const std::size_t most = value.is_array() ? longest(rule.path.substr(0, at)) : 0;
+            for (std::size_t i = 0; i < std::min(value.size(), most); ++i)
+                walk(value[i], rule, at + 2, name + "[" + std::to_string(i) + "]");
+            return;
+        }
+        if (!value.is_object())
+            return;
+        static const Json missing;
+        const std::string key(path.substr(0, path.find_first_of(".[")));
+        const auto found = value.find(key);
+        walk(found == value.end() ? missing : *found, rule, at + key.size(),
+            name.empty() ? key : name + "." + key);
+    }
+
+    void check(const Json& value, const Rule& rule, const std::string& name)
+    {
+        const bool absent = value.is_null() && rule.need == Optional;
+        if (!absent && !holds(value, rule, lists_))
+            add(name, expectation(rule, lists_));
+    }
+
+    [[nodiscard]] std::size_t longest(const std::string_view array) const
+    {
+        return static_cast<std::size_t>(std::ranges::find(rules_, array, &Rule::path)->high);
+    }
+
     const Json& body_;
+    std::span<const Rule> rules_;
     const Lists& lists_;
     std::vector<Violation> found_;
 };
@@ -316,7 +324,8 @@ void checkItems(Checker& checker, const Json& receipt)
     if (!receipt.contains("items") || !receipt["items"].is_array())
         return;
     const bool vatOfReceipt = gives(receipt, "vats") && !receipt["vats"].empty();
-    for (std::size_t i = 0; i < receipt["items"].size(); ++i) {
+    const std::size_t count = std::min<std::size_t>(receipt["items"].size(), mostItems);
+    for (std::size_t i = 0; i < count; ++i) {
         const Json& item = receipt["items"][i];
         const std::string name = "receipt.items[" + std::to_string(i) + "]";
         if (!item.is_object())
@@ -361,8 +370,8 @@ void checkTotals(Checker& checker, const Json& receipt)
 
 std::vector<Violation> checkReceipt(const Json& body, const Lists& lists, const std::string& inn)
 {
-    Checker checker(body, lists);
-    checker.apply(receiptRules);
+    Checker checker(body, receiptRules, lists);
+    checker.apply();
     const Json& receipt = objectOf(body, "receipt");
     checkContact(checker, receipt);
     checkInnOfGroup(checker, objectOf(receipt, "company"), "receipt.company.inn", inn);
@@ -373,8 +382,8 @@ std::vector<Violation> checkReceipt(const Json& body, const Lists& lists, const 
 
 std::vector<Violation> checkCorrection(const Json& body, const Lists& lists, const std::string& inn)
 {
-    Checker checker(body, lists);
-    checker.apply(correctionRules);
+    Checker checker(body, correctionRules, lists);
+    checker.apply();
     checkInnOfGroup(
         checker, objectOf(objectOf(body, "correction"), "company"), "correction.company.inn", inn);
     return std::move(checker).result();

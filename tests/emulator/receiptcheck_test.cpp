@@ -248,6 +248,19 @@ TEST(ReceiptCheck, SurvivesABodyThatIsNoObject)
     EXPECT_THAT(wrongFields(Json::object()), ElementsAre("timestamp", "external_id", "receipt"));
 }
 
+TEST(ReceiptCheck, LooksAtNoMoreElementsThanThereMayBe)
+{
+    const auto lastOf = [](const std::string& pointer, const std::size_t count) {
+        return wrongFields(with(pointer, Json(count, Json::object()))).back();
+    };
+    EXPECT_EQ(wrongFields(with("/receipt/payments", Json(20'000, nullptr))).size(), 11u);
+    EXPECT_EQ(lastOf("/receipt/payments", 20'000), "receipt.payments[9].sum");
+    EXPECT_EQ(lastOf("/receipt/items", 20'000), "receipt.items[99].vat");
+    EXPECT_EQ(lastOf("/receipt/vats", 20'000), "receipt.vats[99].type");
+    EXPECT_EQ(wrongFields(with(item + "/supplier_info", {{"phones", Json(20'000, 5)}})).back(),
+        "receipt.items[0].supplier_info.phones[99]");
+}
+
 TEST(CorrectionCheck, LooksAtEnvelopeCompanyAndPayments)
 {
     const Json good =
