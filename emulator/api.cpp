@@ -205,9 +205,10 @@ Reply Api::clearDocuments()
 Reply Api::exchanges(const Request& request) const
 {
     const std::string externalId = request.parameter("external_id");
-    return jsonReply(200, toJson(externalId.empty() ? store_.newestExchanges(numberIn(request, "limit", 100))
-                                                    : store_.exchanges(request.parameter("group"), externalId,
-                                                          rangeIn(request))));
+    const std::string group = request.parameter("group");
+    return jsonReply(
+        200, toJson(externalId.empty() ? store_.newestExchanges(group, numberIn(request, "limit", 100))
+                                       : store_.exchanges(group, externalId, rangeIn(request))));
 }
 
 Reply Api::faults() const

@@ -136,10 +136,11 @@ Store::Store(const std::string& file, const std::int64_t keep)
     , insertExchange_(database_, "INSERT INTO exchanges VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
     , pruneExchanges_(database_, "DELETE FROM exchanges WHERE sequence <= ?")
     , selectExchanges_(database_,
-          "SELECT * FROM (SELECT * FROM exchanges WHERE external_id = ?1 AND group_code = ?2"
+          "SELECT * FROM (SELECT * FROM exchanges WHERE external_id = ?1 AND (?2 = '' OR group_code = ?2)"
           " AND sequence > ?3 AND (?4 = 0 OR sequence < ?4) ORDER BY sequence DESC LIMIT ?5)"
           " ORDER BY sequence")
-    , selectNewest_(database_, "SELECT * FROM exchanges ORDER BY sequence DESC LIMIT ?")
+    , selectNewest_(database_,
+          "SELECT * FROM exchanges WHERE ?1 = '' OR group_code = ?1 ORDER BY sequence DESC LIMIT ?2")
     , pruneWire_(database_, "DELETE FROM register_calls WHERE sequence <= ?")
 {
 }
@@ -280,9 +281,9 @@ std::vector<Exchange> Store::exchanges(
         selectExchanges_.rows(externalId, groupCode, range.after, range.before, range.limit));
 }
 
-std::vector<Exchange> Store::newestExchanges(const int limit)
+std::vector<Exchange> Store::newestExchanges(const std::string& groupCode, const int limit)
 {
-    return readExchanges(selectNewest_.rows(limit));
+    return readExchanges(selectNewest_.rows(groupCode, limit));
 }
 
 void Store::clear()

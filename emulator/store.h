@@ -124,11 +124,12 @@ public:
 
     /// Gives the exchange its sequence.
     void addExchange(Exchange& exchange);
-    /// Oldest first: register calls of that id and status calls of its document.
+    /// Oldest first: register calls of that id and status calls of its document, in any group when none is
+    /// named.
     [[nodiscard]] std::vector<Exchange> exchanges(
         const std::string& groupCode, const std::string& externalId, const ExchangeRange& range);
-    /// Newest first, of every endpoint.
-    [[nodiscard]] std::vector<Exchange> newestExchanges(int limit);
+    /// Newest first, of every endpoint; of one group when it is named.
+    [[nodiscard]] std::vector<Exchange> newestExchanges(const std::string& groupCode, int limit);
 
     /// Forgets documents, exchanges and wire counts. Tokens, registers and their counters stay.
     void clear();

@@ -269,6 +269,35 @@ TEST_F(OwnApi, ShowsCallsThatRegisteredNothing)
     EXPECT_EQ(exchanges[0]["code"], 32);
 }
 
+TEST_F(OwnApi, ShowsTheExchangesOfAGroupAndOfAnIdInAnyGroup)
+{
+    options.groups = {{.code = "a"}, {.code = "b"}};
+    options.users = {{.login = "shop", .password = "secret", .groups = {"a", "b"}}};
+    start();
+    takeToken();
+    for (const std::string group : {"a", "b"}) {
+        for (const std::string id : {"1", "2"}) {
+            EXPECT_EQ(exchange(postRequest(
+                                   "/possystem/v4/" + group + "/sell", goodReceipt(id).dump(), tokenHeader()))
+                          .status,
+                200);
+        }
+    }
+    const auto shown = [this](const std::string& query) {
+        std::vector<std::string> all;
+        const Json list = get("/_emulator/exchanges" + query).json();
+        for (const Json& one : list["exchanges"])
+            all.push_back(one["group"].get<std::string>() + one["external_id"].get<std::string>());
+        return all;
+    };
+    EXPECT_THAT(shown("?external_id=1"), ElementsAre("a1", "b1"));
+    EXPECT_THAT(shown("?external_id=1&group=b"), ElementsAre("b1"));
+    EXPECT_THAT(shown("?group=a"), ElementsAre("a2", "a1"));
+    EXPECT_THAT(shown("?group=a&limit=1"), ElementsAre("a2"));
+    EXPECT_THAT(shown("?group=c"), IsEmpty());
+    EXPECT_THAT(shown(""), ElementsAre("b2", "b1", "a2", "a1", ""));
+}
+
 TEST_F(OwnApi, ClearsDocumentsButNotTheCountersOfTheRegister)
 {
     registerReceipt("id-1");
