@@ -118,9 +118,9 @@ Reply Api::route(const Request& request)
     const std::string first = path.substr(0, path.find('/'));
     const std::string rest = path.size() > first.size() ? path.substr(first.size() + 1) : std::string();
     const std::string& method = request.method;
-    if (first == "documents" && rest.empty() && method == "GET")
+    if (path == "documents" && method == "GET")
         return documents(request);
-    if (first == "documents" && rest.empty() && method == "DELETE")
+    if (path == "documents" && method == "DELETE")
         return clearDocuments();
     if (first == "documents" && method == "GET" && rest.find('/') == std::string::npos)
         return document(rest);
@@ -134,6 +134,8 @@ Reply Api::route(const Request& request)
         return faults();
     if (path == "faults" && method == "POST")
         return addFaults(request.body);
+    if (path == "faults" && method == "DELETE")
+        return clearFaults();
     if (first == "faults" && method == "DELETE")
         return removeFault(rest);
     if (path == "expect" && method == "GET") {
@@ -234,13 +236,18 @@ Reply Api::addFaults(const std::string& body)
     return jsonReply(200, {{"faults", added}});
 }
 
+Reply Api::clearFaults()
+{
+    faults_.clear();
+    tell("faults");
+    return faults();
+}
+
 Reply Api::removeFault(const std::string& id)
 {
     int number = 0;
     const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), number);
-    if (id.empty())
-        faults_.clear();
-    else if (error != std::errc() || end != id.data() + id.size() || !faults_.remove(number))
+    if (error != std::errc() || end != id.data() + id.size() || !faults_.remove(number))
         return failure(404, "there is no fault " + id);
     tell("faults");
     return faults();

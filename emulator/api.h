@@ -42,6 +42,7 @@ private:
     Reply exchanges(const Request& request) const;
     Reply faults() const;
     Reply addFaults(const std::string& body);
+    Reply clearFaults();
     Reply removeFault(const std::string& id);
     Reply route(const Request& request);
     void tell(const char* kind) const;

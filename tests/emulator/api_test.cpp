@@ -319,6 +319,18 @@ TEST_F(OwnApi, SetsListsAndRemovesFaults)
     EXPECT_THAT(call("DELETE", "/_emulator/faults").json()["faults"], IsEmpty());
 }
 
+TEST_F(OwnApi, ClearsNothingForAnIdThatIsEmpty)
+{
+    registerReceipt("id-1");
+    EXPECT_EQ(post("/_emulator/faults", {{"endpoint", "token"}, {"effect", "close"}}).status, 200);
+    for (const std::string path :
+        {"documents/", "documents//", "documents/x", "faults/", "faults//", "faults/x"})
+        EXPECT_EQ(call("DELETE", "/_emulator/" + path).status, 404) << path;
+    EXPECT_THAT(ids(""), ElementsAre("id-1"));
+    EXPECT_EQ(get("/_emulator/faults").json()["faults"].size(), 1u);
+    EXPECT_EQ(get("/_emulator/documents/").status, 404);
+}
+
 TEST_F(OwnApi, RefusesABadFaultWholeWithTheReason)
 {
     const Json good{{"endpoint", "sell"}, {"effect", "close"}};
