@@ -142,7 +142,7 @@ Reply Service::perform(const Context& context, const Request& request)
     case Endpoint::Token:
         return giveToken(context);
     case Endpoint::Sell:
-        return takeDocument(context, request.body);
+        return takeDocument(context);
     case Endpoint::Report:
         return report(context);
     case Endpoint::Unknown:
@@ -206,7 +206,7 @@ std::optional<int> Service::refusal(const Context& context) const
     return group->protocolRefused ? std::optional(21) : std::nullopt;
 }
 
-Reply Service::takeDocument(const Context& context, const std::string& body)
+Reply Service::takeDocument(const Context& context)
 {
     const Call& call = context.call;
     if (const auto code = refusal(context))
@@ -220,7 +220,7 @@ Reply Service::takeDocument(const Context& context, const std::string& body)
         return error(Endpoint::Sell, 32, wrong);
     if (const auto uuid = store_.findUuid(call.group, call.externalId))
         return duplicateReply(*uuid, clock_());
-    return acceptedReply(newDocument(context, body, group).uuid, clock_());
+    return acceptedReply(newDocument(context, group).uuid, clock_());
 }
 
 std::string Service::wrongFields(const Call& call, const Group& group) const
@@ -229,7 +229,7 @@ std::string Service::wrongFields(const Call& call, const Group& group) const
     return describe(check(call.body, options_.lists, group.inn));
 }
 
-Document Service::newDocument(const Context& context, const std::string& body, const Group& group)
+Document Service::newDocument(const Context& context, const Group& group)
 {
     const Call& call = context.call;
     Document document{.uuid = newUuid(),
@@ -238,7 +238,7 @@ Document Service::newDocument(const Context& context, const std::string& body, c
         .operation = call.operation,
         .login = call.login,
         .receivedAt = clock_(),
-        .body = body,
+        .body = toLine(call.body),
         .totalKopecks = paidKopecks(call.body[isCorrection(call) ? "correction" : "receipt"]),
         .callbackUrl = callbackUrl(call.body),
         .waitsLeft = options_.waits};

@@ -50,14 +50,14 @@ private:
     Answer sabotage(Context& context, const Request& request);
     Reply perform(const Context& context, const Request& request);
     Reply giveToken(const Context& context);
-    Reply takeDocument(const Context& context, const std::string& body);
+    Reply takeDocument(const Context& context);
     Reply report(const Context& context);
     void record(const Context& context, const Request& request, const Answer& answer);
 
     /// The code that bars the call, if any.
     [[nodiscard]] std::optional<int> refusal(const Context& context) const;
     [[nodiscard]] std::string wrongFields(const Call& call, const Group& group) const;
-    Document newDocument(const Context& context, const std::string& body, const Group& group);
+    Document newDocument(const Context& context, const Group& group);
     /// Gives the document its time and its fiscal data, or the failure that it comes to.
     void fiscalise(Document& document, const Group& group, const Fault* fault);
     [[nodiscard]] const Group* findGroup(const std::string& code) const;

@@ -31,7 +31,8 @@ struct Document
     std::string operation{};
     std::string login{};
     TimePoint receivedAt{};
-    /// The body of the call, byte for byte.
+    /// The body of the call written anew as UTF-8 in one line, so that a text is found however the client
+    /// wrote it.
     std::string body{};
     std::int64_t totalKopecks = 0;
     std::string callbackUrl{};

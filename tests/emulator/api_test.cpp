@@ -73,6 +73,17 @@ TEST_F(OwnApi, SearchesDocuments)
     EXPECT_EQ(get("/_emulator/documents?limit=all").status, 400);
 }
 
+TEST_F(OwnApi, FindsATextHoweverTheClientWroteIt)
+{
+    Json body = goodReceipt("escaped");
+    body["receipt"]["items"][0]["name"] = "Хлеб";
+    const std::string escaped = body.dump(2, ' ', true);
+    ASSERT_THAT(escaped, HasSubstr("\\u0425\\u043b\\u0435\\u0431"));
+    EXPECT_EQ(exchange(postRequest("/possystem/v4/group-1/sell", escaped, tokenHeader())).status, 200);
+    EXPECT_THAT(ids("?text=%D0%A5%D0%BB%D0%B5%D0%B1"), ElementsAre("escaped"));
+    EXPECT_EQ(get("/_emulator/expect?text=%D0%A5%D0%BB%D0%B5%D0%B1").status, 200);
+}
+
 TEST_F(OwnApi, FindsTheSameIdsByPatternAsAFaultHits)
 {
     registerReceipt("чек-1");
