@@ -53,9 +53,11 @@ std::string Emulator::url() const
 
 Answer Emulator::answer(const Request& request)
 {
-    if (const std::string reason = foreignness(request, allowedHosts_); !reason.empty())
+    const PageFile* file = findPage(request);
+    const std::string reason = foreignness(request, allowedHosts_, file != nullptr);
+    if (!reason.empty())
         return {.reply = {.status = 403, .contentType = "text/plain; charset=utf-8", .body = reason + "\n"}};
-    if (const PageFile* file = findPage(request))
+    if (file != nullptr)
         return {.reply = {.contentType = std::string(file->contentType),
                     .body = std::string(file->body),
                     .headers = pageHeaders}};

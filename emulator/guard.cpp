@@ -13,7 +13,7 @@ std::string withoutPort(const std::string& host)
 
 } // namespace
 
-std::string foreignness(const Request& request, const std::vector<std::string>& hosts)
+std::string foreignness(const Request& request, const std::vector<std::string>& hosts, const bool isPage)
 {
     const std::string host = request.header("Host");
     const std::string name = withoutPort(host);
@@ -24,6 +24,12 @@ std::string foreignness(const Request& request, const std::vector<std::string>& 
     const std::string origin = request.header("Origin");
     if (!origin.empty() && origin != "http://" + host && origin != "https://" + host)
         return "Origin " + origin + " may not call";
+    // An image or a script of a foreign page is asked for without an Origin; browsers tell of its site
+    // instead.
+    const std::string site = request.header("Sec-Fetch-Site");
+    const bool link = isPage && request.header("Sec-Fetch-Mode") == "navigate";
+    if ((site == "cross-site" || site == "same-site") && !link)
+        return "a page of another site may not call";
     return {};
 }
 

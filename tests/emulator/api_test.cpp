@@ -510,6 +510,26 @@ TEST_F(OwnApi, RefusesAForeignOrigin)
     EXPECT_EQ(call("DELETE", "/_emulator/documents", "Origin: http://" + own + "\r\n", own).status, 200);
 }
 
+TEST_F(OwnApi, RefusesWhatABrowserAsksForAForeignPage)
+{
+    const auto status = [this](const std::string& site, const std::string& mode, const std::string& path,
+                            const std::string& method = "GET") {
+        return call(method, path, "Sec-Fetch-Site: " + site + "\r\nSec-Fetch-Mode: " + mode + "\r\n").status;
+    };
+    for (const std::string site : {"cross-site", "same-site"}) {
+        for (const std::string path : {"/_emulator/events", "/_emulator/documents", "/slip.js", "/",
+                 "/possystem/v4/getToken?login=shop&pass=secret"})
+            EXPECT_EQ(status(site, "no-cors", path), 403) << site << " " << path;
+        EXPECT_EQ(status(site, "navigate", "/"), 200) << site;
+        EXPECT_EQ(status(site, "navigate", "/index.html"), 200) << site;
+        EXPECT_EQ(status(site, "navigate", "/", "POST"), 403) << site;
+        EXPECT_EQ(status(site, "navigate", "/_emulator/documents"), 403) << site;
+        EXPECT_EQ(status(site, "navigate", "/possystem/v4/getToken?login=shop&pass=secret"), 403) << site;
+    }
+    EXPECT_EQ(status("same-origin", "cors", "/_emulator/documents"), 200);
+    EXPECT_EQ(status("none", "navigate", "/_emulator/documents"), 200);
+}
+
 TEST_F(OwnApi, TakesAHostThatItIsToldOf)
 {
     options.allowedHosts = {"cloud.test"};
