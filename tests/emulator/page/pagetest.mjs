@@ -82,6 +82,11 @@ async function openPage(language) {
   await browser.until("return document.getElementById('live').innerText !== ''");
 }
 
+async function openReceipt(id) {
+  await browser.until(`return ${rowOf(id)}`);
+  await browser.run(`${rowOf(id)}.click()`);
+}
+
 async function leavePage() {
   requested.push(...await browser.requests());
   await browser.stop();
@@ -144,7 +149,7 @@ paymentAddress=https://shop.example
 });
 
 test('a receipt opens as a slip with its fiscal data beside the exchange', async () => {
-  await browser.run(`${rowOf('till-1')}.click()`);
+  await openReceipt('till-1');
   const uuid = await browser.until("return document.querySelector('#qr') && location.hash.slice(1)");
   const {payload} = await report(uuid);
   const slip = await browser.run("return document.querySelector('.slip').innerText");
@@ -164,8 +169,7 @@ test('a slip without tax on its lines, or with the tax of the whole, says so', a
   await sell('taxes', {items});
   await sell('whole', {items: [{name: 'A', price: 150.5, quantity: 1, sum: 150.5}], vats: [{type: 'vat20', sum: 25.08}]});
   const amounts = async id => {
-    await browser.until(`return ${rowOf(id)}`);
-    await browser.run(`${rowOf(id)}.click()`);
+    await openReceipt(id);
     await browser.until("return document.getElementById('opened-title').innerText.includes(arguments[0])", id);
     const pairs = await browser.run(`return [...document.querySelectorAll('.slip dl:first-of-type dt')]
       .map(name => [name.innerText, name.nextElementSibling.innerText])`);
@@ -173,7 +177,7 @@ test('a slip without tax on its lines, or with the tax of the whole, says so', a
   };
   assert.deepEqual(await amounts('taxes'), {'VAT 0%': '100.00', 'Without VAT': '30.50', 'VAT 20/120': '3.33'});
   assert.deepEqual(await amounts('whole'), {'VAT 20%': '25.08'});
-  await browser.run(`${rowOf('till-1')}.click()`);
+  await openReceipt('till-1');
   await browser.until("return document.getElementById('opened-title').innerText.includes('till-1')");
 });
 
@@ -376,7 +380,7 @@ test('there is no accessibility violation, light or dark, in either language', a
       await openPage('ru');
       assert.equal(await browser.run("return document.getElementById('receipts-title').innerText"), 'Чеки');
     }
-    await browser.run(`${rowOf('till-1')}.click()`);
+    await openReceipt('till-1');
     await browser.until("return document.querySelector('#qr')");
     await browser.run("for (const box of document.querySelectorAll('details')) box.open = true");
     await browser.click('#presets button');
@@ -408,8 +412,7 @@ test('faults and refusals are told in Russian to one who reads it', async () => 
   await exchange('POST', '/_emulator/faults', JSON.stringify({endpoint: 'sell', effect: 'html', match: {next: 1}}));
   await sell('russian');
   await sell('russian');
-  await browser.until(`return ${rowOf('russian')}`);
-  await browser.run(`${rowOf('russian')}.click()`);
+  await openReceipt('russian');
   await browser.until("return document.getElementById('detail').innerText.includes('страница HTML, не регистрируется')");
 });
 
@@ -441,15 +444,14 @@ test('a waiting receipt is looked after even when a look fails', async () => {
   assert.equal((await sell('slow')).status, 200);
   await browser.until('return window.failed');
   assert.match(await browser.until(`return ${rowOf('slow')}?.innerText`), /waiting/);
-  await browser.until(`return ${rowOf('slow')}.innerText.includes('done')`);
+  await browser.until(`return ${rowOf('slow')}?.innerText.includes('done')`);
 });
 
 test('an opened receipt shows its newest calls, however few are kept', async () => {
   await startEmulator('--keep', '1');
   await openPage('en');
   const {uuid} = JSON.parse((await sell('polled')).body);
-  await browser.until(`return ${rowOf('polled')}`);
-  await browser.run(`${rowOf('polled')}.click()`);
+  await openReceipt('polled');
   for (let shown = 1; shown <= 10; ++shown) {
     await browser.until("return document.querySelectorAll('#detail .exchange').length === arguments[0]", shown);
     await report(uuid);
@@ -462,8 +464,7 @@ test('what happened while the connection was lost is shown when it is back', asy
   await startEmulator('--db', join(folder, 'state'));
   await openPage('en');
   const {uuid} = JSON.parse((await sell('away')).body);
-  await browser.until(`return ${rowOf('away')}`);
-  await browser.run(`${rowOf('away')}.click()`);
+  await openReceipt('away');
   await browser.until("return document.querySelectorAll('#detail .exchange').length === 1");
   const ended = once(emulator, 'exit');
   emulator.kill();
@@ -481,8 +482,7 @@ test('a receipt with very many calls shows the newest and earlier ones when aske
   await openPage('en');
   const {uuid} = JSON.parse((await sell('busy')).body);
   for (let i = 0; i < 149; ++i) await report(uuid);
-  await browser.until(`return ${rowOf('busy')}`);
-  await browser.run(`${rowOf('busy')}.click()`);
+  await openReceipt('busy');
   const shown = "return document.querySelectorAll('#detail .exchange').length === arguments[0]";
   await browser.until(shown, 100);
   await browser.click('#earlier');
