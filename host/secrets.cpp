@@ -2,12 +2,13 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QMutex>
 #include <QStringList>
 #include <QUrl>
 
 #include <algorithm>
 #include <memory>
+#include <mutex>
+#include <shared_mutex>
 #include <utility>
 #include <vector>
 
@@ -79,9 +80,11 @@ public:
     {
     }
 
+    [[nodiscard]] bool contains(const QString& value) const { return values.contains(value); }
+
     void add(const QString& value)
     {
-        if (value.isEmpty() || values.contains(value))
+        if (values.contains(value))
             return;
         values.append(value);
         if (values.size() > limit)
@@ -95,18 +98,14 @@ public:
         prepared.reset();
     }
 
-    // Prepared when it is first needed: most values are never looked for. Stays as it is while others are
-    // added.
-    [[nodiscard]] std::shared_ptr<const Replacements> replacements()
-    {
-        if (!prepared)
-            prepare();
-        return prepared;
-    }
+    // None while they are not prepared. Stay as they are while other values are added.
+    [[nodiscard]] std::shared_ptr<const Replacements> replacements() const { return prepared; }
 
-private:
+    // Called when they are first needed: most values are never looked for.
     void prepare()
     {
+        if (prepared)
+            return;
         auto list = std::make_shared<Replacements>();
         for (const QString& value : values) {
             const QString frame = value.size() < shortest ? QStringLiteral("\"") : QString();
@@ -120,63 +119,101 @@ private:
         prepared = std::move(list);
     }
 
+private:
     qsizetype limit;
     QStringList values;
     std::shared_ptr<const Replacements> prepared;
 };
 
-struct Registry
+// The values of one kind. They are asked for in every exchange of every register and change once in a token's
+// life, so that readers do not wait for each other.
+class Registry
 {
-    QMutex guard;
-    Values credentials{256};
-    Values personal{64};
+public:
+    explicit Registry(qsizetype most)
+        : values(most)
+    {
+    }
+
+    void add(const QString& value)
+    {
+        if (value.isEmpty() || known(value))
+            return;
+        const std::unique_lock lock(guard);
+        values.add(value);
+    }
+
+    [[nodiscard]] std::shared_ptr<const Replacements> replacements()
+    {
+        {
+            const std::shared_lock lock(guard);
+            if (auto prepared = values.replacements())
+                return prepared;
+        }
+        const std::unique_lock lock(guard);
+        values.prepare();
+        return values.replacements();
+    }
+
+    void clear()
+    {
+        const std::unique_lock lock(guard);
+        values.clear();
+    }
+
+private:
+    [[nodiscard]] bool known(const QString& value)
+    {
+        const std::shared_lock lock(guard);
+        return values.contains(value);
+    }
+
+    std::shared_mutex guard;
+    Values values;
 };
 
-Registry& registry()
+Registry& credentials()
 {
-    static Registry instance;
+    static Registry instance(256);
     return instance;
+}
+
+Registry& personal()
+{
+    static Registry instance(64);
+    return instance;
+}
+
+QString replaced(QString text, const Replacements& replacements)
+{
+    for (const auto& [wanted, by] : replacements)
+        text.replace(wanted, by);
+    return text;
 }
 
 } // namespace
 
 void addCredential(const QString& value)
 {
-    const QMutexLocker lock(&registry().guard);
-    registry().credentials.add(value);
+    credentials().add(value);
 }
 
 void addPersonal(const QString& value)
 {
-    const QMutexLocker lock(&registry().guard);
-    registry().personal.add(value);
+    personal().add(value);
 }
 
 QString masked(const QString& text, Audience audience)
 {
-    std::shared_ptr<const Replacements> credentials;
-    std::shared_ptr<const Replacements> personal;
-    {
-        const QMutexLocker lock(&registry().guard);
-        credentials = registry().credentials.replacements();
-        if (audience == Audience::Anyone)
-            personal = registry().personal.replacements();
-    }
-    QString result = text;
-    for (const auto& list : {credentials, personal}) {
-        if (!list)
-            continue;
-        for (const auto& [wanted, by] : *list)
-            result.replace(wanted, by);
-    }
-    return result;
+    const QString withoutCredentials = replaced(text, *credentials().replacements());
+    return audience == Audience::Anyone ? replaced(withoutCredentials, *personal().replacements())
+                                        : withoutCredentials;
 }
 
 void clear()
 {
-    const QMutexLocker lock(&registry().guard);
-    registry().credentials.clear();
-    registry().personal.clear();
+    credentials().clear();
+    personal().clear();
 }
 
 } // namespace secrets
