@@ -64,12 +64,14 @@ void run(const char* name, int threads, const Round& round)
     const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
     const auto receipts = static_cast<double>(sold);
     const LockCount after = lockCount();
+    const auto each = [&](std::int64_t LockCount::*count) {
+        return static_cast<double>(after.*count - locks.*count) / receipts;
+    };
     std::printf(R"({"contender": "%s", "threads": %d, "sells_per_second": %.1f, "cpu_us": %.2f, )"
-                R"("locks": %.3f, "waits": %.4f})"
+                R"("locks": %.3f, "waits": %.4f, "qt_futex_calls": %.4f})"
                 "\n",
         name, threads, receipts / seconds, (processorSeconds() - processor) / receipts * 1e6,
-        static_cast<double>(after.taken - locks.taken) / receipts,
-        static_cast<double>(after.waited - locks.waited) / receipts);
+        each(&LockCount::taken), each(&LockCount::waited), each(&LockCount::futexCallsOfQt));
 }
 
 } // namespace

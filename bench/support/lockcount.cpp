@@ -12,11 +12,23 @@ namespace {
 
 std::atomic<std::int64_t> taken = 0;
 std::atomic<std::int64_t> waited = 0;
+std::atomic<std::int64_t> futexCallsOfQt = 0;
 
 template <typename Function>
 Function* next(const char* name)
 {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
+}
+
+// Takes a lock, and counts a wait when it was not free.
+template <typename Lock>
+int take(Lock* lock, int (*tryLock)(Lock*), int (*waitFor)(Lock*))
+{
+    taken.fetch_add(1, std::memory_order_relaxed);
+    if (tryLock(lock) == 0)
+        return 0;
+    waited.fetch_add(1, std::memory_order_relaxed);
+    return waitFor(lock);
 }
 
 } // namespace
@@ -25,18 +37,26 @@ extern "C" {
 
 __attribute__((visibility("default"))) int pthread_mutex_lock(pthread_mutex_t* mutex)
 {
-    taken.fetch_add(1, std::memory_order_relaxed);
-    if (pthread_mutex_trylock(mutex) == 0)
-        return 0;
-    waited.fetch_add(1, std::memory_order_relaxed);
     static auto* const real = next<int(pthread_mutex_t*)>("pthread_mutex_lock");
-    return real(mutex);
+    return take(mutex, &pthread_mutex_trylock, real);
+}
+
+__attribute__((visibility("default"))) int pthread_rwlock_rdlock(pthread_rwlock_t* lock)
+{
+    static auto* const real = next<int(pthread_rwlock_t*)>("pthread_rwlock_rdlock");
+    return take(lock, &pthread_rwlock_tryrdlock, real);
+}
+
+__attribute__((visibility("default"))) int pthread_rwlock_wrlock(pthread_rwlock_t* lock)
+{
+    static auto* const real = next<int(pthread_rwlock_t*)>("pthread_rwlock_wrlock");
+    return take(lock, &pthread_rwlock_trywrlock, real);
 }
 
 __attribute__((visibility("default"))) long syscall(long number, ...) noexcept
 {
     if (number == SYS_futex)
-        waited.fetch_add(1, std::memory_order_relaxed);
+        futexCallsOfQt.fetch_add(1, std::memory_order_relaxed);
     std::va_list list;
     va_start(list, number);
     long arguments[6];
@@ -52,7 +72,7 @@ namespace bench {
 
 LockCount lockCount()
 {
-    return {taken, waited};
+    return {taken, waited, futexCallsOfQt};
 }
 
 } // namespace bench
