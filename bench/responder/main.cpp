@@ -14,7 +14,7 @@ constexpr auto usage = "benchresponder --answers DIR [--tls CAFILE] [--record] [
                        "  --answers DIR  where token.json, accepted.json and done.json stand\n"
                        "  --tls CAFILE   speak TLS; the certificate to trust is written to CAFILE\n"
                        "  --record       keep the last receipt and hand it out at /last\n"
-                       "  --ceiling      print how fast this program answers a bare socket, and end\n"
+                       "  --ceiling      print how fast this program answers bare sockets, and end\n"
                        "Prints its port and ends when its standard input does.\n";
 
 responder::Options parsed(int argc, char** argv, bool& ceiling)
