@@ -24,20 +24,25 @@ int main(int argc, char** argv)
     const Responder responder(Responder::Wire::Plain);
     Device device(responder.endpoint());
     const HostSale sale(sampleSale(3));
-    const int warmUp = receipts / 20;
-    for (int i = 0; i < warmUp; ++i)
-        device.registerSale(sale);
-    // Looking takes pages too, the first time.
-    std::ignore = residentKilobytes();
+    const auto sell = [&](int count) {
+        for (int i = 0; i < count; ++i)
+            device.registerSale(sale);
+    };
+    // Looking takes pages too, the first times.
+    for (int i = 0; i < 4; ++i) {
+        sell(receipts / 80);
+        std::ignore = residentKilobytes();
+        std::ignore = openFiles();
+    }
     const int files = openFiles();
-    const long memory = residentKilobytes();
     QElapsedTimer timer;
     timer.start();
-    for (int i = 0; i < receipts; ++i)
-        device.registerSale(sale);
+    const long memory = residentKilobytes();
+    sell(receipts);
+    const long memoryAtEnd = residentKilobytes();
+    const double seconds = static_cast<double>(timer.elapsed()) / 1e3;
     std::printf(R"({"receipts": %d, "seconds": %.1f, "rss_start_kb": %ld, "rss_end_kb": %ld, )"
                 R"("files_start": %d, "files_end": %d})"
                 "\n",
-        receipts, static_cast<double>(timer.elapsed()) / 1e3, memory, residentKilobytes(), files,
-        openFiles());
+        receipts, seconds, memory, memoryAtEnd, files, openFiles());
 }
