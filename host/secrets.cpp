@@ -6,9 +6,9 @@
 #include <QUrl>
 
 #include <algorithm>
+#include <deque>
 #include <memory>
 #include <mutex>
-#include <shared_mutex>
 #include <utility>
 #include <vector>
 
@@ -71,116 +71,94 @@ struct Replacement
 
 using Replacements = std::vector<Replacement>;
 
-// The latest values, the oldest forgotten first.
+Replacements replacementsOf(const QString& value)
+{
+    const QString frame = value.size() < shortest ? QStringLiteral("\"") : QString();
+    Replacements list;
+    for (const QString& spelling : spellings(value))
+        list.push_back({frame + spelling + frame, frame + mask.toString() + frame});
+    return list;
+}
+
+// The latest values of one kind, the oldest forgotten first. Registers add to them and look into them in
+// every exchange, so nothing is done under the lock that could be done elsewhere or later: how a value may be
+// spelt is worked out when it is first looked for, which most never are. A plain mutex, since a shared one
+// makes the threads queue up behind each writer, and each new buyer is one.
 class Values
 {
 public:
-    explicit Values(qsizetype most)
+    explicit Values(std::size_t most)
         : limit(most)
     {
     }
 
-    [[nodiscard]] bool contains(const QString& value) const { return values.contains(value); }
-
-    void add(const QString& value)
+    void add(const QString& text)
     {
-        if (values.contains(value))
+        if (text.isEmpty())
             return;
-        values.append(value);
+        const std::lock_guard lock(guard);
+        const auto isKnown = [&](const Value& value) { return value.text == text; };
+        if (std::any_of(values.begin(), values.end(), isKnown))
+            return;
+        values.push_back({text, {}});
         if (values.size() > limit)
-            values.removeFirst();
+            values.pop_front();
         prepared.reset();
     }
 
     void clear()
     {
+        const std::lock_guard lock(guard);
         values.clear();
         prepared.reset();
     }
 
-    // None while they are not prepared. Stay as they are while other values are added.
-    [[nodiscard]] std::shared_ptr<const Replacements> replacements() const { return prepared; }
-
-    // Called when they are first needed: most values are never looked for.
-    void prepare()
+    // What is returned stays as it is while others are added.
+    [[nodiscard]] std::shared_ptr<const Replacements> replacements()
     {
-        if (prepared)
-            return;
-        auto list = std::make_shared<Replacements>();
-        for (const QString& value : values) {
-            const QString frame = value.size() < shortest ? QStringLiteral("\"") : QString();
-            for (const QString& spelling : spellings(value))
-                list->push_back({frame + spelling + frame, frame + mask.toString() + frame});
+        const std::lock_guard lock(guard);
+        if (!prepared)
+            prepared = prepare();
+        return prepared;
+    }
+
+private:
+    struct Value
+    {
+        QString text;
+        Replacements spelt;
+    };
+
+    [[nodiscard]] std::shared_ptr<const Replacements> prepare()
+    {
+        const auto list = std::make_shared<Replacements>();
+        for (Value& value : values) {
+            if (value.spelt.empty())
+                value.spelt = replacementsOf(value.text);
+            list->insert(list->end(), value.spelt.begin(), value.spelt.end());
         }
         // The longer first, so that a value that begins another one does not leave the other's tail behind.
         std::stable_sort(list->begin(), list->end(), [](const Replacement& left, const Replacement& right) {
             return left.wanted.size() > right.wanted.size();
         });
-        prepared = std::move(list);
+        return list;
     }
 
-private:
-    qsizetype limit;
-    QStringList values;
+    std::mutex guard;
+    const std::size_t limit;
+    std::deque<Value> values;
     std::shared_ptr<const Replacements> prepared;
 };
 
-// The values of one kind. They are asked for in every exchange of every register and change once in a token's
-// life, so that readers do not wait for each other.
-class Registry
+Values& credentials()
 {
-public:
-    explicit Registry(qsizetype most)
-        : values(most)
-    {
-    }
-
-    void add(const QString& value)
-    {
-        if (value.isEmpty() || known(value))
-            return;
-        const std::unique_lock lock(guard);
-        values.add(value);
-    }
-
-    [[nodiscard]] std::shared_ptr<const Replacements> replacements()
-    {
-        {
-            const std::shared_lock lock(guard);
-            if (auto prepared = values.replacements())
-                return prepared;
-        }
-        const std::unique_lock lock(guard);
-        values.prepare();
-        return values.replacements();
-    }
-
-    void clear()
-    {
-        const std::unique_lock lock(guard);
-        values.clear();
-    }
-
-private:
-    [[nodiscard]] bool known(const QString& value)
-    {
-        const std::shared_lock lock(guard);
-        return values.contains(value);
-    }
-
-    std::shared_mutex guard;
-    Values values;
-};
-
-Registry& credentials()
-{
-    static Registry instance(256);
+    static Values instance(256);
     return instance;
 }
 
-Registry& personal()
+Values& personal()
 {
-    static Registry instance(64);
+    static Values instance(64);
     return instance;
 }
 
