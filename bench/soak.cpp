@@ -3,6 +3,7 @@
 
 #include "bench/support/child.h"
 #include "bench/support/device.h"
+#include "bench/support/golden.h"
 #include "bench/support/process.h"
 #include "bench/support/quietlog.h"
 
@@ -21,12 +22,18 @@ int main(int argc, char** argv)
     if (receipts < 1)
         return EXIT_FAILURE;
     quietLog();
+    constexpr int lines = 3;
+    const HostSale sale(sampleSale(lines));
+    {
+        const Responder recorder(Responder::Wire::Plain, {QStringLiteral("--record")});
+        requireGoldenSale("soak", recorder.endpoint(), lines,
+            [&] { return Device(recorder.endpoint()).registerSale(sale); });
+    }
     const Responder responder(Responder::Wire::Plain);
     Device device(responder.endpoint());
-    const HostSale sale(sampleSale(3));
     const auto sell = [&](int count) {
         for (int i = 0; i < count; ++i)
-            device.registerSale(sale);
+            require("soak", device.registerSale(sale) == goldenSign, QStringLiteral("another answer"));
     };
     // Looking takes pages too, the first times.
     for (int i = 0; i < 4; ++i) {

@@ -46,7 +46,8 @@ private:
     QByteArray reply;
 };
 
-/// The same, with a connection of its own for each POST, as our transport has it.
+/// The same, with a connection of its own for each POST, as our transport makes one after an idle time of 4
+/// s.
 class CurlQJsonNew : public CurlQJson
 {
 public:

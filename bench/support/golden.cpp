@@ -1,5 +1,7 @@
 #include "bench/support/golden.h"
 
+#include "bench/baselines/rawsocket.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QFile>
@@ -51,6 +53,11 @@ void requireGolden(const char* contender, const QByteArray& request, int lines)
         actual.write(timed);
     actual.close();
     require(contender, false, u"another text than the golden one, now in "_s + actual.fileName());
+}
+
+QByteArray lastReceipt(const Endpoint& recorder)
+{
+    return RawSocket(recorder).lastReceipt();
 }
 
 void require(const char* contender, bool condition, const QString& what)

@@ -10,7 +10,6 @@
 
 namespace {
 
-std::atomic<std::int64_t> taken = 0;
 std::atomic<std::int64_t> waited = 0;
 std::atomic<std::int64_t> futexCallsOfQt = 0;
 
@@ -24,7 +23,6 @@ Function* next(const char* name)
 template <typename Lock>
 int take(Lock* lock, int (*tryLock)(Lock*), int (*waitFor)(Lock*))
 {
-    taken.fetch_add(1, std::memory_order_relaxed);
     if (tryLock(lock) == 0)
         return 0;
     waited.fetch_add(1, std::memory_order_relaxed);
@@ -72,7 +70,7 @@ namespace bench {
 
 LockCount lockCount()
 {
-    return {taken, waited, futexCallsOfQt};
+    return {waited, futexCallsOfQt};
 }
 
 } // namespace bench
