@@ -12,6 +12,7 @@ import subprocess
 import sys
 import tempfile
 import threading
+import time
 from pathlib import Path
 
 from picture import stacked_bars
@@ -35,7 +36,7 @@ def output_of(*command):
 
 
 def google_benchmark(program, repetitions, min_time):
-    """Medians by name: microseconds, and bytes and allocations where they were counted."""
+    """By name the microseconds of each round, and bytes and allocations where they were counted."""
     say(f"{program}: {repetitions} rounds in random order")
     text = output_of(BENCH / program, "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
                      f"--benchmark_repetitions={repetitions}", f"--benchmark_min_time={min_time}")
@@ -50,7 +51,17 @@ def google_benchmark(program, repetitions, min_time):
         rounds.setdefault(name, []).append(run["real_time"] / 1e3)
         if "allocs_per_iter" in run:
             heap[name] = (run["allocs_per_iter"], run["max_bytes_used"])
-    return {name: statistics.median(times) for name, times in rounds.items()}, heap
+    return rounds, heap
+
+
+def medians(rounds):
+    return {name: statistics.median(times) for name, times in rounds.items()}
+
+
+def spread(times):
+    """Half the distance between the quartiles, in percent of the median."""
+    first, middle, third = statistics.quantiles(times, n=4)
+    return (third - first) / 2 / middle * 100
 
 
 class Table:
@@ -86,10 +97,10 @@ class Limited:
 
     @property
     def met(self):
-        return round(self.value, self.digits) <= self.limit
+        return self.value <= self.limit
 
     def __str__(self):
-        return f"{self.value:.{self.digits}f}" + ("" if self.met else f" (over {self.limit})")
+        return f"{self.value:,.{self.digits}f}" + ("" if self.met else f" (over {self.limit})")
 
 
 class AtLeast(Limited):
@@ -108,10 +119,11 @@ def number(value):
 
 
 def receipts(repetitions):
-    times, _ = google_benchmark("receiptbench", repetitions, 0.08)
+    rounds, _ = google_benchmark("receiptbench", repetitions, 0.08)
+    times = medians(rounds)
     has_php = "receipt/php/plain/1" in times
     table = Table("1. Whole receipt, microseconds",
-                  ["lines", "ours", "to libcurl", "to libcurl, new connection a POST", "to Qt", "to PHP", "libcurl",
+                  ["lines", "ours", "±%", "to libcurl", "to libcurl, new connection a POST", "to Qt", "to PHP", "libcurl",
                    "libcurl, new", "Qt", "PHP", "bare socket"])
     for wire in ("plain", "tls"):
         for contender, name in (("plugin", "documentClose"), ("driver", "checkClose")):
@@ -122,7 +134,7 @@ def receipts(repetitions):
                     continue
                 php = at("php")
                 to_php = "-" if php is None else Limited(ours / php, 1.0) if size <= 10 else ours / php
-                table.add(f"{size} {wire} {name}", ours, Limited(ours / at("curl"), 1.10),
+                table.add(f"{size} {wire} {name}", ours, spread(rounds[f"receipt/{contender}/{wire}/{size}"]), Limited(ours / at("curl"), 1.10),
                           ours / at("curlnew"), Limited(ours / at("qnam"), 0.45), to_php, at("curl"), at("curlnew"),
                           at("qnam"), php or "-", at("raw"))
     if not has_php:
@@ -131,7 +143,8 @@ def receipts(repetitions):
 
 
 def composer(repetitions):
-    times, heap = google_benchmark("composerbench", repetitions, 0.05)
+    rounds, heap = google_benchmark("composerbench", repetitions, 0.05)
+    times = medians(rounds)
     sizes = (*SIZES, 1000, 10000)
     table = Table("2. Composer", ["lines", "us a line", "to QJsonObject", "QJsonObject us a line", "allocations a line",
                                   "peak bytes a line"])
@@ -140,9 +153,12 @@ def composer(repetitions):
         allocations, peak = heap[f"compose/ours/{size}"]
         table.add(f"{size}", ours / size, Limited(ours / baseline, 1.0), baseline / size, allocations / size,
                   peak / size)
-    slopes = Table("2. Composer, slope from 10 to 10,000 lines", ["of", "slope"])
-    slopes.add("time", Limited(slope([(n, times[f"compose/ours/{n}"]) for n in sizes[1:]]), 1.05))
-    slopes.add("peak memory", Limited(slope([(n, heap[f"compose/ours/{n}"][1]) for n in sizes[1:]]), 1.05))
+    slopes = Table("2. Composer, slopes to 10,000 lines", ["of", "from 10", "from 100", "from 1,000"])
+    for of, values, limit in (("time", {n: times[f"compose/ours/{n}"] for n in sizes}, 1.05),
+                              ("time of QJsonObject", {n: times[f"compose/qjson/{n}"] for n in sizes}, None),
+                              ("peak memory", {n: heap[f"compose/ours/{n}"][1] for n in sizes}, 1.05)):
+        found = [slope([(n, values[n]) for n in sizes[first:]]) for first in (1, 2, 3)]
+        slopes.add(of, *(Limited(value, limit) if limit else value for value in found))
     return [table, slopes], times
 
 
@@ -155,7 +171,7 @@ def slope(points):
 
 
 def replies(repetitions):
-    times, _ = google_benchmark("replybench", repetitions, 0.05)
+    times = medians(google_benchmark("replybench", repetitions, 0.05)[0])
     table = Table("3. Reply to lastResponse and payload, microseconds", ["bytes", "ours", "bare parse", "ratio"])
     for size in (300, 5000000):
         ours, parse = times[f"reply/ours/{size}"], times[f"reply/parse/{size}"]
@@ -172,9 +188,11 @@ def loading(rounds):
             runs[name].append(json.loads(output_of(BENCH / "benchload", file, 20)))
     table = Table("4. Load, medians of fresh processes", ["plugin", "load us", "getObject and init us",
                                                          "first register kB", "each further kB"])
-    for name, results in runs.items():
-        table.add(name, *(float(statistics.median(run[key] for run in results))
-                          for key in ("load_us", "init_us", "first_kb", "further_kb")))
+    columns = {name: [float(statistics.median(run[key] for run in results))
+                      for key in ("load_us", "init_us", "first_kb", "further_kb")] for name, results in runs.items()}
+    for name, column in columns.items():
+        table.add(name, *column)
+    table.add("ratio", *(ours / empty for ours, empty in zip(columns["ours"], columns["empty"])))
     return [table]
 
 
@@ -182,14 +200,14 @@ def registers(rounds, milliseconds):
     say(f"benchregisters: {rounds} rounds")
     runs = [json.loads(line) for line in output_of(BENCH / "benchregisters", rounds, milliseconds).splitlines()]
     table = Table("5. Many registers, a thread each, receipts of 3 lines",
-                  ["registers", "sells a second", "libcurl", "libcurl, new", "CPU us a receipt", "libcurl CPU us",
-                   "libcurl, new, CPU us", "waits for a lock a receipt", "futex calls of Qt's locks"])
+                  ["registers", "sells a second", "to libcurl", "to libcurl, new", "CPU us a receipt", "to libcurl",
+                   "to libcurl, new", "waits for a lock", "in receipts", "futex calls of Qt's locks a receipt"])
     for threads in (1, 5, 20, 100):
         at = lambda who, key: float(statistics.median(
             run[key] for run in runs if run["contender"] == who and run["threads"] == threads))
-        whose = ("ours", "curl", "curlnew")
-        table.add(f"{threads}", *(at(who, "sells_per_second") for who in whose), *(at(who, "cpu_us") for who in whose),
-                  at("ours", "waits"), at("ours", "qt_futex_calls"))
+        ratios = lambda key: (at("ours", key), at("ours", key) / at("curl", key), at("ours", key) / at("curlnew", key))
+        table.add(f"{threads}", *ratios("sells_per_second"), *ratios("cpu_us"), int(at("ours", "waits")),
+                  int(at("ours", "receipts")), at("ours", "qt_futex_calls"))
     return [table]
 
 
@@ -223,11 +241,10 @@ def whole_program(count, sold, meanwhile):
     with tempfile.TemporaryDirectory() as folder, running_emulator() as url:
         frhost = Frhost(BUILD / "bin" / "frhost", folder, url)
         frhost.require_golden(TOP / "bench" / "golden" / "request-1.json")
-        table = Table("7. frhost as a process", ["command", "seconds", "CPU seconds", "peak MB", "million instructions"])
-        one = median_of(9, frhost.compose(1))
-        table.add("describe", *median_of(9, frhost.describe()), instructions(frhost.describe()) or "-")
-        table.add("compose 1", *one, instructions(frhost.compose(1)) or "-")
-        many = median_of(1, frhost.compose(count))
+        table = Table("7. frhost as a process", ["command", "ms", "CPU ms", "peak MB", "million instructions"])
+        for name, command in (("describe", frhost.describe()), ("compose 1", frhost.compose(1))):
+            table.add(name, *median_of(9, command), instructions(command) or "-")
+        many = median_of(3, frhost.compose(count))
         table.add(f"compose {count:,}", *many, "-")
         with concurrent.futures.ThreadPoolExecutor() as pool:
             sale = pool.submit(measured, frhost.sell(sold))
@@ -236,9 +253,9 @@ def whole_program(count, sold, meanwhile):
         if text.count('"outcome":"registered"') != sold:
             sys.exit("frhost sell: not all receipts were registered")
         table.add(f"sell {sold:,}, a sleep of 200 ms in each", *figures, "-")
-        # Of each receipt its id's digest stays while all are checked; one receipt alone does not touch all code.
+        # One receipt alone does not touch all code.
         few = median_of(3, frhost.compose(count // 10))
-        memory = Table("7. Memory that does not grow with the file",
+        memory = Table("7. Memory with the length of the file",
                        ["receipts", f"peak MB above that of {count // 10:,}"])
         memory.add(f"compose {count:,}", Limited(many[2] - few[2], 2.0, 1))
     return [*others, table, memory]
@@ -262,13 +279,37 @@ def breakdown(receipt, compose, reply):
         wire, kept = (receipt[f"exchange/{who}/plain/{size}"] for who in ("raw", "curl"))
         parts = {"network and service": wire, "libcurl": kept - wire,
                  "building the JSON": compose[f"compose/ours-object/{size}"],
-                 "writing its text": compose[f"compose/ours-text/{size}"], "reading two answers": 2 * reply["reply/ours/300"]}
+                 "writing its text": compose[f"compose/ours-text/{size}"],
+                 "from two answers to JSON objects": reply["reply/ours/accepted"] + reply["reply/ours/done"]}
         parts["the rest of ours"] = receipt[f"receipt/plugin/plain/{size}"] - sum(parts.values())
-        bars[f"{size} line" + ("s" if size > 1 else "")] = {name: max(value, 0) for name, value in parts.items()}
+        bars[f"{size} line" + ("s" if size > 1 else "")] = parts
     return bars
 
 
+def busy_share():
+    """Of all cores in the last second, from 0 to 1."""
+    def look():
+        times = [int(field) for field in Path("/proc/stat").read_text().split("\n", 1)[0].split()[1:]]
+        return sum(times), times[3] + times[4]
+    (all_before, idle_before), _ = look(), time.sleep(1)
+    all_after, idle_after = look()
+    return 1 - (idle_after - idle_before) / (all_after - all_before)
+
+
+def wait_for_idleness(seconds=60):
+    """Waits until the machine has been idle for three seconds; returns how busy it was in the last one."""
+    quiet = 0
+    for _ in range(seconds):
+        busy = busy_share()
+        quiet = quiet + 1 if busy < 0.05 else 0
+        if quiet == 3:
+            return busy
+    say("the machine does not become idle; its figures are worth nothing")
+    return busy
+
+
 def machine():
+    busy = wait_for_idleness()
     model = next((line.split(":", 1)[1].strip() for line in Path("/proc/cpuinfo").read_text().splitlines()
                   if line.startswith("model name")), platform.machine())
     cores = Path("/proc/cpuinfo").read_text().count("processor\t")
@@ -277,9 +318,8 @@ def machine():
         found = subprocess.run(["dpkg-query", "-W", "-f=${Package} ${Version}", package], capture_output=True, text=True,
                                check=False)
         versions += [found.stdout] if found.returncode == 0 and found.stdout.split()[1:] else []
-    load = Path("/proc/loadavg").read_text().split()[0]
     ceiling = output_of(BENCH / "benchresponder", "--answers", TOP / "bench" / "golden", "--ceiling").strip()
-    return [f"{model}, {cores} cores, Linux {platform.release()}, load {load} at the start",
+    return [f"{model}, {cores} cores, Linux {platform.release()}, {busy:.0%} busy at the start",
             ", ".join(versions), f"{datetime.datetime.now():%Y-%m-%d %H:%M}, scripts/bench {' '.join(sys.argv[1:])}".rstrip(),
             f"the responder answers {int(ceiling):,} small requests a second"]
 
