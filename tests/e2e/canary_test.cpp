@@ -193,6 +193,18 @@ INSTANTIATE_TEST_SUITE_P(Of, Canary,
     testing::Combine(testing::ValuesIn(cases), testing::Values("debug", "info")),
     [](const auto& of) { return std::string(std::get<0>(of.param).name) + "At" + std::get<1>(of.param); });
 
+TEST(CanaryOfAll, SearchesEveryLineAndKeepsItFromTheTests)
+{
+    const QByteArray before = qgetenv("E2E_LOG_EVERYTHING");
+    qputenv("E2E_LOG_EVERYTHING", "1");
+    const Service service([&](Service::Request& request) { request.answer(200, tokenAnswer); });
+    const CanaryTill till(service.url());
+    Running frhost(frhostProgram(), till.shop.arguments({QStringLiteral("check")}));
+    EXPECT_TRUE(frhost.hasSaid(QStringLiteral(" debug frdriver.atolonline_0: ")));
+    EXPECT_EQ(frhost.end().err, QString());
+    qputenv("E2E_LOG_EVERYTHING", before);
+}
+
 // Runs a program that may leave a core dump of any size in the folder, and crashes it when it is ready.
 QStringList allowedToDumpCore(const QStringList& command)
 {

@@ -3,6 +3,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QUrl>
 
 #include <gmock/gmock.h>
@@ -32,17 +33,31 @@ Ran finished(QProcess& process, const QByteArray& input)
         process.waitForFinished();
         throw std::runtime_error(process.program().toStdString() + " did not end");
     }
-    return withoutPassword({process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+    return withoutSecrets({process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
         QString::fromUtf8(process.readAllStandardOutput()),
         QString::fromUtf8(process.readAllStandardError())});
 }
 
 } // namespace
 
-Ran withoutPassword(const Ran& ran)
+bool isEverythingLogged()
 {
-    EXPECT_THAT((ran.out + ran.err).toStdString(), testing::Not(testing::HasSubstr(shopPassword)));
-    return ran;
+    return !qEnvironmentVariableIsEmpty("E2E_LOG_EVERYTHING");
+}
+
+Ran withoutSecrets(const Ran& ran)
+{
+    using testing::HasSubstr;
+    using testing::Not;
+    const std::string all = (ran.out + ran.err).toStdString();
+    EXPECT_THAT(all, Not(HasSubstr(shopPassword)));
+    static const QRegularExpression shownToken(QStringLiteral(R"x("token":"(?!\*\*\*)[^"])x"));
+    EXPECT_FALSE(QString::fromStdString(all).contains(shownToken)) << all;
+    if (!isEverythingLogged())
+        return ran;
+    static const QRegularExpression extra(QStringLiteral("^\\d\\d:\\d\\d:\\d\\d\\.\\d{3} (debug|info) .*\n"),
+        QRegularExpression::MultilineOption);
+    return {ran.exitCode, ran.out, QString(ran.err).remove(extra)};
 }
 
 QList<QJsonObject> Ran::lines() const
@@ -71,6 +86,8 @@ QProcessEnvironment testEnvironment()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    if (isEverythingLogged())
+        environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("frdriver*=true"));
     return environment;
 }
 

@@ -27,8 +27,12 @@ struct Ran
     [[nodiscard]] QStringList columns(const QStringList& keys) const;
 };
 
-/// What a program left; fails the test where the password of the shop stands in it.
-[[nodiscard]] Ran withoutPassword(const Ran& ran);
+/// Whether all programs log at debug level, to be searched for secrets.
+[[nodiscard]] bool isEverythingLogged();
+
+/// What a program left, less the lines that it logged only because isEverythingLogged(). Fails the test where
+/// the password of the shop or a token stands in any of it.
+[[nodiscard]] Ran withoutSecrets(const Ran& ran);
 
 /// What programs run with: the environment of the tests, and texts in English.
 [[nodiscard]] QProcessEnvironment testEnvironment();

@@ -66,7 +66,7 @@ Ran Running::end()
         throw std::runtime_error(process.program().toStdString() + " did not end");
     err += QString::fromUtf8(process.readAllStandardError());
     const int killed = process.exitStatus() == QProcess::NormalExit ? 0 : 128;
-    return withoutPassword(
+    return withoutSecrets(
         {killed + process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()), err});
 }
 
