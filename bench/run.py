@@ -134,9 +134,9 @@ def receipts(repetitions):
                     continue
                 php = at("php")
                 to_php = "-" if php is None else Limited(ours / php, 1.0) if size <= 10 else ours / php
-                table.add(f"{size} {wire} {name}", ours, spread(rounds[f"receipt/{contender}/{wire}/{size}"]), Limited(ours / at("curl"), 1.10),
-                          ours / at("curlnew"), Limited(ours / at("qnam"), 0.45), to_php, at("curl"), at("curlnew"),
-                          at("qnam"), php or "-", at("raw"))
+                table.add(f"{size} {wire} {name}", ours, spread(rounds[f"receipt/{contender}/{wire}/{size}"]),
+                          Limited(ours / at("curl"), 1.10), ours / at("curlnew"), Limited(ours / at("qnam"), 0.45),
+                          to_php, at("curl"), at("curlnew"), at("qnam"), php or "-", at("raw"))
     if not has_php:
         say("PHP with its curl extension is not installed; its columns stay empty (php-cli, php-curl)")
     return [table], times

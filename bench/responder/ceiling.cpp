@@ -19,7 +19,7 @@ namespace responder {
 namespace {
 
 constexpr int rounds = 5;
-// More than there are cores, so that none waits for a reply with nothing to do.
+// More than there are cores, so that the responder always has a request to answer.
 constexpr int connections = 8;
 constexpr int exchangesPerConnection = 5000;
 constexpr std::string_view request =
