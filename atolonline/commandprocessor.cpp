@@ -4,8 +4,8 @@
 #include "atolonline/exceptionfactory.h"
 #include "atolonline/exceptions.h"
 #include "atolonline/receiptcomposer.h"
-#include "host/log4qt.h"
-#include "host/restclient.h"
+#include "host/log/log4qt.h"
+#include "host/transport/restclient.h"
 #include "plugin/atolonlinesettings.h"
 
 #include <QDateTime>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "host/efrdriver.h"
-#include "host/fdrequisite.h"
-#include "host/frposition.h"
+#include "host/records/efrdriver.h"
+#include "host/records/fdrequisite.h"
+#include "host/records/frposition.h"
 
 #include <QHash>
 #include <QJsonObject>

@@ -1,6 +1,6 @@
 #include "atolonline/receiptcomposer.h"
 
-#include "host/frutils.h"
+#include "host/records/frutils.h"
 
 #include <array>
 #include <cmath>

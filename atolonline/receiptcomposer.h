@@ -1,9 +1,9 @@
 #pragma once
 
-#include "host/efrdriver.h"
-#include "host/fdrequisite.h"
-#include "host/frposition.h"
-#include "host/taxsystem.h"
+#include "host/records/efrdriver.h"
+#include "host/records/fdrequisite.h"
+#include "host/records/frposition.h"
+#include "host/records/taxsystem.h"
 
 #include <QJsonArray>
 #include <QJsonObject>

@@ -7,7 +7,7 @@
 #include "bench/support/heapcount.h"
 #include "bench/support/hostsale.h"
 #include "bench/support/quietlog.h"
-#include "host/log4qt.h"
+#include "host/log/log4qt.h"
 #include "plugin/atolonlinesettings.h"
 
 #include <QJsonDocument>

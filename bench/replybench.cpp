@@ -3,8 +3,8 @@
 #include "atolonline/commandprocessor.h"
 #include "bench/support/golden.h"
 #include "bench/support/quietlog.h"
-#include "host/log4qt.h"
-#include "host/restclient.h"
+#include "host/log/log4qt.h"
+#include "host/transport/restclient.h"
 #include "plugin/atolonlinesettings.h"
 
 #include <QJsonArray>

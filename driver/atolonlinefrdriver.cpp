@@ -2,11 +2,11 @@
 
 #include "atolonline/commandprocessor.h"
 #include "atolonline/exceptions.h"
-#include "host/deviceinfo.h"
-#include "host/fiscaldocument.h"
-#include "host/frpayment.h"
-#include "host/log4qt.h"
-#include "host/taxsystem.h"
+#include "host/log/log4qt.h"
+#include "host/records/deviceinfo.h"
+#include "host/records/fiscaldocument.h"
+#include "host/records/frpayment.h"
+#include "host/records/taxsystem.h"
 #include "plugin/atolonlinesettings.h"
 
 #include <array>

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "frbase/basicfrdriver.h"
-#include "host/fdrequisite.h"
-#include "host/frposition.h"
+#include "host/records/fdrequisite.h"
+#include "host/records/frposition.h"
 #include "host/vposfrdriver.h"
 
 #include <QList>

@@ -1,6 +1,6 @@
 #include "emulator/config.h"
 
-#include "emulator/jsonreader.h"
+#include "emulator/values/jsonreader.h"
 
 #include <algorithm>
 #include <fstream>

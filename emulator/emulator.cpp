@@ -1,8 +1,8 @@
 #include "emulator/emulator.h"
 
-#include "emulator/guard.h"
-#include "emulator/pagefiles.h"
-#include "emulator/replies.h"
+#include "emulator/http/guard.h"
+#include "emulator/page/pagefiles.h"
+#include "emulator/service/replies.h"
 
 #include <algorithm>
 #include <exception>

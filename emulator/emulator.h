@@ -1,10 +1,10 @@
 #pragma once
 
-#include "emulator/api.h"
+#include "emulator/api/api.h"
+#include "emulator/http/server.h"
 #include "emulator/options.h"
-#include "emulator/server.h"
-#include "emulator/service.h"
-#include "emulator/store.h"
+#include "emulator/service/service.h"
+#include "emulator/store/store.h"
 
 #include <string>
 #include <vector>

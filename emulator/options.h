@@ -1,9 +1,9 @@
 #pragma once
 
-#include "emulator/fault.h"
-#include "emulator/limits.h"
-#include "emulator/lists.h"
-#include "emulator/tlsfiles.h"
+#include "emulator/faults/fault.h"
+#include "emulator/http/limits.h"
+#include "emulator/http/tlsfiles.h"
+#include "emulator/service/lists.h"
 
 #include <chrono>
 #include <cstdint>

@@ -2,7 +2,7 @@
 
 #include "frbase/basicfrsettings.h"
 #include "host/abstractfiscalregister.h"
-#include "host/driveroptions.h"
+#include "host/records/driveroptions.h"
 
 #include <QList>
 #include <QObject>

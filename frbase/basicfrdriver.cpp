@@ -1,7 +1,7 @@
 #include "frbase/basicfrdriver.h"
 
-#include "host/frparameter.h"
-#include "host/log4qt.h"
+#include "host/log/log4qt.h"
+#include "host/records/frparameter.h"
 
 #include <unistd.h>
 

@@ -2,7 +2,7 @@
 
 #include "frbase/basicfrsettings.h"
 #include "host/abstractfrdriver.h"
-#include "host/deviceinfo.h"
+#include "host/records/deviceinfo.h"
 
 #include <vector>
 

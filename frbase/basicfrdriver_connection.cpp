@@ -2,7 +2,7 @@
 
 #include "host/abstractserialdriver.h"
 #include "host/exceptions.h"
-#include "host/log4qt.h"
+#include "host/log/log4qt.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "frbase/basicfrdriver.h"
 
-#include "host/log4qt.h"
+#include "host/log/log4qt.h"
 
 void BasicFrDriver::setFont(const QList<EFrDriver::FontTypes>& /*fonts*/)
 {

@@ -1,6 +1,6 @@
 #include "frbase/basicfrdriver.h"
 #include "frbase/qrraster.h"
-#include "host/log4qt.h"
+#include "host/log/log4qt.h"
 
 #include <qrencode.h>
 

@@ -1,9 +1,9 @@
 #include "frbase/basicfrdriver.h"
 
-#include "host/fdrequisite.h"
-#include "host/frpayment.h"
-#include "host/frposition.h"
-#include "host/log4qt.h"
+#include "host/log/log4qt.h"
+#include "host/records/fdrequisite.h"
+#include "host/records/frpayment.h"
+#include "host/records/frposition.h"
 
 void BasicFrDriver::checkOpen(const FiscalDocument& /*document*/) {}
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/driveroptions.h"
+#include "host/records/driveroptions.h"
 
 #include <QObject>
 

@@ -1,9 +1,9 @@
 #include "fuzz/inputfile.h"
-#include "host/secrets.h"
+#include "host/log/secrets.h"
 #include "hostcli/failure.h"
-#include "hostcli/registerconfig.h"
-#include "hostcli/registersetup.h"
 #include "plugin/atolonlinefiscalregister.h"
+#include "till/config/registerconfig.h"
+#include "till/config/registersetup.h"
 
 #include <cstdlib>
 

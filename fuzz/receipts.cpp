@@ -2,12 +2,12 @@
 #include "fuzz/inputfile.h"
 #include "host/exceptions.h"
 #include "hostcli/failure.h"
-#include "hostcli/installedtransport.h"
-#include "hostcli/receiptfile.h"
-#include "hostcli/receiptparser.h"
-#include "hostcli/recordingtransport.h"
-#include "hostcli/registrar.h"
 #include "plugin/atolonlinesettings.h"
+#include "till/receipts/receiptfile.h"
+#include "till/receipts/receiptparser.h"
+#include "till/sale/registrar.h"
+#include "till/wire/installedtransport.h"
+#include "till/wire/recordingtransport.h"
 
 #include <QJsonDocument>
 

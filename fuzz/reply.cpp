@@ -1,7 +1,7 @@
 #include "driver/atolonlinefrdriver.h"
 #include "host/exceptions.h"
-#include "host/fiscaldocument.h"
-#include "host/frpayment.h"
+#include "host/records/fiscaldocument.h"
+#include "host/records/frpayment.h"
 #include "plugin/atolonlinesettings.h"
 #include "tests/support/scriptedtransport.h"
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "host/driveroptions.h"
-#include "host/driverrecords.h"
-#include "host/efrdriver.h"
 #include "host/export.h"
-#include "host/fiscalinfo.h"
-#include "host/taxsystem.h"
+#include "host/records/driveroptions.h"
+#include "host/records/driverrecords.h"
+#include "host/records/efrdriver.h"
+#include "host/records/fiscalinfo.h"
+#include "host/records/taxsystem.h"
 #include "host/tr.h"
 
 #include <QDateTime>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "host/export.h"
-#include "host/fiscaldocument.h"
+#include "host/records/fiscaldocument.h"
 
 #include <QJsonObject>
 #include <QString>

@@ -1,7 +1,7 @@
 #include "hostcli/commandline.h"
 
-#include "hostcli/logging.h"
-#include "hostcli/text.h"
+#include "hostcli/terminal/logging.h"
+#include "till/text.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>

@@ -1,8 +1,8 @@
 #include "hostcli/commandline.h"
-#include "hostcli/commands.h"
-#include "hostcli/console.h"
+#include "hostcli/commands/commands.h"
 #include "hostcli/failure.h"
-#include "hostcli/logging.h"
+#include "hostcli/terminal/console.h"
+#include "hostcli/terminal/logging.h"
 
 #include <QCoreApplication>
 #include <QLocale>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "bench/support/sale.h"
-#include "host/fiscaldocument.h"
-#include "host/frpayment.h"
-#include "host/frposition.h"
+#include "host/records/fiscaldocument.h"
+#include "host/records/frpayment.h"
+#include "host/records/frposition.h"
 
 #include <QList>
 

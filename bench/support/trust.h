@@ -1,7 +1,7 @@
 #pragma once
 
 #include "bench/support/contender.h"
-#include "host/transportoptions.h"
+#include "host/transport/transportoptions.h"
 
 namespace bench {
 

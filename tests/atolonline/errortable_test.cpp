@@ -1,7 +1,7 @@
 #include "atolonline/commandprocessor.h"
 #include "atolonline/exceptionfactory.h"
 #include "atolonline/exceptions.h"
-#include "host/log4qt.h"
+#include "host/log/log4qt.h"
 #include "tests/support/logcapture.h"
 
 #include <QJsonDocument>

@@ -1,9 +1,9 @@
 #include "driver/atolonlinefrdriver.h"
 
 #include "atolonline/exceptions.h"
-#include "host/deviceinfo.h"
-#include "host/fiscaldocument.h"
-#include "host/frpayment.h"
+#include "host/records/deviceinfo.h"
+#include "host/records/fiscaldocument.h"
+#include "host/records/frpayment.h"
 #include "plugin/atolonlinesettings.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/scriptedtransport.h"

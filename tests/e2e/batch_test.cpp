@@ -1,5 +1,5 @@
-#include "tests/e2e/service.h"
-#include "tests/e2e/shop.h"
+#include "tests/e2e/support/service.h"
+#include "tests/e2e/support/shop.h"
 
 #include <QFile>
 #include <QProcess>

@@ -1,6 +1,6 @@
-#include "tests/e2e/running.h"
-#include "tests/e2e/service.h"
-#include "tests/e2e/shop.h"
+#include "tests/e2e/support/running.h"
+#include "tests/e2e/support/service.h"
+#include "tests/e2e/support/shop.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -1,5 +1,5 @@
-#include "tests/e2e/running.h"
-#include "tests/e2e/shop.h"
+#include "tests/e2e/support/running.h"
+#include "tests/e2e/support/shop.h"
 
 #include <QElapsedTimer>
 

@@ -1,4 +1,4 @@
-#include "tests/e2e/shop.h"
+#include "tests/e2e/support/shop.h"
 #include "tests/support/authority.h"
 #include "tests/support/rawserver.h"
 

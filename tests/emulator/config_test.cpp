@@ -1,5 +1,5 @@
 #include "emulator/config.h"
-#include "emulator/jsonreader.h"
+#include "emulator/values/jsonreader.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
-#include "tests/emulator/goodreceipt.h"
-#include "tests/emulator/rawclient.h"
+#include "tests/emulator/support/goodreceipt.h"
+#include "tests/emulator/support/rawclient.h"
 
 #include <gmock/gmock.h>
 

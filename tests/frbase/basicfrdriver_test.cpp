@@ -1,8 +1,8 @@
 #include "frbase/basicfrdriver.h"
 
 #include "host/abstractserialdriver.h"
-#include "host/frparameter.h"
-#include "host/log4qt.h"
+#include "host/log/log4qt.h"
+#include "host/records/frparameter.h"
 #include "tests/support/logcapture.h"
 
 #include <gtest/gtest.h>

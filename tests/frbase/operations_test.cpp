@@ -1,7 +1,7 @@
 #include "tests/frbase/operations.h"
 
 #include "host/abstractserialdriver.h"
-#include "host/frpayment.h"
+#include "host/records/frpayment.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/outcome.h"
 

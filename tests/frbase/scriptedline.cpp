@@ -1,7 +1,7 @@
 #include "tests/frbase/scriptedline.h"
 
 #include "host/exceptions.h"
-#include "host/log4qt.h"
+#include "host/log/log4qt.h"
 
 #include <gtest/gtest.h>
 

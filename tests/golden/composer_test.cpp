@@ -1,6 +1,6 @@
 #include "atolonline/receiptcomposer.h"
-#include "hostcli/receipt.h"
 #include "tests/support/qtprinters.h"
+#include "till/receipts/receipt.h"
 
 #include <QDir>
 #include <QFile>

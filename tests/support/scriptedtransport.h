@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/restclient.h"
+#include "host/transport/restclient.h"
 
 #include <QJsonObject>
 #include <QList>

@@ -1,0 +1,262 @@
+#include "emulator/api/api.h"
+
+#include "emulator/api/expect.h"
+#include "emulator/service/replies.h"
+#include "emulator/store/register.h"
+#include "emulator/values/jsonreader.h"
+#include "emulator/values/money.h"
+#include "emulator/values/qr.h"
+
+#include <charconv>
+
+namespace emulator {
+
+namespace {
+
+Reply failure(const int status, const std::string& text)
+{
+    return jsonReply(status, {{"error", text}});
+}
+
+/// Number in the address, `fallback` when there is none; at least 1.
+int numberIn(const Request& request, const char* key, const int fallback)
+{
+    const std::string text = request.parameter(key);
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (text.empty())
+        return fallback;
+    if (error != std::errc() || end != text.data() + text.size() || value < 1)
+        throw JsonError(std::string(key) + " must be a number from 1");
+    return value;
+}
+
+/// Which exchanges of a document are asked for.
+ExchangeRange rangeIn(const Request& request)
+{
+    return {.after = numberIn(request, "after", 0),
+        .before = numberIn(request, "before", 0),
+        .limit = numberIn(request, "limit", 100)};
+}
+
+/// Kind of settlement as the QR text has it.
+int settlement(const std::string& operation)
+{
+    const bool purchase = operation.starts_with("buy");
+    const bool refund = operation.ends_with("_refund");
+    return (purchase ? 3 : 1) + (refund ? 1 : 0);
+}
+
+std::string qrOf(const Document& document)
+{
+    return document.payload.is_object()
+               ? qrText(document.payload, document.readyAt, settlement(document.operation))
+               : std::string();
+}
+
+Json toJson(const Exchange& exchange)
+{
+    Json json{{"sequence", exchange.sequence}, {"at", isoTime(exchange.at)}, {"endpoint", exchange.endpoint},
+        {"group", exchange.groupCode}, {"external_id", exchange.externalId}, {"uuid", exchange.uuid},
+        {"login", exchange.login}, {"status", exchange.status}, {"fault", exchange.fault},
+        {"request", exchange.request}, {"answer", exchange.answer}};
+    if (exchange.code >= 0)
+        json["code"] = exchange.code;
+    return json;
+}
+
+Json toJson(const std::vector<Exchange>& exchanges)
+{
+    Json all = Json::array();
+    for (const Exchange& exchange : exchanges)
+        all.push_back(toJson(exchange));
+    return {{"exchanges", all}};
+}
+
+Json toJson(const EffectInfo& info)
+{
+    Json endpoints = Json::array();
+    for (const Endpoint endpoint : {Endpoint::Token, Endpoint::Sell, Endpoint::Report}) {
+        if (info.endpoints.find(nameOf(endpoint).front()) != std::string_view::npos)
+            endpoints.push_back(nameOf(endpoint));
+    }
+    Json json{{"effect", info.name}, {"phase", info.phase == Phase::Before ? "before" : "after"},
+        {"endpoints", endpoints}, {"parameter", info.parameter}, {"meaning", info.meaning}};
+    if (info.parameter == "type") {
+        for (const FailType& type : failTypes())
+            json["types"].push_back({{"type", type.name}, {"code", type.code}});
+    } else if (!info.parameter.empty() && info.parameter != "key") {
+        json["default"] = info.usual;
+    }
+    return json;
+}
+
+Reply effectsReply()
+{
+    Json all = Json::array();
+    for (const EffectInfo& info : effects())
+        all.push_back(toJson(info));
+    return jsonReply(200, {{"effects", all}});
+}
+
+} // namespace
+
+Answer Api::answer(const Request& request)
+{
+    if (request.path == "/_emulator/events" && request.method == "GET")
+        return {.follow = true};
+    try {
+        return {.reply = route(request)};
+    } catch (const JsonError& error) {
+        return {.reply = failure(400, error.what())};
+    }
+}
+
+Reply Api::route(const Request& request)
+{
+    const std::string path = request.path.substr(apiPath.size());
+    const std::string first = path.substr(0, path.find('/'));
+    const std::string rest = path.size() > first.size() ? path.substr(first.size() + 1) : std::string();
+    const std::string& method = request.method;
+    if (path == "documents" && method == "GET")
+        return documents(request);
+    if (path == "documents" && method == "DELETE")
+        return clearDocuments();
+    if (first == "documents" && method == "GET" && rest.find('/') == std::string::npos)
+        return document(rest);
+    if (first == "documents" && method == "GET")
+        return documentPart(request, rest.substr(0, rest.find('/')), rest.substr(rest.find('/') + 1));
+    if (path == "exchanges" && method == "GET")
+        return exchanges(request);
+    if (path == "effects" && method == "GET")
+        return effectsReply();
+    if (path == "faults" && method == "GET")
+        return faults();
+    if (path == "faults" && method == "POST")
+        return addFaults(request.body);
+    if (path == "faults" && method == "DELETE")
+        return clearFaults();
+    if (first == "faults" && method == "DELETE")
+        return removeFault(rest);
+    if (path == "expect" && method == "GET") {
+        const Verdict verdict = expect(request, store_, service_);
+        return jsonReply(verdict.pass ? 200 : 417, {{"pass", verdict.pass}, {"reason", verdict.reason}});
+    }
+    return failure(404, method + " " + request.path + " is no call of the emulator");
+}
+
+Json Api::summary(const Document& document) const
+{
+    return {{"sequence", document.sequence}, {"uuid", document.uuid}, {"group", document.groupCode},
+        {"external_id", document.externalId}, {"operation", document.operation}, {"login", document.login},
+        {"received_at", isoTime(document.receivedAt)}, {"status", service_.statusWord(document)},
+        {"total", roubles(document.totalKopecks)},
+        {"wire_requests", store_.requests(document.groupCode, document.externalId)}};
+}
+
+Reply Api::documents(const Request& request) const
+{
+    const int limit = numberIn(request, "limit", 100);
+    const int before = numberIn(request, "before", 0);
+    Json all = Json::array();
+    for (const Document& document : store_.documents({.group = request.parameter("group"),
+                                    .externalId = request.parameter("external_id"),
+                                    .operation = request.parameter("operation"),
+                                    .text = request.parameter("text"),
+                                    .before = before,
+                                    .limit = limit}))
+        all.push_back(summary(document));
+    return jsonReply(200, {{"documents", all}});
+}
+
+Reply Api::document(const std::string& uuid) const
+{
+    const auto document = store_.findDocument(uuid);
+    if (!document)
+        return failure(404, "there is no document " + uuid);
+    Json json = summary(*document);
+    json["device_code"] = document->deviceCode;
+    json["ready_at"] = isoTime(document->readyAt);
+    json["request"] = Json::parse(document->body);
+    json["report"] = Json::parse(service_.statusOf(*document).body);
+    json["qr"] = qrOf(*document);
+    return jsonReply(200, json);
+}
+
+Reply Api::documentPart(const Request& request, const std::string& uuid, const std::string& part) const
+{
+    const auto document = store_.findDocument(uuid);
+    if (!document)
+        return failure(404, "there is no document " + uuid);
+    if (part == "exchange")
+        return jsonReply(
+            200, toJson(store_.exchanges(document->groupCode, document->externalId, rangeIn(request))));
+    const std::string qr = qrOf(*document);
+    if (part == "qr.svg" && !qr.empty())
+        return {.contentType = "image/svg+xml", .body = qrImage(qr)};
+    return failure(404, "document " + uuid + " has no " + part);
+}
+
+Reply Api::clearDocuments()
+{
+    store_.clear();
+    tell("cleared");
+    return jsonReply(200, {{"cleared", true}});
+}
+
+Reply Api::exchanges(const Request& request) const
+{
+    const std::string externalId = request.parameter("external_id");
+    const std::string group = request.parameter("group");
+    return jsonReply(
+        200, toJson(externalId.empty() ? store_.newestExchanges(group, numberIn(request, "limit", 100))
+                                       : store_.exchanges(group, externalId, rangeIn(request))));
+}
+
+Reply Api::faults() const
+{
+    Json all = Json::array();
+    for (const Fault& fault : faults_.all())
+        all.push_back(emulator::toJson(fault));
+    return jsonReply(200, {{"faults", all}});
+}
+
+Reply Api::addFaults(const std::string& body)
+{
+    const Json json = parseShallow(body);
+    if (json.is_discarded())
+        throw JsonError("the body must be JSON: a fault or an array of faults");
+    std::vector<Fault> wanted;
+    for (const Json& one : json.is_array() ? json : Json::array({json}))
+        wanted.push_back(readFault(one));
+    Json added = Json::array();
+    for (const Fault& fault : wanted)
+        added.push_back(emulator::toJson(faults_.add(fault)));
+    tell("faults");
+    return jsonReply(200, {{"faults", added}});
+}
+
+Reply Api::clearFaults()
+{
+    faults_.clear();
+    tell("faults");
+    return faults();
+}
+
+Reply Api::removeFault(const std::string& id)
+{
+    int number = 0;
+    const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), number);
+    if (error != std::errc() || end != id.data() + id.size() || !faults_.remove(number))
+        return failure(404, "there is no fault " + id);
+    tell("faults");
+    return faults();
+}
+
+void Api::tell(const char* kind) const
+{
+    if (listener_)
+        listener_({{"kind", kind}});
+}
+
+} // namespace emulator

@@ -1,0 +1,56 @@
+#pragma once
+
+#include "emulator/faults/faultbox.h"
+#include "emulator/http/answer.h"
+#include "emulator/http/http.h"
+#include "emulator/service/service.h"
+#include "emulator/store/store.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+namespace emulator {
+
+/// The path that every call of the emulator's own API begins with.
+inline constexpr std::string_view apiPath = "/_emulator/";
+
+/// What tests and the page ask the emulator itself. Everything given is borrowed.
+class Api
+{
+public:
+    Api(Store& store, FaultBox& faults, const Service& service)
+        : store_(store)
+        , faults_(faults)
+        , service_(service)
+    {
+    }
+
+    /// Told when faults or documents were changed by a call.
+    void setListener(std::function<void(const Json&)> listener) { listener_ = std::move(listener); }
+
+    [[nodiscard]] Answer answer(const Request& request);
+
+    /// A document as lists have it.
+    [[nodiscard]] Json summary(const Document& document) const;
+
+private:
+    Reply documents(const Request& request) const;
+    Reply document(const std::string& uuid) const;
+    Reply documentPart(const Request& request, const std::string& uuid, const std::string& part) const;
+    Reply clearDocuments();
+    Reply exchanges(const Request& request) const;
+    Reply faults() const;
+    Reply addFaults(const std::string& body);
+    Reply clearFaults();
+    Reply removeFault(const std::string& id);
+    Reply route(const Request& request);
+    void tell(const char* kind) const;
+
+    Store& store_;
+    FaultBox& faults_;
+    const Service& service_;
+    std::function<void(const Json&)> listener_;
+};
+
+} // namespace emulator

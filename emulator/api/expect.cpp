@@ -1,0 +1,145 @@
+#include "emulator/api/expect.h"
+
+#include "emulator/values/jsonreader.h"
+#include "emulator/values/money.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstdio>
+#include <limits>
+#include <optional>
+
+namespace emulator {
+
+namespace {
+
+template <class Number>
+std::optional<Number> number(const Request& request, const char* key)
+{
+    const std::string text = request.parameter(key);
+    if (text.empty())
+        return std::nullopt;
+    Number value{};
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size())
+        throw JsonError(std::string(key) + " must be a number, not " + text);
+    return value;
+}
+
+constexpr std::array known{
+    "group", "external_id", "operation", "text", "count", "total", "status", "wire_requests"};
+
+std::string joined(const auto& names)
+{
+    std::string text;
+    for (const char* name : names)
+        text += (text.empty() ? "" : ", ") + std::string(name);
+    return text;
+}
+
+// An empty value is a shell variable that was never set; taken for "any", it would make a test pass that
+// looked at nothing.
+void refuseWhatIsNoQuestion(const Request& request)
+{
+    for (std::size_t i = 0; i < request.query.size(); ++i) {
+        const auto& [name, value] = request.query[i];
+        if (std::ranges::find(known, name) == known.end())
+            throw JsonError(name + " is unknown here; known are " + joined(known));
+        if (value.empty())
+            throw JsonError(name + " is empty; leave it out when any will do");
+        const auto same = [&name = name](const auto& other) { return other.first == name; };
+        if (std::ranges::count_if(request.query, same) > 1)
+            throw JsonError(name + " is given twice");
+    }
+    if (!request.parameter("text").empty() && !request.parameter("wire_requests").empty())
+        throw JsonError("wire_requests cannot be told by text: a call that registered nothing has left none");
+}
+
+std::string statusIn(const Request& request)
+{
+    constexpr std::array words{"wait", "done", "fail"};
+    const std::string status = request.parameter("status");
+    if (!status.empty() && std::ranges::find(words, status) == words.end())
+        throw JsonError("status must be one of " + joined(words));
+    return status;
+}
+
+std::string money(const std::int64_t kopecks)
+{
+    std::array<char, 32> text{};
+    std::snprintf(text.data(), text.size(), "%.2f", roubles(kopecks));
+    return text.data();
+}
+
+/// Gathers what is wrong; nothing is a pass.
+class Judge
+{
+public:
+    void demand(const bool holds, const std::string& otherwise)
+    {
+        if (!holds)
+            complaints_ += (complaints_.empty() ? "" : "; ") + otherwise;
+    }
+
+    [[nodiscard]] Verdict verdict(const std::string& praise) const
+    {
+        return complaints_.empty() ? Verdict{true, praise} : Verdict{false, complaints_};
+    }
+
+private:
+    std::string complaints_;
+};
+
+void judgeTotals(Judge& judge, const std::vector<Document>& documents, const double total)
+{
+    const auto kopecks = wholeParts(total, 100);
+    if (!kopecks)
+        throw JsonError("total must have at most two decimals");
+    for (const Document& document : documents)
+        judge.demand(document.totalKopecks == *kopecks, "total of " + document.externalId + " is " +
+                                                            money(document.totalKopecks) + ", not " +
+                                                            money(*kopecks));
+}
+
+void judgeWire(Judge& judge, Store& store, const Request& request, const std::int64_t wanted)
+{
+    const auto counts = store.wireCounts(
+        request.parameter("group"), request.parameter("external_id"), request.parameter("operation"));
+    judge.demand(
+        wanted == 0 || !counts.empty(), "no request came over the wire, not " + std::to_string(wanted));
+    for (const WireCount& count : counts)
+        judge.demand(count.requests == wanted, "requests for " + count.externalId + ": " +
+                                                   std::to_string(count.requests) + ", not " +
+                                                   std::to_string(wanted));
+}
+
+} // namespace
+
+Verdict expect(const Request& request, Store& store, const Service& service)
+{
+    refuseWhatIsNoQuestion(request);
+    const std::vector<Document> documents = store.documents({.group = request.parameter("group"),
+        .externalId = request.parameter("external_id"),
+        .operation = request.parameter("operation"),
+        .text = request.parameter("text"),
+        .limit = std::numeric_limits<int>::max()});
+    const auto found = static_cast<std::int64_t>(documents.size());
+    const std::int64_t count = number<std::int64_t>(request, "count").value_or(1);
+
+    Judge judge;
+    judge.demand(found == count, "receipts: " + std::to_string(found) + ", not " + std::to_string(count));
+    if (const auto total = number<double>(request, "total"))
+        judgeTotals(judge, documents, *total);
+    if (const std::string status = statusIn(request); !status.empty()) {
+        for (const Document& document : documents) {
+            const std::string is = service.statusWord(document);
+            judge.demand(is == status, "status of " + document.externalId + " is " + is + ", not " + status);
+        }
+    }
+    if (const auto requests = number<std::int64_t>(request, "wire_requests"))
+        judgeWire(judge, store, request, *requests);
+    return judge.verdict("receipts: " + std::to_string(found) + ", all as expected");
+}
+
+} // namespace emulator

@@ -1,0 +1,159 @@
+#include "emulator/faults/effects.h"
+
+#include "emulator/service/replies.h"
+
+#include <algorithm>
+
+namespace emulator {
+
+namespace {
+
+ServiceError errorRow(const int code)
+{
+    const auto known = serviceErrors();
+    const auto found = std::ranges::find(known, code, &ServiceError::code);
+    return found == known.end() ? ServiceError{code, 400, "unknown", "Ошибка по заказу"} : *found;
+}
+
+Reply withError(const Fault& fault, const Reply& honest, const TimePoint now)
+{
+    Reply reply = errorReply(fault.endpoint, errorRow(fault.code), now);
+    if (fault.code != 33 && fault.code != 34)
+        return reply;
+    const bool takenBack =
+        fault.phase == Phase::Before && fault.endpoint == Endpoint::Sell && honest.status == 200;
+    const Json before = Json::parse(honest.body);
+    Json body = Json::parse(reply.body);
+    if (before.contains("uuid") && !takenBack)
+        body["uuid"] = before["uuid"];
+    body["status"] = "wait";
+    return jsonReply(reply.status, body);
+}
+
+std::optional<Reply> withoutKey(const Reply& honest, std::string_view key)
+{
+    Json body = Json::parse(honest.body);
+    Json* where = &body;
+    for (std::size_t dot = key.find('.'); dot != std::string_view::npos; dot = key.find('.')) {
+        const std::string part(key.substr(0, dot));
+        key.remove_prefix(dot + 1);
+        if (!where->is_object() || !where->contains(part))
+            return std::nullopt;
+        where = &(*where)[part];
+    }
+    if (!where->is_object() || where->erase(std::string(key)) == 0)
+        return std::nullopt;
+    return jsonReply(honest.status, body);
+}
+
+std::optional<Reply> ofAnotherDocument(const Reply& honest)
+{
+    Json body = Json::parse(honest.body);
+    if (!body.contains("uuid"))
+        return std::nullopt;
+    body["uuid"] = "ffffffff-ffff-4fff-8fff-ffffffffffff";
+    if (body.contains("external_id"))
+        body["external_id"] = "another-document";
+    if (body.contains("payload") && body["payload"].is_object()) {
+        Json& payload = body["payload"];
+        payload["total"] = payload["total"].get<double>() + 1;
+        for (const char* number : {"fiscal_document_number", "fiscal_receipt_number"})
+            payload[number] = payload[number].get<std::int64_t>() + 1;
+    }
+    return jsonReply(honest.status, body);
+}
+
+/// A refused call has no document whose status could be another.
+std::optional<Reply> withStatus(const Reply& honest, const char* word, const Json& error)
+{
+    if (honest.status != 200)
+        return std::nullopt;
+    Json body = Json::parse(honest.body);
+    body["status"] = word;
+    body["error"] = error;
+    body["payload"] = nullptr;
+    return jsonReply(200, body);
+}
+
+Reply htmlPage(const int status)
+{
+    const std::string title = std::to_string(status) + " fremulator";
+    return {.status = status,
+        .contentType = "text/html; charset=utf-8",
+        .body = "<html>\r\n<head><title>" + title + "</title></head>\r\n<body><h1>" + title +
+                "</h1></body>\r\n</html>\r\n"};
+}
+
+/// The part of misbehaviour that is a matter of what the answer says; nothing when the fault does not apply.
+std::optional<Reply> changed(const Fault& fault, const Reply& honest, const TimePoint now)
+{
+    const bool report = fault.endpoint == Endpoint::Report;
+    const auto ifItWasTaken = honest.status == 200 ? std::optional(honest) : std::nullopt;
+    switch (fault.effect) {
+    case Effect::Error:
+        return withError(fault, honest, now);
+    case Effect::Html:
+        return htmlPage(fault.status);
+    case Effect::Empty:
+        return Reply{.status = fault.status};
+    case Effect::NotJson:
+        return Reply{.status = honest.status, .body = "this is not JSON"};
+    case Effect::OtherDocument:
+        return ofAnotherDocument(honest);
+    case Effect::WithoutKey:
+        return withoutKey(honest, fault.key);
+    case Effect::Fail:
+        return report ? withStatus(honest, "fail", failure(fault)) : ifItWasTaken;
+    case Effect::Never:
+        return report ? withStatus(honest, "wait", errorObject(serviceError(34))) : ifItWasTaken;
+    case Effect::OldToken:
+        return ifItWasTaken;
+    default:
+        return honest;
+    }
+}
+
+/// The part that is a matter of the connection.
+Wire wireOf(const Fault& fault)
+{
+    using Send = Wire::Send;
+    using End = Wire::End;
+    switch (fault.effect) {
+    case Effect::Truncated:
+        return {.send = Send::HeadAndHalfTheBody, .end = End::Close};
+    case Effect::WrongLength:
+        return {.end = fault.bytes > 0 ? End::Hold : End::Close, .lengthError = fault.bytes};
+    case Effect::Drip:
+        return {.piece = 1, .pause = fault.time};
+    case Effect::Delay:
+        return {.delay = fault.time};
+    case Effect::Silent:
+        return {.send = Send::Nothing, .end = End::Hold};
+    case Effect::Close:
+        return {.send = Send::Nothing, .end = End::Close};
+    case Effect::ResetBefore:
+        return {.send = Send::Nothing, .end = End::Reset};
+    case Effect::ResetDuring:
+        return {.send = Send::HeadAndHalfTheBody, .end = End::Reset};
+    case Effect::ResetAfter:
+        return {.end = End::Reset};
+    default:
+        return {};
+    }
+}
+
+} // namespace
+
+Json failure(const Fault& fault)
+{
+    const FailType& type = *std::ranges::find(failTypes(), fault.type, &FailType::name);
+    return errorObject({fault.code, 200, type.name, type.text});
+}
+
+std::optional<Answer> misbehave(const Fault& fault, const Reply& honest, const TimePoint now)
+{
+    const auto reply = changed(fault, honest, now);
+    return reply ? std::optional(Answer{.reply = *reply, .wire = wireOf(fault)}) : std::nullopt;
+}
+
+} // namespace emulator

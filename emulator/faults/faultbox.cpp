@@ -1,0 +1,85 @@
+#include "emulator/faults/faultbox.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace emulator {
+
+namespace {
+
+/// Where the character behind the one at `at` begins.
+std::size_t next(const std::string_view text, std::size_t at)
+{
+    for (++at; at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;)
+        ++at;
+    return at;
+}
+
+} // namespace
+
+bool fits(const std::string_view text, const std::string_view pattern)
+{
+    std::size_t t = 0;
+    std::size_t p = 0;
+    std::optional<std::size_t> star;
+    std::size_t afterStar = 0;
+    while (t < text.size()) {
+        if (p < pattern.size() && pattern[p] == '*') {
+            star = p++;
+            afterStar = t;
+        } else if (p < pattern.size() && pattern[p] == '?') {
+            ++p;
+            t = next(text, t);
+        } else if (p < pattern.size() && pattern[p] == text[t]) {
+            ++p;
+            ++t;
+        } else if (star) {
+            p = *star + 1;
+            afterStar = next(text, afterStar);
+            t = afterStar;
+        } else {
+            return false;
+        }
+    }
+    return pattern.find_first_not_of('*', p) == std::string_view::npos;
+}
+
+const Fault& FaultBox::add(Fault fault)
+{
+    fault.id = ++lastId_;
+    return faults_.emplace_back(std::move(fault));
+}
+
+bool FaultBox::remove(const int id)
+{
+    return std::erase_if(faults_, [id](const Fault& fault) { return fault.id == id; }) > 0;
+}
+
+const Fault* FaultBox::take(const Call& call)
+{
+    const auto matches = [](const std::string& wanted, const std::string& given) {
+        return wanted.empty() || wanted == given;
+    };
+    for (Fault& fault : faults_) {
+        if (fault.endpoint != call.endpoint || fault.spent() || !matches(fault.login, call.login) ||
+            !matches(fault.group, call.group))
+            continue;
+        if (!fault.externalId.empty() && !fits(call.externalId, fault.externalId))
+            continue;
+        ++fault.matched;
+        if (fault.matched <= fault.after || (fault.matched - fault.after) % fault.every != 0)
+            continue;
+        ++fault.hits;
+        return &fault;
+    }
+    return nullptr;
+}
+
+void FaultBox::spare(const Fault& fault)
+{
+    const auto found = std::ranges::find(faults_, fault.id, &Fault::id);
+    if (found != faults_.end())
+        --found->hits;
+}
+
+} // namespace emulator

@@ -1,0 +1,36 @@
+#include "emulator/http/guard.h"
+
+namespace emulator {
+
+namespace {
+
+std::string withoutPort(const std::string& host)
+{
+    const std::size_t bracket = host.find(']');
+    const std::size_t colon = host.find(':', bracket == std::string::npos ? 0 : bracket);
+    return host.substr(0, colon);
+}
+
+} // namespace
+
+std::string foreignness(const Request& request, const std::vector<std::string>& hosts, const bool isPage)
+{
+    const std::string host = request.header("Host");
+    const std::string name = withoutPort(host);
+    const bool own =
+        name == "127.0.0.1" || name == "localhost" || name == "[::1]" || std::ranges::count(hosts, name) > 0;
+    if (!own)
+        return "Host " + host + " is not served here";
+    const std::string origin = request.header("Origin");
+    if (!origin.empty() && origin != "http://" + host && origin != "https://" + host)
+        return "Origin " + origin + " may not call";
+    // An image or a script of a foreign page is asked for without an Origin; browsers tell of its site
+    // instead.
+    const std::string site = request.header("Sec-Fetch-Site");
+    const bool link = isPage && request.header("Sec-Fetch-Mode") == "navigate";
+    if ((site == "cross-site" || site == "same-site") && !link)
+        return "a page of another site may not call";
+    return {};
+}
+
+} // namespace emulator

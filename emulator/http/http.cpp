@@ -1,0 +1,71 @@
+#include "emulator/http/http.h"
+
+#include <array>
+#include <charconv>
+#include <utility>
+
+namespace emulator {
+
+namespace {
+
+std::string decoded(const std::string_view text, const bool plusIsBlank)
+{
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        unsigned value = 0;
+        const bool escape =
+            text[i] == '%' && i + 2 < text.size() &&
+            std::from_chars(text.data() + i + 1, text.data() + i + 3, value, 16).ptr == text.data() + i + 3;
+        if (escape) {
+            out += static_cast<char>(value);
+            i += 2;
+        } else {
+            out += plusIsBlank && text[i] == '+' ? ' ' : text[i];
+        }
+    }
+    return out;
+}
+
+std::string_view reason(const int status)
+{
+    constexpr std::array<std::pair<int, std::string_view>, 17> reasons{{{200, "OK"}, {204, "No Content"},
+        {400, "Bad Request"}, {401, "Unauthorized"}, {403, "Forbidden"}, {404, "Not Found"},
+        {405, "Method Not Allowed"}, {408, "Request Timeout"}, {413, "Payload Too Large"}, {409, "Conflict"},
+        {417, "Expectation Failed"}, {415, "Unsupported Media Type"}, {429, "Too Many Requests"},
+        {431, "Request Header Fields Too Large"}, {500, "Internal Server Error"}, {502, "Bad Gateway"},
+        {503, "Service Unavailable"}}};
+    for (const auto& [code, text] : reasons) {
+        if (code == status)
+            return text;
+    }
+    return "Status";
+}
+
+} // namespace
+
+void setTarget(Request& request, const std::string_view target)
+{
+    const std::size_t mark = std::min(target.find('?'), target.size());
+    request.path = decoded(target.substr(0, mark), false);
+    request.query.clear();
+    std::string_view rest = target.substr(std::min(mark + 1, target.size()));
+    while (!rest.empty()) {
+        const std::string_view pair = rest.substr(0, rest.find('&'));
+        rest.remove_prefix(std::min(pair.size() + 1, rest.size()));
+        const std::size_t equals = std::min(pair.find('='), pair.size());
+        request.query.emplace_back(decoded(pair.substr(0, equals), true),
+            decoded(pair.substr(std::min(equals + 1, pair.size())), true));
+    }
+}
+
+std::string head(const Reply& reply, const std::size_t contentLength, const bool keepAlive)
+{
+    std::string text = "HTTP/1.1 " + std::to_string(reply.status) + ' ';
+    text += reason(reply.status);
+    text += "\r\nServer: fremulator\r\nContent-Type: " + reply.contentType;
+    text += "\r\nContent-Length: " + std::to_string(contentLength);
+    text += keepAlive ? "\r\nConnection: keep-alive\r\n" : "\r\nConnection: close\r\n";
+    return text + reply.headers + "\r\n";
+}
+
+} // namespace emulator

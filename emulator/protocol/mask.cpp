@@ -1,0 +1,109 @@
+#include "emulator/protocol/mask.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+
+namespace emulator {
+
+namespace {
+
+constexpr std::string_view stars = "***";
+constexpr std::string_view lineEnd = "\r\n";
+constexpr std::string_view headEnd = "\r\n\r\n";
+
+/// Takes what stands before `separator` off `rest`.
+std::string_view cutOff(std::string_view& rest, const std::string_view separator)
+{
+    const std::string_view part = rest.substr(0, rest.find(separator));
+    rest.remove_prefix(std::min(part.size() + separator.size(), rest.size()));
+    return part;
+}
+
+bool isSecret(std::string name)
+{
+    constexpr std::array secrets{"token", "pass", "password", "authorization"};
+    std::ranges::transform(
+        name, name.begin(), [](const unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return std::ranges::find(secrets, name) != secrets.end();
+}
+
+// A name in the address may be percent-encoded.
+bool isSecretPair(const std::string_view pair)
+{
+    Request request;
+    setTarget(request, "?" + std::string(pair));
+    return !request.query.empty() && isSecret(request.query.front().first);
+}
+
+/// The first line of a request.
+std::string maskedTarget(const std::string_view line)
+{
+    const std::size_t mark = line.find('?');
+    if (mark == std::string_view::npos)
+        return std::string(line);
+    std::string text(line.substr(0, mark));
+    const std::size_t end = std::min(line.find(' ', mark), line.size());
+    std::string_view query = line.substr(mark + 1, end - mark - 1);
+    for (char before = '?'; !query.empty(); before = '&') {
+        const std::string_view pair = cutOff(query, "&");
+        text += before;
+        text += isSecretPair(pair) ? std::string(pair.substr(0, pair.find('='))) + "=" + std::string(stars)
+                                   : std::string(pair);
+    }
+    return text + std::string(line.substr(end));
+}
+
+std::string maskedHead(std::string_view head)
+{
+    std::string text = maskedTarget(cutOff(head, lineEnd));
+    bool secret = false;
+    while (!head.empty()) {
+        const std::string_view line = cutOff(head, lineEnd);
+        const bool goesOn = line.starts_with(' ') || line.starts_with('\t');
+        if (goesOn && secret)
+            continue;
+        const std::string name(line.substr(0, line.find(':')));
+        secret = !goesOn && isSecret(name);
+        text += lineEnd;
+        text += secret ? name + ": " + std::string(stars) : std::string(line);
+    }
+    return text;
+}
+
+std::string maskedBody(const std::string& body, const Call& call)
+{
+    if (call.body.is_object()) {
+        if (!call.body.contains("pass"))
+            return body;
+        Json masked = call.body;
+        masked["pass"] = stars;
+        return toLine(masked);
+    }
+    const bool mayHoldOne = call.endpoint == Endpoint::Token || body.find("pass") != std::string::npos;
+    return mayHoldOne && !body.empty() ? std::string(stars) : body;
+}
+
+} // namespace
+
+std::string maskedRequest(const Request& request, const Call& call)
+{
+    const std::size_t end = std::min(request.raw.find(headEnd), request.raw.size());
+    const std::string body = request.raw.substr(std::min(end + headEnd.size(), request.raw.size()));
+    return maskedHead(std::string_view(request.raw).substr(0, end)) + std::string(headEnd) +
+           maskedBody(body, call);
+}
+
+std::string maskedAnswer(const std::string& bytes, const Call& call)
+{
+    constexpr std::string_view key = R"("token":")";
+    const std::size_t at = call.endpoint == Endpoint::Token ? bytes.find(key) : std::string::npos;
+    if (at == std::string::npos)
+        return bytes;
+    // A cut answer may hold the beginning of the token alone.
+    const std::size_t from = at + key.size();
+    const std::size_t to = std::min(bytes.find('"', from), bytes.size());
+    return bytes.substr(0, from) + std::string(stars) + bytes.substr(to);
+}
+
+} // namespace emulator

@@ -1,0 +1,16 @@
+#include "emulator/service/pace.h"
+
+namespace emulator {
+
+bool Pace::allows(const std::string& group, const int perSecond, const TimePoint now)
+{
+    std::deque<TimePoint>& times = asked_[group];
+    while (!times.empty() && times.front() + std::chrono::seconds(1) <= now)
+        times.pop_front();
+    if (times.size() >= static_cast<std::size_t>(perSecond))
+        return false;
+    times.push_back(now);
+    return true;
+}
+
+} // namespace emulator

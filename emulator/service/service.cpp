@@ -1,0 +1,337 @@
+#include "emulator/service/service.h"
+
+#include "emulator/faults/effects.h"
+#include "emulator/protocol/mask.h"
+#include "emulator/service/receiptcheck.h"
+#include "emulator/service/replies.h"
+#include "emulator/values/identifiers.h"
+
+#include <algorithm>
+#include <cctype>
+#include <random>
+
+namespace emulator {
+
+namespace {
+
+constexpr auto reportLife = std::chrono::days(32);
+// Of a login that is refused as much is recorded; a body could bring one of a mebibyte.
+constexpr std::size_t longestLogin = 1024;
+
+/// The service wants exactly this type and character set; letters may be of any case, blanks do not count.
+bool isJsonInUtf8(std::string type)
+{
+    std::erase_if(type, [](const unsigned char c) { return std::isspace(c) != 0; });
+    std::ranges::transform(
+        type, type.begin(), [](const unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return type == "application/json;charset=utf-8";
+}
+
+bool isCorrection(const Call& call)
+{
+    return call.operation.ends_with("_correction");
+}
+
+std::string callbackUrl(const Json& body)
+{
+    const auto service = body.find("service");
+    if (service == body.end() || !service->is_object())
+        return {};
+    const auto url = service->find("callback_url");
+    return url != service->end() && url->is_string() ? url->get<std::string>() : std::string();
+}
+
+// A hundred thousand recordings of a mebibyte each would be more than a machine has.
+std::string beginningOf(std::string text)
+{
+    constexpr std::size_t most = 64 * 1024;
+    if (text.size() > most) {
+        const std::size_t more = text.size() - most;
+        text.resize(most);
+        text += "… (" + std::to_string(more) + " bytes more)";
+    }
+    return text;
+}
+
+/// The error code that a reply speaks of, -1 for none.
+int codeIn(const Reply& reply)
+{
+    const Json body = Json::parse(reply.body, nullptr, false);
+    const bool error = body.is_object() && body.contains("error") && body["error"].is_object();
+    return error ? body["error"].value("code", -1) : -1;
+}
+
+std::string describe(const Fault* fault)
+{
+    if (fault == nullptr)
+        return {};
+    const Json json = toJson(*fault);
+    const std::string what = json["phase"].get<std::string>() + " " + json["effect"].get<std::string>();
+    return fault->name.empty() ? what : fault->name + " (" + what + ")";
+}
+
+} // namespace
+
+Service::Service(const Options& options, Store& store, FaultBox& faults, Clock clock)
+    : options_(options)
+    , store_(store)
+    , faults_(faults)
+    , clock_(std::move(clock))
+{
+    for (const Group& group : options_.groups)
+        store_.prepareRegisters(group.code, group.registers);
+}
+
+Answer Service::answer(const Request& request)
+{
+    sqlite::Transaction transaction = store_.transaction();
+    Context context = look(request);
+    if (context.call.endpoint == Endpoint::Sell)
+        store_.countRequest(context.call.group, context.call.externalId, context.call.operation);
+    context.fault = faults_.take(context.call);
+    const Answer answer =
+        context.fault == nullptr ? Answer{.reply = perform(context, request)} : sabotage(context, request);
+    record(context, request, answer);
+    transaction.commit();
+    return answer;
+}
+
+Answer Service::sabotage(Context& context, const Request& request)
+{
+    sqlite::Savepoint point = store_.savepoint();
+    const Pace pace = pace_;
+    const Reply honest = perform(context, request);
+    const auto answer = misbehave(*context.fault, honest, clock_());
+    if (answer && context.fault->phase == Phase::Before) {
+        // Done and taken back: the answer is as it would have been, and nothing of it has happened.
+        pace_ = pace;
+        return *answer;
+    }
+    point.release();
+    if (answer)
+        return *answer;
+    faults_.spare(*context.fault);
+    context.fault = nullptr;
+    return {.reply = honest};
+}
+
+Service::Context Service::look(const Request& request)
+{
+    Context context{.call = readCall(request)};
+    Call& call = context.call;
+    if (call.endpoint == Endpoint::Sell || call.endpoint == Endpoint::Report) {
+        context.token = store_.findToken(call.token);
+        if (context.token)
+            call.login = context.token->login;
+    }
+    if (call.endpoint == Endpoint::Report) {
+        context.document = store_.findDocument(call.uuid);
+        if (context.document)
+            call.externalId = context.document->externalId;
+    }
+    return context;
+}
+
+Reply Service::perform(const Context& context, const Request& request)
+{
+    if (context.call.endpoint == Endpoint::Unknown)
+        return error(Endpoint::Unknown, 40);
+    if (request.method == "POST" && !isJsonInUtf8(request.header("Content-Type")))
+        return error(context.call.endpoint, 41);
+    switch (context.call.endpoint) {
+    case Endpoint::Token:
+        return giveToken(context);
+    case Endpoint::Sell:
+        return takeDocument(context);
+    case Endpoint::Report:
+        return report(context);
+    case Endpoint::Unknown:
+        break;
+    }
+    return error(Endpoint::Unknown, 40);
+}
+
+void Service::record(const Context& context, const Request& request, const Answer& answer)
+{
+    const Call& call = context.call;
+    const std::string bytes = answer.bytes(request.keepAlive);
+    const bool sell = call.endpoint == Endpoint::Sell;
+    Exchange exchange{.at = clock_(),
+        .endpoint = std::string(nameOf(call.endpoint)),
+        .groupCode = call.group,
+        .externalId = call.externalId,
+        .uuid = sell ? store_.findUuid(call.group, call.externalId).value_or("") : call.uuid,
+        .login = call.login.substr(0, longestLogin),
+        .request = beginningOf(maskedRequest(request, call)),
+        .answer = beginningOf(maskedAnswer(bytes, call)),
+        .status = bytes.empty() ? 0 : answer.reply.status,
+        .code = bytes.empty() ? -1 : codeIn(answer.reply),
+        .fault = describe(context.fault)};
+    store_.addExchange(exchange);
+    if (listener_)
+        listener_(exchange);
+}
+
+Reply Service::giveToken(const Context& context)
+{
+    const Call& call = context.call;
+    if (call.login.empty() || call.password.empty())
+        return error(Endpoint::Token, 13);
+    const User* user = findUser(call.login);
+    if (user == nullptr || user->password != call.password)
+        return error(Endpoint::Token, 12);
+    if (user->blocked)
+        return error(Endpoint::Token, 14);
+    const bool old = context.fault != nullptr && context.fault->effect == Effect::OldToken;
+    const std::chrono::milliseconds life = old ? context.fault->time : options_.tokenLife;
+    const std::string token = newToken();
+    store_.addToken(token, {.login = user->login, .expiresAt = clock_() + life});
+    return tokenReply(token, clock_());
+}
+
+std::optional<int> Service::refusal(const Context& context) const
+{
+    if (!context.token)
+        return 10;
+    if (context.token->expiresAt <= clock_())
+        return 11;
+    const User* user = findUser(context.call.login);
+    if (user == nullptr)
+        return 10;
+    if (user->blocked)
+        return 14;
+    const Group* group = findGroup(context.call.group);
+    if (group == nullptr || std::ranges::count(user->groups, group->code) == 0)
+        return 20;
+    return group->protocolRefused ? std::optional(21) : std::nullopt;
+}
+
+Reply Service::takeDocument(const Context& context)
+{
+    const Call& call = context.call;
+    if (const auto code = refusal(context))
+        return error(Endpoint::Sell, *code);
+    if (std::ranges::count(options_.lists.operations, call.operation) == 0)
+        return error(Endpoint::Sell, 31);
+    if (!call.body.is_object())
+        return error(Endpoint::Sell, 40);
+    const Group& group = *findGroup(call.group);
+    if (const std::string wrong = wrongFields(call, group); !wrong.empty())
+        return error(Endpoint::Sell, 32, wrong);
+    if (const auto uuid = store_.findUuid(call.group, call.externalId))
+        return duplicateReply(*uuid, clock_());
+    return acceptedReply(newDocument(context, group).uuid, clock_());
+}
+
+std::string Service::wrongFields(const Call& call, const Group& group) const
+{
+    const auto check = isCorrection(call) ? checkCorrection : checkReceipt;
+    return describe(check(call.body, options_.lists, group.inn));
+}
+
+Document Service::newDocument(const Context& context, const Group& group)
+{
+    const Call& call = context.call;
+    Document document{.uuid = newUuid(),
+        .groupCode = group.code,
+        .externalId = call.externalId,
+        .operation = call.operation,
+        .login = call.login,
+        .receivedAt = clock_(),
+        .body = toLine(call.body),
+        .totalKopecks = paidKopecks(call.body[isCorrection(call) ? "correction" : "receipt"]),
+        .callbackUrl = callbackUrl(call.body),
+        .waitsLeft = options_.waits};
+    fiscalise(document, group, context.fault);
+    store_.addDocument(document);
+    return document;
+}
+
+void Service::fiscalise(Document& document, const Group& group, const Fault* fault)
+{
+    Register where = store_.freestRegister(group.code, group.registers);
+    document.deviceCode = "emulated-" + where.groupCode + "-" + std::to_string(where.number);
+    const TimePoint begin = std::max(document.receivedAt, where.freeAt);
+    if (begin - document.receivedAt > options_.queueTimeout) {
+        document.readyAt = document.receivedAt + options_.queueTimeout;
+        document.outcome = Outcome::Fail;
+        document.error = failure({.code = 1, .type = "timeout"});
+        return;
+    }
+    document.readyAt = begin + someLatency();
+    where.freeAt = document.readyAt;
+    if (fault != nullptr && fault->effect == Effect::Never) {
+        document.outcome = Outcome::Never;
+    } else if (fault != nullptr && fault->effect == Effect::Fail) {
+        document.outcome = Outcome::Fail;
+        document.error = failure(*fault);
+    } else {
+        document.payload =
+            registerReceipt(where, document.readyAt, document.totalKopecks, options_.receiptsPerShift);
+    }
+    store_.saveRegister(where);
+}
+
+std::chrono::milliseconds Service::someLatency() const
+{
+    thread_local std::mt19937_64 source{std::random_device{}()};
+    std::uniform_int_distribution<std::int64_t> between(
+        options_.latencyLow.count(), options_.latencyHigh.count());
+    return std::chrono::milliseconds(between(source));
+}
+
+Reply Service::report(const Context& context)
+{
+    if (const auto code = refusal(context))
+        return error(Endpoint::Report, *code);
+    const auto& document = context.document;
+    const TimePoint now = clock_();
+    if (!document || document->groupCode != context.call.group || document->receivedAt + reportLife < now)
+        return error(Endpoint::Report, 30);
+    if (options_.pace && !pace_.allows(document->groupCode, findGroup(document->groupCode)->registers, now)) {
+        const ServiceError tooOften{40, 429, "system", "Слишком частые запросы состояния"};
+        return errorReply(Endpoint::Report, tooOften, now);
+    }
+    if (document->waitsLeft > 0) {
+        store_.setWaitsLeft(document->sequence, document->waitsLeft - 1);
+        return waitingReply(*document, now);
+    }
+    return statusOf(*document);
+}
+
+std::string Service::statusWord(const Document& document) const
+{
+    if (document.waitsLeft > 0 || document.readyAt > clock_() || document.outcome == Outcome::Never)
+        return "wait";
+    return document.outcome == Outcome::Done ? "done" : "fail";
+}
+
+Reply Service::statusOf(const Document& document) const
+{
+    if (statusWord(document) == "wait")
+        return waitingReply(document, clock_());
+    Document linked = document;
+    const Group* group = findGroup(document.groupCode);
+    if (linked.payload.is_object() && (group == nullptr || group->receiptUrl))
+        linked.payload["ofd_receipt_url"] = address_ + "#" + document.uuid;
+    return finishedReply(linked, clock_());
+}
+
+Reply Service::error(const Endpoint endpoint, const int code, const std::string& details) const
+{
+    return errorReply(endpoint, serviceError(code), clock_(), details);
+}
+
+const Group* Service::findGroup(const std::string& code) const
+{
+    const auto found = std::ranges::find(options_.groups, code, &Group::code);
+    return found == options_.groups.end() ? nullptr : &*found;
+}
+
+const User* Service::findUser(const std::string& login) const
+{
+    const auto found = std::ranges::find(options_.users, login, &User::login);
+    return found == options_.users.end() ? nullptr : &*found;
+}
+
+} // namespace emulator

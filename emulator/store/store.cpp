@@ -1,0 +1,294 @@
+#include "emulator/store/store.h"
+
+namespace emulator {
+
+namespace {
+
+constexpr auto schema = R"(
+PRAGMA journal_mode = WAL;
+PRAGMA synchronous = NORMAL;
+CREATE TABLE IF NOT EXISTS tokens(
+    sequence INTEGER PRIMARY KEY, token TEXT UNIQUE, login TEXT, expires_at INTEGER);
+CREATE TABLE IF NOT EXISTS registers(
+    group_code TEXT, number INTEGER, storage_number TEXT, registration_number TEXT, documents INTEGER,
+    shift INTEGER, receipts_in_shift INTEGER, shift_open INTEGER, shift_opened_at INTEGER, free_at INTEGER,
+    PRIMARY KEY(group_code, number));
+CREATE TABLE IF NOT EXISTS documents(
+    sequence INTEGER PRIMARY KEY AUTOINCREMENT, uuid TEXT UNIQUE, group_code TEXT, external_id TEXT,
+    operation TEXT, login TEXT, received_at INTEGER, body TEXT, total INTEGER, callback_url TEXT,
+    device_code TEXT, ready_at INTEGER, waits_left INTEGER, outcome INTEGER, payload TEXT, error TEXT,
+    UNIQUE(group_code, external_id));
+CREATE TABLE IF NOT EXISTS register_calls(
+    sequence INTEGER PRIMARY KEY, group_code TEXT, external_id TEXT, operation TEXT, requests INTEGER,
+    UNIQUE(group_code, external_id, operation));
+CREATE TABLE IF NOT EXISTS exchanges(
+    sequence INTEGER PRIMARY KEY AUTOINCREMENT, at INTEGER, endpoint TEXT, group_code TEXT, external_id TEXT,
+    uuid TEXT, login TEXT, request TEXT, answer TEXT, status INTEGER, code INTEGER, fault TEXT);
+CREATE INDEX IF NOT EXISTS exchanges_by_id ON exchanges(external_id, group_code);
+)";
+
+constexpr std::int64_t exchangesPerDocument = 4;
+// Whatever number of documents is kept, a token that is alive must work; this many are tens of megabytes.
+constexpr std::int64_t tokensKept = 100'000;
+
+std::int64_t toNumber(const TimePoint time)
+{
+    return time.time_since_epoch().count();
+}
+
+TimePoint toTime(const std::int64_t number)
+{
+    return TimePoint(std::chrono::milliseconds(number));
+}
+
+Json toJson(const std::string& text)
+{
+    return text.empty() ? Json() : Json::parse(text);
+}
+
+std::string toText(const Json& json)
+{
+    return json.is_null() ? std::string() : json.dump();
+}
+
+Document readDocument(const sqlite::Rows& rows)
+{
+    return {.sequence = rows.integer(0),
+        .uuid = rows.text(1),
+        .groupCode = rows.text(2),
+        .externalId = rows.text(3),
+        .operation = rows.text(4),
+        .login = rows.text(5),
+        .receivedAt = toTime(rows.integer(6)),
+        .body = rows.text(7),
+        .totalKopecks = rows.integer(8),
+        .callbackUrl = rows.text(9),
+        .deviceCode = rows.text(10),
+        .readyAt = toTime(rows.integer(11)),
+        .waitsLeft = static_cast<int>(rows.integer(12)),
+        .outcome = static_cast<Outcome>(rows.integer(13)),
+        .payload = toJson(rows.text(14)),
+        .error = toJson(rows.text(15))};
+}
+
+std::vector<Exchange> readExchanges(sqlite::Rows rows)
+{
+    std::vector<Exchange> all;
+    while (rows.next()) {
+        all.push_back({.sequence = rows.integer(0),
+            .at = toTime(rows.integer(1)),
+            .endpoint = rows.text(2),
+            .groupCode = rows.text(3),
+            .externalId = rows.text(4),
+            .uuid = rows.text(5),
+            .login = rows.text(6),
+            .request = rows.text(7),
+            .answer = rows.text(8),
+            .status = static_cast<int>(rows.integer(9)),
+            .code = static_cast<int>(rows.integer(10)),
+            .fault = rows.text(11)});
+    }
+    return all;
+}
+
+/// The pattern as SQLite's GLOB takes it, where a bracket would begin a set of characters.
+std::string globOf(const std::string& pattern)
+{
+    std::string glob;
+    for (const char c : pattern)
+        glob += c == '[' ? std::string("[[]") : std::string(1, c);
+    return glob.empty() ? "*" : glob;
+}
+
+} // namespace
+
+Store::Store(const std::string& file, const std::int64_t keep)
+    : database_(file, schema)
+    , keep_(keep)
+    , insertToken_(database_, "INSERT INTO tokens VALUES(NULL, ?, ?, ?)")
+    , pruneTokens_(database_, "DELETE FROM tokens WHERE sequence <= ?")
+    , selectToken_(database_, "SELECT login, expires_at FROM tokens WHERE token = ?")
+    , insertRegister_(database_, "INSERT INTO registers VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+    , countRegisters_(database_, "SELECT count(*), count(*) FILTER (WHERE group_code = ?) FROM registers")
+    , selectRegister_(database_, "SELECT * FROM registers WHERE group_code = ? AND number <= ?"
+                                 " ORDER BY free_at, documents, number LIMIT 1")
+    , updateRegister_(database_,
+          "UPDATE registers SET documents = ?, shift = ?, receipts_in_shift = ?, shift_open = ?,"
+          " shift_opened_at = ?, free_at = ? WHERE group_code = ? AND number = ?")
+    , insertDocument_(
+          database_, "INSERT INTO documents VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+    , pruneDocuments_(database_, "DELETE FROM documents WHERE sequence <= ?")
+    , selectDocument_(database_, "SELECT * FROM documents WHERE uuid = ?")
+    , selectDocuments_(database_, "SELECT * FROM documents WHERE (?1 = '' OR group_code = ?1)"
+                                  " AND external_id GLOB ?2 AND (?3 = '' OR operation = ?3)"
+                                  " AND (?4 = '' OR instr(uuid || ' ' || external_id || ' ' || body, ?4) > 0)"
+                                  " AND (?5 = 0 OR sequence < ?5) ORDER BY sequence DESC LIMIT ?6")
+    , selectUuid_(database_, "SELECT uuid FROM documents WHERE group_code = ? AND external_id = ?")
+    , updateWaits_(database_, "UPDATE documents SET waits_left = ? WHERE sequence = ?")
+    , upsertWire_(database_, "INSERT INTO register_calls VALUES(NULL, ?, ?, ?, 1)"
+                             " ON CONFLICT(group_code, external_id, operation)"
+                             " DO UPDATE SET requests = requests + 1 RETURNING sequence")
+    , selectWire_(
+          database_, "SELECT sum(requests) FROM register_calls WHERE group_code = ? AND external_id = ?")
+    , selectWires_(database_, "SELECT group_code, external_id, sum(requests) FROM register_calls"
+                              " WHERE (?1 = '' OR group_code = ?1) AND external_id GLOB ?2"
+                              " AND (?3 = '' OR operation = ?3) GROUP BY group_code, external_id")
+    , insertExchange_(database_, "INSERT INTO exchanges VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+    , pruneExchanges_(database_, "DELETE FROM exchanges WHERE sequence <= ?")
+    , selectExchanges_(database_,
+          "SELECT * FROM (SELECT * FROM exchanges WHERE external_id = ?1 AND (?2 = '' OR group_code = ?2)"
+          " AND sequence > ?3 AND (?4 = 0 OR sequence < ?4) ORDER BY sequence DESC LIMIT ?5)"
+          " ORDER BY sequence")
+    , selectNewest_(database_,
+          "SELECT * FROM exchanges WHERE ?1 = '' OR group_code = ?1 ORDER BY sequence DESC LIMIT ?2")
+    , pruneWire_(database_, "DELETE FROM register_calls WHERE sequence <= ?")
+{
+}
+
+void Store::addToken(const std::string& token, const Token& about)
+{
+    insertToken_.run(token, about.login, toNumber(about.expiresAt));
+    pruneTokens_.run(database_.lastInsertId() - tokensKept);
+}
+
+std::optional<Token> Store::findToken(const std::string& token)
+{
+    sqlite::Rows rows = selectToken_.rows(token);
+    if (!rows.next())
+        return std::nullopt;
+    return Token{.login = rows.text(0), .expiresAt = toTime(rows.integer(1))};
+}
+
+void Store::prepareRegisters(const std::string& groupCode, const int count)
+{
+    sqlite::Transaction transaction(database_);
+    std::int64_t all = 0;
+    int ofGroup = 0;
+    {
+        sqlite::Rows rows = countRegisters_.rows(groupCode);
+        rows.next();
+        all = rows.integer(0);
+        ofGroup = static_cast<int>(rows.integer(1));
+    }
+    for (int number = ofGroup + 1; number <= count; ++number) {
+        const Register fresh = newRegister(groupCode, number, ++all);
+        insertRegister_.run(groupCode, number, fresh.storageNumber, fresh.registrationNumber, fresh.documents,
+            fresh.shift, fresh.receiptsInShift, fresh.shiftOpen, toNumber(fresh.shiftOpenedAt),
+            toNumber(fresh.freeAt));
+    }
+    transaction.commit();
+}
+
+Register Store::freestRegister(const std::string& groupCode, const int count)
+{
+    sqlite::Rows rows = selectRegister_.rows(groupCode, count);
+    if (!rows.next())
+        throw sqlite::Error("group " + groupCode + " has no register");
+    return {.groupCode = rows.text(0),
+        .number = static_cast<int>(rows.integer(1)),
+        .storageNumber = rows.text(2),
+        .registrationNumber = rows.text(3),
+        .documents = rows.integer(4),
+        .shift = rows.integer(5),
+        .receiptsInShift = rows.integer(6),
+        .shiftOpen = rows.integer(7) != 0,
+        .shiftOpenedAt = toTime(rows.integer(8)),
+        .freeAt = toTime(rows.integer(9))};
+}
+
+void Store::saveRegister(const Register& where)
+{
+    updateRegister_.run(where.documents, where.shift, where.receiptsInShift, where.shiftOpen,
+        toNumber(where.shiftOpenedAt), toNumber(where.freeAt), where.groupCode, where.number);
+}
+
+void Store::addDocument(Document& d)
+{
+    insertDocument_.run(d.uuid, d.groupCode, d.externalId, d.operation, d.login, toNumber(d.receivedAt),
+        d.body, d.totalKopecks, d.callbackUrl, d.deviceCode, toNumber(d.readyAt), d.waitsLeft,
+        static_cast<int>(d.outcome), toText(d.payload), toText(d.error));
+    d.sequence = database_.lastInsertId();
+    pruneDocuments_.run(d.sequence - keep_);
+}
+
+std::optional<Document> Store::findDocument(const std::string& uuid)
+{
+    sqlite::Rows rows = selectDocument_.rows(uuid);
+    return rows.next() ? std::optional(readDocument(rows)) : std::nullopt;
+}
+
+std::vector<Document> Store::documents(const DocumentFilter& filter)
+{
+    sqlite::Rows rows = selectDocuments_.rows(
+        filter.group, globOf(filter.externalId), filter.operation, filter.text, filter.before, filter.limit);
+    std::vector<Document> all;
+    while (rows.next())
+        all.push_back(readDocument(rows));
+    return all;
+}
+
+std::optional<std::string> Store::findUuid(const std::string& groupCode, const std::string& externalId)
+{
+    sqlite::Rows rows = selectUuid_.rows(groupCode, externalId);
+    return rows.next() ? std::optional(rows.text(0)) : std::nullopt;
+}
+
+void Store::setWaitsLeft(const std::int64_t sequence, const int waits)
+{
+    updateWaits_.run(waits, sequence);
+}
+
+void Store::countRequest(
+    const std::string& groupCode, const std::string& externalId, const std::string& operation)
+{
+    std::int64_t sequence = 0;
+    {
+        sqlite::Rows rows = upsertWire_.rows(groupCode, externalId, operation);
+        while (rows.next())
+            sequence = rows.integer(0);
+    }
+    pruneWire_.run(sequence - exchangesPerDocument * keep_);
+}
+
+std::int64_t Store::requests(const std::string& groupCode, const std::string& externalId)
+{
+    sqlite::Rows rows = selectWire_.rows(groupCode, externalId);
+    return rows.next() ? rows.integer(0) : 0;
+}
+
+std::vector<WireCount> Store::wireCounts(
+    const std::string& group, const std::string& idPattern, const std::string& operation)
+{
+    sqlite::Rows rows = selectWires_.rows(group, globOf(idPattern), operation);
+    std::vector<WireCount> all;
+    while (rows.next())
+        all.push_back({rows.text(0), rows.text(1), rows.integer(2)});
+    return all;
+}
+
+void Store::addExchange(Exchange& e)
+{
+    insertExchange_.run(toNumber(e.at), e.endpoint, e.groupCode, e.externalId, e.uuid, e.login, e.request,
+        e.answer, e.status, e.code, e.fault);
+    e.sequence = database_.lastInsertId();
+    pruneExchanges_.run(e.sequence - exchangesPerDocument * keep_);
+}
+
+std::vector<Exchange> Store::exchanges(
+    const std::string& groupCode, const std::string& externalId, const ExchangeRange& range)
+{
+    return readExchanges(
+        selectExchanges_.rows(externalId, groupCode, range.after, range.before, range.limit));
+}
+
+std::vector<Exchange> Store::newestExchanges(const std::string& groupCode, const int limit)
+{
+    return readExchanges(selectNewest_.rows(groupCode, limit));
+}
+
+void Store::clear()
+{
+    database_.execute("DELETE FROM documents; DELETE FROM exchanges; DELETE FROM register_calls");
+}
+
+} // namespace emulator

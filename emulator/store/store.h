@@ -1,0 +1,164 @@
+#pragma once
+
+#include "emulator/store/exchange.h"
+#include "emulator/store/register.h"
+#include "emulator/store/sqlite.h"
+#include "emulator/values/json.h"
+#include "emulator/values/moscowtime.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace emulator {
+
+/// What becomes of a document once its time has come.
+enum class Outcome
+{
+    Done = 0,
+    Fail = 1,
+    Never = 2
+};
+
+/// A document that the service took.
+struct Document
+{
+    std::int64_t sequence = 0;
+    std::string uuid{};
+    std::string groupCode{};
+    std::string externalId{};
+    std::string operation{};
+    std::string login{};
+    TimePoint receivedAt{};
+    /// The body of the call written anew as UTF-8 in one line, so that a text is found however the client
+    /// wrote it.
+    std::string body{};
+    std::int64_t totalKopecks = 0;
+    std::string callbackUrl{};
+    std::string deviceCode{};
+    /// Until then a status answer says "not processed yet".
+    TimePoint readyAt{};
+    /// As long as it is above zero, so does this many more status answers.
+    int waitsLeft = 0;
+    Outcome outcome = Outcome::Done;
+    /// Payload of the status answer of a document that is done, else null.
+    Json payload{};
+    /// Error object of one that failed, else null.
+    Json error{};
+};
+
+struct Token
+{
+    std::string login{};
+    TimePoint expiresAt{};
+};
+
+/// What a list of documents is narrowed down to; empty fields leave it as it is.
+struct DocumentFilter
+{
+    std::string group{};
+    /// May hold `*` and `?`.
+    std::string externalId{};
+    std::string operation{};
+    /// Occurs in the uuid, the external id or the body.
+    std::string text{};
+    /// Only documents before this sequence; 0 begins with the newest.
+    std::int64_t before = 0;
+    int limit = 100;
+};
+
+/// The newest of the exchanges behind one sequence and before another; 0 of `before` is no end.
+struct ExchangeRange
+{
+    std::int64_t after = 0;
+    std::int64_t before = 0;
+    int limit = 100;
+};
+
+/// How often register calls of this external id came over the wire, whatever became of them.
+struct WireCount
+{
+    std::string groupCode{};
+    std::string externalId{};
+    std::int64_t requests = 0;
+};
+
+/// Documents, tokens, registers and recorded exchanges in SQLite. Every call that fails throws sqlite::Error.
+class Store
+{
+public:
+    /// `file` is created when missing; `:memory:` lives as long as the store. The newest `keep` documents
+    /// stay, and four times as many exchanges; older ones are forgotten. So are tokens beyond the newest
+    /// 100,000.
+    explicit Store(const std::string& file, std::int64_t keep = 10'000);
+
+    /// One per request: what the request changes happens as a whole.
+    [[nodiscard]] sqlite::Transaction transaction() { return sqlite::Transaction(database_); }
+    [[nodiscard]] sqlite::Savepoint savepoint() { return sqlite::Savepoint(database_); }
+
+    void addToken(const std::string& token, const Token& about);
+    [[nodiscard]] std::optional<Token> findToken(const std::string& token);
+
+    /// Makes sure that the group has registers 1 to `count`; those that are there stay as they are.
+    void prepareRegisters(const std::string& groupCode, int count);
+    /// The register of the group that has worked off its queue first.
+    [[nodiscard]] Register freestRegister(const std::string& groupCode, int count);
+    void saveRegister(const Register& where);
+
+    /// Gives the document its sequence.
+    void addDocument(Document& document);
+    [[nodiscard]] std::optional<Document> findDocument(const std::string& uuid);
+    [[nodiscard]] std::optional<std::string> findUuid(
+        const std::string& groupCode, const std::string& externalId);
+    void setWaitsLeft(std::int64_t sequence, int waits);
+    /// Newest first.
+    [[nodiscard]] std::vector<Document> documents(const DocumentFilter& filter);
+
+    /// Counts one more register call of that id.
+    void countRequest(
+        const std::string& groupCode, const std::string& externalId, const std::string& operation);
+    [[nodiscard]] std::int64_t requests(const std::string& groupCode, const std::string& externalId);
+    /// Of the ids that fit the pattern; an empty group or operation stands for all.
+    [[nodiscard]] std::vector<WireCount> wireCounts(
+        const std::string& group, const std::string& idPattern, const std::string& operation);
+
+    /// Gives the exchange its sequence.
+    void addExchange(Exchange& exchange);
+    /// Oldest first: register calls of that id and status calls of its document, in any group when none is
+    /// named.
+    [[nodiscard]] std::vector<Exchange> exchanges(
+        const std::string& groupCode, const std::string& externalId, const ExchangeRange& range);
+    /// Newest first, of every endpoint; of one group when it is named.
+    [[nodiscard]] std::vector<Exchange> newestExchanges(const std::string& groupCode, int limit);
+
+    /// Forgets documents, exchanges and wire counts. Tokens, registers and their counters stay.
+    void clear();
+
+private:
+    sqlite::Database database_;
+    std::int64_t keep_;
+    sqlite::Statement insertToken_;
+    sqlite::Statement pruneTokens_;
+    sqlite::Statement selectToken_;
+    sqlite::Statement insertRegister_;
+    sqlite::Statement countRegisters_;
+    sqlite::Statement selectRegister_;
+    sqlite::Statement updateRegister_;
+    sqlite::Statement insertDocument_;
+    sqlite::Statement pruneDocuments_;
+    sqlite::Statement selectDocument_;
+    sqlite::Statement selectDocuments_;
+    sqlite::Statement selectUuid_;
+    sqlite::Statement updateWaits_;
+    sqlite::Statement upsertWire_;
+    sqlite::Statement selectWire_;
+    sqlite::Statement selectWires_;
+    sqlite::Statement insertExchange_;
+    sqlite::Statement pruneExchanges_;
+    sqlite::Statement selectExchanges_;
+    sqlite::Statement selectNewest_;
+    sqlite::Statement pruneWire_;
+};
+
+} // namespace emulator

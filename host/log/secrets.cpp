@@ -1,0 +1,197 @@
+#include "host/log/secrets.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QStringList>
+#include <QUrl>
+
+#include <algorithm>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+namespace secrets {
+
+namespace {
+
+constexpr qsizetype shortest = 4;
+
+QString escaped(const QString& value)
+{
+    const QByteArray json = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
+    return QString::fromUtf8(json.sliced(2, json.size() - 4));
+}
+
+// JSON may also be written in ASCII alone.
+QString escapedAscii(const QString& value)
+{
+    QString text;
+    for (const QChar c : escaped(value)) {
+        if (c.unicode() < 0x80)
+            text += c;
+        else
+            text += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return text;
+}
+
+QString percentEncoded(const QString& value, const char* keep = "")
+{
+    return QString::fromLatin1(QUrl::toPercentEncoding(value, keep));
+}
+
+QString withLowerCaseHex(QString text)
+{
+    for (qsizetype i = text.indexOf(u'%'); i >= 0; i = text.indexOf(u'%', i + 1)) {
+        text[i + 1] = text[i + 1].toLower();
+        text[i + 2] = text[i + 2].toLower();
+    }
+    return text;
+}
+
+QStringList spellings(const QString& value)
+{
+    const QString percent = percentEncoded(value);
+    const QString form = QString(percent).replace(QStringLiteral("%20"), QStringLiteral("+"));
+    const QString json = escaped(value);
+    QStringList list{value, json, QString(json).replace(u'/', QStringLiteral("\\/")), escapedAscii(value),
+        percent, form, withLowerCaseHex(percent), withLowerCaseHex(form),
+        percentEncoded(value, "!$&'()*+,;=:@/")};
+    list.removeDuplicates();
+    return list;
+}
+
+struct Replacement
+{
+    QString wanted;
+    QString by;
+};
+
+using Replacements = std::vector<Replacement>;
+
+Replacements replacementsOf(const QString& value)
+{
+    const QString frame = value.size() < shortest ? QStringLiteral("\"") : QString();
+    Replacements list;
+    for (const QString& spelling : spellings(value))
+        list.push_back({frame + spelling + frame, frame + mask.toString() + frame});
+    return list;
+}
+
+// The latest values of one kind, the oldest forgotten first. Registers add to them and look into them in
+// every exchange, so nothing is done under the lock that could be done elsewhere or later: how a value may be
+// spelt is worked out when it is first looked for, which most never are. A plain mutex, since a shared one
+// makes the threads queue up behind each writer, and each new buyer is one.
+class Values
+{
+public:
+    explicit Values(std::size_t most)
+        : limit(most)
+    {
+    }
+
+    void add(const QString& text)
+    {
+        if (text.isEmpty())
+            return;
+        const std::lock_guard lock(guard);
+        const auto isKnown = [&](const Value& value) { return value.text == text; };
+        if (std::any_of(values.begin(), values.end(), isKnown))
+            return;
+        values.push_back({text, {}});
+        if (values.size() > limit)
+            values.pop_front();
+        prepared.reset();
+    }
+
+    void clear()
+    {
+        const std::lock_guard lock(guard);
+        values.clear();
+        prepared.reset();
+    }
+
+    // What is returned stays as it is while others are added.
+    [[nodiscard]] std::shared_ptr<const Replacements> replacements()
+    {
+        const std::lock_guard lock(guard);
+        if (!prepared)
+            prepared = prepare();
+        return prepared;
+    }
+
+private:
+    struct Value
+    {
+        QString text;
+        Replacements spelt;
+    };
+
+    [[nodiscard]] std::shared_ptr<const Replacements> prepare()
+    {
+        const auto list = std::make_shared<Replacements>();
+        for (Value& value : values) {
+            if (value.spelt.empty())
+                value.spelt = replacementsOf(value.text);
+            list->insert(list->end(), value.spelt.begin(), value.spelt.end());
+        }
+        // The longer first, so that a value that begins another one does not leave the other's tail behind.
+        std::stable_sort(list->begin(), list->end(), [](const Replacement& left, const Replacement& right) {
+            return left.wanted.size() > right.wanted.size();
+        });
+        return list;
+    }
+
+    std::mutex guard;
+    const std::size_t limit;
+    std::deque<Value> values;
+    std::shared_ptr<const Replacements> prepared;
+};
+
+Values& credentials()
+{
+    static Values instance(256);
+    return instance;
+}
+
+Values& personal()
+{
+    static Values instance(64);
+    return instance;
+}
+
+QString replaced(QString text, const Replacements& replacements)
+{
+    for (const auto& [wanted, by] : replacements)
+        text.replace(wanted, by);
+    return text;
+}
+
+} // namespace
+
+void addCredential(const QString& value)
+{
+    credentials().add(value);
+}
+
+void addPersonal(const QString& value)
+{
+    personal().add(value);
+}
+
+QString masked(const QString& text, Audience audience)
+{
+    const QString withoutCredentials = replaced(text, *credentials().replacements());
+    return audience == Audience::Anyone ? replaced(withoutCredentials, *personal().replacements())
+                                        : withoutCredentials;
+}
+
+void clear()
+{
+    credentials().clear();
+    personal().clear();
+}
+
+} // namespace secrets

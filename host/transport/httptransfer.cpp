@@ -1,0 +1,101 @@
+#include "host/transport/httptransfer.h"
+
+#include <algorithm>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+std::chrono::milliseconds bounded(std::chrono::milliseconds limit)
+{
+    return std::clamp<std::chrono::milliseconds>(limit, 1ms, HttpTransfer::longest);
+}
+
+} // namespace
+
+HttpTransfer::HttpTransfer(
+    const HttpRequest& what, const TransportOptions& how, const std::function<void()>& before)
+    : request(what)
+    , options(how)
+    , beforeSending(before)
+{
+}
+
+bool HttpTransfer::begin()
+{
+    const int allowed = request.verb == HttpRequest::Verb::Post ? 1 : 2;
+    if (attempts == allowed) {
+        cause = QStringLiteral("соединение оборвано, запрос не повторён");
+        return false;
+    }
+    ++attempts;
+    beforeSending();
+    progressed = Clock::now();
+    return true;
+}
+
+std::size_t HttpTransfer::takeBody(char* to, std::size_t room)
+{
+    const qsizetype part = std::min(static_cast<qsizetype>(room), request.body.size() - sent);
+    std::copy_n(request.body.constData() + sent, part, to);
+    sent += part;
+    progressed = Clock::now();
+    return static_cast<std::size_t>(part);
+}
+
+bool HttpTransfer::addHeader(std::string_view line)
+{
+    progressed = Clock::now();
+    headersSize += static_cast<qsizetype>(line.size());
+    if (headersSize > HttpConnection::maxHeaders) {
+        cause = QStringLiteral("заголовки ответа больше 64 КиБ");
+        return false;
+    }
+    if (line.starts_with("HTTP/")) {
+        headersEnded = false;
+        const auto status = line.find(' ');
+        informational = status != std::string_view::npos && line.substr(status + 1).starts_with('1');
+    } else if (line == "\r\n" || line == "\n") {
+        headersEnded = !informational;
+    }
+    return true;
+}
+
+bool HttpTransfer::addBody(std::string_view part)
+{
+    progressed = Clock::now();
+    if (reply.size() + static_cast<qsizetype>(part.size()) > HttpConnection::maxBody) {
+        cause = QStringLiteral("тело ответа больше 16 МиБ");
+        return false;
+    }
+    reply.append(part.data(), static_cast<qsizetype>(part.size()));
+    return true;
+}
+
+HttpTransfer::Limit HttpTransfer::nextLimit() const
+{
+    struct Candidate
+    {
+        Clock::time_point from;
+        std::chrono::milliseconds limit;
+        const char* name;
+    };
+    const Candidate phase = attempts == 0 ? Candidate{started, options.connect, "соединение"}
+                            : headersSize > 0 ? Candidate{progressed, options.stall, "продолжение ответа"}
+                            : sent < request.body.size()
+                                ? Candidate{progressed, options.stall, "отправку"}
+                                : Candidate{progressed, options.firstByte, "начало ответа"};
+    const Candidate all{started, options.overall, "обмен в целом"};
+
+    const auto now = Clock::now();
+    const auto left = [&](const Candidate& candidate) {
+        return std::chrono::ceil<std::chrono::milliseconds>(candidate.from + bounded(candidate.limit) - now);
+    };
+    const Candidate& next = left(phase) < left(all) ? phase : all;
+    const auto rest = left(next);
+    if (rest.count() > 0)
+        return {rest, {}};
+    return {rest, QStringLiteral("истекло время на %1 (предел %2 мс)")
+                      .arg(QString::fromUtf8(next.name))
+                      .arg(bounded(next.limit).count())};
+}

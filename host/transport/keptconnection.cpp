@@ -1,0 +1,49 @@
+#include "host/transport/keptconnection.h"
+
+#include <poll.h>
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int proof = 3;
+constexpr auto patience = 20ms;
+// A connection that ends sooner than this after an answer was not idle: closing is the server's habit.
+constexpr auto atOnce = 1s;
+
+} // namespace
+
+void KeptConnection::exchanged(const Exchange& exchange)
+{
+    // With a whole answer, a closed connection was announced.
+    if (exchange.reused && (exchange.socket >= 0 || exchange.answered))
+        ++timesKept;
+    else if (openSocket >= 0 && isFresh())
+        closesAtOnce = true;
+    openSocket = exchange.socket;
+    lastUse = Clock::now();
+}
+
+bool KeptConnection::mayCarryPost()
+{
+    const bool mayBeOpen = openSocket >= 0 && !closesAtOnce && Clock::now() - lastUse < longestIdle;
+    if (mayBeOpen && !isClosedWithin(timesKept < proof ? patience : 0ms))
+        return true;
+    if (mayBeOpen && isFresh())
+        closesAtOnce = true;
+    openSocket = -1;
+    return false;
+}
+
+bool KeptConnection::isFresh() const
+{
+    return Clock::now() - lastUse < atOnce;
+}
+
+// Between exchanges nothing is expected, so whatever can be read is the end of the connection or announces
+// it.
+bool KeptConnection::isClosedWithin(std::chrono::milliseconds wait) const
+{
+    pollfd connection{openSocket, POLLIN | POLLRDHUP, 0};
+    return poll(&connection, 1, static_cast<int>(wait.count())) != 0;
+}

@@ -1,0 +1,38 @@
+#include "hostcli/commands/commands.h"
+#include "hostcli/commands/session.h"
+#include "hostcli/terminal/console.h"
+#include "hostcli/terminal/interruption.h"
+#include "hostcli/terminal/signalwatch.h"
+#include "till/text.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace frhost {
+
+namespace {
+
+QByteArray report(bool json, const QString& url)
+{
+    if (!json)
+        return Text::tr("The service at %1 takes login and password.\n").arg(url).toUtf8();
+    const QJsonObject object{{QStringLiteral("connected"), true}, {QStringLiteral("url"), url}};
+    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+}
+
+} // namespace
+
+ExitCode check(const CommandLine& line, Output& output)
+{
+    Session session(line);
+    const SignalWatch watch(&sayInterruptedAndEnd);
+    const QString url = session.serviceAddress();
+    {
+        const ShownStatus status(url);
+        session.connect();
+    }
+    output.write(report(line.json, url));
+    return ExitCode::Success;
+}
+
+} // namespace frhost

@@ -1,0 +1,39 @@
+#include "hostcli/commands/commands.h"
+
+#include "hostcli/terminal/console.h"
+#include "till/text.h"
+
+namespace frhost {
+
+namespace {
+
+ExitCode dispatch(const CommandLine& line, Output& output)
+{
+    switch (line.command) {
+    case Command::Describe:
+        return describe(line, output);
+    case Command::Check:
+        return check(line, output);
+    case Command::Sell:
+    case Command::Send:
+        return submit(line, output);
+    case Command::Info:
+        return info(line, output);
+    case Command::Compose:
+        break;
+    }
+    return compose(line, output);
+}
+
+} // namespace
+
+ExitCode run(const CommandLine& line, Output& output)
+{
+    const ExitCode code = dispatch(line, output);
+    if (output.error().isEmpty())
+        return code;
+    Console::instance().line(Text::tr("Standard output: %1").arg(output.error()));
+    return code == ExitCode::Success ? ExitCode::Usage : code;
+}
+
+} // namespace frhost

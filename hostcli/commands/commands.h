@@ -1,0 +1,22 @@
+#pragma once
+
+#include "hostcli/commandline.h"
+#include "hostcli/failure.h"
+#include "hostcli/terminal/output.h"
+
+namespace frhost {
+
+// The commands. Each writes its data to the output and all else to the console, and throws Failure for what
+// keeps it from its work.
+
+[[nodiscard]] ExitCode describe(const CommandLine& line, Output& output);
+[[nodiscard]] ExitCode check(const CommandLine& line, Output& output);
+/// Both `sell` and `send`.
+[[nodiscard]] ExitCode submit(const CommandLine& line, Output& output);
+[[nodiscard]] ExitCode info(const CommandLine& line, Output& output);
+[[nodiscard]] ExitCode compose(const CommandLine& line, Output& output);
+
+/// Carries out the command; a failed output is an error of its own.
+[[nodiscard]] ExitCode run(const CommandLine& line, Output& output);
+
+} // namespace frhost

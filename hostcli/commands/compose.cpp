@@ -1,0 +1,40 @@
+#include "host/vposfrdriver.h"
+#include "hostcli/commands/commands.h"
+#include "hostcli/commands/session.h"
+#include "hostcli/terminal/console.h"
+#include "till/sale/attempt.h"
+#include "till/sale/registrar.h"
+#include "till/text.h"
+#include "till/wire/recordingtransport.h"
+
+#include <tuple>
+
+namespace frhost {
+
+ExitCode compose(const CommandLine& line, Output& output)
+{
+    const RegisterConfig config = configOf(line);
+    RecordingTransport transport;
+    const InstalledTransport installed(transport);
+    FiscalRegister fiscalRegister(pluginOf(line));
+    setUp(fiscalRegister, config);
+    ReceiptQueue queue(line.files);
+    bool isRefused = false;
+    queue.forEach([&](const QueuedReceipt& queued) {
+        const auto error = attempt([&] {
+            handOver(fiscalRegister.driver(), queued.receipt);
+            std::ignore = fiscalRegister.service().documentClose(queued.receipt.document);
+        });
+        const QByteArray body = transport.takeBody();
+        if (!body.isEmpty())
+            return output.write(body + '\n');
+        isRefused = true;
+        Console::instance().line(QStringLiteral("%1:%2: %3")
+                                     .arg(queued.file, QString::number(queued.line),
+                                         error ? error->message : Text::tr("the driver sent nothing")));
+        return true;
+    });
+    return isRefused ? ExitCode::Refused : ExitCode::Success;
+}
+
+} // namespace frhost

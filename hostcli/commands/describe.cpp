@@ -1,0 +1,137 @@
+#include "hostcli/commands/commands.h"
+#include "hostcli/commands/session.h"
+#include "hostcli/terminal/texttable.h"
+#include "till/config/registersetup.h"
+#include "till/device/fiscalregister.h"
+#include "till/text.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QMetaClassInfo>
+
+namespace frhost {
+
+namespace {
+
+struct PropertyInfo
+{
+    QString name;
+    QString type;
+    QVariant initial;
+    QVariant current;
+    QMap<QString, QString> labels;
+    bool isWritable = false;
+    bool isUsed = true;
+};
+
+bool isSecret(const QString& property)
+{
+    return property.contains(QStringLiteral("password"), Qt::CaseInsensitive);
+}
+
+QString shown(const PropertyInfo& property, const QVariant& value)
+{
+    if (!isSecret(property.name) || value.toString().isEmpty())
+        return value.toString();
+    return Text::tr("(set)");
+}
+
+// What the class infos say about one property ("url:name", "url:info") or, with an empty name, about the
+// device.
+QMap<QString, QString> classInfos(const QObject& device, const QString& property)
+{
+    QMap<QString, QString> infos;
+    const QMetaObject* meta = device.metaObject();
+    for (int i = 0; i < meta->classInfoCount(); ++i) {
+        const QString key = QString::fromUtf8(meta->classInfo(i).name());
+        const qsizetype colon = key.indexOf(u':');
+        if ((colon < 0 ? QString() : key.first(colon)) == property)
+            infos.insert(key.sliced(colon + 1), QString::fromUtf8(meta->classInfo(i).value()));
+    }
+    return infos;
+}
+
+QList<PropertyInfo> propertiesOf(const QObject& initial, const QObject& current)
+{
+    QList<PropertyInfo> properties;
+    for (const QMetaProperty& property : deviceProperties(current)) {
+        const QString name = QString::fromLatin1(property.name());
+        properties << PropertyInfo{name, QString::fromLatin1(property.typeName()), property.read(&initial),
+            property.read(&current), classInfos(current, name), property.isWritable(),
+            !isUnused(current, name)};
+    }
+    return properties;
+}
+
+QJsonObject toJson(const QMap<QString, QString>& texts)
+{
+    QJsonObject json;
+    for (auto text = texts.begin(); text != texts.end(); ++text)
+        json.insert(text.key(), text.value());
+    return json;
+}
+
+QJsonObject toJson(const PropertyInfo& property)
+{
+    QJsonObject json{{QStringLiteral("name"), property.name}, {QStringLiteral("type"), property.type},
+        {QStringLiteral("writable"), property.isWritable}, {QStringLiteral("used"), property.isUsed},
+        {QStringLiteral("labels"), toJson(property.labels)}};
+    if (isSecret(property.name)) {
+        json.insert(QStringLiteral("set"), !property.current.toString().isEmpty());
+        return json;
+    }
+    if (property.initial.isValid())
+        json.insert(QStringLiteral("default"), QJsonValue::fromVariant(property.initial));
+    if (property.current.isValid())
+        json.insert(QStringLiteral("value"), QJsonValue::fromVariant(property.current));
+    return json;
+}
+
+QByteArray jsonOf(const PluginFile& plugin, const QObject& device, const QList<PropertyInfo>& properties)
+{
+    QJsonArray list;
+    for (const PropertyInfo& property : properties)
+        list.append(toJson(property));
+    const QJsonObject json{{QStringLiteral("plugin"), plugin.path},
+        {QStringLiteral("metaData"), plugin.metaData},
+        {QStringLiteral("device"), toJson(classInfos(device, {}))}, {QStringLiteral("properties"), list}};
+    return QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
+}
+
+QString remark(const PropertyInfo& property)
+{
+    if (!property.isUsed)
+        return Text::tr("not used");
+    return property.isWritable ? QString() : Text::tr("read only");
+}
+
+QByteArray textOf(const PluginFile& plugin, const QObject& device, const QList<PropertyInfo>& properties)
+{
+    QList<QStringList> head{{Text::tr("Plugin"), plugin.path}, {Text::tr("Name"), plugin.name()},
+        {Text::tr("Interface"), plugin.metaData.value(QStringLiteral("IID")).toString()},
+        {Text::tr("Device"), classInfo(device, QStringLiteral("displayName"))},
+        {QString(), classInfo(device, QStringLiteral("info"))}};
+    QList<QStringList> rows{{Text::tr("Setting"), Text::tr("Meaning"), Text::tr("Type"), Text::tr("Default"),
+        Text::tr("Value"), QString()}};
+    for (const PropertyInfo& property : properties)
+        rows << QStringList{property.name, property.labels.value(QStringLiteral("name")), property.type,
+            shown(property, property.initial), shown(property, property.current), remark(property)};
+    return (textTable(head) + u'\n' + textTable(rows)).toUtf8();
+}
+
+} // namespace
+
+ExitCode describe(const CommandLine& line, Output& output)
+{
+    const RegisterConfig config = configOf(line);
+    const PluginFile plugin = pluginOf(line);
+    FiscalRegister untouched(plugin);
+    FiscalRegister fiscalRegister(plugin);
+    configure(fiscalRegister.device(), config);
+    const QList<PropertyInfo> properties = propertiesOf(untouched.device(), fiscalRegister.device());
+    output.write(line.json ? jsonOf(plugin, fiscalRegister.device(), properties)
+                           : textOf(plugin, fiscalRegister.device(), properties));
+    return ExitCode::Success;
+}
+
+} // namespace frhost

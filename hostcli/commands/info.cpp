@@ -1,0 +1,52 @@
+#include "host/vposfrdriver.h"
+#include "hostcli/commands/commands.h"
+#include "hostcli/commands/session.h"
+#include "hostcli/terminal/console.h"
+#include "hostcli/terminal/interruption.h"
+#include "hostcli/terminal/signalwatch.h"
+#include "till/sale/attempt.h"
+#include "till/text.h"
+
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <tuple>
+
+namespace frhost {
+
+namespace {
+
+// The identifier becomes part of the address that is asked.
+bool isPlain(const QString& uuid)
+{
+    return !uuid.isEmpty() && std::all_of(uuid.begin(), uuid.end(), [](QChar c) {
+        return (c.unicode() < 0x80 && c.isLetterOrNumber()) || c == u'-' || c == u'_';
+    });
+}
+
+} // namespace
+
+ExitCode info(const CommandLine& line, Output& output)
+{
+    if (!isPlain(line.uuid))
+        throw Failure(ExitCode::Usage, Text::tr("\"%1\" is no identifier of a document").arg(line.uuid));
+    Session session(line);
+    const SignalWatch watch(&sayInterruptedAndEnd);
+    session.connect();
+    VposFrDriver& service = session.fiscalRegister().service();
+    session.transport().startReceipt();
+    const auto error = attempt([&] { std::ignore = service.getDocumentInfo(line.uuid); });
+    const ServiceAnswer& answer = session.transport().seen().status;
+    if (!answer.arrived)
+        throw Failure(ExitCode::Unknown, error ? error->message : Text::tr("The service gave no answer"));
+    output.write(QJsonDocument(service.getLastResponse())
+                     .toJson(line.json ? QJsonDocument::Compact : QJsonDocument::Indented)
+                     .trimmed() +
+                 '\n');
+    if (!error)
+        return answer.saysFailed() ? ExitCode::Refused : ExitCode::Success;
+    Console::instance().line(error->message);
+    return ExitCode::Refused;
+}
+
+} // namespace frhost

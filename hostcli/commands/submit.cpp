@@ -1,0 +1,30 @@
+#include "hostcli/commands/batch.h"
+#include "hostcli/commands/commands.h"
+#include "hostcli/commands/session.h"
+#include "hostcli/terminal/console.h"
+#include "hostcli/terminal/signalwatch.h"
+#include "till/sale/registrar.h"
+
+namespace frhost {
+
+ExitCode submit(const CommandLine& line, Output& output)
+{
+    Session session(line);
+    Batch batch(line, output, session.transport());
+    const SignalWatch watch([&] { batch.interrupt(); });
+    ReceiptQueue queue(line.files);
+    batch.setCount(queue.count());
+    session.connect();
+    Registrar registrar(session.fiscalRegister(), session.transport());
+    queue.forEach([&](const QueuedReceipt& queued) {
+        const QString status = batch.begin(queued);
+        const ReceiptResult result = [&] {
+            const ShownStatus shown(status);
+            return line.command == Command::Sell ? registrar.sell(queued) : registrar.send(queued);
+        }();
+        return batch.finish(result);
+    });
+    return batch.end();
+}
+
+} // namespace frhost

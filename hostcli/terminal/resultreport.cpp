@@ -1,0 +1,130 @@
+#include "hostcli/terminal/resultreport.h"
+
+#include "hostcli/terminal/printable.h"
+#include "hostcli/terminal/texttable.h"
+#include "till/text.h"
+#include "till/wire/fiscalpayload.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QList>
+
+namespace frhost {
+
+namespace {
+
+void put(QJsonObject& object, const char* key, const QString& text)
+{
+    if (!text.isEmpty())
+        object.insert(QLatin1StringView(key), text);
+}
+
+QJsonObject fiscalJson(const FiscalInfo& info)
+{
+    QJsonObject json;
+    if (info.dateTime.isValid())
+        put(json, "dateTime", info.dateTime.toString(Qt::ISODate));
+    put(json, "fnNumber", info.fnNumber);
+    put(json, "registrationNumber", info.registrationNumber);
+    put(json, "shiftNumber", info.shiftNumber);
+    json.insert(QLatin1StringView("fiscalDocumentNumber"), info.fiscalDocumentNumber);
+    put(json, "taxSystem", info.taxSystem);
+    put(json, "fiscalSign", info.fiscalSign);
+    json.insert(QLatin1StringView("total"), info.total);
+    return json;
+}
+
+QJsonObject errorJson(const ErrorInfo& error)
+{
+    QJsonObject json;
+    put(json, "type", error.type);
+    if (error.code)
+        json.insert(QLatin1StringView("code"), *error.code);
+    put(json, "message", error.message);
+    return json;
+}
+
+QString outcomeText(const ReceiptResult& result)
+{
+    if (!result.outcome)
+        return Text::tr("accepted");
+    switch (*result.outcome) {
+    case Outcome::Registered:
+        return result.recovered ? Text::tr("registered by an earlier try") : Text::tr("registered");
+    case Outcome::Refused:
+        return Text::tr("refused");
+    case Outcome::Unknown:
+        break;
+    }
+    return Text::tr("unknown");
+}
+
+QString errorText(const ErrorInfo& error)
+{
+    return error.code ? Text::tr("%1 (code %2)").arg(error.message, QString::number(*error.code))
+                      : error.message;
+}
+
+} // namespace
+
+QString outcomeName(Outcome outcome)
+{
+    switch (outcome) {
+    case Outcome::Registered:
+        return QStringLiteral("registered");
+    case Outcome::Refused:
+        return QStringLiteral("refused");
+    case Outcome::Unknown:
+        break;
+    }
+    return QStringLiteral("unknown");
+}
+
+QByteArray toJsonLine(const ReceiptResult& result)
+{
+    QJsonObject json;
+    put(json, "file", result.file);
+    json.insert(QLatin1StringView("line"), result.line);
+    put(json, "id", result.id);
+    if (result.outcome)
+        put(json, "outcome", outcomeName(*result.outcome));
+    put(json, "uuid", result.uuid);
+    if (result.recovered)
+        json.insert(QLatin1StringView("recovered"), true);
+    if (result.fiscal) {
+        json.insert(QLatin1StringView("fiscal"), fiscalJson(*result.fiscal));
+        put(json, "qr", qrText(*result.fiscal));
+    }
+    put(json, "receiptUrl", result.receiptUrl);
+    if (result.error)
+        json.insert(QLatin1StringView("error"), errorJson(*result.error));
+    return QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
+}
+
+QString toText(const ReceiptResult& result)
+{
+    QList<QStringList> rows;
+    const auto row = [&](const QString& label, const QString& value) {
+        if (!value.isEmpty())
+            rows << QStringList{label, printable(value)};
+    };
+    if (result.error)
+        row(Text::tr("Cause"), errorText(*result.error));
+    row(Text::tr("Service's identifier"), result.uuid);
+    if (result.fiscal) {
+        const FiscalInfo& info = *result.fiscal;
+        row(Text::tr("Date and time"), info.dateTime.toString(QStringLiteral("dd.MM.yyyy hh:mm:ss")));
+        row(Text::tr("Total"), QString::number(info.total, 'f', 2));
+        row(Text::tr("Taxation system"), info.taxSystem);
+        row(Text::tr("Register"), info.registrationNumber);
+        row(Text::tr("Fiscal storage"), info.fnNumber);
+        row(Text::tr("Shift"), info.shiftNumber);
+        row(Text::tr("Fiscal document"), QString::number(info.fiscalDocumentNumber));
+        row(Text::tr("Fiscal sign"), info.fiscalSign);
+        row(Text::tr("Text of the QR code"), qrText(info));
+    }
+    row(Text::tr("Receipt"), result.receiptUrl);
+    return QStringLiteral("%1: %2\n").arg(printable(result.id), outcomeText(result)) + textTable(rows, 2);
+}
+
+} // namespace frhost

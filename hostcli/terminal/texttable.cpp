@@ -1,0 +1,37 @@
+#include "hostcli/terminal/texttable.h"
+
+#include <algorithm>
+
+namespace frhost {
+
+namespace {
+
+QList<qsizetype> columnWidths(const QList<QStringList>& rows)
+{
+    QList<qsizetype> widths;
+    for (const QStringList& row : rows) {
+        widths.resize(std::max(widths.size(), row.size()));
+        for (qsizetype i = 0; i < row.size(); ++i)
+            widths[i] = std::max(widths.at(i), row.at(i).size());
+    }
+    return widths;
+}
+
+} // namespace
+
+QString textTable(const QList<QStringList>& rows, int indent)
+{
+    const QList<qsizetype> widths = columnWidths(rows);
+    QString text;
+    for (const QStringList& row : rows) {
+        QString line(indent, u' ');
+        for (qsizetype i = 0; i < row.size(); ++i)
+            line += i + 1 < row.size() ? row.at(i).leftJustified(widths.at(i) + 2) : row.at(i);
+        while (line.endsWith(u' '))
+            line.chop(1);
+        text += line + u'\n';
+    }
+    return text;
+}
+
+} // namespace frhost

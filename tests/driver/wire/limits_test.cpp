@@ -1,0 +1,190 @@
+#include "host/transport/restclient.h"
+#include "tests/driver/wire/exchange.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/rawserver.h"
+
+#include <QUrl>
+
+#include <dlfcn.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <condition_variable>
+#include <cstring>
+#include <mutex>
+#include <optional>
+#include <string>
+
+namespace {
+
+using namespace std::chrono_literals;
+using namespace Qt::Literals::StringLiterals;
+
+constexpr auto unknownName = "unknown.invalid";
+
+// A name server that answers only when it is told to.
+struct SlowLookup
+{
+    std::mutex guard;
+    std::condition_variable changed;
+    bool answers = false;
+    int waiting = 0;
+} slowLookup;
+
+constexpr auto slowName = "slow.invalid";
+
+} // namespace
+
+// Found before the C library's by everything in this process.
+extern "C" __attribute__((visibility("default"))) int getaddrinfo(
+    const char* name, const char* service, const addrinfo* hints, addrinfo** result)
+{
+    if (name && std::strcmp(name, slowName) == 0) {
+        std::unique_lock lock(slowLookup.guard);
+        ++slowLookup.waiting;
+        slowLookup.changed.notify_all();
+        slowLookup.changed.wait(lock, [] { return slowLookup.answers; });
+        --slowLookup.waiting;
+        slowLookup.changed.notify_all();
+        return EAI_NONAME;
+    }
+    if (name && std::strcmp(name, unknownName) == 0)
+        return EAI_NONAME;
+    using Function = decltype(&::getaddrinfo);
+    static const auto real = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "getaddrinfo"));
+    return real(name, service, hints, result);
+}
+
+namespace {
+
+class Limits : public testing::Test
+{
+protected:
+    // Runs every operation against the address; each must end for the cause, with nothing sent.
+    void expectNothingSent(const std::string& baseAddress, const QString& cause)
+    {
+        Register till(baseAddress);
+        for (const Operation operation : {Operation::Token, Operation::Sell, Operation::Report}) {
+            log.take();
+            EXPECT_EQ(till.run(operation), u"FrWorkWithServiceException: Нет связи с ФР"_s);
+            const QStringList lines = transportLines(log.lines());
+            ASSERT_EQ(lines.size(), 1);
+            EXPECT_TRUE(lines.first().startsWith(
+                u"error: Атол.Онлайн: нет ответа на "_s + requestOf(operation) + u": "_s + cause))
+                << lines.first().toStdString();
+            EXPECT_TRUE(lines.first().endsWith(u"запрос не отправлен)"_s)) << lines.first().toStdString();
+        }
+    }
+
+    LogCapture log;
+};
+
+TEST_F(Limits, RefusedConnection)
+{
+    std::string gone;
+    {
+        const RawServer server([](Peer&, const std::string&) {});
+        gone = server.url() + "/v4/";
+    }
+    expectNothingSent(gone, u"соединение не установлено: "_s);
+}
+
+TEST_F(Limits, NameThatCannotBeResolved)
+{
+    expectNothingSent(std::string("http://") + unknownName + "/v4/", u"имя сервера не найдено: "_s);
+}
+
+TEST_F(Limits, AddressThatIsNone)
+{
+    expectNothingSent("/v4/", u"адрес не http и не https"_s);
+}
+
+TEST_F(Limits, NameServerThatDoesNotAnswer)
+{
+    TransportOptions options;
+    options.connect = 300ms;
+    {
+        const Defaults defaults(options);
+        expectNothingSent(
+            std::string("http://") + slowName + "/v4/", u"истекло время на соединение (предел 300 мс)"_s);
+    }
+    // The look-ups that were given up still run; they end before the test does.
+    std::unique_lock lock(slowLookup.guard);
+    slowLookup.answers = true;
+    slowLookup.changed.notify_all();
+    slowLookup.changed.wait(lock, [] { return slowLookup.waiting == 0; });
+    slowLookup.answers = false;
+}
+
+TEST_F(Limits, TlsServerThatDoesNotAnswerTheGreeting)
+{
+    const RawServer silent([](Peer& peer, const std::string&) { peer.hang(); });
+    TransportOptions options;
+    options.connect = 300ms;
+    const Defaults defaults(options);
+    expectNothingSent("https://127.0.0.1:" + std::to_string(silent.port()) + "/v4/",
+        u"истекло время на соединение (предел 300 мс)"_s);
+    ASSERT_TRUE(silent.waitForClosed(3));
+    EXPECT_EQ(silent.everything().find("canary"), std::string::npos);
+}
+
+TEST_F(Limits, ServerThatDoesNotReadTheBody)
+{
+    // Connections wait in its queue; nobody ever takes them out.
+    const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* generic = reinterpret_cast<sockaddr*>(&address);
+    ASSERT_EQ(::bind(listener, generic, size), 0);
+    ASSERT_EQ(::listen(listener, 1), 0);
+    ASSERT_EQ(::getsockname(listener, generic, &size), 0);
+    const QUrl url(u"http://127.0.0.1:%1/"_s.arg(ntohs(address.sin_port)));
+
+    TransportOptions options;
+    options.stall = 300ms;
+    const Defaults defaults(options);
+    RestClient client;
+    client.setLogger(Log4Qt::LogManager::logger(u"frdriver"_s, u"limits"_s));
+    EXPECT_FALSE(client.post(url, QByteArray(64 * 1024 * 1024, ' '), {}));
+    EXPECT_TRUE(log.lines().last().contains(u"истекло время на отправку (предел 300 мс)"_s))
+        << log.lines().last().toStdString();
+    ::close(listener);
+}
+
+TEST_F(Limits, ALimitOutsideItsRangeIsTakenForTheNearerEnd)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.hang(); });
+    TransportOptions options;
+    options.firstByte = -5s;
+    options.overall = std::chrono::milliseconds::max();
+    const Defaults defaults(options);
+    Register till(server.url() + "/v4/");
+    EXPECT_EQ(till.run(Operation::Token), u"FrWorkWithServiceException: Нет связи с ФР"_s);
+    EXPECT_TRUE(
+        transportLines(log.lines()).join(u'\n').contains(u"истекло время на начало ответа (предел 1 мс)"_s))
+        << log.lines().join(u'\n').toStdString();
+}
+
+TEST_F(Limits, AClientKeepsTheOptionsOfItsCreation)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, R"({"a":1})"); });
+    TransportOptions options;
+    options.userAgent = u"till/7"_s;
+    std::optional<RestClient> client;
+    {
+        const Defaults defaults(options);
+        client.emplace();
+    }
+    EXPECT_TRUE(client->get(QUrl(QString::fromStdString(server.url())), {}, {}));
+    EXPECT_TRUE(RestClient().get(QUrl(QString::fromStdString(server.url())), {}, {}));
+    EXPECT_NE(server.requests().at(0).find("\r\nUser-Agent: till/7\r\n"), std::string::npos);
+    EXPECT_NE(server.requests().at(1).find("\r\nUser-Agent: frdriver/1.0\r\n"), std::string::npos);
+}
+
+} // namespace

@@ -1,0 +1,171 @@
+#include "tests/driver/wire/exchange.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/rawserver.h"
+
+#include <gtest/gtest.h>
+#include <openssl/ssl.h>
+
+#include <vector>
+
+namespace {
+
+using namespace Qt::Literals::StringLiterals;
+using Wanted = Authority::Wanted;
+
+constexpr auto reply = R"({"token":"canary-token-0123456789","uuid":"U","status":"done"})";
+constexpr auto noConnection = "FrWorkWithServiceException: Нет связи с ФР";
+
+struct Refused
+{
+    const char* name;
+    Wanted server;
+    const char* cause;
+};
+
+const std::vector<Refused>& refused()
+{
+    constexpr auto certificate = "сертификат сервера не принят";
+    static const std::vector<Refused> table{
+        {"expired", {.notBefore = -7200, .notAfter = -60}, certificate},
+        {"not yet valid", {.notBefore = 3600, .notAfter = 7200}, certificate},
+        {"wrong host", {.host = "other.example"}, certificate},
+        {"a name that only begins alike", {.host = "localhost.example"}, certificate},
+        {"self-signed", {.signer = Wanted::Signer::Itself}, certificate},
+        {"missing intermediate", {.signer = Wanted::Signer::Intermediate, .showIntermediate = false},
+            certificate},
+        {"TLS 1.1 only", {.maxVersion = TLS1_1_VERSION}, "TLS не согласован"},
+        {"TLS 1.0 only", {.maxVersion = TLS1_VERSION}, "TLS не согласован"},
+    };
+    return table;
+}
+
+class Tls : public testing::Test
+{
+protected:
+    // Nothing that a stranger could use has reached the server, and the till knows that nothing was sent.
+    void expectRefusal(const RawServer& server, const std::string& baseAddress, const char* cause)
+    {
+        Register till(baseAddress);
+        for (const Operation operation : {Operation::Token, Operation::Sell, Operation::Report}) {
+            log.take();
+            EXPECT_EQ(till.run(operation), QString::fromUtf8(noConnection));
+            const QStringList lines = transportLines(log.lines());
+            ASSERT_EQ(lines.size(), 1);
+            EXPECT_TRUE(lines.first().contains(QString::fromUtf8(cause))) << lines.first().toStdString();
+            EXPECT_TRUE(lines.first().endsWith(u"запрос не отправлен)"_s)) << lines.first().toStdString();
+        }
+        ASSERT_TRUE(server.waitForClosed(3));
+        EXPECT_EQ(server.connections(), 3U);
+        EXPECT_EQ(server.requests().size(), 0U);
+        expectNoSecret(server.everything());
+    }
+
+    static void expectNoSecret(const std::string& bytes)
+    {
+        for (const char* secret : {canaryLogin, "canary", "pass", "token", canaryContact, "POST", "getToken"})
+            EXPECT_EQ(bytes.find(secret), std::string::npos) << secret;
+    }
+
+    static void answer(Peer& peer, const std::string&) { peer.answer(200, reply); }
+
+    LogCapture log;
+    const Defaults defaults{trusting()};
+};
+
+class TlsRefuses : public Tls, public testing::WithParamInterface<std::size_t>
+{
+};
+
+TEST_P(TlsRefuses, AndSendsNothing)
+{
+    const Refused& row = refused()[GetParam()];
+    const RawServer server(&answer, authority().server(row.server));
+    expectRefusal(server, server.url() + "/v4/", row.cause);
+    EXPECT_EQ(server.everything(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Matrix, TlsRefuses, testing::Range<std::size_t>(0, refused().size()), [](const auto& run) {
+        std::string name = refused()[run.param].name;
+        for (char& c : name) {
+            if (!std::isalnum(static_cast<unsigned char>(c)))
+                c = '_';
+        }
+        return name;
+    });
+
+TEST_F(Tls, RefusesAnAuthorityThatIsNotTrusted)
+{
+    const Authority stranger;
+    const RawServer server(&answer, stranger.server());
+    expectRefusal(server, server.url() + "/v4/", "сертификат сервера не принят");
+}
+
+TEST_F(Tls, TrustsTheSystemsAuthoritiesWhenNoFileIsGiven)
+{
+    const Defaults system{TransportOptions()};
+    const RawServer server(&answer, authority().server());
+    expectRefusal(server, server.url() + "/v4/", "сертификат сервера не принят");
+}
+
+TEST_F(Tls, RefusesAnAddressThatTheCertificateDoesNotName)
+{
+    const RawServer server(&answer, authority().server());
+    expectRefusal(server, "https://127.0.0.1:" + std::to_string(server.port()) + "/v4/",
+        "сертификат сервера не принят");
+}
+
+TEST_F(Tls, RefusesPlainHttpWhereHttpsWasAsked)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, reply); });
+    // The server takes the greeting for the beginning of a request and waits for its end.
+    TransportOptions options = trusting();
+    options.connect = std::chrono::milliseconds(500);
+    const Defaults impatient(options);
+    Register till("https://127.0.0.1:" + std::to_string(server.port()) + "/v4/");
+    EXPECT_EQ(till.run(Operation::Token), QString::fromUtf8(noConnection));
+    EXPECT_TRUE(
+        transportLines(log.lines()).join(u'\n').contains(u"истекло время на соединение (предел 500 мс)"_s))
+        << log.lines().join(u'\n').toStdString();
+    ASSERT_TRUE(server.waitForClosed(1));
+    EXPECT_FALSE(server.everything().empty());
+    expectNoSecret(server.everything());
+}
+
+TEST_F(Tls, RefusesAFileOfAuthoritiesThatCannotBeRead)
+{
+    TransportOptions options;
+    options.caFile = u"/nonexistent/ca.pem"_s;
+    const Defaults broken(options);
+    const RawServer server(&answer, authority().server());
+    expectRefusal(server, server.url() + "/v4/", "файл сертификатов не читается");
+}
+
+TEST_F(Tls, AcceptsWhatTheFileOfAuthoritiesVouchesFor)
+{
+    const std::vector<Wanted> good{
+        {},
+        {.signer = Wanted::Signer::Intermediate},
+        {.maxVersion = TLS1_2_VERSION},
+        {.maxVersion = TLS1_3_VERSION},
+    };
+    for (const Wanted& wanted : good) {
+        const RawServer server(&answer, authority().server(wanted));
+        Register till(server.url() + "/v4/");
+        for (const Operation operation : {Operation::Token, Operation::Sell, Operation::Report})
+            EXPECT_EQ(till.run(operation), u"ok"_s) << wanted.maxVersion;
+        EXPECT_EQ(server.requests().size(), 3U);
+    }
+}
+
+// A server that talks TLS 1.1 does so with whoever asks for it: the refusal above is the client's.
+TEST_F(Tls, TheOldServerOfTheMatrixWorks)
+{
+    const RawServer server(&answer, authority().server({.maxVersion = TLS1_1_VERSION}));
+    const std::string command =
+        "echo | openssl s_client -tls1_1 -cipher DEFAULT:@SECLEVEL=0 -connect localhost:" +
+        std::to_string(server.port()) + " 2>/dev/null | grep -q 'Protocol  : TLSv1.1'";
+    EXPECT_EQ(std::system(command.c_str()), 0);
+}
+
+} // namespace

@@ -1,0 +1,87 @@
+#include "tests/e2e/support/shop.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+Shop::Shop(const QString& url)
+    : settings{{QStringLiteral("url"), url}, {QStringLiteral("login"), QStringLiteral("shop")},
+          {QStringLiteral("password"), QString::fromLatin1(shopPassword)},
+          {QStringLiteral("groupCode"), QStringLiteral("shop_1")},
+          {QStringLiteral("inn"), QStringLiteral("7700000000")},
+          {QStringLiteral("email"), QStringLiteral("shop@example.com")},
+          {QStringLiteral("paymentAddress"), QStringLiteral("https://shop.example.com")},
+          {QStringLiteral("requestInterval"), QStringLiteral("200")}}
+{
+}
+
+void Shop::configure(const QString& key, const QString& value)
+{
+    const auto line =
+        std::find_if(settings.begin(), settings.end(), [&](const auto& entry) { return entry.first == key; });
+    if (line == settings.end())
+        settings.push_back({key, value});
+    else
+        line->second = value;
+}
+
+void Shop::unconfigure(const QString& key)
+{
+    settings.removeIf([&](const auto& entry) { return entry.first == key; });
+}
+
+void Shop::configureTransport(const QString& key, const QString& value)
+{
+    transport.push_back({key, value});
+}
+
+QString Shop::file(const QString& name, const QByteArray& content) const
+{
+    QFile file(folder.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
+        file.write(content) != content.size())
+        qFatal("cannot write %s", qUtf8Printable(name));
+    return file.fileName();
+}
+
+QString Shop::receipts(const QStringList& ids) const
+{
+    QByteArray text;
+    for (const QString& id : ids)
+        text += receiptLine(id);
+    return file(QStringLiteral("receipts.jsonl"), text);
+}
+
+QStringList Shop::arguments(const QStringList& more) const
+{
+    QByteArray text;
+    for (const auto& [section, entries] :
+        {std::pair("[register]\n", settings), {"[transport]\n", transport}}) {
+        text += section;
+        for (const auto& [key, value] : entries)
+            text += key.toUtf8() + " = " + value.toUtf8() + '\n';
+    }
+    return QStringList{QStringLiteral("--config"), file(QStringLiteral("register.ini"), text),
+               QStringLiteral("--json")} +
+           more;
+}
+
+Ran Shop::frhost(const QStringList& more, const QByteArray& input) const
+{
+    return run(frhostProgram(), arguments(more), input);
+}
+
+QByteArray receiptLine(const QString& id, double sum)
+{
+    const QByteArray amount = QByteArray::number(sum, 'f', 2);
+    return R"({"id":")" + id.toUtf8() +
+           R"(","requisites":[{"tag":1008,"value":"buyer@example.com"},{"tag":1055,"value":1}],)"
+           R"("positions":[{"name":"Молоко 3,2 %","price":)" +
+           amount + R"(,"quantity":1,"sum":)" + amount + R"(,"taxCode":1}],"payments":[{"type":1,"sum":)" +
+           amount + "}]}\n";
+}
+
+QString frhostProgram()
+{
+    return QStringLiteral(FRHOST);
+}

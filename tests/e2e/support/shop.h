@@ -1,0 +1,42 @@
+#pragma once
+
+#include "tests/e2e/support/process.h"
+
+#include <QTemporaryDir>
+
+/// A shop with a till that runs frhost: its configuration and its receipts, in a folder that goes with it.
+class Shop
+{
+public:
+    /// The till's register talks to the service at this address.
+    explicit Shop(const QString& url);
+
+    /// Replaces or adds a line of the configuration's section [register].
+    void configure(const QString& key, const QString& value);
+    /// Takes a line out of it.
+    void unconfigure(const QString& key);
+    /// The same as configure() for the section [transport].
+    void configureTransport(const QString& key, const QString& value);
+    /// Writes a file that only its owner can read and returns its path.
+    [[nodiscard]] QString file(const QString& name, const QByteArray& content) const;
+    /// Writes a file with one receipt for each id, on a line each, of 160 roubles.
+    [[nodiscard]] QString receipts(const QStringList& ids) const;
+
+    /// Runs frhost with the configuration and --json.
+    [[nodiscard]] Ran frhost(const QStringList& arguments, const QByteArray& input = {}) const;
+    /// All arguments that frhost() would give.
+    [[nodiscard]] QStringList arguments(const QStringList& more) const;
+
+private:
+    using Settings = QList<std::pair<QString, QString>>;
+
+    QTemporaryDir folder;
+    Settings settings;
+    Settings transport;
+};
+
+/// A receipt of 160 roubles on one line.
+[[nodiscard]] QByteArray receiptLine(const QString& id, double sum = 160);
+
+/// Path of frhost.
+[[nodiscard]] QString frhostProgram();

@@ -1,0 +1,78 @@
+#include "emulator/store/register.h"
+
+#include <gmock/gmock.h>
+
+using namespace emulator;
+using namespace std::chrono_literals;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::Ge;
+using testing::Lt;
+
+namespace {
+
+constexpr TimePoint start = std::chrono::sys_days(std::chrono::year(2026) / 3 / 1);
+
+/// Shift, receipt in the shift and document in the storage.
+std::vector<std::int64_t> numbers(const Json& payload)
+{
+    return {payload["shift_number"], payload["fiscal_receipt_number"], payload["fiscal_document_number"]};
+}
+
+} // namespace
+
+TEST(Register, NumbersReceiptsAfterItsRegistrationAndShiftReports)
+{
+    Register where = newRegister("g", 1, 1);
+    EXPECT_THAT(numbers(registerReceipt(where, start, 100, 0)), ElementsAre(1, 1, 3));
+    EXPECT_THAT(numbers(registerReceipt(where, start + 1h, 100, 0)), ElementsAre(1, 2, 4));
+}
+
+TEST(Register, ClosesAShiftAfter24HoursAndOpensTheNext)
+{
+    Register where = newRegister("g", 1, 1);
+    EXPECT_THAT(numbers(registerReceipt(where, start, 100, 0)), ElementsAre(1, 1, 3));
+    EXPECT_THAT(numbers(registerReceipt(where, start + 24h - 1s, 100, 0)), ElementsAre(1, 2, 4));
+    EXPECT_THAT(numbers(registerReceipt(where, start + 24h, 100, 0)), ElementsAre(2, 1, 7));
+}
+
+TEST(Register, ClosesAShiftThatIsFull)
+{
+    Register where = newRegister("g", 1, 1);
+    EXPECT_THAT(numbers(registerReceipt(where, start, 100, 2)), ElementsAre(1, 1, 3));
+    EXPECT_THAT(numbers(registerReceipt(where, start, 100, 2)), ElementsAre(1, 2, 4));
+    EXPECT_THAT(numbers(registerReceipt(where, start, 100, 2)), ElementsAre(2, 1, 7));
+}
+
+TEST(Register, GivesThePayloadOfAStatusAnswer)
+{
+    Register where = newRegister("g", 1, 42);
+    Json payload = registerReceipt(where, start, 15050, 0);
+    const auto sign = payload["fiscal_document_attribute"].get<std::int64_t>();
+    EXPECT_THAT(sign, AllOf(Ge(2147483648), Lt(4294967296)));
+    payload.erase("fiscal_document_attribute");
+    EXPECT_EQ(payload, Json::parse(R"({"total": 150.5, "fns_site": "www.nalog.gov.ru",
+        "fn_number": "0000990700000042", "shift_number": 1, "receipt_datetime": "01.03.2026 03:00:00",
+        "fiscal_receipt_number": 1, "fiscal_document_number": 3,
+        "ecr_registration_number": "0000123400000042"})"));
+}
+
+TEST(Register, SignsEveryDocumentDifferently)
+{
+    Register one = newRegister("g", 1, 1);
+    Register two = newRegister("g", 2, 2);
+    const Json first = registerReceipt(one, start, 100, 0);
+    EXPECT_NE(
+        first["fiscal_document_attribute"], registerReceipt(one, start, 100, 0)["fiscal_document_attribute"]);
+    EXPECT_NE(
+        first["fiscal_document_attribute"], registerReceipt(two, start, 100, 0)["fiscal_document_attribute"]);
+}
+
+TEST(QrText, IsThatOfAFiscalReceipt)
+{
+    const Json payload{{"total", 1030.0}, {"fn_number", "9251440300046840"},
+        {"fiscal_document_number", 29414}, {"fiscal_document_attribute", 1250830908}};
+    const TimePoint time = std::chrono::sys_days(std::chrono::year(2020) / 1 / 15) + 18h + 10min;
+    EXPECT_EQ(
+        qrText(payload, time, 1), "t=20200115T2110&s=1030.00&fn=9251440300046840&i=29414&fp=1250830908&n=1");
+}

@@ -1,0 +1,265 @@
+#include "tests/emulator/support/running.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <fstream>
+#include <list>
+#include <sys/resource.h>
+
+using emulator::Json;
+using namespace std::chrono_literals;
+using testing::ElementsAre;
+
+namespace {
+
+struct State : RunningEmulator
+{
+    void ready()
+    {
+        start();
+        takeToken();
+    }
+
+    std::string registered(const std::string& id) { return sell(goodReceipt(id)).json()["uuid"]; }
+
+    std::string status(const std::string& uuid)
+    {
+        const Json answer = report(uuid).json();
+        const Json& error = answer["error"];
+        return answer["status"].get<std::string>() + (error.is_null() ? "" : " " + error["code"].dump()) +
+               (error.is_object() && answer["status"] == "fail" ? " " + error["type"].get<std::string>()
+                                                                : "");
+    }
+};
+
+struct StateInAFile : State
+{
+    StateInAFile()
+    {
+        options.database = testing::TempDir() + "fremulator-" + std::to_string(::getpid()) + ".db";
+        removeFiles();
+    }
+    ~StateInAFile() override
+    {
+        stop();
+        removeFiles();
+    }
+    void removeFiles() const
+    {
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::remove((options.database + suffix).c_str());
+    }
+};
+
+} // namespace
+
+TEST_F(StateInAFile, OutlivesARestart)
+{
+    options.waits = 2;
+    ready();
+    const std::string uuid = registered("id-1");
+    const std::string other = registered("id-2");
+    EXPECT_EQ(status(uuid), "wait 34");
+
+    start();
+    EXPECT_EQ(status(uuid), "wait 34");
+    const Json done = report(uuid).json();
+    EXPECT_EQ(done["status"], "done");
+    EXPECT_EQ(done["payload"]["fiscal_document_number"], 3);
+    EXPECT_EQ(done["payload"]["ofd_receipt_url"], "http://127.0.0.1:" + std::to_string(port()) + "/#" + uuid);
+    EXPECT_EQ(sell(goodReceipt("id-2")).json()["uuid"], other);
+    EXPECT_EQ(get("/_emulator/expect?external_id=id-2&wire_requests=2").status, 200);
+    options.waits = 0;
+    start();
+    const Json next = report(registered("id-3")).json()["payload"];
+    EXPECT_EQ(next["fiscal_document_number"], 5);
+    EXPECT_EQ(next["fiscal_receipt_number"], 3);
+    EXPECT_EQ(next["shift_number"], 1);
+}
+
+TEST_F(StateInAFile, GetsMoreRegistersWhenToldAndKeepsTheOld)
+{
+    ready();
+    EXPECT_EQ(report(registered("1")).json()["payload"]["fn_number"], "0000990700000001");
+    options.groups.front().registers = 2;
+    start();
+    EXPECT_EQ(report(registered("2")).json()["payload"]["fn_number"], "0000990700000002");
+    const Json payload = report(registered("3")).json()["payload"];
+    EXPECT_EQ(payload["fn_number"], "0000990700000001");
+    EXPECT_EQ(payload["fiscal_document_number"], 4);
+}
+
+TEST_F(StateInAFile, IsRefusedWhenTheFileIsSomethingElse)
+{
+    std::ofstream(options.database) << std::string(4096, 'x');
+    EXPECT_THROW(start(), emulator::sqlite::Error);
+}
+
+TEST_F(State, IsBoundedToTheNewestDocuments)
+{
+    options.keep = 3;
+    ready();
+    const std::string first = registered("id-1");
+    for (int i = 2; i <= 30; ++i)
+        registered("id-" + std::to_string(i));
+    EXPECT_EQ(get("/_emulator/documents").json()["documents"].size(), 3u);
+    EXPECT_EQ(get("/_emulator/exchanges").json()["exchanges"].size(), 12u);
+    EXPECT_EQ(get("/_emulator/expect?external_id=id-1&count=0&wire_requests=0").status, 200);
+    EXPECT_EQ(status(first), "fail 30 system");
+}
+
+TEST_F(State, KeepsTokensAliveHoweverFewDocumentsItKeeps)
+{
+    options.keep = 1;
+    ready();
+    for (int i = 0; i < 10; ++i)
+        EXPECT_EQ(post("/possystem/v4/getToken", {{"login", "shop"}, {"pass", "secret"}}).status, 200);
+    EXPECT_EQ(sell(goodReceipt()).status, 200);
+}
+
+TEST_F(State, KeepsTheBeginningOfALongExchange)
+{
+    ready();
+    Json body = goodReceipt("long");
+    body["more"] = std::string(500'000, 'x');
+    EXPECT_EQ(sell(body).status, 200);
+    const Json exchange = get("/_emulator/exchanges?group=group-1&external_id=long").json()["exchanges"][0];
+    const std::string request = exchange["request"];
+    EXPECT_LT(request.size(), 70'000u);
+    EXPECT_THAT(request, testing::EndsWith(" bytes more)"));
+    EXPECT_EQ(sell(goodReceipt(std::string(500'000, 'y'))).json()["error"]["code"], 32);
+    const Json refused = get("/_emulator/exchanges?limit=1").json()["exchanges"][0];
+    EXPECT_EQ(refused["external_id"].get<std::string>().size(), 1024u);
+    const Json stranger{{"login", std::string(500'000, 'z')}, {"pass", "x"}};
+    EXPECT_EQ(post("/possystem/v4/getToken", stranger).json()["error"]["code"], 12);
+    const Json unknown = get("/_emulator/exchanges?limit=1").json()["exchanges"][0];
+    EXPECT_EQ(unknown["login"].get<std::string>().size(), 1024u);
+}
+
+TEST_F(State, CountsRequestsOfAnIdThatComesAgainAndAgain)
+{
+    options.keep = 1;
+    ready();
+    for (int i = 0; i < 20; ++i)
+        EXPECT_FALSE(registered("same").empty());
+    EXPECT_EQ(get("/_emulator/expect?external_id=same&wire_requests=20").status, 200);
+}
+
+TEST_F(State, ReadiesADocumentAfterItsTime)
+{
+    options.latencyLow = options.latencyHigh = 5s;
+    ready();
+    const std::string uuid = registered("id-1");
+    EXPECT_EQ(status(uuid), "wait 34");
+    passTime(4999ms);
+    EXPECT_EQ(status(uuid), "wait 34");
+    passTime(1ms);
+    EXPECT_EQ(report(uuid).json()["payload"]["receipt_datetime"], "01.03.2026 03:00:05");
+}
+
+TEST_F(State, TakesATimeBetweenTheTwoTold)
+{
+    options.latencyLow = 4s;
+    options.latencyHigh = 6s;
+    options.groups.front().registers = 50;
+    ready();
+    for (int i = 0; i < 50; ++i) {
+        const std::string uuid = registered("id-" + std::to_string(i));
+        const std::string ready = get("/_emulator/documents/" + uuid).json()["ready_at"];
+        EXPECT_THAT(ready,
+            testing::AllOf(testing::Ge("2026-03-01T00:00:04.000Z"), testing::Le("2026-03-01T00:00:06.000Z")));
+    }
+}
+
+TEST_F(State, WorksOffTheQueueOfARegisterOneByOne)
+{
+    options.latencyLow = options.latencyHigh = 5s;
+    ready();
+    const std::string first = registered("id-1");
+    const std::string second = registered("id-2");
+    passTime(5s);
+    EXPECT_THAT((std::vector{status(first), status(second)}), ElementsAre("done", "wait 34"));
+    passTime(5s);
+    EXPECT_EQ(status(second), "done");
+}
+
+TEST_F(State, LetsADocumentFailThatWaitsTooLongForItsRegister)
+{
+    options.latencyLow = options.latencyHigh = 200s;
+    ready();
+    registered("id-1");
+    registered("id-2");
+    const std::string third = registered("id-3");
+    passTime(299s);
+    EXPECT_EQ(status(third), "wait 34");
+    passTime(1s);
+    EXPECT_EQ(status(third), "fail 1 timeout");
+    EXPECT_EQ(sell(goodReceipt("id-3")).json()["error"]["code"], 33);
+}
+
+TEST_F(State, MindsThePaceOfStatusCallsWhenTold)
+{
+    options.pace = true;
+    options.groups.front().registers = 2;
+    ready();
+    const std::string uuid = registered("id-1");
+    EXPECT_EQ(report(uuid).status, 200);
+    EXPECT_EQ(report(uuid).status, 200);
+    EXPECT_EQ(report(uuid).status, 429);
+    passTime(1s);
+    EXPECT_EQ(report(uuid).status, 200);
+}
+
+TEST_F(State, RefusesAGroupOfAnotherProtocol)
+{
+    options.groups.front().protocolRefused = true;
+    ready();
+    const auto answer = sell(goodReceipt());
+    EXPECT_EQ(answer.status, 401);
+    EXPECT_EQ(answer.json()["error"]["code"], 21);
+}
+
+TEST_F(State, WantsTheTaxpayerNumberOfTheGroup)
+{
+    options.groups.front().inn = "7711111111";
+    ready();
+    EXPECT_EQ(sell(goodReceipt()).json()["error"]["code"], 32);
+}
+
+TEST_F(State, ServesAThousandConnectionsAtOnce)
+{
+    rlimit limit{};
+    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
+    limit.rlim_cur = limit.rlim_max;
+    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
+    ASSERT_GT(limit.rlim_max, 2100u) << "this machine does not allow enough descriptors";
+
+    ready();
+    std::list<RawClient> clients;
+    for (int i = 0; i < 1000; ++i)
+        clients.emplace_back(port());
+    for (int round = 0; round < 2; ++round) {
+        int id = round * 1000;
+        for (const RawClient& client : clients)
+            client.send(postRequest("/possystem/v4/group-1/sell",
+                goodReceipt("id-" + std::to_string(++id)).dump(), tokenHeader()));
+        for (RawClient& client : clients)
+            ASSERT_EQ(client.receive().status, 200);
+    }
+    EXPECT_EQ(get("/_emulator/expect?count=2000&wire_requests=1").status, 200);
+}
+
+TEST_F(State, TurnsAwayConnectionsBeyondTheLimit)
+{
+    options.limits.connections = 2;
+    start();
+    RawClient first(port());
+    RawClient second(port());
+    first.send(getRequest("/_emulator/faults"));
+    second.send(getRequest("/_emulator/faults"));
+    EXPECT_EQ(first.receive().status, 200);
+    EXPECT_EQ(second.receive().status, 200);
+    RawClient third(port());
+    EXPECT_EQ(third.receiveAll().end, RawClient::End::Closed);
+}

@@ -1,0 +1,136 @@
+#include "tests/emulator/support/rawclient.h"
+
+#include <arpa/inet.h>
+#include <array>
+#include <cerrno>
+#include <netinet/in.h>
+#include <poll.h>
+#include <stdexcept>
+#include <sys/socket.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace {
+
+[[noreturn]] void fail(const char* what)
+{
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+std::size_t contentLength(const std::string& head)
+{
+    const std::string name = "Content-Length: ";
+    const std::size_t at = head.find(name);
+    return at == std::string::npos ? 0 : std::stoul(head.substr(at + name.size()));
+}
+
+} // namespace
+
+RawClient::RawClient(const std::uint16_t port)
+    : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+{
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    if (::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        fail("connect");
+}
+
+RawClient::~RawClient()
+{
+    ::close(socket_);
+}
+
+void RawClient::send(const std::string& bytes) const
+{
+    for (std::size_t sent = 0; sent < bytes.size();) {
+        const ssize_t count = ::send(socket_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+        if (count < 0)
+            fail("send");
+        sent += static_cast<std::size_t>(count);
+    }
+}
+
+RawClient::End RawClient::readSome(const std::chrono::milliseconds patience)
+{
+    pollfd poll{.fd = socket_, .events = POLLIN, .revents = 0};
+    if (::poll(&poll, 1, static_cast<int>(patience.count())) == 0)
+        return End::Open;
+    std::array<char, 65536> bytes{};
+    const ssize_t count = ::recv(socket_, bytes.data(), bytes.size(), 0);
+    if (count < 0 && errno == ECONNRESET)
+        return End::Reset;
+    if (count < 0)
+        fail("recv");
+    buffer_.append(bytes.data(), static_cast<std::size_t>(count));
+    return count == 0 ? End::Closed : End::Open;
+}
+
+RawClient::Answer RawClient::receive()
+{
+    Answer answer;
+    for (;;) {
+        const std::size_t end = buffer_.find("\r\n\r\n");
+        if (end != std::string::npos) {
+            answer.head = buffer_.substr(0, end + 4);
+            const std::size_t length = contentLength(answer.head);
+            if (buffer_.size() >= answer.head.size() + length) {
+                answer.status = std::stoi(answer.head.substr(9, 3));
+                answer.body = buffer_.substr(answer.head.size(), length);
+                buffer_.erase(0, answer.head.size() + length);
+                return answer;
+            }
+        }
+        const std::size_t before = buffer_.size();
+        answer.end = readSome(std::chrono::seconds(20));
+        if (buffer_.size() == before)
+            throw std::runtime_error("no whole answer, only: " + buffer_);
+    }
+}
+
+RawClient::Answer RawClient::receiveAll(const std::chrono::milliseconds patience)
+{
+    Answer answer;
+    for (bool more = true; more;) {
+        const std::size_t before = buffer_.size();
+        answer.end = readSome(patience);
+        more = answer.end == End::Open && buffer_.size() > before;
+    }
+    const std::size_t end = buffer_.find("\r\n\r\n");
+    answer.head = buffer_.substr(0, end == std::string::npos ? end : end + 4);
+    answer.body = buffer_.substr(answer.head.size());
+    if (answer.head.size() >= 12)
+        answer.status = std::stoi(answer.head.substr(9, 3));
+    buffer_.clear();
+    return answer;
+}
+
+std::string RawClient::receiveUntil(const std::string& before, const std::string& after)
+{
+    for (;;) {
+        const std::size_t from = buffer_.find(before);
+        const std::size_t to = from == std::string::npos ? from : buffer_.find(after, from + before.size());
+        if (to != std::string::npos) {
+            const std::string between = buffer_.substr(from + before.size(), to - from - before.size());
+            buffer_.erase(0, to + after.size());
+            return between;
+        }
+        const std::size_t had = buffer_.size();
+        readSome(std::chrono::seconds(20));
+        if (buffer_.size() == had)
+            throw std::runtime_error("no " + before + " in: " + buffer_);
+    }
+}
+
+std::string postRequest(const std::string& path, const std::string& body, const std::string& headers)
+{
+    return "POST " + path +
+           " HTTP/1.1\r\nHost: 127.0.0.1\r\nContent-Type: application/json; charset=utf-8\r\n" + headers +
+           "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body;
+}
+
+std::string getRequest(const std::string& path, const std::string& headers)
+{
+    return "GET " + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\n" + headers + "\r\n";
+}

@@ -1,0 +1,57 @@
+#include "tests/emulator/support/running.h"
+
+using emulator::Json;
+
+RunningEmulator::RunningEmulator()
+    : now_(
+          std::chrono::milliseconds(std::chrono::sys_days(std::chrono::year(2026) / 3 / 1).time_since_epoch())
+              .count())
+{
+    options.groups = {{.code = "group-1"}};
+    options.users = {{.login = "shop", .password = "secret", .groups = {"group-1"}}};
+}
+
+RunningEmulator::~RunningEmulator()
+{
+    stop();
+}
+
+void RunningEmulator::start()
+{
+    stop();
+    emulator_ = std::make_unique<emulator::Emulator>(
+        options, [this] { return emulator::TimePoint(std::chrono::milliseconds(now_)); });
+    thread_ = std::thread([this] { emulator_->server().run(); });
+}
+
+void RunningEmulator::stop()
+{
+    if (!emulator_)
+        return;
+    emulator_->server().stop();
+    thread_.join();
+    emulator_.reset();
+}
+
+RawClient::Answer RunningEmulator::exchange(const std::string& request) const
+{
+    RawClient client(port());
+    client.send(request);
+    return client.receive();
+}
+
+void RunningEmulator::takeToken()
+{
+    const Json answer = post(base + std::string("getToken"), {{"login", "shop"}, {"pass", "secret"}}).json();
+    token_ = answer["token"].get<std::string>();
+}
+
+RawClient::Answer RunningEmulator::sell(const Json& body) const
+{
+    return exchange(postRequest(base + std::string("group-1/sell"), body.dump(), tokenHeader()));
+}
+
+RawClient::Answer RunningEmulator::report(const std::string& uuid) const
+{
+    return exchange(getRequest(base + std::string("group-1/report/") + uuid, tokenHeader()));
+}

@@ -1,0 +1,100 @@
+#include "host/transport/keptconnection.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+class Kept : public testing::Test
+{
+protected:
+    Kept() { EXPECT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, ends.data()), 0); }
+    ~Kept() override
+    {
+        ::close(ends[0]);
+        closeByServer();
+    }
+
+    int client() const { return ends[0]; }
+    void closeByServer()
+    {
+        if (ends[1] >= 0)
+            ::close(ends[1]);
+        ends[1] = -1;
+    }
+
+    std::array<int, 2> ends{-1, -1};
+    KeptConnection connection;
+};
+
+TEST_F(Kept, DoesNotExistBeforeTheFirstExchange)
+{
+    EXPECT_FALSE(connection.mayCarryPost());
+}
+
+TEST_F(Kept, CarriesAPostWhileTheServerHoldsIt)
+{
+    connection.exchanged({client(), false, true});
+    EXPECT_TRUE(connection.mayCarryPost());
+    connection.exchanged({client(), true, true});
+    EXPECT_TRUE(connection.mayCarryPost());
+}
+
+TEST_F(Kept, CarriesNothingOnceTheServerHasClosedIt)
+{
+    connection.exchanged({client(), false, true});
+    closeByServer();
+    EXPECT_FALSE(connection.mayCarryPost());
+}
+
+TEST_F(Kept, CarriesNothingWhenTheServerSaysSomethingUnasked)
+{
+    connection.exchanged({client(), false, true});
+    ASSERT_EQ(::write(ends[1], "x", 1), 1);
+    EXPECT_FALSE(connection.mayCarryPost());
+}
+
+TEST_F(Kept, IsNotTrustedAgainAfterTheServerClosedAtOnce)
+{
+    connection.exchanged({client(), false, true});
+    closeByServer();
+    EXPECT_FALSE(connection.mayCarryPost());
+    std::array<int, 2> later{-1, -1};
+    ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, later.data()), 0);
+    connection.exchanged({later[0], false, true});
+    EXPECT_FALSE(connection.mayCarryPost());
+    ::close(later[0]);
+    ::close(later[1]);
+}
+
+TEST_F(Kept, IsNotTrustedAgainAfterItWasGoneWhenItWasWanted)
+{
+    connection.exchanged({client(), false, true});
+    connection.exchanged({client(), false, true});
+    EXPECT_FALSE(connection.mayCarryPost());
+}
+
+TEST_F(Kept, MayBeClosedByTheServerWithAnAnnouncement)
+{
+    connection.exchanged({-1, false, true});
+    EXPECT_FALSE(connection.mayCarryPost());
+    connection.exchanged({client(), false, true});
+    EXPECT_TRUE(connection.mayCarryPost());
+    connection.exchanged({-1, true, true});
+    connection.exchanged({client(), false, true});
+    EXPECT_TRUE(connection.mayCarryPost()) << "a server may count the requests of a connection";
+}
+
+TEST_F(Kept, IsNotTrustedAgainAfterItTookARequestAway)
+{
+    connection.exchanged({client(), false, true});
+    connection.exchanged({-1, true, false});
+    connection.exchanged({client(), false, true});
+    EXPECT_FALSE(connection.mayCarryPost());
+}
+
+} // namespace

@@ -1,0 +1,196 @@
+#include "host/transport/restclient.h"
+#include "host/transport/transportoptions.h"
+#include "tests/support/rawserver.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <functional>
+#include <optional>
+
+namespace {
+
+constexpr auto okBody = R"({"status":"done"})";
+
+const Authority& authority()
+{
+    static const Authority instance;
+    return instance;
+}
+
+// How a server ends a connection on which it has read a request.
+enum class Ending
+{
+    Close,
+    Reset
+};
+
+// Every case runs over plain HTTP and over TLS.
+class Once : public testing::TestWithParam<bool>
+{
+protected:
+    Once()
+    {
+        TransportOptions options = before;
+        options.caFile = QString::fromStdString(authority().caFile());
+        TransportOptions::setDefaults(options);
+        client.emplace();
+    }
+    ~Once() override { TransportOptions::setDefaults(before); }
+
+    static SslContext tls() { return GetParam() ? authority().server() : SslContext(); }
+    static QUrl at(const RawServer& server)
+    {
+        return QUrl(QString::fromStdString(server.url()) + QStringLiteral("/v4/g/sell"));
+    }
+    static void end(Peer& peer, Ending ending)
+    {
+        if (ending == Ending::Close)
+            peer.close();
+        else
+            peer.reset();
+    }
+
+    // Sells 200 receipts, each asked about once, and returns how many of the 400 exchanges had no answer.
+    int failuresOf200Receipts(const RawServer& server, const std::function<void()>& afterEach = {})
+    {
+        int failures = 0;
+        for (int i = 0; i < 200; ++i) {
+            failures += client->post(at(server), "{}", {}) ? 0 : 1;
+            failures += client->get(at(server), {}, {}) ? 0 : 1;
+            if (afterEach)
+                afterEach();
+        }
+        return failures;
+    }
+
+    static int posts(const RawServer& server)
+    {
+        int count = 0;
+        for (const std::string& request : server.requests())
+            count += request.starts_with("POST ") ? 1 : 0;
+        return count;
+    }
+
+    const TransportOptions before = TransportOptions::defaults();
+    std::optional<RestClient> client;
+};
+
+TEST_P(Once, APostThatIsReadAndNotAnswered)
+{
+    for (const Ending ending : {Ending::Close, Ending::Reset}) {
+        for (const qsizetype size : {2, 3'000'000}) {
+            const RawServer server([&](Peer& peer, const std::string&) { end(peer, ending); }, tls());
+            EXPECT_FALSE(client->post(at(server), QByteArray(size, ' '), {}));
+            EXPECT_FALSE(client->getResponseData().isValid());
+            ASSERT_TRUE(server.waitForClosed(server.connections()));
+            EXPECT_EQ(server.requests().size(), 1U) << size;
+        }
+    }
+}
+
+TEST_P(Once, APostAfterAnExchangeOnAConnectionThatTheServerKept)
+{
+    for (const Ending ending : {Ending::Close, Ending::Reset}) {
+        for (const qsizetype size : {2, 3'000'000}) {
+            std::atomic<int> seen = 0;
+            const RawServer server(
+                [&](Peer& peer, const std::string&) {
+                    if (++seen <= 2)
+                        peer.answer(200, okBody);
+                    else
+                        end(peer, ending);
+                },
+                tls());
+            ASSERT_TRUE(client->post(at(server), "{}", {}));
+            ASSERT_TRUE(client->get(at(server), {}, {}));
+            EXPECT_FALSE(client->post(at(server), QByteArray(size, ' '), {}));
+            EXPECT_EQ(server.requests().size(), 3U) << size;
+        }
+    }
+}
+
+TEST_P(Once, AGetOnABrokenKeptConnectionIsRepeatedOnANewOne)
+{
+    for (const Ending ending : {Ending::Close, Ending::Reset}) {
+        std::atomic<int> seen = 0;
+        const RawServer server(
+            [&](Peer& peer, const std::string&) {
+                if (++seen == 2)
+                    end(peer, ending);
+                else
+                    peer.answer(200, okBody);
+            },
+            tls());
+        ASSERT_TRUE(client->post(at(server), "{}", {}));
+        EXPECT_TRUE(client->get(at(server), {}, {}));
+        EXPECT_EQ(server.requests().size(), 3U);
+    }
+}
+
+TEST_P(Once, AGetIsRepeatedNoMoreThanOnce)
+{
+    std::atomic<int> seen = 0;
+    const RawServer server(
+        [&](Peer& peer, const std::string&) {
+            if (++seen == 1)
+                peer.answer(200, okBody);
+            else
+                peer.close();
+        },
+        tls());
+    ASSERT_TRUE(client->post(at(server), "{}", {}));
+    EXPECT_FALSE(client->get(at(server), {}, {}));
+    EXPECT_EQ(server.requests().size(), 3U);
+}
+
+TEST_P(Once, SellsToAServerThatClosesAfterEachAnswer)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answerAndClose(200, okBody); }, tls());
+    EXPECT_EQ(failuresOf200Receipts(server), 0);
+    EXPECT_EQ(posts(server), 200);
+}
+
+TEST_P(Once, SellsToAServerThatAnnouncesThatItCloses)
+{
+    const RawServer server(
+        [](Peer& peer, const std::string&) { peer.answerAndClose(200, okBody, "Connection: close\r\n"); },
+        tls());
+    EXPECT_EQ(failuresOf200Receipts(server), 0);
+    EXPECT_EQ(posts(server), 200);
+}
+
+TEST_P(Once, SellsToAServerThatClosesAfterEverySecondAnswer)
+{
+    std::atomic<int> answered = 0;
+    const RawServer server(
+        [&](Peer& peer, const std::string&) {
+            if (++answered % 2 == 0)
+                peer.answerAndClose(200, okBody);
+            else
+                peer.answer(200, okBody);
+        },
+        tls());
+    EXPECT_EQ(failuresOf200Receipts(server), 0);
+    EXPECT_EQ(posts(server), 200);
+}
+
+// The server closes while the till is idle, and the till knows only when it looks.
+TEST_P(Once, SellsToAServerThatClosesAnIdleConnection)
+{
+    const RawServer server(
+        [](Peer& peer, const std::string& request) {
+            peer.answer(200, okBody);
+            if (request.starts_with("GET "))
+                peer.close();
+        },
+        tls());
+    EXPECT_EQ(
+        failuresOf200Receipts(server, [&] { ASSERT_TRUE(server.waitForClosed(server.connections())); }), 0);
+    EXPECT_EQ(server.requests().size(), 400U);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Wire, Once, testing::Bool(), [](const auto& run) { return std::string(run.param ? "Tls" : "Plain"); });
+
+} // namespace

@@ -1,0 +1,176 @@
+#include "host/transport/restclient.h"
+#include "tests/support/logcapture.h"
+#include "tests/support/rawserver.h"
+
+#include <QJsonObject>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace {
+
+constexpr auto okBody = R"({"status":"done"})";
+
+class Client : public testing::Test
+{
+protected:
+    Client()
+    {
+        client.setLogger(Log4Qt::LogManager::logger(QStringLiteral("frdriver"), QStringLiteral("test")));
+        client.setTargetAlias(QStringLiteral("Атол.Онлайн"));
+    }
+
+    static QUrl at(const RawServer& server, const char* path = "/possystem/v4/g/sell")
+    {
+        return QUrl(QString::fromStdString(server.url()) + QString::fromLatin1(path));
+    }
+
+    // The lines at info level and above since the last call, with the durations, which vary, as "N".
+    QStringList takeLines()
+    {
+        static const QRegularExpression duration(QStringLiteral("\\d+ мс"));
+        QStringList lines = log.take();
+        lines.removeIf([](const QString& line) { return line.startsWith(QStringLiteral("debug: ")); });
+        return lines.replaceInStrings(duration, QStringLiteral("N мс"));
+    }
+
+    LogCapture log;
+    RestClient client;
+};
+
+TEST_F(Client, SendsVerbAddressHeadersAndBodyAsGiven)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    EXPECT_TRUE(client.post(at(server, "/v4/g/sell?x=%D0%B0"), R"({"a":1})",
+        {{QStringLiteral("Content-type"), QStringLiteral("application/json; charset=utf-8")},
+            {QStringLiteral("token"), QString()}}));
+    const std::string request = server.requests().at(0);
+    EXPECT_EQ(request.substr(0, request.find("\r\n")), "POST /v4/g/sell?x=%D0%B0 HTTP/1.1");
+    EXPECT_NE(request.find("\r\nContent-type: application/json; charset=utf-8\r\n"), std::string::npos)
+        << request;
+    EXPECT_NE(request.find("\r\ntoken:\r\n"), std::string::npos) << request;
+    EXPECT_EQ(request.find("Expect:"), std::string::npos) << request;
+    EXPECT_EQ(request.substr(request.find("\r\n\r\n") + 4), R"({"a":1})");
+    static const QRegularExpression duration(QStringLiteral("\\d+ мс"));
+    EXPECT_EQ(log.take().replaceInStrings(duration, QStringLiteral("N мс")),
+        QStringList({QStringLiteral(R"(debug: Атол.Онлайн: запрос POST /v4/g/sell: {"a":1})"),
+            QStringLiteral(R"(debug: Атол.Онлайн: ответ на POST /v4/g/sell: {"status":"done"})"),
+            QStringLiteral("info: Атол.Онлайн: POST /v4/g/sell: HTTP 200, 17 байт, N мс")}));
+}
+
+TEST_F(Client, GetsWithoutABodyAndWithOneWhenGiven)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    EXPECT_TRUE(client.get(at(server, "/report/u"), {}, {}));
+    EXPECT_TRUE(
+        client.get(at(server, "/report/u"), QJsonDocument(QJsonObject{{QStringLiteral("a"), 1}}), {}));
+    const auto requests = server.requests();
+    EXPECT_EQ(requests.at(0).substr(0, requests.at(0).find("\r\n")), "GET /report/u HTTP/1.1");
+    EXPECT_EQ(requests.at(0).find("Content-Length"), std::string::npos);
+    EXPECT_EQ(requests.at(1).substr(0, requests.at(1).find("\r\n")), "GET /report/u HTTP/1.1");
+    EXPECT_EQ(requests.at(1).substr(requests.at(1).find("\r\n\r\n") + 4), R"({"a":1})");
+}
+
+TEST_F(Client, ParsesTheBodyWhateverTheStatusAndKeepsIntegersExact)
+{
+    for (const int status : {200, 400, 401, 403, 404, 415, 500, 502}) {
+        const RawServer server([status](Peer& peer, const std::string&) {
+            peer.answer(status, R"({"error":{"code":33},"n":3449555941,"big":9007199254740993})");
+        });
+        EXPECT_TRUE(client.post(at(server), "{}", {}));
+        const QVariantMap reply = client.getResponseData().toMap();
+        EXPECT_EQ(reply.value(QStringLiteral("n")).toString(), QStringLiteral("3449555941"));
+        EXPECT_EQ(reply.value(QStringLiteral("big")).toString(), QStringLiteral("9007199254740993"));
+        EXPECT_EQ(reply.value(QStringLiteral("error")).toMap().value(QStringLiteral("code")).toInt(), 33)
+            << status;
+    }
+}
+
+TEST_F(Client, KeepsTheConnectionBetweenExchanges)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_TRUE(client.post(at(server), "{}", {}));
+        EXPECT_TRUE(client.get(at(server), {}, {}));
+    }
+    EXPECT_EQ(server.requests().size(), 10U);
+    EXPECT_EQ(server.connections(), 1U);
+}
+
+TEST_F(Client, ForgetsTheLastReplyWhenTheNextExchangeFails)
+{
+    QUrl gone;
+    {
+        const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+        gone = at(server);
+        ASSERT_TRUE(client.post(gone, "{}", {}));
+    }
+    EXPECT_FALSE(client.post(gone, "{}", {}));
+    EXPECT_FALSE(client.getResponseData().isValid());
+}
+
+TEST_F(Client, TellsWhetherTheRequestWasSent)
+{
+    QUrl gone;
+    {
+        const RawServer server([](Peer& peer, const std::string&) { peer.close(); });
+        gone = at(server);
+        EXPECT_FALSE(client.post(gone, "{}", {}));
+        EXPECT_TRUE(client.wasSent());
+    }
+    EXPECT_FALSE(client.post(gone, "{}", {}));
+    EXPECT_FALSE(client.wasSent());
+}
+
+TEST_F(Client, LeavesTheQueryOutOfTheLog)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.close(); });
+    EXPECT_FALSE(client.get(at(server, "/report/u?token=secret"), {}, {}));
+    EXPECT_FALSE(log.lines().join(u'\n').contains(QStringLiteral("secret")));
+}
+
+TEST_F(Client, DoesNotFollowRedirects)
+{
+    const RawServer elsewhere([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    const RawServer server([&](Peer& peer, const std::string&) {
+        peer.answer(301, R"({"moved":true})", "Location: " + elsewhere.url() + "/\r\n");
+    });
+    EXPECT_TRUE(client.post(at(server), "{}", {}));
+    EXPECT_TRUE(client.getResponseData().toMap().value(QStringLiteral("moved")).toBool());
+    EXPECT_EQ(elsewhere.requests().size(), 0U);
+}
+
+TEST_F(Client, SendsNothingWhenAHeaderHoldsALineBreak)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    EXPECT_FALSE(client.post(at(server), "{}", {{QStringLiteral("token"), QStringLiteral("a\r\nX: y")}}));
+    EXPECT_EQ(server.connections(), 0U);
+    EXPECT_EQ(takeLines(),
+        QStringList(
+            QStringLiteral("error: Атол.Онлайн: нет ответа на POST /possystem/v4/g/sell: перевод строки в "
+                           "заголовке token (N мс, запрос не отправлен)")));
+}
+
+TEST_F(Client, RefusesAddressesThatAreNotHttp)
+{
+    for (const char* address : {"file:///etc/hostname", "ftp://127.0.0.1/x", "getToken", "", "http:///x"}) {
+        EXPECT_FALSE(client.get(QUrl(QString::fromLatin1(address)), {}, {}));
+        const QStringList lines = takeLines();
+        ASSERT_EQ(lines.size(), 1);
+        EXPECT_TRUE(
+            lines.first().endsWith(QStringLiteral(": адрес не http и не https (N мс, запрос не отправлен)")))
+            << lines.first().toStdString();
+    }
+}
+
+TEST_F(Client, WorksInAThreadWithoutAnEventLoop)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    bool replied = false;
+    std::thread([&] { replied = client.post(at(server), "{}", {}); }).join();
+    EXPECT_TRUE(replied);
+}
+
+} // namespace

@@ -1,0 +1,162 @@
+#include "hostcli/commands/batch.h"
+#include "tests/support/qtprinters.h"
+#include "tests/support/rawserver.h"
+#include "till/wire/observingtransport.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace {
+
+using namespace frhost;
+
+CommandLine commandLine(Command command)
+{
+    CommandLine line;
+    line.command = command;
+    line.json = true;
+    return line;
+}
+
+QueuedReceipt receipt(const char* id)
+{
+    QueuedReceipt queued;
+    queued.file = QStringLiteral("receipts");
+    queued.line = 1;
+    queued.receipt.document.setInternalIdentifier(QString::fromLatin1(id));
+    return queued;
+}
+
+ReceiptResult registered(const char* id)
+{
+    ReceiptResult result;
+    result.id = QString::fromLatin1(id);
+    result.outcome = Outcome::Registered;
+    return result;
+}
+
+class RunOfABatch : public testing::Test
+{
+protected:
+    RunOfABatch()
+        : descriptor(open(file().toLocal8Bit().constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600))
+        , output(descriptor)
+    {
+        GTEST_FLAG_SET(death_test_style, "threadsafe");
+    }
+    ~RunOfABatch() override { close(descriptor); }
+
+    [[nodiscard]] QString file() const { return folder.filePath(QStringLiteral("out")); }
+    [[nodiscard]] QByteArray written() const
+    {
+        QFile out(file());
+        return out.open(QIODevice::ReadOnly) ? out.readAll() : "unreadable";
+    }
+
+    QTemporaryDir folder;
+    int descriptor;
+    Output output;
+    ObservingTransport transport;
+};
+
+// A service that accepts a receipt and has registered it when it is asked.
+void registerReceipt(ObservingTransport& transport)
+{
+    const RawServer service([](Peer& peer, const std::string& request) {
+        peer.answer(200, request.starts_with("POST") ? R"({"uuid":"u","status":"wait"})"
+                                                     : R"({"uuid":"u","external_id":"r1","status":"done"})");
+    });
+    const QUrl url(QString::fromStdString(service.url()));
+    EXPECT_TRUE(transport.post(url.resolved(QUrl(QStringLiteral("/v4/g/sell"))), "{}", {}));
+    EXPECT_TRUE(transport.get(url.resolved(QUrl(QStringLiteral("/v4/g/report/u"))), {}, {}));
+}
+
+TEST_F(RunOfABatch, InterruptedBeforeAReceiptIsSentSaysSo)
+{
+    EXPECT_EXIT(
+        {
+            Batch batch(commandLine(Command::Sell), output, transport);
+            batch.setCount(3);
+            std::ignore = batch.begin(receipt("r1"));
+            batch.interrupt();
+        },
+        testing::ExitedWithCode(4),
+        "^Interrupted\\. r1 was not sent, run again\\.\nReceipts: 3\\. Registered: 0, refused: 0, unknown: "
+        "0\\.\nReceipts not sent: 3\\.\n$");
+}
+
+TEST_F(RunOfABatch, InterruptedBetweenTwoReceiptsTellsHowManyAreDone)
+{
+    EXPECT_EXIT(
+        {
+            Batch batch(commandLine(Command::Sell), output, transport);
+            batch.setCount(3);
+            std::ignore = batch.begin(receipt("r1"));
+            registerReceipt(transport);
+            std::ignore = batch.finish(registered("r1"));
+            batch.interrupt();
+        },
+        testing::ExitedWithCode(4),
+        "^Interrupted\\.\nReceipts: 3\\. Registered: 1, refused: 0, unknown: 0\\.\nReceipts not sent: "
+        "2\\.\n$");
+}
+
+TEST_F(RunOfABatch, DoesNotTakeWhatHappenedToAReceiptForTheFateOfTheNext)
+{
+    EXPECT_EXIT(
+        {
+            Batch batch(commandLine(Command::Sell), output, transport);
+            batch.setCount(1);
+            std::ignore = batch.begin(receipt("r1"));
+            registerReceipt(transport);
+            std::ignore = batch.finish(registered("r1"));
+            std::ignore = batch.begin(receipt("r2"));
+            batch.interrupt();
+        },
+        testing::ExitedWithCode(4), "^Interrupted\\. r2 was not sent");
+}
+
+TEST_F(RunOfABatch, InterruptedWhenTheServiceHasRegisteredTheReceiptWritesItsResult)
+{
+    Batch batch(commandLine(Command::Sell), output, transport);
+    batch.setCount(2);
+    std::ignore = batch.begin(receipt("r1"));
+    registerReceipt(transport);
+    testing::internal::CaptureStderr();
+    batch.interrupt();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Interrupted. r1 is registered.\n");
+    EXPECT_FALSE(batch.finish(registered("r1"))) << "no further receipt is taken up";
+    EXPECT_EQ(batch.end(), ExitCode::Unknown);
+    EXPECT_EQ(written(), QByteArray(R"({"id":"r1","line":0,"outcome":"registered"})"
+                                    "\n"));
+}
+
+TEST_F(RunOfABatch, InterruptedWhenTheServiceHasAcceptedTheReceiptWritesItsIdentifier)
+{
+    Batch batch(commandLine(Command::Send), output, transport);
+    batch.setCount(1);
+    std::ignore = batch.begin(receipt("r1"));
+    registerReceipt(transport);
+    testing::internal::CaptureStderr();
+    batch.interrupt();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Interrupted. r1 was accepted by the service.\n");
+}
+
+TEST_F(RunOfABatch, IsNotInterruptedAfterItsEnd)
+{
+    Batch batch(commandLine(Command::Sell), output, transport);
+    batch.setCount(1);
+    std::ignore = batch.begin(receipt("r1"));
+    EXPECT_TRUE(batch.finish(registered("r1")));
+    EXPECT_EQ(batch.end(), ExitCode::Success);
+    testing::internal::CaptureStderr();
+    batch.interrupt();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+} // namespace

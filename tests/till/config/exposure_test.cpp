@@ -1,0 +1,56 @@
+#include "tests/support/qtprinters.h"
+#include "till/config/exposure.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using frhost::exposure;
+
+constexpr uid_t root = 0;
+constexpr uid_t till = 1000;
+constexpr uid_t other = 1001;
+
+QString exposureOf(mode_t mode, uid_t reader = till, const char* path = "/etc/frhost/password")
+{
+    struct stat status = {};
+    status.st_mode = mode;
+    status.st_uid = till;
+    return exposure(QString::fromUtf8(path), status, reader);
+}
+
+TEST(Exposure, IsNoneWhereOnlyTheOwnerReads)
+{
+    for (const mode_t mode : {0600U, 0400U, 0700U, 0622U})
+        EXPECT_EQ(exposureOf(S_IFREG | mode), QString()) << std::oct << mode;
+}
+
+TEST(Exposure, IsNoneOfAPipe)
+{
+    EXPECT_EQ(exposureOf(S_IFIFO | 0644), QString());
+}
+
+TEST(Exposure, TellsTheModeAndTheCommandThatMendsIt)
+{
+    const QString expected =
+        QStringLiteral("/etc/frhost/password holds a password and has the mode %1, so others "
+                       "can read it. Run: chmod 600 /etc/frhost/password");
+    EXPECT_EQ(exposureOf(S_IFREG | 0644), expected.arg(QStringLiteral("0644")));
+    EXPECT_EQ(exposureOf(S_IFREG | 0640), expected.arg(QStringLiteral("0640")));
+    EXPECT_EQ(exposureOf(S_IFREG | 0604, root), expected.arg(QStringLiteral("0604")));
+}
+
+TEST(Exposure, KeepsTheFileReadableForWhoHasItFromTheGroup)
+{
+    EXPECT_TRUE(exposureOf(S_IFREG | 0640, other)
+                    .endsWith(QStringLiteral(
+                        "Run: chown 1001 /etc/frhost/password && chmod 600 /etc/frhost/password")));
+}
+
+TEST(Exposure, QuotesThePathForAShell)
+{
+    EXPECT_TRUE(exposureOf(S_IFREG | 0644, till, "it's a till; $(x)")
+                    .endsWith(QStringLiteral("Run: chmod 600 'it'\\''s a till; $(x)'")));
+}
+
+} // namespace

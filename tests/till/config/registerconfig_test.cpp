@@ -1,0 +1,230 @@
+#include "host/log/secrets.h"
+#include "hostcli/failure.h"
+#include "tests/support/qtprinters.h"
+#include "tests/support/textfile.h"
+#include "till/config/registerconfig.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace {
+
+using namespace frhost;
+
+class RegisterConfiguration : public testing::Test
+{
+protected:
+    [[nodiscard]] RegisterConfig read(const QByteArray& text) const
+    {
+        return readRegisterConfig(files.file("r.ini", text));
+    }
+    // The message without the folder.
+    [[nodiscard]] QString messageFor(const QByteArray& text) const
+    {
+        return messageOf<Failure>([&] { std::ignore = read(text); }).remove(files.path() + u'/');
+    }
+
+    TextFiles files;
+};
+
+TEST_F(RegisterConfiguration, HoldsSettingsWithTheirLinesAndOptions)
+{
+    const RegisterConfig config =
+        read("[register]\nurl = http://x\nrequestInterval = 300\n[driverOptions]\n0x10 = off\n4 = on\n");
+    ASSERT_EQ(config.settings.size(), 2);
+    EXPECT_EQ(config.settings[1].name, QStringLiteral("requestInterval"));
+    EXPECT_EQ(config.settings[1].value, QStringLiteral("300"));
+    EXPECT_EQ(config.settings[1].line, 3);
+    const hw::fr::DriverOptions expected{{hw::fr::Option::UseFn, false}, {hw::fr::Option::Bit2, true}};
+    EXPECT_EQ(config.driverOptions, expected);
+}
+
+TEST_F(RegisterConfiguration, TakesThePasswordFromAFileBesideIt)
+{
+    std::ignore = files.file("secret", "па роль, \"x\"; \r\nsecond line\n");
+    const RegisterConfig config = read("[register]\npasswordFile = secret\n");
+    ASSERT_EQ(config.settings.size(), 1);
+    EXPECT_EQ(config.settings[0].name, QStringLiteral("password"));
+    EXPECT_EQ(config.settings[0].value, QStringLiteral("па роль, \"x\"; "));
+}
+
+// A folder of credentials as the service manager provides it.
+class Credentials
+{
+public:
+    explicit Credentials(const QByteArray& password)
+    {
+        std::ignore = files.file("frhost.password", password);
+        qputenv("CREDENTIALS_DIRECTORY", files.path().toLocal8Bit());
+    }
+    ~Credentials() { qunsetenv("CREDENTIALS_DIRECTORY"); }
+    Q_DISABLE_COPY_MOVE(Credentials)
+
+    [[nodiscard]] QString path() const { return files.path(); }
+
+private:
+    TextFiles files;
+};
+
+TEST_F(RegisterConfiguration, TakesThePasswordFromACredentialWhereItNamesNone)
+{
+    const Credentials credentials("па роль ");
+    const RegisterConfig config = read("[register]\nurl = x\n");
+    ASSERT_EQ(config.settings.size(), 2);
+    EXPECT_EQ(config.settings[1].name, QStringLiteral("password"));
+    EXPECT_EQ(config.settings[1].value, QStringLiteral("па роль "));
+    EXPECT_EQ(config.warnings, QStringList());
+}
+
+TEST_F(RegisterConfiguration, GoesBeforeACredentialAndSaysSo)
+{
+    const Credentials credentials("from-the-credential");
+    std::ignore = files.file("secret", "from-the-file\n");
+    QFile::setPermissions(files.path() + QStringLiteral("/secret"), QFile::ReadOwner);
+    for (const char* text : {"[register]\npasswordFile = secret\n", "[register]\npassword = from-here\n"}) {
+        const RegisterConfig config = read(text);
+        ASSERT_EQ(config.settings.size(), 1);
+        EXPECT_NE(config.settings[0].value, QStringLiteral("from-the-credential"));
+        EXPECT_TRUE(config.warnings.contains(
+            config.file +
+            QStringLiteral(": the password is taken from here, not from the credential frhost.password")));
+    }
+}
+
+TEST_F(RegisterConfiguration, SaysWhatIsWrongWithACredential)
+{
+    const Credentials credentials("\n");
+    EXPECT_EQ(messageFor("[register]\nurl = x\n"),
+        credentials.path() + QStringLiteral("/frhost.password: no password in UTF-8 on the first line"));
+    QFile::remove(credentials.path() + QStringLiteral("/frhost.password"));
+    EXPECT_EQ(messageFor("[register]\nurl = x\n"), QString()) << "credentials for other programs";
+}
+
+TEST_F(RegisterConfiguration, WarnsOfEveryFileWithAPasswordThatOthersCanRead)
+{
+    const auto warned = [&](const QByteArray& text, int mode) {
+        const QString config = files.file("r.ini", text);
+        const QString secret = files.file("secret", "x\n");
+        for (const QString& file : {config, secret})
+            chmod(file.toLocal8Bit().constData(), static_cast<mode_t>(mode));
+        QStringList exposed;
+        for (const QString& warning : readRegisterConfig(config).warnings)
+            exposed << warning.section(u' ', 0, 0).section(u'/', -1);
+        return exposed;
+    };
+    const QByteArray noPassword = "[register]\nurl=x\n[transport]\nproxy=http://p:1\n";
+    const QByteArray ofProxy = "[transport]\nproxy=http://user:password@p:1\n";
+    const QByteArray ofAddress = "[register]\nurl=http://user:password@s/v4/\n";
+    EXPECT_EQ(warned("[register]\npassword=x\n", 0644), QStringList{QStringLiteral("r.ini")});
+    EXPECT_EQ(warned("[register]\npassword=x\n", 0600), QStringList());
+    EXPECT_EQ(warned("[register]\npasswordFile=secret\n", 0644), QStringList{QStringLiteral("secret")});
+    EXPECT_EQ(warned("[register]\npasswordFile=secret\n", 0600), QStringList());
+    EXPECT_EQ(warned(ofProxy, 0644), QStringList{QStringLiteral("r.ini")});
+    EXPECT_EQ(warned(ofAddress, 0644), QStringList{QStringLiteral("r.ini")});
+    EXPECT_EQ(warned(noPassword, 0644), QStringList());
+}
+
+TEST_F(RegisterConfiguration, IsNotReadBeyondAMebibyte)
+{
+    const QString tooLarge = QStringLiteral("%1: larger than 1 MiB");
+    EXPECT_EQ(messageFor(QByteArray(1024 * 1024 + 1, '#')), tooLarge.arg(QStringLiteral("r.ini")));
+    EXPECT_EQ(
+        messageFor("[register]\npasswordFile = /dev/zero\n"), tooLarge.arg(QStringLiteral("/dev/zero")));
+}
+
+TEST_F(RegisterConfiguration, TakesAFileOfAuthoritiesFromItsOwnFolder)
+{
+    EXPECT_EQ(
+        read("[transport]\ncaFile=ca.pem\n").transport.caFile, files.path() + QStringLiteral("/ca.pem"));
+    EXPECT_EQ(read("[transport]\ncaFile=\n").transport.caFile, QString()) << "the system's";
+}
+
+TEST_F(RegisterConfiguration, KeepsThePasswordOutOfEveryLogFromThenOn)
+{
+    const Credentials credentials("from-a-credential");
+    std::ignore = files.file("secret", "from-a-file\n");
+    for (const char* text : {"[register]\npassword = from-the-configuration\n",
+             "[register]\npasswordFile = secret\n", "[register]\n"}) {
+        secrets::clear();
+        const QString password = read(text).settings[0].value;
+        EXPECT_EQ(
+            secrets::masked(u'<' + password + u'>', secrets::Audience::Developer), QStringLiteral("<***>"));
+    }
+    secrets::clear();
+}
+
+TEST_F(RegisterConfiguration, HoldsHowTheServiceIsReached)
+{
+    const TransportOptions options =
+        read("[transport]\nconnectTimeout=1\nfirstByteTimeout=3600000\nstallTimeout=3\noverallTimeout=4\n"
+             "caFile=/ca.pem\nproxy=http://p:1\nuserAgent=till\n")
+            .transport;
+    EXPECT_EQ(options.connect.count(), 1);
+    EXPECT_EQ(options.firstByte.count(), 3600000);
+    EXPECT_EQ(options.stall.count(), 3);
+    EXPECT_EQ(options.overall.count(), 4);
+    EXPECT_EQ(options.caFile, QStringLiteral("/ca.pem"));
+    EXPECT_EQ(options.proxy, QStringLiteral("http://p:1"));
+    EXPECT_EQ(options.userAgent, QStringLiteral("till"));
+}
+
+TEST_F(RegisterConfiguration, RefusesATransportThatIsWrong)
+{
+    EXPECT_EQ(messageFor("[transport]\nconectTimeout=1\n"),
+        QStringLiteral("r.ini:2: unknown key \"conectTimeout\"; did you mean \"connectTimeout\"?"));
+    for (const char* value : {"", "0", "-1", "3600001", "99999999999", "5s"})
+        EXPECT_EQ(messageFor(QByteArray("[transport]\nstallTimeout=") + value + '\n'),
+            QStringLiteral("r.ini:2: stallTimeout takes 1 to 3600000 milliseconds"));
+}
+
+TEST_F(RegisterConfiguration, NamesFileAndLineOfWhatIsWrong)
+{
+    EXPECT_EQ(messageFor("[regster]\nurl=x\n"),
+        QStringLiteral("r.ini:2: unknown section [regster]; did you mean [register]?"));
+    EXPECT_EQ(messageFor("[register]\nurl\n").section(u':', 0, 1), QStringLiteral("r.ini:2"));
+}
+
+TEST_F(RegisterConfiguration, RefusesOptionsThatAreNone)
+{
+    EXPECT_EQ(messageFor("[driverOptions]\nuseFn=off\n"),
+        QStringLiteral("r.ini:2: \"useFn\" is no option; write it as 0x10 = off"));
+    EXPECT_EQ(messageFor("[driverOptions]\n0=off\n"),
+        QStringLiteral("r.ini:2: \"0\" is no option; write it as 0x10 = off"));
+    EXPECT_EQ(messageFor("[driverOptions]\n0x10=maybe\n"),
+        QStringLiteral("r.ini:2: option 0x10 takes \"on\" or \"off\""));
+}
+
+TEST_F(RegisterConfiguration, SaysWhichFileCannotBeRead)
+{
+    EXPECT_EQ(
+        messageOf<Failure>([] { std::ignore = readRegisterConfig(QStringLiteral("/nonexistent/r.ini")); }),
+        QStringLiteral("/nonexistent/r.ini: No such file or directory"));
+    EXPECT_EQ(
+        messageFor("[register]\npasswordFile=none\n"), QStringLiteral("none: No such file or directory"));
+    std::ignore = files.file("empty", "\n");
+    EXPECT_EQ(messageFor("[register]\npasswordFile=empty\n"),
+        QStringLiteral("empty: no password in UTF-8 on the first line"));
+}
+
+TEST_F(RegisterConfiguration, RefusesTwoPasswords)
+{
+    std::ignore = files.file("secret", "x\n");
+    EXPECT_EQ(messageFor("[register]\npassword=x\npasswordFile=secret\n"),
+        QStringLiteral("r.ini:3: give password or passwordFile, not both"));
+    EXPECT_EQ(messageFor("[register]\npasswordFile=secret\npassword=x\n"),
+        QStringLiteral("r.ini:3: give password or passwordFile, not both"));
+}
+
+TEST_F(RegisterConfiguration, SaysWhatIsMissingToReachTheService)
+{
+    EXPECT_EQ(messageOf<Failure>([] { requireConnection({}); }),
+        QStringLiteral("This command talks to the service: give a configuration with --config FILE."));
+    const QString message =
+        messageOf<Failure>([&] { requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\n")); });
+    EXPECT_TRUE(message.endsWith(QStringLiteral("section [register] lacks \"groupCode\"")))
+        << message.toStdString();
+    EXPECT_NO_THROW(requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\ngroupCode=g\n")));
+}
+
+} // namespace

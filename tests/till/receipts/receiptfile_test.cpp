@@ -1,0 +1,107 @@
+#include "hostcli/failure.h"
+#include "tests/support/qtprinters.h"
+#include "tests/support/textfile.h"
+#include "till/receipts/receiptfile.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <thread>
+
+namespace {
+
+using namespace frhost;
+
+QStringList readAll(ReceiptFile& file)
+{
+    QStringList all;
+    RawReceipt raw;
+    while (file.next(raw))
+        all << QStringLiteral("%1 %2").arg(
+            QString::number(raw.line), QString::fromUtf8(raw.text.simplified()));
+    return all;
+}
+
+class Receipts : public testing::Test
+{
+protected:
+    [[nodiscard]] QStringList read(const QByteArray& text) const
+    {
+        ReceiptFile file(files.file("receipts", text));
+        return readAll(file);
+    }
+    [[nodiscard]] QString messageFor(const QByteArray& text) const
+    {
+        return messageOf<Failure>([&] { std::ignore = read(text); }).remove(files.path() + u'/');
+    }
+
+    TextFiles files;
+};
+
+TEST_F(Receipts, AreOneObjectOverAsManyLinesAsItLikes)
+{
+    EXPECT_EQ(read("\n{\"a\": \"}\\\"{\",\n\n \"b\": [1\n]}\n \n"),
+        QStringList{QStringLiteral("2 {\"a\": \"}\\\"{\", \"b\": [1 ]}")});
+}
+
+TEST_F(Receipts, AreOneObjectALine)
+{
+    EXPECT_EQ(read("\xEF\xBB\xBF{\"a\":1}\r\n\n{\"b\":\n{\"c\":3}"),
+        (QStringList{
+            QStringLiteral("1 {\"a\":1}"), QStringLiteral("3 {\"b\":"), QStringLiteral("4 {\"c\":3}")}));
+}
+
+TEST_F(Receipts, AreNoneInAnEmptyFile)
+{
+    EXPECT_EQ(read(""), QStringList());
+    EXPECT_EQ(read("\n \n"), QStringList());
+}
+
+TEST_F(Receipts, MayNotFollowOneOnSeveralLines)
+{
+    EXPECT_EQ(messageFor("{\n}\n\n{\n}\n"),
+        QStringLiteral("receipts:4: nothing may follow a receipt on several lines; give each one line"));
+}
+
+TEST_F(Receipts, MayNotBeLargerThan16MiB)
+{
+    EXPECT_EQ(messageFor("{\"a\":\"" + QByteArray(17 * 1024 * 1024, 'x') + "\"}\n"),
+        QStringLiteral("receipts:1: a receipt may not be larger than 16 MiB"));
+    EXPECT_EQ(messageFor("{\n" + QByteArray("\"aaaaaaa\",\n").repeated(2 * 1024 * 1024) + "}\n"),
+        QStringLiteral("receipts:1: a receipt may not be larger than 16 MiB"));
+}
+
+TEST_F(Receipts, CanBeReadAgain)
+{
+    ReceiptFile file(files.file("receipts", "{\"a\":1}\n{\"b\":2}\n"));
+    const QStringList once = readAll(file);
+    file.rewind();
+    EXPECT_EQ(readAll(file), once);
+    EXPECT_EQ(once.size(), 2);
+}
+
+TEST_F(Receipts, FromAPipeCanBeReadAgainToo)
+{
+    const QString pipe = files.path() + QStringLiteral("/pipe");
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    std::thread writer([&] {
+        QFile end(pipe);
+        if (end.open(QIODevice::WriteOnly))
+            end.write("{\"a\":1}\n{\"b\":2}\n");
+    });
+    ReceiptFile file(pipe);
+    writer.join();
+    const QStringList once = readAll(file);
+    file.rewind();
+    EXPECT_EQ(readAll(file), once);
+    EXPECT_EQ(once.size(), 2);
+}
+
+TEST_F(Receipts, ThatCannotBeReadAreReported)
+{
+    EXPECT_EQ(messageOf<Failure>([] { ReceiptFile file(QStringLiteral("/nonexistent/a")); }),
+        QStringLiteral("/nonexistent/a: No such file or directory"));
+    EXPECT_FALSE(messageOf<Failure>([&] { ReceiptFile file(files.path()); }).isEmpty()) << "a folder";
+}
+
+} // namespace

@@ -1,0 +1,173 @@
+#include "tests/support/qtprinters.h"
+#include "till/receipts/receiptparser.h"
+
+#include <QFile>
+#include <QJsonArray>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace frhost;
+
+// A receipt on three lines whose one position holds `inner` on the second.
+QByteArray withPosition(const QByteArray& inner)
+{
+    return R"({"id":"a","payments":[],"positions":[)"
+           "\n{" +
+           inner + "}\n]}";
+}
+
+const QByteArray position = R"("name":"n","price":1,"quantity":1,"sum":1)";
+
+class Parser : public testing::Test
+{
+protected:
+    // "line pointer: rule"; empty for a good receipt.
+    [[nodiscard]] QString problem(const QByteArray& text) const
+    {
+        const auto parsed = parser.parse(text);
+        const auto* found = std::get_if<ReceiptProblem>(&parsed);
+        return found ? QStringLiteral("%1 %2: %3")
+                           .arg(QString::number(found->lineOffset), found->pointer, found->rule)
+                     : QString();
+    }
+    [[nodiscard]] QString rest(const QByteArray& text, const char* beginning) const
+    {
+        const QString whole = problem(text);
+        return whole.startsWith(QLatin1StringView(beginning)) ? QString::fromLatin1(beginning) : whole;
+    }
+
+    ReceiptParser parser;
+};
+
+TEST_F(Parser, TakesTheSmallestReceipt)
+{
+    EXPECT_EQ(problem(R"({"id":"a","positions":[],"payments":[]})"), QString());
+    EXPECT_EQ(problem(withPosition(position)), QString());
+}
+
+TEST_F(Parser, TakesEveryExample)
+{
+    for (const char* name : {"plain", "agent", "marked", "mixed"}) {
+        QFile file(QStringLiteral(EXAMPLES "/%1.json").arg(QString::fromLatin1(name)));
+        ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+        EXPECT_EQ(problem(file.readAll()), QString()) << name;
+    }
+}
+
+TEST_F(Parser, KeepsNumbersAndTextsAsTheyAre)
+{
+    const auto parsed = parser.parse(withPosition(
+        R"("name":"Молоко \"3,2 %\" \u0001","price":0.1,"quantity":99999.999,"sum":42949672.95,"taxCode":-2147483648)"));
+    const QJsonObject json =
+        std::get<QJsonObject>(parsed).value(QStringLiteral("positions")).toArray().at(0).toObject();
+    EXPECT_EQ(json.value(QStringLiteral("name")).toString(), QString::fromUtf8("Молоко \"3,2 %\" \x01"));
+    EXPECT_EQ(json.value(QStringLiteral("price")).toDouble(), 0.1);
+    EXPECT_EQ(json.value(QStringLiteral("quantity")).toDouble(), 99999.999);
+    EXPECT_EQ(json.value(QStringLiteral("sum")).toDouble(), 42949672.95);
+    EXPECT_EQ(json.value(QStringLiteral("taxCode")).toInt(), std::numeric_limits<int>::min());
+}
+
+TEST_F(Parser, TakesEveryWayToWriteANumber)
+{
+    const std::pair<const char*, double> numbers[] = {{"0e308", 0}, {"-0e-308", 0}, {"0.000e25", 0},
+        {"-0", 0}, {"1e-400", 0}, {"1E2", 100}, {"119.9", 119.9}, {"0.1e1", 1},
+        {"9007199254740993", 9007199254740993}, {"18446744073709551615", 18446744073709551615.0},
+        {"1.7976931348623157e308", 1.7976931348623157e308}, {"5e-324", 5e-324},
+        {"123456789012345678901234567890", 123456789012345678901234567890.0}};
+    for (const auto& [text, value] : numbers) {
+        const auto parsed = parser.parse(
+            withPosition(QByteArray(position).replace(R"("sum":1)", QByteArray(R"("sum":)") + text)));
+        ASSERT_TRUE(std::holds_alternative<QJsonObject>(parsed)) << text;
+        const QJsonObject json =
+            std::get<QJsonObject>(parsed).value(QStringLiteral("positions")).toArray().at(0).toObject();
+        EXPECT_EQ(json.value(QStringLiteral("sum")).toDouble(-1), value) << text;
+    }
+    EXPECT_EQ(problem(withPosition(position + ",\n\"taxCode\":1e309")),
+        QStringLiteral("2 : not JSON: Number too big to be stored in double."));
+}
+
+TEST_F(Parser, PassesOnIntegersWhateverTheirValue)
+{
+    EXPECT_EQ(
+        problem(withPosition(position + R"(,"taxCode":-1,"paymentMethod":99,"paymentObject":0)")), QString());
+}
+
+TEST_F(Parser, NamesTheLineThePointerAndTheNearestKeyOfAnUnknownOne)
+{
+    EXPECT_EQ(problem(withPosition(position + R"(,"taxcode":1)")),
+        QStringLiteral("1 /positions/0/taxcode: unknown key \"taxcode\"; did you mean \"taxCode\"?"));
+    EXPECT_EQ(problem("{\"id\":\"a\",\"positions\":[],\"payments\":[],\n\"sums\":1}"),
+        QStringLiteral("1 /sums: unknown key \"sums\"; did you mean \"id\"?"));
+    EXPECT_EQ(problem(withPosition(position + R"(,"requisites":[{"tag":1,"member":[]}])")),
+        QStringLiteral(
+            "1 /positions/0/requisites/0/member: unknown key \"member\"; did you mean \"members\"?"));
+}
+
+TEST_F(Parser, NamesTheRuleAndWhatIsExpected)
+{
+    EXPECT_EQ(problem(withPosition(R"("name":"n","price":"1","quantity":1,"sum":1)")),
+        QStringLiteral(
+            "1 /positions/0/price: Value type not permitted by 'type' constraint. Expected: Price of one "
+            "unit after discount, in roubles, a number."));
+    EXPECT_EQ(problem(withPosition(R"("name":"n","price":1,"quantity":1)")),
+        QStringLiteral("1 /positions/0: Missing required property 'sum'. Expected: One line of the receipt, "
+                       "an object."));
+    EXPECT_EQ(rest(R"({"positions":[],"payments":[]})", "0 : Missing required property 'id'."),
+        QStringLiteral("0 : Missing required property 'id'."));
+    EXPECT_EQ(rest("[]", "0 : Value type not permitted"), QStringLiteral("0 : Value type not permitted"));
+    EXPECT_EQ(rest(R"({"id":"","positions":[],"payments":[]})", "0 /id: String should be no fewer than 1"),
+        QStringLiteral("0 /id: String should be no fewer than 1"));
+}
+
+TEST_F(Parser, RefusesIntegersThatDoNotFitInto32BitsAndFractions)
+{
+    for (const char* value : {"2147483648", "-2147483649", "1e20", "1.5", "\"1\"", "true", "null"}) {
+        EXPECT_EQ(rest(withPosition(position + ",\"taxCode\":" + value), "1 /positions/0/taxCode: "),
+            QStringLiteral("1 /positions/0/taxCode: "));
+        EXPECT_EQ(rest(withPosition(position + ",\"requisites\":[{\"value\":1,\"tag\":" + value + "}]"),
+                      "1 /positions/0/requisites/0/tag: "),
+            QStringLiteral("1 /positions/0/requisites/0/tag: "));
+    }
+    for (const char* value : {"2147483648", "1.5", "true", "null", "[]"})
+        EXPECT_EQ(rest(withPosition(position + ",\"requisites\":[{\"tag\":1,\"value\":" + value + "}]"),
+                      "1 /positions/0/requisites/0/value: "),
+            QStringLiteral("1 /positions/0/requisites/0/value: "));
+}
+
+TEST_F(Parser, WantsEitherAValueOrMembersInARequisite)
+{
+    EXPECT_EQ(rest(withPosition(position + R"(,"requisites":[{"tag":1}])"),
+                  "1 /positions/0/requisites/0: Object should"),
+        QStringLiteral("1 /positions/0/requisites/0: Object should"));
+    EXPECT_EQ(rest(withPosition(position + R"(,"requisites":[{"tag":1,"value":1,"members":[]}])"),
+                  "1 /positions/0/requisites/0: Object should"),
+        QStringLiteral("1 /positions/0/requisites/0: Object should"));
+}
+
+TEST_F(Parser, RefusesAKeyThatStandsTwice)
+{
+    EXPECT_EQ(problem(withPosition(position + R"(,"sum":2)")),
+        QStringLiteral("1 /positions/0/sum: the key stands twice in one object"));
+    EXPECT_EQ(problem("{\"id\":\"a\",\"positions\":[],\"payments\":[],\n\n\"id\":\"b\"}"),
+        QStringLiteral("2 /id: the key stands twice in one object"));
+}
+
+TEST_F(Parser, RefusesWhatIsNotJson)
+{
+    EXPECT_EQ(rest("{\"id\":\"a\"\n\"x\"}", "1 : not JSON: "), QStringLiteral("1 : not JSON: "));
+    EXPECT_EQ(rest("{\"id\":\"\xFF\"}", "0 : not JSON: "), QStringLiteral("0 : not JSON: "));
+    EXPECT_EQ(rest("{}{}", "0 : not JSON: "), QStringLiteral("0 : not JSON: "));
+    EXPECT_EQ(rest("{\"id\":\"a\",\"price\":NaN}", "0 : not JSON: "), QStringLiteral("0 : not JSON: "));
+    EXPECT_EQ(rest("{\"id\":1e999}", "0 : not JSON: "), QStringLiteral("0 : not JSON: "));
+}
+
+TEST_F(Parser, RefusesExcessiveNesting)
+{
+    const QByteArray deep = QByteArray(100000, '[') + QByteArray(100000, ']');
+    EXPECT_EQ(problem(deep), QStringLiteral("0 : the receipt is nested too deeply"));
+    EXPECT_EQ(rest(QByteArray(100000, '['), "0 : not JSON: "), QStringLiteral("0 : not JSON: "));
+}
+
+} // namespace

@@ -1,0 +1,103 @@
+#include "hostcli/failure.h"
+#include "tests/support/qtprinters.h"
+#include "tests/support/textfile.h"
+#include "till/receipts/receiptqueue.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace frhost;
+
+QByteArray receipt(const char* id)
+{
+    return QByteArray(R"({"id":")") + id + R"(","positions":[],"payments":[]})" + '\n';
+}
+
+class Queue : public testing::Test
+{
+protected:
+    [[nodiscard]] QString messageFor(const QStringList& names) const
+    {
+        return messageOf<Failure>([&] { const ReceiptQueue queue(names); }).remove(files.path() + u'/');
+    }
+
+    TextFiles files;
+};
+
+TEST_F(Queue, HandsOutTheReceiptsOfAllFilesInOrder)
+{
+    ReceiptQueue queue({files.file("b", receipt("1") + receipt("2")), files.file("a", "\n" + receipt("3"))});
+    QStringList ids;
+    queue.forEach([&](const QueuedReceipt& queued) {
+        ids << QStringLiteral("%1:%2 %3")
+                   .arg(queued.file.section(u'/', -1), QString::number(queued.line),
+                       queued.receipt.document.getInternalIdentifier());
+        return true;
+    });
+    EXPECT_EQ(ids, (QStringList{QStringLiteral("b:1 1"), QStringLiteral("b:2 2"), QStringLiteral("a:2 3")}));
+    EXPECT_EQ(queue.count(), 3);
+}
+
+TEST_F(Queue, StopsWhenItIsTold)
+{
+    ReceiptQueue queue({files.file("a", receipt("1") + receipt("2")), files.file("b", receipt("3"))});
+    int handed = 0;
+    queue.forEach([&](const QueuedReceipt&) { return ++handed < 2; });
+    EXPECT_EQ(handed, 2);
+}
+
+TEST_F(Queue, NamesEveryWrongReceiptAndSaysThatNothingWasSent)
+{
+    const QString good = files.file("a", receipt("1"));
+    const QString bad = files.file("b", receipt("2") + "{\"id\":3}\n" + receipt("4") + "nonsense\n");
+    const QString message = messageFor({good, bad});
+    const QStringList lines = message.split(u'\n');
+    ASSERT_EQ(lines.size(), 3) << message.toStdString();
+    EXPECT_TRUE(lines[0].startsWith(QStringLiteral("b:2: /id: Value type not permitted")))
+        << lines[0].toStdString();
+    EXPECT_TRUE(lines[1].startsWith(QStringLiteral("b:4: not JSON: "))) << lines[1].toStdString();
+    EXPECT_EQ(lines[2], QStringLiteral("Nothing was sent. Correct the receipts and run the command again."));
+}
+
+TEST_F(Queue, NamesTheLineInsideAReceiptOnSeveralLines)
+{
+    const QString message =
+        messageFor({files.file("a", "\n{\"id\": \"1\",\n \"positions\": [],\n \"payments\": {}\n}\n")});
+    EXPECT_TRUE(message.startsWith(QStringLiteral("a:4: /payments: "))) << message.toStdString();
+}
+
+TEST_F(Queue, RefusesAnIdThatStandsTwice)
+{
+    const QString a = files.file("a", receipt("1") + receipt("2"));
+    const QString b = files.file("b", receipt("3") + receipt("1"));
+    EXPECT_EQ(messageFor({a, b}),
+        QStringLiteral(
+            "b:2: /id: the id stands at a:1 already; the service would take the second receipt for a "
+            "repeat of the first\nNothing was sent. Correct the receipts and run the command again."));
+}
+
+TEST_F(Queue, RefusesAFileWithoutReceipts)
+{
+    EXPECT_TRUE(messageFor({files.file("a", receipt("1")), files.file("b", "\n")})
+                    .startsWith(QStringLiteral("b: there is no receipt in it\n")));
+}
+
+TEST_F(Queue, NoticesAFileThatChangesBeforeItIsSent)
+{
+    const QString name = files.file("a", receipt("1") + receipt("2"));
+    ReceiptQueue queue({name});
+    std::ignore = files.file("a", receipt("1") + "nonsense\n");
+    int handed = 0;
+    const QString message = messageOf<Failure>([&] {
+        queue.forEach([&](const QueuedReceipt&) {
+            ++handed;
+            return true;
+        });
+    });
+    EXPECT_EQ(handed, 1);
+    EXPECT_EQ(
+        message, name + QStringLiteral(": the file has changed since it was checked; the rest was not sent"));
+}
+
+} // namespace

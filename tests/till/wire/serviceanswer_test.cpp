@@ -1,0 +1,72 @@
+#include "tests/support/qtprinters.h"
+#include "till/wire/serviceanswer.h"
+
+#include <QJsonDocument>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using frhost::readAnswer;
+using frhost::ServiceAnswer;
+
+ServiceAnswer answer(const char* json)
+{
+    return readAnswer(QJsonDocument::fromJson(json).toVariant());
+}
+
+TEST(ServiceAnswer, IsNoneWithoutAJsonObject)
+{
+    EXPECT_FALSE(readAnswer({}).arrived);
+    EXPECT_FALSE(answer("[1]").arrived);
+    EXPECT_FALSE(answer("{}").arrived);
+}
+
+TEST(ServiceAnswer, HoldsWhatTheServiceSaid)
+{
+    const ServiceAnswer given = answer(
+        R"({"uuid":"u","external_id":"e","status":"wait","error":{"code":33,"type":"system","text":"t"}})");
+    EXPECT_TRUE(given.arrived);
+    EXPECT_EQ(given.uuid, QStringLiteral("u"));
+    EXPECT_EQ(given.externalId, QStringLiteral("e"));
+    EXPECT_EQ(given.status, QStringLiteral("wait"));
+    EXPECT_EQ(given.errorCode, 33);
+    EXPECT_EQ(given.errorType, QStringLiteral("system"));
+    EXPECT_EQ(given.errorText, QStringLiteral("t"));
+}
+
+TEST(ServiceAnswer, HasNoCodeWithoutAnErrorOrWithAnErrorThatHasNone)
+{
+    EXPECT_EQ(answer(R"({"error":null})").errorCode, std::nullopt);
+    EXPECT_EQ(answer(R"({"error":{"text":"t"}})").errorCode, std::nullopt);
+}
+
+TEST(ServiceAnswer, SaysFailedOnlyWhereTheDocumentItselfFailed)
+{
+    struct Row
+    {
+        const char* json;
+        bool failed;
+    };
+    const Row rows[] = {
+        {R"({"status":"fail","error":null})", true},
+        {R"({"status":"fail","error":{"code":502,"type":"driver"}})", true},
+        {R"({"status":"fail","error":{"code":11,"type":"driver"}})", true},
+        {R"({"status":"fail","error":{"code":34,"type":"driver"}})", true},
+        {R"({"status":"fail","error":{"code":2005,"type":"agent"}})", true},
+        {R"({"status":"fail","error":{"code":1,"type":"timeout"}})", true},
+        {R"({"status":"fail","uuid":"u","error":{"code":32,"type":"system"}})", true},
+        {R"({"status":"fail","external_id":"e","error":{"code":0,"type":"unknown"}})", true},
+        {R"({"status":"fail","error":{"code":11,"type":"system"}})", false},
+        {R"({"status":"fail","uuid":"u","error":{"code":11,"type":"system"}})", false},
+        {R"({"status":"fail","error":{"code":30,"type":"system"}})", false},
+        {R"({"status":"fail","error":{"code":429,"type":"system"}})", false},
+        {R"({"status":"wait","error":{"code":502,"type":"driver"}})", false},
+        {R"({"status":"done","error":null})", false},
+        {R"({"status":"FAIL","error":null})", false},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(answer(row.json).saysFailed(), row.failed) << row.json;
+}
+
+} // namespace

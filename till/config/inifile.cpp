@@ -1,0 +1,65 @@
+#include "till/config/inifile.h"
+
+#include "hostcli/failure.h"
+#include "till/text.h"
+
+#include <QSet>
+#include <QStringDecoder>
+#include <QStringList>
+
+#include <utility>
+
+namespace frhost {
+
+namespace {
+
+QString decoded(const QByteArray& text, const QString& fileName)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    QString content = decoder(text);
+    if (decoder.hasError())
+        throw Failure(ExitCode::Usage, Text::tr("%1: the file is not in UTF-8").arg(fileName));
+    return content;
+}
+
+} // namespace
+
+QList<IniEntry> parseIni(const QByteArray& text, const QString& fileName)
+{
+    QList<IniEntry> entries;
+    QSet<std::pair<QString, QString>> seen;
+    QString section;
+    int number = 0;
+    const auto fail = [&](const QString& what) {
+        throw Failure(
+            ExitCode::Usage, QStringLiteral("%1:%2: %3").arg(fileName, QString::number(number), what));
+    };
+
+    for (const QString& raw : decoded(text, fileName).split(u'\n')) {
+        ++number;
+        const QString line = raw.trimmed();
+        if (line.isEmpty() || line.startsWith(u'#') || line.startsWith(u';'))
+            continue;
+        if (line.startsWith(u'[')) {
+            if (!line.endsWith(u']'))
+                fail(Text::tr("the section name has no closing \"]\""));
+            section = line.sliced(1, line.size() - 2).trimmed();
+            continue;
+        }
+        const qsizetype equals = line.indexOf(u'=');
+        // The line itself is not shown: it may be a password that lost its key.
+        if (equals <= 0)
+            fail(Text::tr("expected \"key = value\", a [section] or a # comment"));
+        if (section.isEmpty())
+            fail(Text::tr("the key stands before the first [section]"));
+        const IniEntry entry{
+            section, line.first(equals).trimmed(), line.sliced(equals + 1).trimmed(), number};
+        if (seen.contains({section, entry.key}))
+            fail(Text::tr("the key \"%1\" is given twice").arg(entry.key));
+        seen.insert({section, entry.key});
+        entries << entry;
+    }
+    return entries;
+}
+
+} // namespace frhost

@@ -1,0 +1,235 @@
+#include "till/config/registerconfig.h"
+
+#include "host/log/secrets.h"
+#include "hostcli/failure.h"
+#include "till/config/exposure.h"
+#include "till/config/inifile.h"
+#include "till/config/nearestname.h"
+#include "till/text.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <unistd.h>
+
+namespace frhost {
+
+namespace {
+
+const QString registerSection = QStringLiteral("register");
+const QString optionSection = QStringLiteral("driverOptions");
+const QString transportSection = QStringLiteral("transport");
+constexpr int longestTimeout = 3600000;
+const QString passwordKey = QStringLiteral("password");
+const QString passwordFileKey = QStringLiteral("passwordFile");
+const QString caFileKey = QStringLiteral("caFile");
+const QString credential = QStringLiteral("frhost.password");
+constexpr qint64 largestFile = 1024 * 1024;
+
+[[noreturn]] void fail(const QString& file, int line, const QString& what)
+{
+    throw Failure(ExitCode::Usage, QStringLiteral("%1:%2: %3").arg(file, QString::number(line), what));
+}
+
+struct Content
+{
+    QByteArray bytes;
+    // Why a password should not stand there; empty when it may.
+    QString exposure;
+};
+
+Content readAll(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        throw Failure(ExitCode::Usage, Text::tr("%1: %2").arg(path, file.errorString()));
+    struct stat status = {};
+    fstat(file.handle(), &status);
+    const QByteArray bytes = file.read(largestFile + 1);
+    if (file.error() != QFileDevice::NoError)
+        throw Failure(ExitCode::Usage, Text::tr("%1: %2").arg(path, file.errorString()));
+    if (bytes.size() > largestFile)
+        throw Failure(ExitCode::Usage, Text::tr("%1: larger than 1 MiB").arg(path));
+    return {bytes, exposure(path, status, geteuid())};
+}
+
+// Everything up to the first line break, blanks included: they may belong to the password.
+QString firstLine(QByteArray content, const QString& path)
+{
+    if (const qsizetype end = content.indexOf('\n'); end >= 0)
+        content.truncate(end);
+    if (content.endsWith('\r'))
+        content.chop(1);
+    QStringDecoder decoder(QStringDecoder::Utf8);
+    QString password = decoder(content);
+    if (decoder.hasError() || password.isEmpty())
+        throw Failure(ExitCode::Usage, Text::tr("%1: no password in UTF-8 on the first line").arg(path));
+    return password;
+}
+
+QString besideConfig(const RegisterConfig& config, const QString& path)
+{
+    return QFileInfo(config.file).absoluteDir().absoluteFilePath(path);
+}
+
+QString readPasswordFile(RegisterConfig& config, const QString& name)
+{
+    const QString path = besideConfig(config, name);
+    const Content content = readAll(path);
+    if (!content.exposure.isEmpty())
+        config.warnings << content.exposure;
+    return firstLine(content.bytes, path);
+}
+
+void addPassword(RegisterConfig& config, const QString& password, int line)
+{
+    secrets::addCredential(password);
+    config.settings << Setting{passwordKey, password, line};
+}
+
+// The service manager looks after the credential's mode.
+void takeCredential(RegisterConfig& config)
+{
+    const QString folder = qEnvironmentVariable("CREDENTIALS_DIRECTORY");
+    const QString path = QDir(folder).filePath(credential);
+    if (folder.isEmpty() || !QFileInfo::exists(path))
+        return;
+    if (config.has(passwordKey))
+        config.warnings << Text::tr("%1: the password is taken from here, not from the credential %2")
+                               .arg(config.file, credential);
+    else
+        addPassword(config, firstLine(readAll(path).bytes, path), 0);
+}
+
+// Whether the configuration itself holds a password: the register's, or one in an address.
+bool holdsPassword(const QList<IniEntry>& entries)
+{
+    return std::any_of(entries.begin(), entries.end(), [](const IniEntry& entry) {
+        const bool isAddress = entry.key == QStringLiteral("proxy") || entry.key == QStringLiteral("url");
+        return entry.key == passwordKey || (isAddress && entry.value.contains(u'@'));
+    });
+}
+
+void addOption(RegisterConfig& config, const IniEntry& entry)
+{
+    bool isNumber = false;
+    const quint64 bits = entry.key.toULongLong(&isNumber, 0);
+    if (!isNumber || bits == 0)
+        fail(config.file, entry.line, Text::tr("\"%1\" is no option; write it as 0x10 = off").arg(entry.key));
+    const QString value = entry.value.toLower();
+    if (value != QStringLiteral("on") && value != QStringLiteral("off"))
+        fail(config.file, entry.line, Text::tr("option %1 takes \"on\" or \"off\"").arg(entry.key));
+    config.driverOptions.insert(static_cast<hw::fr::Option>(bits), value == QStringLiteral("on"));
+}
+
+struct TransportTime
+{
+    const char* key;
+    std::chrono::milliseconds TransportOptions::*member;
+};
+
+constexpr TransportTime transportTimes[] = {
+    {"connectTimeout", &TransportOptions::connect},
+    {"firstByteTimeout", &TransportOptions::firstByte},
+    {"stallTimeout", &TransportOptions::stall},
+    {"overallTimeout", &TransportOptions::overall},
+};
+
+struct TransportText
+{
+    const char* key;
+    QString TransportOptions::*member;
+};
+
+constexpr TransportText transportTexts[] = {
+    {"caFile", &TransportOptions::caFile},
+    {"proxy", &TransportOptions::proxy},
+    {"userAgent", &TransportOptions::userAgent},
+};
+
+void addTransport(RegisterConfig& config, const IniEntry& entry)
+{
+    QStringList known;
+    for (const auto& [key, member] : transportTimes) {
+        known << QString::fromLatin1(key);
+        if (entry.key != known.last())
+            continue;
+        bool isNumber = false;
+        const int milliseconds = entry.value.toInt(&isNumber);
+        if (!isNumber || milliseconds < 1 || milliseconds > longestTimeout)
+            fail(config.file, entry.line,
+                Text::tr("%1 takes 1 to %2 milliseconds").arg(entry.key, QString::number(longestTimeout)));
+        config.transport.*member = std::chrono::milliseconds(milliseconds);
+        return;
+    }
+    for (const auto& [key, member] : transportTexts) {
+        known << QString::fromLatin1(key);
+        if (entry.key != known.last())
+            continue;
+        const bool isPath = entry.key == caFileKey && !entry.value.isEmpty();
+        config.transport.*member = isPath ? besideConfig(config, entry.value) : entry.value;
+        return;
+    }
+    fail(config.file, entry.line,
+        Text::tr("unknown key \"%1\"; did you mean \"%2\"?").arg(entry.key, nearestName(entry.key, known)));
+}
+
+} // namespace
+
+bool RegisterConfig::has(const QString& name) const
+{
+    return std::any_of(
+        settings.begin(), settings.end(), [&](const Setting& setting) { return setting.name == name; });
+}
+
+RegisterConfig readRegisterConfig(const QString& file)
+{
+    RegisterConfig config;
+    config.file = file;
+    const Content content = readAll(file);
+    const QList<IniEntry> entries = parseIni(content.bytes, file);
+    if (!content.exposure.isEmpty() && holdsPassword(entries))
+        config.warnings << content.exposure;
+    for (const IniEntry& entry : entries) {
+        if (entry.section == optionSection) {
+            addOption(config, entry);
+            continue;
+        }
+        if (entry.section == transportSection) {
+            addTransport(config, entry);
+            continue;
+        }
+        if (entry.section != registerSection)
+            fail(file, entry.line,
+                Text::tr("unknown section [%1]; did you mean [%2]?")
+                    .arg(entry.section,
+                        nearestName(entry.section, {registerSection, optionSection, transportSection})));
+        const bool fromFile = entry.key == passwordFileKey;
+        const QString name = fromFile ? passwordKey : entry.key;
+        if (config.has(name))
+            fail(file, entry.line, Text::tr("give password or passwordFile, not both"));
+        if (name == passwordKey)
+            addPassword(config, fromFile ? readPasswordFile(config, entry.value) : entry.value, entry.line);
+        else
+            config.settings << Setting{name, entry.value, entry.line};
+    }
+    takeCredential(config);
+    return config;
+}
+
+void requireConnection(const RegisterConfig& config)
+{
+    if (config.file.isEmpty())
+        throw Failure(ExitCode::Usage,
+            Text::tr("This command talks to the service: give a configuration with --config FILE."));
+    for (const char* name : {"url", "login", "password", "groupCode"}) {
+        if (!config.has(QString::fromLatin1(name)))
+            throw Failure(ExitCode::Usage,
+                Text::tr("%1: section [register] lacks \"%2\"").arg(config.file, QString::fromLatin1(name)));
+    }
+}
+
+} // namespace frhost

@@ -1,0 +1,50 @@
+#pragma once
+
+#include "host/records/driveroptions.h"
+#include "host/transport/transportoptions.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+namespace frhost {
+
+/// One setting of a register as the configuration gives it.
+struct Setting
+{
+    /// The device's property name.
+    QString name;
+    QString value;
+    /// Where it stands in the configuration file, counted from 1.
+    int line = 0;
+};
+
+/// What a configuration file holds. Whether the device knows the settings is decided when they are written
+/// to it.
+struct RegisterConfig
+{
+    /// The configuration file; empty when there is none.
+    QString file;
+    QList<Setting> settings;
+    hw::fr::DriverOptions driverOptions;
+    /// How the service is reached; the defaults where the file says nothing.
+    TransportOptions transport;
+    /// What the user should know though it does not keep the configuration from being used.
+    QStringList warnings;
+
+    [[nodiscard]] bool has(const QString& name) const;
+};
+
+/// Reads a configuration file. `passwordFile` is replaced by a `password` with that file's first line; where
+/// neither is given, the credential `frhost.password` of $CREDENTIALS_DIRECTORY is the password, if there is
+/// one. Relative paths are taken from the configuration's folder. Files larger than 1 MiB are refused.
+///
+/// A file with a password that others can read is a warning, and so is a credential that is not used.
+///
+/// Throws Failure (usage) that names the file and the line.
+[[nodiscard]] RegisterConfig readRegisterConfig(const QString& file);
+
+/// Throws Failure (usage) unless all settings are there without which the service cannot be asked anything.
+void requireConnection(const RegisterConfig& config);
+
+} // namespace frhost

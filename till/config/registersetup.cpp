@@ -1,0 +1,133 @@
+#include "till/config/registersetup.h"
+
+#include "hostcli/failure.h"
+#include "till/config/nearestname.h"
+#include "till/text.h"
+
+#include <QMetaClassInfo>
+#include <QStringList>
+#include <QVariant>
+
+namespace frhost {
+
+namespace {
+
+QStringList settableNames(const QObject& device)
+{
+    QStringList names;
+    for (const QMetaProperty& property : deviceProperties(device)) {
+        const QString name = QString::fromLatin1(property.name());
+        if (property.isReadable() && property.isWritable() && !isUnused(device, name))
+            names << name;
+    }
+    return names;
+}
+
+QVariant parsedBool(const QString& text)
+{
+    const QString value = text.toLower();
+    if (value == QStringLiteral("on") || value == QStringLiteral("true") || value == QStringLiteral("1"))
+        return true;
+    if (value == QStringLiteral("off") || value == QStringLiteral("false") || value == QStringLiteral("0"))
+        return false;
+    return {};
+}
+
+// The text as a value of the property's type; invalid when it is none.
+QVariant parsed(const QString& text, const QMetaType& type)
+{
+    bool isNumber = false;
+    switch (type.id()) {
+    case QMetaType::QString:
+        return text;
+    case QMetaType::Int: {
+        const int value = text.toInt(&isNumber);
+        return isNumber ? QVariant(value) : QVariant();
+    }
+    case QMetaType::UInt: {
+        const uint value = text.toUInt(&isNumber);
+        return isNumber ? QVariant(value) : QVariant();
+    }
+    case QMetaType::Bool:
+        return parsedBool(text);
+    default:
+        return {};
+    }
+}
+
+QString withHint(const QString& message, const QString& hint)
+{
+    return hint.isEmpty() ? message : message + QStringLiteral(". ") + hint;
+}
+
+void write(QObject& device, const QString& name, const QString& text)
+{
+    const int index = device.metaObject()->indexOfProperty(name.toLatin1().constData());
+    const QMetaProperty property = device.metaObject()->property(index);
+    const QString hint = classInfo(device, name + QStringLiteral(":info"));
+    const QVariant wanted = parsed(text, property.metaType());
+    if (!wanted.isValid())
+        throw Failure(ExitCode::Usage,
+            withHint(
+                Text::tr("%1 takes a value of type %2").arg(name, QString::fromLatin1(property.typeName())),
+                hint));
+    const QVariant before = property.read(&device);
+    property.write(&device, wanted);
+    const QVariant after = property.read(&device);
+    // A device may tidy a value up (a closing slash); one that it refused is still the old one.
+    if (after != wanted && after == before)
+        throw Failure(
+            ExitCode::Usage, withHint(Text::tr("the register refused the value of %1").arg(name), hint));
+}
+
+void apply(QObject& device, const Setting& setting, const QStringList& known)
+{
+    if (isUnused(device, setting.name))
+        throw Failure(ExitCode::Usage, Text::tr("the register does not use \"%1\"").arg(setting.name));
+    if (!known.contains(setting.name))
+        throw Failure(ExitCode::Usage, Text::tr("unknown key \"%1\"; did you mean \"%2\"?")
+                                           .arg(setting.name, nearestName(setting.name, known)));
+    write(device, setting.name, setting.value);
+}
+
+} // namespace
+
+QList<QMetaProperty> deviceProperties(const QObject& device)
+{
+    QList<QMetaProperty> properties;
+    const QMetaObject* meta = device.metaObject();
+    for (int i = QObject::staticMetaObject.propertyCount(); i < meta->propertyCount(); ++i)
+        properties << meta->property(i);
+    return properties;
+}
+
+bool isUnused(const QObject& device, const QString& property)
+{
+    return device.property("unusedProps").toStringList().contains(property);
+}
+
+QString classInfo(const QObject& device, const QString& key)
+{
+    const int index = device.metaObject()->indexOfClassInfo(key.toUtf8().constData());
+    return index < 0 ? QString() : QString::fromUtf8(device.metaObject()->classInfo(index).value());
+}
+
+void configure(QObject& device, const RegisterConfig& config)
+{
+    const QStringList known = settableNames(device);
+    for (const Setting& setting : config.settings) {
+        try {
+            apply(device, setting, known);
+        } catch (const Failure& failure) {
+            throw Failure(
+                failure.code(), QStringLiteral("%1:%2: %3")
+                                    .arg(config.file, QString::number(setting.line), failure.message()));
+        }
+    }
+    if (!config.driverOptions.isEmpty() &&
+        !device.setProperty("driverOptions", QVariant::fromValue(config.driverOptions)))
+        throw Failure(
+            ExitCode::Usage, Text::tr("%1: the register takes no [driverOptions]").arg(config.file));
+}
+
+} // namespace frhost

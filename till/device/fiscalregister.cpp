@@ -1,0 +1,57 @@
+#include "till/device/fiscalregister.h"
+
+#include "host/abstractfiscalregister.h"
+#include "host/abstractfrdriver.h"
+#include "host/vposfrdriver.h"
+#include "hostcli/failure.h"
+#include "till/text.h"
+
+#include <QMetaObject>
+#include <QVariant>
+
+namespace frhost {
+
+namespace {
+
+[[noreturn]] void fail(const QPluginLoader& loader, const QString& what)
+{
+    throw Failure(ExitCode::Usage, QStringLiteral("%1: %2").arg(loader.fileName(), what));
+}
+
+} // namespace
+
+FiscalRegister::FiscalRegister(const PluginFile& plugin)
+    : loader(plugin.path)
+{
+    QObject* factory = loader.instance();
+    if (!factory)
+        fail(loader, loader.errorString());
+    QVariant made;
+    if (!QMetaObject::invokeMethod(factory, "getObject", Qt::DirectConnection, Q_RETURN_ARG(QVariant, made)))
+        fail(loader, Text::tr("the factory has no slot getObject"));
+    object.reset(made.value<QObject*>());
+    interface = qobject_cast<hw::AbstractFiscalRegister*>(object.get());
+    if (!interface)
+        fail(loader, Text::tr("the factory gave no fiscal register"));
+}
+
+FiscalRegister::~FiscalRegister() = default;
+
+void FiscalRegister::init()
+{
+    if (!QMetaObject::invokeMethod(object.get(), "init", Qt::DirectConnection))
+        fail(loader, Text::tr("the register has no slot init"));
+    legacyDriver = interface->getLegacyDriver();
+    if (!legacyDriver)
+        fail(loader, Text::tr("the register has no driver after init"));
+    cloudDriver = dynamic_cast<VposFrDriver*>(legacyDriver);
+    if (!cloudDriver)
+        fail(loader, Text::tr("the driver is not one of a register behind a web service"));
+}
+
+std::chrono::milliseconds FiscalRegister::requestInterval() const
+{
+    return std::chrono::milliseconds(object->property("requestInterval").toInt());
+}
+
+} // namespace frhost

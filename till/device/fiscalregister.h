@@ -1,0 +1,53 @@
+#pragma once
+
+#include "till/device/plugindiscovery.h"
+
+#include <QObject>
+#include <QPluginLoader>
+
+#include <chrono>
+#include <memory>
+
+class AbstractFrDriver;
+class VposFrDriver;
+
+namespace hw {
+class AbstractFiscalRegister;
+}
+
+namespace frhost {
+
+/// One register of a loaded plugin: the device object and, once initialised, its driver.
+///
+/// Everything here throws Failure (usage) when the plugin does not keep the host's contract.
+class FiscalRegister
+{
+public:
+    /// Loads the plugin and takes a device object from its factory.
+    explicit FiscalRegister(const PluginFile& plugin);
+    ~FiscalRegister();
+    Q_DISABLE_COPY_MOVE(FiscalRegister)
+
+    /// The device object; its properties are the register's settings.
+    [[nodiscard]] QObject& device() const { return *object; }
+
+    /// Creates the driver. Call once, after the settings have been written.
+    void init();
+
+    /// The driver; only after init().
+    [[nodiscard]] AbstractFrDriver& driver() { return *legacyDriver; }
+    /// What the driver offers as a register behind a web service; only after init().
+    [[nodiscard]] VposFrDriver& service() { return *cloudDriver; }
+
+    /// Pause between two questions about a document.
+    [[nodiscard]] std::chrono::milliseconds requestInterval() const;
+
+private:
+    QPluginLoader loader;
+    std::unique_ptr<QObject> object;
+    hw::AbstractFiscalRegister* interface = nullptr;
+    AbstractFrDriver* legacyDriver = nullptr;
+    VposFrDriver* cloudDriver = nullptr;
+};
+
+} // namespace frhost

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "host/records/fdrequisite.h"
+#include "host/records/fiscaldocument.h"
+#include "host/records/frpayment.h"
+#include "host/records/frposition.h"
+
+#include <QJsonObject>
+#include <QList>
+
+namespace frhost {
+
+/// A receipt in the host's records.
+struct Receipt
+{
+    FiscalDocument document;
+    QList<FdRequisite> requisites;
+    QList<FrPosition> positions;
+    QList<FrPayment> payments;
+
+    /// What is paid, in roubles.
+    [[nodiscard]] double total() const;
+    /// The taxation system (tag 1055); 0 when the receipt names none.
+    [[nodiscard]] int taxSystem() const;
+};
+
+/// Converts a receipt that has passed the schema.
+[[nodiscard]] Receipt toReceipt(const QJsonObject& json);
+
+} // namespace frhost

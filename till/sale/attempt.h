@@ -1,0 +1,17 @@
+#pragma once
+
+#include "till/sale/receiptresult.h"
+
+#include <exception>
+#include <functional>
+#include <optional>
+
+namespace frhost {
+
+/// Describes a caught exception: its class name and, for one of the host's, the Russian text.
+[[nodiscard]] ErrorInfo describe(const std::exception& exception);
+
+/// Carries out an action; returns what it threw, nothing when it threw nothing.
+[[nodiscard]] std::optional<ErrorInfo> attempt(const std::function<void()>& action);
+
+} // namespace frhost

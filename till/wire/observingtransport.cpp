@@ -1,0 +1,57 @@
+#include "till/wire/observingtransport.h"
+
+#include "host/exceptions.h"
+#include "till/text.h"
+
+namespace frhost {
+
+void ObservingTransport::startReceipt()
+{
+    const auto lock = hold();
+    exchange = {};
+}
+
+bool ObservingTransport::get(const QUrl& url, const QJsonDocument& document, const Headers& headers)
+{
+    if (exchange.status.saysFailed())
+        throw FrWorkWithServiceException(Text::tr("The service could not register the receipt"));
+    carriesReceipt = false;
+    forget(exchange.status);
+    const bool arrived = RestClient::get(url, document, headers);
+    note(exchange.status);
+    return arrived;
+}
+
+bool ObservingTransport::post(const QUrl& url, const QByteArray& body, const Headers& headers)
+{
+    carriesReceipt = !url.path().endsWith(QStringLiteral("/getToken"));
+    ServiceAnswer& into = carriesReceipt ? exchange.registration : exchange.token;
+    forget(into);
+    const bool arrived = RestClient::post(url, body, headers);
+    note(into);
+    return arrived;
+}
+
+void ObservingTransport::sending()
+{
+    const auto lock = hold();
+    if (carriesReceipt)
+        exchange.receiptSent = true;
+}
+
+void ObservingTransport::forget(ServiceAnswer& answer)
+{
+    const auto lock = hold();
+    answer = {};
+}
+
+void ObservingTransport::note(ServiceAnswer& into)
+{
+    const ServiceAnswer answer = readAnswer(getResponseData());
+    const auto lock = hold();
+    into = answer;
+    exchange.lastErrorCode = into.errorCode;
+    exchange.lastAnswered = into.arrived;
+}
+
+} // namespace frhost
