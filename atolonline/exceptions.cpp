@@ -1,5 +1,7 @@
 #include "atolonline/exceptions.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace atolonline {
 
 Exception::Exception(const QString& text)
@@ -10,21 +12,21 @@ Exception::Exception(const QString& text)
 Exception::~Exception() = default;
 
 TokenExpired::TokenExpired()
-    : Exception(QStringLiteral("Срок действия токена истёк"))
+    : Exception(u"Срок действия токена истёк"_s)
 {
 }
 
 TokenExpired::~TokenExpired() = default;
 
 DocumentExists::DocumentExists()
-    : Exception(QStringLiteral("Документ с переданным идентификатором уже существует"))
+    : Exception(u"Документ с переданным идентификатором уже существует"_s)
 {
 }
 
 DocumentExists::~DocumentExists() = default;
 
 DocumentInProgress::DocumentInProgress()
-    : Exception(QStringLiteral("Документ еще не обработан"))
+    : Exception(u"Документ еще не обработан"_s)
 {
 }
 

@@ -5,6 +5,8 @@
 
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // Never freed: the device object and the host may read the driver's settings after the driver is gone.
@@ -29,7 +31,7 @@ BasicFrDriver::BasicFrDriver(
     AbstractSerialDriver* serialPort, const QString& loggerName, BasicFrSettings* frSettings)
     : port(serialPort)
     , settings(frSettings ? frSettings : newDefaultSettings())
-    , logger(Log4Qt::LogManager::logger(QStringLiteral("frdriver"), loggerName))
+    , logger(Log4Qt::LogManager::logger(u"frdriver"_s, loggerName))
     , deviceInfo(QString(), QString())
 {
     setOption(hw::fr::Option::Bit2, true);

@@ -4,23 +4,25 @@
 #include "host/exceptions.h"
 #include "host/log/log4qt.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int attemptsWithoutSpeed = 3;
 
 QString noPort()
 {
-    return QStringLiteral("Ошибка инициализации драйвера порта");
+    return u"Ошибка инициализации драйвера порта"_s;
 }
 
 FrNoConnectionException noLink()
 {
-    return FrNoConnectionException(QStringLiteral("Нет связи"));
+    return FrNoConnectionException(u"Нет связи"_s);
 }
 
 FrNoConnectionException noAnswer()
 {
-    return FrNoConnectionException(QStringLiteral("Нет связи с ФР"));
+    return FrNoConnectionException(u"Нет связи с ФР"_s);
 }
 
 // Asks twice whatever the first answer is, so that the number of questions does not depend on the kind.
@@ -138,7 +140,7 @@ void BasicFrDriver::isPortReady() const
     if (!port)
         throw FrNoConnectionException(noPort());
     if (portClosed)
-        throw FrNoConnectionException(QStringLiteral("Необходимо открыть порт"));
+        throw FrNoConnectionException(u"Необходимо открыть порт"_s);
 }
 
 void BasicFrDriver::setConnection() {}

@@ -7,6 +7,8 @@
 
 #include <cstdlib>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -16,7 +18,7 @@ const InputFile& folder()
 {
     static const InputFile input;
     static const bool filled = [] {
-        QFile password(input.path() + QStringLiteral("/password"));
+        QFile password(input.path() + u"/password"_s);
         return password.open(QIODevice::WriteOnly) && password.write("secret\n") > 0;
     }();
     if (!filled)

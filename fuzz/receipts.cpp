@@ -14,6 +14,8 @@
 #include <cstdlib>
 #include <tuple>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -40,7 +42,7 @@ void compose(const QJsonObject& json)
         return;
     }
     const QJsonObject sent = QJsonDocument::fromJson(transport.takeBody()).object();
-    require(sent.value(QStringLiteral("external_id")) == json.value(QStringLiteral("id")));
+    require(sent.value(u"external_id"_s) == json.value(u"id"_s));
 }
 
 // Reads all receipts; what the file can be, it is at the second time too.

@@ -12,6 +12,8 @@
 #include <functional>
 #include <tuple>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 class RestlessDriver : public AtolOnlineFRDriver
@@ -32,7 +34,7 @@ void converse(const QList<QByteArray>& answers, const std::function<void(Restles
     RestlessDriver driver(&settings);
     try {
         driver.checkOpen(FiscalDocument());
-        driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("buyer@example.com")));
+        driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, u"buyer@example.com"_s));
         driver.setRequisite(FdRequisite(EFrDriver::AppliedTaxSystem, 1));
         driver.checkAddPosition(FrPosition());
         driver.checkPay(FrPayment(1, 10));
@@ -59,6 +61,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     converse({body, body}, [&](RestlessDriver& driver) { driver.checkClose(document); });
     converse({queued, body, body}, [&](RestlessDriver& driver) { driver.checkClose(document); });
     converse({body, body}, [&](RestlessDriver& driver) { std::ignore = driver.documentClose(document); });
-    converse({body}, [](RestlessDriver& driver) { driver.getDocumentInfo(QStringLiteral("U")); });
+    converse({body}, [](RestlessDriver& driver) { driver.getDocumentInfo(u"U"_s); });
     return 0;
 }

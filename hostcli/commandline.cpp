@@ -12,6 +12,8 @@
 #include <string>
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -53,7 +55,7 @@ constexpr CommandInfo commands[] = {
 
 std::string described(const CommandInfo& info)
 {
-    return (Text::tr("Example:\n  %1").arg(QString::fromLatin1(info.example)) + QStringLiteral("\n\n") +
+    return (Text::tr("Example:\n  %1").arg(QString::fromLatin1(info.example)) + u"\n\n"_s +
             Text::tr(info.description))
         .toStdString();
 }
@@ -132,10 +134,9 @@ CommandLineText endText(const CLI::App& app, const CLI::ParseError& error)
 std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char* const* argv)
 {
     Arguments arguments;
-    CLI::App app(
-        (Text::tr("Example:\n  %1").arg(QStringLiteral("frhost --config register.ini sell receipt.json")) +
-            QStringLiteral("\n\n") + Text::tr("Drives a fiscal register through its plugin."))
-            .toStdString(),
+    CLI::App app((Text::tr("Example:\n  %1").arg(u"frhost --config register.ini sell receipt.json"_s) +
+                     u"\n\n"_s + Text::tr("Drives a fiscal register through its plugin."))
+                     .toStdString(),
         "frhost");
     app.formatter(std::make_shared<Help>());
     app.require_subcommand(1);

@@ -14,6 +14,8 @@
 #include <tuple>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -70,7 +72,7 @@ int main(int argc, char** argv)
     std::signal(SIGPIPE, SIG_IGN);
     const QCoreApplication application(argc, argv);
     QTranslator translator;
-    if (translator.load(QLocale(), QStringLiteral("frhost"), QStringLiteral("_"), QStringLiteral(":/frhost")))
+    if (translator.load(QLocale(), u"frhost"_s, u"_"_s, u":/frhost"_s))
         QCoreApplication::installTranslator(&translator);
     return static_cast<int>(start(argc, argv));
 }

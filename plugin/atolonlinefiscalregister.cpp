@@ -3,6 +3,8 @@
 #include "driver/atolonlinefrdriver.h"
 #include "plugin/atolonlinesettings.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace hw {
 
 namespace {
@@ -16,7 +18,7 @@ AtolOnlineFiscalRegister::AtolOnlineFiscalRegister()
     : BasicFiscalRegister(QSharedPointer<AtolOnlineSettings>::create(), nullptr)
 {
     // A web service has no line speed.
-    addUnusedProperties({QStringLiteral("speedEnumerate")});
+    addUnusedProperties({u"speedEnumerate"_s});
 }
 
 AtolOnlineFiscalRegister::~AtolOnlineFiscalRegister() = default;

@@ -2,6 +2,8 @@
 
 #include "host/exceptions.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr char enquiry = 0x05;
@@ -12,12 +14,12 @@ constexpr char bell = 0x07;
 
 SampleDriver::SampleDriver(
     SerialLine* serialLine, BasicFrSettings* frSettings, std::chrono::milliseconds answerTime)
-    : BasicFrDriver(serialLine, QStringLiteral("sample_%1").arg(frSettings->getDeviceId()), frSettings)
+    : BasicFrDriver(serialLine, u"sample_%1"_s.arg(frSettings->getDeviceId()), frSettings)
     , line(serialLine)
     , time(answerTime)
 {
     baudRates = {19200, 115200, 57600, 9600};
-    deviceInfo.setModel(QStringLiteral("1"), QStringLiteral("Sample"));
+    deviceInfo.setModel(u"1"_s, u"Sample"_s);
 }
 
 void SampleDriver::portOpen()
@@ -36,13 +38,13 @@ void SampleDriver::portClose()
 void SampleDriver::setConnection()
 {
     if (answerTo(enquiry) != QByteArray(1, acknowledged))
-        throw FrNoConnectionException(QStringLiteral("ФР не отвечает"));
+        throw FrNoConnectionException(u"ФР не отвечает"_s);
 }
 
 void SampleDriver::beep()
 {
     if (answerTo(bell) != QByteArray(1, acknowledged))
-        throw FrCommandException(QStringLiteral("ФР не выполнил команду"));
+        throw FrCommandException(u"ФР не выполнил команду"_s);
 }
 
 QByteArray SampleDriver::answerTo(char command)

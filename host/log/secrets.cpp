@@ -12,6 +12,8 @@
 #include <utility>
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace secrets {
 
 namespace {
@@ -32,7 +34,7 @@ QString escapedAscii(const QString& value)
         if (c.unicode() < 0x80)
             text += c;
         else
-            text += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+            text += u"\\u%1"_s.arg(c.unicode(), 4, 16, QLatin1Char('0'));
     }
     return text;
 }
@@ -54,11 +56,10 @@ QString withLowerCaseHex(QString text)
 QStringList spellings(const QString& value)
 {
     const QString percent = percentEncoded(value);
-    const QString form = QString(percent).replace(QStringLiteral("%20"), QStringLiteral("+"));
+    const QString form = QString(percent).replace(u"%20"_s, u"+"_s);
     const QString json = escaped(value);
-    QStringList list{value, json, QString(json).replace(u'/', QStringLiteral("\\/")), escapedAscii(value),
-        percent, form, withLowerCaseHex(percent), withLowerCaseHex(form),
-        percentEncoded(value, "!$&'()*+,;=:@/")};
+    QStringList list{value, json, QString(json).replace(u'/', u"\\/"_s), escapedAscii(value), percent, form,
+        withLowerCaseHex(percent), withLowerCaseHex(form), percentEncoded(value, "!$&'()*+,;=:@/")};
     list.removeDuplicates();
     return list;
 }
@@ -73,7 +74,7 @@ using Replacements = std::vector<Replacement>;
 
 Replacements replacementsOf(const QString& value)
 {
-    const QString frame = value.size() < shortest ? QStringLiteral("\"") : QString();
+    const QString frame = value.size() < shortest ? u"\""_s : QString();
     Replacements list;
     for (const QString& spelling : spellings(value))
         list.push_back({frame + spelling + frame, frame + mask.toString() + frame});

@@ -1,5 +1,7 @@
 #include "host/records/fdrequisite.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 FdRequisite::FdRequisite(EFrDriver::RequisiteTypes type, const QVariant& data)
     : tag(type)
     , sourceData(data)
@@ -24,23 +26,23 @@ QString FdRequisite::getDescription() const
 {
     switch (tag) {
     case EFrDriver::BuyerContact:
-        return QStringLiteral("телефон или электронный адрес покупателя");
+        return u"телефон или электронный адрес покупателя"_s;
     case EFrDriver::AppliedTaxSystem:
-        return QStringLiteral("применяемая система налогообложения");
+        return u"применяемая система налогообложения"_s;
     case EFrDriver::NomenclatureCode:
-        return QStringLiteral("код товара");
+        return u"код товара"_s;
     case EFrDriver::SupplierPhone:
-        return QStringLiteral("телефон поставщика");
+        return u"телефон поставщика"_s;
     case EFrDriver::AdditionalReceiptRequisite:
-        return QStringLiteral("дополнительный реквизит чека");
+        return u"дополнительный реквизит чека"_s;
     case EFrDriver::AgentSign:
-        return QStringLiteral("признак агента по предмету расчета");
+        return u"признак агента по предмету расчета"_s;
     case EFrDriver::SupplierData:
-        return QStringLiteral("данные поставщика");
+        return u"данные поставщика"_s;
     case EFrDriver::SupplierName:
-        return QStringLiteral("наименование поставщика");
+        return u"наименование поставщика"_s;
     case EFrDriver::SupplierInn:
-        return QStringLiteral("ИНН поставщика");
+        return u"ИНН поставщика"_s;
     default:
         return {};
     }

@@ -1,5 +1,7 @@
 #include "host/records/frposition.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 void FrPosition::setRequisite(const FdRequisite& requisite)
 {
     requisites.insert(static_cast<EFrDriver::RequisiteTypes>(requisite.getTag()), requisite);
@@ -7,7 +9,7 @@ void FrPosition::setRequisite(const FdRequisite& requisite)
 
 QString FrPosition::toString() const
 {
-    return QStringLiteral("%1, цена %2, количество %3, сумма %4, скидка %5, налог %6")
-        .arg(name, QString::number(priceWithDisc, 'f', 2), QString::number(count, 'f', 3),
-            QString::number(possum, 'f', 2), QString::number(discsum, 'f', 2), QString::number(taxCode));
+    return u"%1, цена %2, количество %3, сумма %4, скидка %5, налог %6"_s.arg(name,
+        QString::number(priceWithDisc, 'f', 2), QString::number(count, 'f', 3),
+        QString::number(possum, 'f', 2), QString::number(discsum, 'f', 2), QString::number(taxCode));
 }

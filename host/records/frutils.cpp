@@ -5,6 +5,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr qsizetype maxCodeSize = 32;
@@ -32,13 +34,13 @@ QByteArray productCode(quint16 kind, const QString& gtin, const QString& serial)
 // What scanners put before the data: the symbology identifier and the leading FNC1 of a GS1 symbol.
 QString withoutPrefix(QString code)
 {
-    static const QRegularExpression prefix(QStringLiteral("^(?:\\](?:d2|C1|Q3|e0))?\\x1D?"));
+    static const QRegularExpression prefix(u"^(?:\\](?:d2|C1|Q3|e0))?\\x1D?"_s);
     return code.remove(prefix);
 }
 
 QByteArray tobaccoBlock(const QString& code)
 {
-    static const QRegularExpression form(QStringLiteral("^01(\\d{14})21([^\\x1D]{7})\\x1D?8005(\\d{6})"));
+    static const QRegularExpression form(u"^01(\\d{14})21([^\\x1D]{7})\\x1D?8005(\\d{6})"_s);
     const auto match = form.match(code);
     if (!match.hasMatch())
         return {};
@@ -49,7 +51,7 @@ QByteArray tobaccoBlock(const QString& code)
 // code.
 QByteArray tobaccoPack(const QString& code)
 {
-    static const QRegularExpression form(QStringLiteral("^(\\d{14})(.{7})(.{4})(?:.{4})?$"));
+    static const QRegularExpression form(u"^(\\d{14})(.{7})(.{4})(?:.{4})?$"_s);
     const auto match = form.match(code);
     if (!match.hasMatch())
         return {};
@@ -58,8 +60,8 @@ QByteArray tobaccoPack(const QString& code)
 
 QByteArray gs1DataMatrix(const QString& code)
 {
-    static const QRegularExpression form(QStringLiteral("^01(\\d{14})21([^\\x1D]+)(\\x1D?)"));
-    static const QRegularExpression withoutSeparators(QStringLiteral("^(.{13})9[123]"));
+    static const QRegularExpression form(u"^01(\\d{14})21([^\\x1D]+)(\\x1D?)"_s);
+    static const QRegularExpression withoutSeparators(u"^(.{13})9[123]"_s);
     const auto match = form.match(code);
     if (!match.hasMatch())
         return {};
@@ -73,7 +75,7 @@ QByteArray gs1DataMatrix(const QString& code)
 
 QByteArray eanCode(const QString& code)
 {
-    static const QRegularExpression form(QStringLiteral("^\\d{13}$"));
+    static const QRegularExpression form(u"^\\d{13}$"_s);
     return form.match(code).hasMatch() ? productCode(ean13, code, {}) : QByteArray();
 }
 
@@ -85,7 +87,7 @@ QByteArray furCode(const QString& code)
 
 bool looksLikeFurSign(const QString& code)
 {
-    static const QRegularExpression form(QStringLiteral("^[A-Z]{2}-\\d{6}-[A-Z0-9]{10}$"));
+    static const QRegularExpression form(u"^[A-Z]{2}-\\d{6}-[A-Z0-9]{10}$"_s);
     return form.match(code).hasMatch();
 }
 

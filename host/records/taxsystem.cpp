@@ -1,24 +1,26 @@
 #include "host/records/taxsystem.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace hw::fr::common {
 
 QString TaxSystem::getDescription(TaxSystemType type)
 {
     switch (type) {
     case TaxSystemType::General:
-        return QStringLiteral("Общая");
+        return u"Общая"_s;
     case TaxSystemType::SimplifiedIncome:
-        return QStringLiteral("Упрощенная (доход)");
+        return u"Упрощенная (доход)"_s;
     case TaxSystemType::SimplifiedIncomeMinusExpense:
-        return QStringLiteral("Упрощенная (доход минус расход)");
+        return u"Упрощенная (доход минус расход)"_s;
     case TaxSystemType::ImputedIncome:
-        return QStringLiteral("Единый налог на вмененный доход");
+        return u"Единый налог на вмененный доход"_s;
     case TaxSystemType::Agricultural:
-        return QStringLiteral("Единый сельскохозяйственный налог");
+        return u"Единый сельскохозяйственный налог"_s;
     case TaxSystemType::Patent:
-        return QStringLiteral("Патентная система налогообложения");
+        return u"Патентная система налогообложения"_s;
     }
-    return QStringLiteral("Неизвестная система налогообложения");
+    return u"Неизвестная система налогообложения"_s;
 }
 
 } // namespace hw::fr::common

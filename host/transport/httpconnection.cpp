@@ -10,6 +10,8 @@
 #include <tuple>
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using HeaderList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
@@ -62,7 +64,7 @@ QString inWords(CURLcode code)
         if (known == code)
             return QString::fromUtf8(text);
     }
-    return QStringLiteral("обмен не удался");
+    return u"обмен не удался"_s;
 }
 
 std::size_t readBody(char* to, std::size_t size, std::size_t count, void* context)
@@ -246,9 +248,9 @@ private:
         const CURLcode code = message ? message->data.result : CURLE_FAILED_INIT;
         // A reply that ends inside its headers is a success to the library.
         if (code == CURLE_OK)
-            return transfer.hasAllHeaders() ? QString() : QStringLiteral("ответ оборван в заголовках");
+            return transfer.hasAllHeaders() ? QString() : u"ответ оборван в заголовках"_s;
         const char* detail = errorText[0] != '\0' ? errorText : curl_easy_strerror(code);
-        return inWords(code) + QStringLiteral(": ") + QString::fromUtf8(detail);
+        return inWords(code) + u": "_s + QString::fromUtf8(detail);
     }
 
     TransportOptions options;

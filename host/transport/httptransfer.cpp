@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 using namespace std::chrono_literals;
 
 namespace {
@@ -25,7 +27,7 @@ bool HttpTransfer::begin()
 {
     const int allowed = request.verb == HttpRequest::Verb::Post ? 1 : 2;
     if (attempts == allowed) {
-        cause = QStringLiteral("соединение оборвано, запрос не повторён");
+        cause = u"соединение оборвано, запрос не повторён"_s;
         return false;
     }
     ++attempts;
@@ -48,7 +50,7 @@ bool HttpTransfer::addHeader(std::string_view line)
     progressed = Clock::now();
     headersSize += static_cast<qsizetype>(line.size());
     if (headersSize > HttpConnection::maxHeaders) {
-        cause = QStringLiteral("заголовки ответа больше 64 КиБ");
+        cause = u"заголовки ответа больше 64 КиБ"_s;
         return false;
     }
     if (line.starts_with("HTTP/")) {
@@ -65,7 +67,7 @@ bool HttpTransfer::addBody(std::string_view part)
 {
     progressed = Clock::now();
     if (reply.size() + static_cast<qsizetype>(part.size()) > HttpConnection::maxBody) {
-        cause = QStringLiteral("тело ответа больше 16 МиБ");
+        cause = u"тело ответа больше 16 МиБ"_s;
         return false;
     }
     reply.append(part.data(), static_cast<qsizetype>(part.size()));
@@ -95,7 +97,6 @@ HttpTransfer::Limit HttpTransfer::nextLimit() const
     const auto rest = left(next);
     if (rest.count() > 0)
         return {rest, {}};
-    return {rest, QStringLiteral("истекло время на %1 (предел %2 мс)")
-                      .arg(QString::fromUtf8(next.name))
+    return {rest, u"истекло время на %1 (предел %2 мс)"_s.arg(QString::fromUtf8(next.name))
                       .arg(bounded(next.limit).count())};
 }

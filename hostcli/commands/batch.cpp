@@ -9,6 +9,8 @@
 #include "till/wire/fiscalpayload.h"
 #include "till/wire/observingtransport.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -74,8 +76,7 @@ QString Batch::begin(const QueuedReceipt& queued)
     current->file = queued.file;
     current->line = queued.line;
     current->id = queued.receipt.document.getInternalIdentifier();
-    return QStringLiteral("[%1/%2] %3")
-        .arg(QString::number(tally.done() + 1), QString::number(count), current->id);
+    return u"[%1/%2] %3"_s.arg(QString::number(tally.done() + 1), QString::number(count), current->id);
 }
 
 bool Batch::finish(const ReceiptResult& result)
@@ -181,8 +182,7 @@ void Batch::write(const ReceiptResult& result)
         Console::instance().line(QString::fromUtf8(text).trimmed());
     if (!result.advice.isEmpty())
         Console::instance().line(
-            QStringLiteral("%1: %2. %3")
-                .arg(result.id, result.error ? result.error->message : QString(), result.advice));
+            u"%1: %2. %3"_s.arg(result.id, result.error ? result.error->message : QString(), result.advice));
 }
 
 void Batch::writePicture(const ReceiptResult& result)

@@ -8,6 +8,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -16,7 +18,7 @@ QByteArray report(bool json, const QString& url)
 {
     if (!json)
         return Text::tr("The service at %1 takes login and password.\n").arg(url).toUtf8();
-    const QJsonObject object{{QStringLiteral("connected"), true}, {QStringLiteral("url"), url}};
+    const QJsonObject object{{u"connected"_s, true}, {u"url"_s, url}};
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
 

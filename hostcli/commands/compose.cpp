@@ -9,6 +9,8 @@
 
 #include <tuple>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 ExitCode compose(const CommandLine& line, Output& output)
@@ -29,9 +31,8 @@ ExitCode compose(const CommandLine& line, Output& output)
         if (!body.isEmpty())
             return output.write(body + '\n');
         isRefused = true;
-        Console::instance().line(QStringLiteral("%1:%2: %3")
-                                     .arg(queued.file, QString::number(queued.line),
-                                         error ? error->message : Text::tr("the driver sent nothing")));
+        Console::instance().line(u"%1:%2: %3"_s.arg(queued.file, QString::number(queued.line),
+            error ? error->message : Text::tr("the driver sent nothing")));
         return true;
     });
     return isRefused ? ExitCode::Refused : ExitCode::Success;

@@ -9,6 +9,8 @@
 #include <QJsonDocument>
 #include <QMetaClassInfo>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -26,7 +28,7 @@ struct PropertyInfo
 
 bool isSecret(const QString& property)
 {
-    return property.contains(QStringLiteral("password"), Qt::CaseInsensitive);
+    return property.contains(u"password"_s, Qt::CaseInsensitive);
 }
 
 QString shown(const PropertyInfo& property, const QVariant& value)
@@ -73,17 +75,17 @@ QJsonObject toJson(const QMap<QString, QString>& texts)
 
 QJsonObject toJson(const PropertyInfo& property)
 {
-    QJsonObject json{{QStringLiteral("name"), property.name}, {QStringLiteral("type"), property.type},
-        {QStringLiteral("writable"), property.isWritable}, {QStringLiteral("used"), property.isUsed},
-        {QStringLiteral("labels"), toJson(property.labels)}};
+    QJsonObject json{{u"name"_s, property.name}, {u"type"_s, property.type},
+        {u"writable"_s, property.isWritable}, {u"used"_s, property.isUsed},
+        {u"labels"_s, toJson(property.labels)}};
     if (isSecret(property.name)) {
-        json.insert(QStringLiteral("set"), !property.current.toString().isEmpty());
+        json.insert(u"set"_s, !property.current.toString().isEmpty());
         return json;
     }
     if (property.initial.isValid())
-        json.insert(QStringLiteral("default"), QJsonValue::fromVariant(property.initial));
+        json.insert(u"default"_s, QJsonValue::fromVariant(property.initial));
     if (property.current.isValid())
-        json.insert(QStringLiteral("value"), QJsonValue::fromVariant(property.current));
+        json.insert(u"value"_s, QJsonValue::fromVariant(property.current));
     return json;
 }
 
@@ -92,9 +94,8 @@ QByteArray jsonOf(const PluginFile& plugin, const QObject& device, const QList<P
     QJsonArray list;
     for (const PropertyInfo& property : properties)
         list.append(toJson(property));
-    const QJsonObject json{{QStringLiteral("plugin"), plugin.path},
-        {QStringLiteral("metaData"), plugin.metaData},
-        {QStringLiteral("device"), toJson(classInfos(device, {}))}, {QStringLiteral("properties"), list}};
+    const QJsonObject json{{u"plugin"_s, plugin.path}, {u"metaData"_s, plugin.metaData},
+        {u"device"_s, toJson(classInfos(device, {}))}, {u"properties"_s, list}};
     return QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
 }
 
@@ -108,13 +109,12 @@ QString remark(const PropertyInfo& property)
 QByteArray textOf(const PluginFile& plugin, const QObject& device, const QList<PropertyInfo>& properties)
 {
     QList<QStringList> head{{Text::tr("Plugin"), plugin.path}, {Text::tr("Name"), plugin.name()},
-        {Text::tr("Interface"), plugin.metaData.value(QStringLiteral("IID")).toString()},
-        {Text::tr("Device"), classInfo(device, QStringLiteral("displayName"))},
-        {QString(), classInfo(device, QStringLiteral("info"))}};
+        {Text::tr("Interface"), plugin.metaData.value(u"IID"_s).toString()},
+        {Text::tr("Device"), classInfo(device, u"displayName"_s)}, {QString(), classInfo(device, u"info"_s)}};
     QList<QStringList> rows{{Text::tr("Setting"), Text::tr("Meaning"), Text::tr("Type"), Text::tr("Default"),
         Text::tr("Value"), QString()}};
     for (const PropertyInfo& property : properties)
-        rows << QStringList{property.name, property.labels.value(QStringLiteral("name")), property.type,
+        rows << QStringList{property.name, property.labels.value(u"name"_s), property.type,
             shown(property, property.initial), shown(property, property.current), remark(property)};
     return (textTable(head) + u'\n' + textTable(rows)).toUtf8();
 }

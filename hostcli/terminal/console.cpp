@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -88,13 +90,13 @@ void Console::draw() const
         return;
     const auto waited = std::chrono::steady_clock::now() - since;
     const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(waited).count();
-    put(QStringLiteral("\r\033[K") + Text::tr("%1: %2 s").arg(status, QString::number(seconds)));
+    put(u"\r\033[K"_s + Text::tr("%1: %2 s").arg(status, QString::number(seconds)));
 }
 
 void Console::erase() const
 {
     if (!status.isEmpty())
-        put(QStringLiteral("\r\033[K"));
+        put(u"\r\033[K"_s);
 }
 
 } // namespace frhost

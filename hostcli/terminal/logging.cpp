@@ -4,6 +4,8 @@
 
 #include <QLoggingCategory>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -17,19 +19,18 @@ void toConsole(QtMsgType type, const QMessageLogContext& context, const QString&
 
 QStringList logLevels()
 {
-    return {QStringLiteral("debug"), QStringLiteral("info"), QStringLiteral("warning"),
-        QStringLiteral("critical")};
+    return {u"debug"_s, u"info"_s, u"warning"_s, u"critical"_s};
 }
 
 void startLogging(const QString& level)
 {
     QString rules;
     for (const QString& quieter : logLevels().first(logLevels().indexOf(level)))
-        rules += QStringLiteral("frdriver*.%1=false\n").arg(quieter);
+        rules += u"frdriver*.%1=false\n"_s.arg(quieter);
     QLoggingCategory::setFilterRules(rules);
-    qSetMessagePattern(QStringLiteral(
-        "%{time HH:mm:ss.zzz} %{if-debug}debug%{endif}%{if-info}info%{endif}%{if-warning}warning%{endif}"
-        "%{if-critical}error%{endif}%{if-fatal}fatal%{endif} %{category}: %{message}"));
+    qSetMessagePattern(
+        u"%{time HH:mm:ss.zzz} %{if-debug}debug%{endif}%{if-info}info%{endif}%{if-warning}warning%{endif}"
+        u"%{if-critical}error%{endif}%{if-fatal}fatal%{endif} %{category}: %{message}"_s);
     qInstallMessageHandler(toConsole);
 }
 

@@ -6,6 +6,8 @@
 
 #include <memory>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -48,10 +50,10 @@ QString QrCode::halfBlocks() const
     const auto isDark = [&](int x, int y) { return y < modules.height() && modules.pixelIndex(x, y) != 0; };
     QString text;
     for (int y = 0; y < modules.height(); y += 2) {
-        text += QStringLiteral("  \x1b[97;40m");
+        text += u"  \x1b[97;40m"_s;
         for (int x = 0; x < modules.width(); ++x)
             text += blocks[isDark(x, y) ? 1 : 0][isDark(x, y + 1) ? 1 : 0];
-        text += QStringLiteral("\x1b[0m\n");
+        text += u"\x1b[0m\n"_s;
     }
     return text;
 }
@@ -69,7 +71,7 @@ QString qrFileName(const QString& id)
             c.isLetterOrNumber() || c == u' ' || c == u'_' || c == u'-' || (c == u'.' && !name.isEmpty());
         name += isPlain ? QString(c) : QString::fromLatin1(QString(c).toUtf8().toPercentEncoding({}, "."));
     }
-    return name + QStringLiteral(".png");
+    return name + u".png"_s;
 }
 
 } // namespace frhost

@@ -7,6 +7,8 @@
 #include <QImageWriter>
 #include <QTemporaryFile>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 QrPictures::QrPictures(const QString& path)
@@ -15,8 +17,8 @@ QrPictures::QrPictures(const QString& path)
 {
     if (!isWanted)
         return;
-    QTemporaryFile probe(folder.filePath(QStringLiteral("frhost-XXXXXX")));
-    if (!folder.mkpath(QStringLiteral(".")) || !probe.open())
+    QTemporaryFile probe(folder.filePath(u"frhost-XXXXXX"_s));
+    if (!folder.mkpath(u"."_s) || !probe.open())
         throw Failure(ExitCode::Usage,
             Text::tr("%1: no picture can be written there; name another folder with --qr-dir").arg(path));
 }

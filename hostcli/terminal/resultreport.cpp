@@ -9,6 +9,8 @@
 #include <QJsonObject>
 #include <QList>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -27,10 +29,10 @@ QJsonObject fiscalJson(const FiscalInfo& info)
     put(json, "fnNumber", info.fnNumber);
     put(json, "registrationNumber", info.registrationNumber);
     put(json, "shiftNumber", info.shiftNumber);
-    json.insert(QLatin1StringView("fiscalDocumentNumber"), info.fiscalDocumentNumber);
+    json.insert("fiscalDocumentNumber"_L1, info.fiscalDocumentNumber);
     put(json, "taxSystem", info.taxSystem);
     put(json, "fiscalSign", info.fiscalSign);
-    json.insert(QLatin1StringView("total"), info.total);
+    json.insert("total"_L1, info.total);
     return json;
 }
 
@@ -39,7 +41,7 @@ QJsonObject errorJson(const ErrorInfo& error)
     QJsonObject json;
     put(json, "type", error.type);
     if (error.code)
-        json.insert(QLatin1StringView("code"), *error.code);
+        json.insert("code"_L1, *error.code);
     put(json, "message", error.message);
     return json;
 }
@@ -71,33 +73,33 @@ QString outcomeName(Outcome outcome)
 {
     switch (outcome) {
     case Outcome::Registered:
-        return QStringLiteral("registered");
+        return u"registered"_s;
     case Outcome::Refused:
-        return QStringLiteral("refused");
+        return u"refused"_s;
     case Outcome::Unknown:
         break;
     }
-    return QStringLiteral("unknown");
+    return u"unknown"_s;
 }
 
 QByteArray toJsonLine(const ReceiptResult& result)
 {
     QJsonObject json;
     put(json, "file", result.file);
-    json.insert(QLatin1StringView("line"), result.line);
+    json.insert("line"_L1, result.line);
     put(json, "id", result.id);
     if (result.outcome)
         put(json, "outcome", outcomeName(*result.outcome));
     put(json, "uuid", result.uuid);
     if (result.recovered)
-        json.insert(QLatin1StringView("recovered"), true);
+        json.insert("recovered"_L1, true);
     if (result.fiscal) {
-        json.insert(QLatin1StringView("fiscal"), fiscalJson(*result.fiscal));
+        json.insert("fiscal"_L1, fiscalJson(*result.fiscal));
         put(json, "qr", qrText(*result.fiscal));
     }
     put(json, "receiptUrl", result.receiptUrl);
     if (result.error)
-        json.insert(QLatin1StringView("error"), errorJson(*result.error));
+        json.insert("error"_L1, errorJson(*result.error));
     return QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
 }
 
@@ -113,7 +115,7 @@ QString toText(const ReceiptResult& result)
     row(Text::tr("Service's identifier"), result.uuid);
     if (result.fiscal) {
         const FiscalInfo& info = *result.fiscal;
-        row(Text::tr("Date and time"), info.dateTime.toString(QStringLiteral("dd.MM.yyyy hh:mm:ss")));
+        row(Text::tr("Date and time"), info.dateTime.toString(u"dd.MM.yyyy hh:mm:ss"_s));
         row(Text::tr("Total"), QString::number(info.total, 'f', 2));
         row(Text::tr("Taxation system"), info.taxSystem);
         row(Text::tr("Register"), info.registrationNumber);
@@ -124,7 +126,7 @@ QString toText(const ReceiptResult& result)
         row(Text::tr("Text of the QR code"), qrText(info));
     }
     row(Text::tr("Receipt"), result.receiptUrl);
-    return QStringLiteral("%1: %2\n").arg(printable(result.id), outcomeText(result)) + textTable(rows, 2);
+    return u"%1: %2\n"_s.arg(printable(result.id), outcomeText(result)) + textTable(rows, 2);
 }
 
 } // namespace frhost

@@ -16,6 +16,8 @@
 
 #include <malloc.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using atolonline::CommandProcessor;
@@ -33,13 +35,13 @@ class Service : public testing::Test
 protected:
     Service()
     {
-        settings.setUrl(QStringLiteral("https://service.example/possystem/v4/"));
-        settings.setLogin(QStringLiteral("login"));
-        settings.setPassword(QStringLiteral("pass"));
-        settings.setGroupCode(QStringLiteral("group-1"));
-        settings.setCompanyEmail(QStringLiteral("shop@example.com"));
-        settings.setCompanyInn(QStringLiteral("7700000000"));
-        settings.setPaymentAddress(QStringLiteral("Москва"));
+        settings.setUrl(u"https://service.example/possystem/v4/"_s);
+        settings.setLogin(u"login"_s);
+        settings.setPassword(u"pass"_s);
+        settings.setGroupCode(u"group-1"_s);
+        settings.setCompanyEmail(u"shop@example.com"_s);
+        settings.setCompanyInn(u"7700000000"_s);
+        settings.setPaymentAddress(u"Москва"_s);
         processor.setSettings(&settings);
     }
 
@@ -49,7 +51,7 @@ protected:
     {
         transport.answer(accepted);
         processor.sell({}, {}, requisites);
-        return transport.requests().last().json().value(QStringLiteral("receipt")).toObject();
+        return transport.requests().last().json().value(u"receipt"_s).toObject();
     }
 
     static FdRequisite::Map taxSystem(const QVariant& value)
@@ -64,14 +66,13 @@ protected:
         } catch (const BasicException& e) {
             return e.tr().ru();
         }
-        return QStringLiteral("no failure");
+        return u"no failure"_s;
     }
 
     AtolOnlineSettings settings;
     LogCapture log;
     ScriptedTransport transport;
-    CommandProcessor processor{
-        Log4Qt::LogManager::logger(QStringLiteral("frdriver"), QStringLiteral("test"))};
+    CommandProcessor processor{Log4Qt::LogManager::logger(u"frdriver"_s, u"test"_s)};
 };
 
 using Token = Service;
@@ -83,12 +84,11 @@ TEST_F(Token, IsAskedForWithLoginAndPasswordAndTheContentHeaderAlone)
 {
     transport.answer(good);
     processor.requestToken(false);
-    ASSERT_EQ(transport.requestLines(),
-        QStringList{QStringLiteral("POST https://service.example/possystem/v4/getToken")});
+    ASSERT_EQ(transport.requestLines(), QStringList{u"POST https://service.example/possystem/v4/getToken"_s});
     EXPECT_EQ(transport.requests().first().body, R"({"login":"login","pass":"pass"})");
-    EXPECT_EQ(transport.requests().first().headers, (RestClient::Headers{{QStringLiteral("Content-type"),
-                                                        QStringLiteral("application/json; charset=utf-8")}}));
-    EXPECT_EQ(log.lines(), QStringList{QStringLiteral("debug: Получение токена")});
+    EXPECT_EQ(transport.requests().first().headers,
+        (RestClient::Headers{{u"Content-type"_s, u"application/json; charset=utf-8"_s}}));
+    EXPECT_EQ(log.lines(), QStringList{u"debug: Получение токена"_s});
 }
 
 TEST_F(Token, TravelsAsAHeaderWithEveryLaterRequest)
@@ -96,9 +96,9 @@ TEST_F(Token, TravelsAsAHeaderWithEveryLaterRequest)
     transport.answer(good);
     transport.answer(accepted);
     processor.requestToken(false);
-    EXPECT_EQ(sell(), QStringLiteral("u-1"));
-    EXPECT_EQ(transport.requests().last().headers.value(QStringLiteral("token")), QStringLiteral("T1"));
-    EXPECT_FALSE(transport.requests().last().url.contains(QStringLiteral("T1")));
+    EXPECT_EQ(sell(), u"u-1"_s);
+    EXPECT_EQ(transport.requests().last().headers.value(u"token"_s), u"T1"_s);
+    EXPECT_FALSE(transport.requests().last().url.contains(u"T1"_s));
 }
 
 TEST_F(Token, IsAskedForOnceUnlessForced)
@@ -112,10 +112,10 @@ TEST_F(Token, IsAskedForOnceUnlessForced)
 
     transport.answer(R"({"token":"T2"})");
     processor.requestToken(true);
-    EXPECT_EQ(transport.requests().last().headers.value(QStringLiteral("token")), QStringLiteral("T1"));
+    EXPECT_EQ(transport.requests().last().headers.value(u"token"_s), u"T1"_s);
     transport.answer(accepted);
     sell();
-    EXPECT_EQ(transport.requests().last().headers.value(QStringLiteral("token")), QStringLiteral("T2"));
+    EXPECT_EQ(transport.requests().last().headers.value(u"token"_s), u"T2"_s);
 }
 
 TEST_F(Token, MissingInTheReplyLeavesAnEmptyHeaderThatCountsAsHeld)
@@ -126,36 +126,36 @@ TEST_F(Token, MissingInTheReplyLeavesAnEmptyHeaderThatCountsAsHeld)
     transport.answer(accepted);
     sell();
     EXPECT_EQ(transport.requests().size(), 2);
-    EXPECT_TRUE(transport.requests().last().headers.contains(QStringLiteral("token")));
-    EXPECT_EQ(transport.requests().last().headers.value(QStringLiteral("token")), QString());
+    EXPECT_TRUE(transport.requests().last().headers.contains(u"token"_s));
+    EXPECT_EQ(transport.requests().last().headers.value(u"token"_s), QString());
 }
 
 TEST_F(Token, RefusedLeavesTheHeadersAsTheyWere)
 {
     transport.answer(refusal(12));
-    EXPECT_EQ(failureOf([&] { processor.requestToken(false); }), QStringLiteral("Неверный логин или пароль"));
+    EXPECT_EQ(failureOf([&] { processor.requestToken(false); }), u"Неверный логин или пароль"_s);
     transport.answer(accepted);
     sell();
-    EXPECT_FALSE(transport.requests().last().headers.contains(QStringLiteral("token")));
+    EXPECT_FALSE(transport.requests().last().headers.contains(u"token"_s));
 }
 
 TEST_F(Token, AddressIsJoinedAsItStands)
 {
-    settings.setUrl(QStringLiteral("https://service.example/v4"));
+    settings.setUrl(u"https://service.example/v4"_s);
     transport.answer(good);
     processor.requestToken(false);
-    EXPECT_EQ(transport.requests().last().url, QStringLiteral("https://service.example/v4getToken"));
+    EXPECT_EQ(transport.requests().last().url, u"https://service.example/v4getToken"_s);
 }
 
 TEST_F(Token, FollowsALaterChangeOfTheLoginButReceiptsKeepTheCompany)
 {
-    settings.setLogin(QStringLiteral("other"));
-    settings.setCompanyInn(QStringLiteral("5000000000"));
+    settings.setLogin(u"other"_s);
+    settings.setCompanyInn(u"5000000000"_s);
     transport.answer(good);
     processor.requestToken(false);
     EXPECT_EQ(transport.requests().last().body, R"({"login":"other","pass":"pass"})");
-    const QJsonObject company = receiptSentWith({}).value(QStringLiteral("company")).toObject();
-    EXPECT_EQ(company.value(QStringLiteral("inn")).toString(), QStringLiteral("7700000000"));
+    const QJsonObject company = receiptSentWith({}).value(u"company"_s).toObject();
+    EXPECT_EQ(company.value(u"inn"_s).toString(), u"7700000000"_s);
 }
 
 TEST(Transport, ThatWasSubstitutedOutlivesTheProcessor)
@@ -163,47 +163,46 @@ TEST(Transport, ThatWasSubstitutedOutlivesTheProcessor)
     ScriptedTransport transport;
     transport.answer(accepted);
     {
-        const CommandProcessor processor(Log4Qt::LogManager::logger(QStringLiteral("frdriver"), QString()));
+        const CommandProcessor processor(Log4Qt::LogManager::logger(u"frdriver"_s, QString()));
     }
-    EXPECT_TRUE(transport.get(QUrl(QStringLiteral("http://x/")), {}, {}));
+    EXPECT_TRUE(transport.get(QUrl(u"http://x/"_s), {}, {}));
 }
 
 TEST_F(Sell, PostsTheEnvelopeToTheGroup)
 {
     transport.answer(accepted);
-    processor.setClientEmail(QStringLiteral("buyer@example.com"));
-    processor.setInternalDocumentId(QStringLiteral("till-7-000123"));
+    processor.setClientEmail(u"buyer@example.com"_s);
+    processor.setInternalDocumentId(u"till-7-000123"_s);
     const QDateTime before = QDateTime::currentDateTime();
-    EXPECT_EQ(processor.sell({}, {{1, 160.0}}, taxSystem(4)), QStringLiteral("u-1"));
+    EXPECT_EQ(processor.sell({}, {{1, 160.0}}, taxSystem(4)), u"u-1"_s);
     const QDateTime after = QDateTime::currentDateTime();
 
-    EXPECT_EQ(transport.requestLines(),
-        QStringList{QStringLiteral("POST https://service.example/possystem/v4/group-1/sell")});
+    EXPECT_EQ(
+        transport.requestLines(), QStringList{u"POST https://service.example/possystem/v4/group-1/sell"_s});
     QJsonObject body = transport.requests().last().json();
-    const QString timestamp = body.take(QStringLiteral("timestamp")).toString();
+    const QString timestamp = body.take(u"timestamp"_s).toString();
     EXPECT_EQ(QJsonDocument(body).toJson(QJsonDocument::Compact),
         R"({"external_id":"till-7-000123","receipt":{"client":{"email":"buyer@example.com"},)"
         R"("company":{"email":"shop@example.com","inn":"7700000000","payment_address":"Москва",)"
         R"("sno":"usn_income_outcome"},"items":[],"payments":[{"sum":160,"type":1}],"total":160}})");
-    const QDateTime sent = QDateTime::fromString(timestamp, QStringLiteral("dd.MM.yyyy hh:mm:ss"));
+    const QDateTime sent = QDateTime::fromString(timestamp, u"dd.MM.yyyy hh:mm:ss"_s);
     EXPECT_TRUE(sent.isValid() && sent >= before.addSecs(-1) && sent <= after) << timestamp.toStdString();
-    EXPECT_EQ(
-        log.lines(), QStringList{QStringLiteral("info: Установка идентификатора документа till-7-000123")});
+    EXPECT_EQ(log.lines(), QStringList{u"info: Установка идентификатора документа till-7-000123"_s});
 }
 
 TEST_F(Sell, LeavesOutTheTaxationSystemOfAnEarlierReceipt)
 {
     const auto company = [&](const FdRequisite::Map& requisites) {
-        return receiptSentWith(requisites).value(QStringLiteral("company")).toObject();
+        return receiptSentWith(requisites).value(u"company"_s).toObject();
     };
-    EXPECT_EQ(company(taxSystem(1)).value(QStringLiteral("sno")).toString(), QStringLiteral("osn"));
-    EXPECT_FALSE(company({}).contains(QStringLiteral("sno")));
+    EXPECT_EQ(company(taxSystem(1)).value(u"sno"_s).toString(), u"osn"_s);
+    EXPECT_FALSE(company({}).contains(u"sno"_s));
 }
 
 TEST_F(Sell, TakesTaxationSystemZeroForNone)
 {
-    const QJsonObject company = receiptSentWith(taxSystem(0)).value(QStringLiteral("company")).toObject();
-    EXPECT_FALSE(company.contains(QStringLiteral("sno")));
+    const QJsonObject company = receiptSentWith(taxSystem(0)).value(u"company"_s).toObject();
+    EXPECT_FALSE(company.contains(u"sno"_s));
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
@@ -227,15 +226,15 @@ TEST_F(Sell, TakesNoMoreMemoryAfterThousandsOfReceipts)
 
 TEST_F(Sell, CarriesTheContactThatWasSetLast)
 {
-    processor.setClientPhone(QStringLiteral("+79990000000"));
-    processor.setClientEmail(QStringLiteral("buyer@example.com"));
-    EXPECT_EQ(receiptSentWith({}).value(QStringLiteral("client")).toObject(),
-        (QJsonObject{{QStringLiteral("email"), QStringLiteral("buyer@example.com")}}));
-    processor.setClientPhone(QStringLiteral("+79990000000"));
-    EXPECT_EQ(receiptSentWith({}).value(QStringLiteral("client")).toObject(),
-        (QJsonObject{{QStringLiteral("phone"), QStringLiteral("+79990000000")}}));
-    EXPECT_EQ(receiptSentWith({}).value(QStringLiteral("client")).toObject(),
-        (QJsonObject{{QStringLiteral("phone"), QStringLiteral("+79990000000")}}));
+    processor.setClientPhone(u"+79990000000"_s);
+    processor.setClientEmail(u"buyer@example.com"_s);
+    EXPECT_EQ(receiptSentWith({}).value(u"client"_s).toObject(),
+        (QJsonObject{{u"email"_s, u"buyer@example.com"_s}}));
+    processor.setClientPhone(u"+79990000000"_s);
+    EXPECT_EQ(
+        receiptSentWith({}).value(u"client"_s).toObject(), (QJsonObject{{u"phone"_s, u"+79990000000"_s}}));
+    EXPECT_EQ(
+        receiptSentWith({}).value(u"client"_s).toObject(), (QJsonObject{{u"phone"_s, u"+79990000000"_s}}));
 }
 
 TEST_F(Sell, ReturnsEmptyTextWhenTheReplyHasNoUuid)
@@ -247,9 +246,9 @@ TEST_F(Sell, ReturnsEmptyTextWhenTheReplyHasNoUuid)
 TEST_F(Sell, ForgetsThePreviousDocumentBeforeItSends)
 {
     transport.answer(R"({"status":"done","payload":{"total":1}})");
-    processor.getDocumentStatus(QStringLiteral("u"));
+    processor.getDocumentStatus(u"u"_s);
     transport.dropAnswer();
-    EXPECT_EQ(failureOf([&] { sell(); }), QStringLiteral("Нет связи с ФР"));
+    EXPECT_EQ(failureOf([&] { sell(); }), u"Нет связи с ФР"_s);
     EXPECT_EQ(processor.getLastResponse(), QJsonObject());
     EXPECT_EQ(processor.getLastDocumentFiscalInfo(), QVariantMap());
 }
@@ -267,11 +266,11 @@ TEST_F(Sell, PostsOnceWhateverTheServiceAnswers)
 TEST_F(Status, IsAskedForByUuidInTheGroupWithoutABody)
 {
     transport.answer(R"({"status":"wait"})");
-    EXPECT_EQ(processor.getDocumentStatus(QStringLiteral("u-1")), atolonline::Wait);
+    EXPECT_EQ(processor.getDocumentStatus(u"u-1"_s), atolonline::Wait);
     EXPECT_EQ(transport.requestLines(),
-        QStringList{QStringLiteral("GET https://service.example/possystem/v4/group-1/report/u-1")});
+        QStringList{u"GET https://service.example/possystem/v4/group-1/report/u-1"_s});
     EXPECT_EQ(transport.requests().last().body, QByteArray());
-    EXPECT_EQ(log.lines(), QStringList{QStringLiteral("info: Получение статуса документа по uuid: u-1")});
+    EXPECT_EQ(log.lines(), QStringList{u"info: Получение статуса документа по uuid: u-1"_s});
 }
 
 TEST(StatusText, IsComparedToTheLetter)
@@ -285,55 +284,51 @@ TEST(StatusText, IsComparedToTheLetter)
 TEST_F(Status, DoneKeepsThePayload)
 {
     transport.answer(R"({"status":"done","payload":{"fiscal_document_attribute":3449555941}})");
-    EXPECT_EQ(processor.getDocumentStatus(QStringLiteral("u")), atolonline::Done);
-    EXPECT_EQ(
-        processor.getLastDocumentFiscalInfo().value(QStringLiteral("fiscal_document_attribute")).toString(),
-        QStringLiteral("3449555941"));
+    EXPECT_EQ(processor.getDocumentStatus(u"u"_s), atolonline::Done);
+    EXPECT_EQ(processor.getLastDocumentFiscalInfo().value(u"fiscal_document_attribute"_s).toString(),
+        u"3449555941"_s);
 }
 
 TEST_F(Status, WithoutPayloadEmptiesTheKeptOne)
 {
     transport.answer(R"({"status":"done","payload":{"total":1}})");
-    processor.getDocumentStatus(QStringLiteral("u"));
+    processor.getDocumentStatus(u"u"_s);
     transport.answer(R"({"status":"fail","payload":null})");
-    EXPECT_EQ(processor.getDocumentStatus(QStringLiteral("u")), atolonline::Fail);
+    EXPECT_EQ(processor.getDocumentStatus(u"u"_s), atolonline::Fail);
     EXPECT_EQ(processor.getLastDocumentFiscalInfo(), QVariantMap());
 }
 
 TEST_F(Status, NotProcessedYetIsWaitAndKeepsThePayload)
 {
     transport.answer(R"({"status":"done","payload":{"total":1}})");
-    processor.getDocumentStatus(QStringLiteral("u"));
+    processor.getDocumentStatus(u"u"_s);
     log.take();
     transport.answer(R"({"status":"wait","error":{"code":34,"error_id":"e","text":"t"}})");
-    EXPECT_EQ(processor.getDocumentStatus(QStringLiteral("u")), atolonline::Wait);
-    EXPECT_EQ(processor.getLastDocumentFiscalInfo(), (QVariantMap{{QStringLiteral("total"), 1}}));
-    EXPECT_EQ(log.lines(),
-        (QStringList{QStringLiteral("info: Получение статуса документа по uuid: u"),
-            QStringLiteral("error: Ответ от сервера содержит ошибку. Код 34, идентификатор e (t)"),
-            QStringLiteral("debug: Документ еще не обработан")}));
+    EXPECT_EQ(processor.getDocumentStatus(u"u"_s), atolonline::Wait);
+    EXPECT_EQ(processor.getLastDocumentFiscalInfo(), (QVariantMap{{u"total"_s, 1}}));
+    EXPECT_EQ(log.lines(), (QStringList{u"info: Получение статуса документа по uuid: u"_s,
+                               u"error: Ответ от сервера содержит ошибку. Код 34, идентификатор e (t)"_s,
+                               u"debug: Документ еще не обработан"_s}));
 }
 
 TEST_F(Status, OtherErrorsLeaveAsExceptions)
 {
     transport.answer(refusal(30));
-    EXPECT_THROW(processor.getDocumentStatus(QStringLiteral("u")), FrDriverException);
+    EXPECT_THROW(processor.getDocumentStatus(u"u"_s), FrDriverException);
     transport.answer(refusal(11));
-    EXPECT_THROW(processor.getDocumentStatus(QStringLiteral("u")), atolonline::TokenExpired);
+    EXPECT_THROW(processor.getDocumentStatus(u"u"_s), atolonline::TokenExpired);
 }
 
 TEST_F(Reply, ThatIsEmptyRaisesNoConnectionAndKeepsTheLastOne)
 {
     transport.answer(R"({"status":"wait","n":1})");
-    processor.getDocumentStatus(QStringLiteral("u"));
+    processor.getDocumentStatus(u"u"_s);
     for (const char* empty : {"", "[]", "{}", "[1]", "17", "null"}) {
         transport.answer(empty);
-        EXPECT_EQ(failureOf([&] { processor.getDocumentStatus(QStringLiteral("u")); }),
-            QStringLiteral("Нет связи с ФР"))
-            << empty;
+        EXPECT_EQ(failureOf([&] { processor.getDocumentStatus(u"u"_s); }), u"Нет связи с ФР"_s) << empty;
         EXPECT_THROW((transport.dropAnswer(), processor.requestToken(true)), FrWorkWithServiceException);
     }
-    EXPECT_EQ(processor.getLastResponse().value(QStringLiteral("n")).toInt(), 1);
+    EXPECT_EQ(processor.getLastResponse().value(u"n"_s).toInt(), 1);
 }
 
 TEST_F(Reply, WithAnErrorIsKeptForTheHost)
@@ -346,21 +341,21 @@ TEST_F(Reply, WithAnErrorIsKeptForTheHost)
 TEST_F(Reply, KeepsIntegersExact)
 {
     transport.answer(R"({"status":"done","payload":{"a":9007199254740993,"b":0.1,"c":42949672.95}})");
-    processor.getDocumentStatus(QStringLiteral("u"));
+    processor.getDocumentStatus(u"u"_s);
     EXPECT_EQ(QJsonDocument(processor.getLastResponse()).toJson(QJsonDocument::Compact),
         R"({"payload":{"a":9007199254740993,"b":0.1,"c":42949672.95},"status":"done"})");
 }
 
 TEST_F(Reply, WithAReceiptLinkLogsItWhateverTheRequest)
 {
-    const QString link = QStringLiteral("info: Просмотр чека на сайте ОФД: https://ofd.example/1");
+    const QString link = u"info: Просмотр чека на сайте ОФД: https://ofd.example/1"_s;
     constexpr auto body = R"({"token":"T","uuid":"u","payload":{"ofd_receipt_url":"https://ofd.example/1"}})";
     transport.answer(body);
     processor.requestToken(true);
     transport.answer(body);
     sell();
     transport.answer(body);
-    processor.getDocumentStatus(QStringLiteral("u"));
+    processor.getDocumentStatus(u"u"_s);
     EXPECT_EQ(log.lines().filter(link).size(), 3);
 }
 
@@ -368,7 +363,7 @@ TEST_F(Reply, OfTheWholeReplyIsKeptAndCleared)
 {
     transport.answer(R"({"token":"T","timestamp":"x"})");
     processor.requestToken(true);
-    EXPECT_EQ(processor.getLastResponse().value(QStringLiteral("timestamp")).toString(), QStringLiteral("x"));
+    EXPECT_EQ(processor.getLastResponse().value(u"timestamp"_s).toString(), u"x"_s);
     processor.clearLastResponse();
     EXPECT_EQ(processor.getLastResponse(), QJsonObject());
 }

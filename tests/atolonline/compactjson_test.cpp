@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using rc::Gen;
@@ -124,8 +126,7 @@ TEST(CompactJson, WritesEveryLengthOfTextsArraysAndObjects)
             if (i < 300)
                 object.insert(QString::number(i), -i);
         }
-        const QJsonObject whole{{QStringLiteral("text"), QString(size, u'я')},
-            {QStringLiteral("array"), array}, {QStringLiteral("object"), object}};
+        const QJsonObject whole{{u"text"_s, QString(size, u'я')}, {u"array"_s, array}, {u"object"_s, object}};
         EXPECT_TRUE(atolonline::compactJson(whole) == byQt(whole)) << size;
     }
 }
@@ -134,7 +135,7 @@ TEST(CompactJson, WritesTheEndsOfTheNumbers)
 {
     using Double = std::numeric_limits<double>;
     using Integer = std::numeric_limits<qint64>;
-    const QJsonObject object{{QStringLiteral("numbers"),
+    const QJsonObject object{{u"numbers"_s,
         QJsonArray{0.0, -0.0, 0.1, 1e15, 1e16, 1e20, 1e21, 1e22, 1e-4, 1e-5, 1e-7, 42949672.95, Double::max(),
             Double::lowest(), Double::min(), Double::denorm_min(), Double::infinity(), Double::quiet_NaN(),
             Integer::max(), Integer::min(), qint64(1) << 53}}};

@@ -11,6 +11,8 @@
 #include <map>
 #include <typeinfo>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 struct Thrown
@@ -39,7 +41,7 @@ Thrown row(const char* message)
 Thrown thrownBy(int code)
 {
     try {
-        atolonline::ExceptionFactory::throwException(code, QStringLiteral("текст сервиса"));
+        atolonline::ExceptionFactory::throwException(code, u"текст сервиса"_s);
     } catch (const BasicException& e) {
         return {&typeid(e), e.tr().ru()};
     }
@@ -86,14 +88,13 @@ TEST(ErrorTable, ServiceExceptionsAreOneFamily)
 QStringList outcomeOf(const char* reply)
 {
     const LogCapture log;
-    const atolonline::CommandProcessor processor(
-        Log4Qt::LogManager::logger(QStringLiteral("frdriver"), QStringLiteral("test")));
+    const atolonline::CommandProcessor processor(Log4Qt::LogManager::logger(u"frdriver"_s, u"test"_s));
     try {
         processor.processResponseErrors(QJsonDocument::fromJson(reply).toVariant().toMap());
     } catch (const BasicException& e) {
         return log.lines() << e.tr().ru();
     }
-    return log.lines() << QStringLiteral("good");
+    return log.lines() << u"good"_s;
 }
 
 struct Reply
@@ -119,23 +120,23 @@ TEST_P(ErrorReply, IsLoggedOnceAndThenThrown)
 
 QString logged(const char* places)
 {
-    return QStringLiteral("error: Ответ от сервера содержит ошибку. Код ") + QString::fromUtf8(places);
+    return u"error: Ответ от сервера содержит ошибку. Код "_s + QString::fromUtf8(places);
 }
 
 INSTANTIATE_TEST_SUITE_P(Replies, ErrorReply,
     testing::Values(Reply{"ExpiredToken", R"({"error": {"code": 11, "error_id": "x", "text": "t"}})",
-                        {logged("11, идентификатор x (t)"), QStringLiteral("Срок действия токена истёк")}},
+                        {logged("11, идентификатор x (t)"), u"Срок действия токена истёк"_s}},
         Reply{"CodeWithoutMessage", R"({"error": {"code": 7, "error_id": "x", "text": "нет места"}})",
-            {logged("7, идентификатор x (нет места)"), QStringLiteral("нет места")}},
+            {logged("7, идентификатор x (нет места)"), u"нет места"_s}},
         Reply{"WithoutCodeIsLoggedAndIgnored", R"({"error": {"text": "t"}})",
-            {logged("-1, идентификатор  (t)"), QStringLiteral("good")}},
+            {logged("-1, идентификатор  (t)"), u"good"_s}},
         Reply{"CodeThatIsNoNumber", R"({"error": {"code": "many", "text": "t"}})",
-            {logged("many, идентификатор  (t)"), QStringLiteral("t")}},
+            {logged("many, идентификатор  (t)"), u"t"_s}},
         Reply{"PlaceholdersInTheTextStay", R"({"error": {"code": 32, "error_id": "%3", "text": "%1"}})",
-            {logged("32, идентификатор %3 (%1)"), QStringLiteral("Некорректные данные в запросе")}},
-        Reply{"EmptyError", R"({"error": {}})", {QStringLiteral("good")}},
-        Reply{"NullError", R"({"error": null})", {QStringLiteral("good")}},
-        Reply{"NoError", R"({"uuid": "u"})", {QStringLiteral("good")}}),
+            {logged("32, идентификатор %3 (%1)"), u"Некорректные данные в запросе"_s}},
+        Reply{"EmptyError", R"({"error": {}})", {u"good"_s}},
+        Reply{"NullError", R"({"error": null})", {u"good"_s}},
+        Reply{"NoError", R"({"uuid": "u"})", {u"good"_s}}),
     [](const testing::TestParamInfo<Reply>& reply) { return reply.param.name; });
 
 } // namespace

@@ -8,6 +8,8 @@
 #include <map>
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using hw::fr::common::TaxSystemType;
@@ -25,7 +27,7 @@ QByteArray text(const QJsonArray& array)
 FrPosition line(double possum = 0, double discsum = 0)
 {
     FrPosition position;
-    position.setName(QStringLiteral("Товар"));
+    position.setName(u"Товар"_s);
     position.setPossum(possum);
     position.setDiscsum(discsum);
     return position;
@@ -49,13 +51,12 @@ TEST(Items, OfNoPositionsAreAnEmptyArray)
 TEST(Items, FollowTheOrderOfThePositions)
 {
     FrPosition second = line();
-    second.setName(QStringLiteral("Второй"));
+    second.setName(u"Второй"_s);
     const QJsonArray items = atolonline::createItems({line(), second, line()});
     QStringList names;
     for (const auto& each : items)
-        names << each.toObject().value(QStringLiteral("name")).toString();
-    EXPECT_EQ(
-        names, (QStringList{QStringLiteral("Товар"), QStringLiteral("Второй"), QStringLiteral("Товар")}));
+        names << each.toObject().value(u"name"_s).toString();
+    EXPECT_EQ(names, (QStringList{u"Товар"_s, u"Второй"_s, u"Товар"_s}));
 }
 
 TEST(Items, HoldTheseKeysAndNoOthers)
@@ -92,7 +93,7 @@ TEST(Items, RoundTheSumHalfAwayFromZeroToKopecks)
         {160, 9.99, "150.01"},
     };
     for (const auto& row : rows) {
-        const QJsonValue sum = item(line(row.possum, row.discsum)).value(QStringLiteral("sum"));
+        const QJsonValue sum = item(line(row.possum, row.discsum)).value(u"sum"_s);
         EXPECT_EQ(text(QJsonArray{sum}), QByteArray("[") + row.sum + "]")
             << row.possum << " - " << row.discsum;
     }
@@ -102,7 +103,7 @@ TEST(Items, RoundEveryWholeKopeckToItself)
 {
     for (int kopecks = -200000; kopecks <= 200000; kopecks += 7) {
         const double amount = kopecks / 100.0;
-        ASSERT_EQ(item(line(amount)).value(QStringLiteral("sum")).toDouble(), amount);
+        ASSERT_EQ(item(line(amount)).value(u"sum"_s).toDouble(), amount);
     }
 }
 
@@ -121,7 +122,7 @@ TEST(PaymentMethod, NamesEveryValueAndTakesOthersForFullPayment)
     for (int value = 0; value < 10; ++value)
         EXPECT_EQ(atolonline::getPaymentMethodName(EFrDriver::PaymentMethod(value)),
             QString::fromLatin1(names[value]));
-    EXPECT_EQ(atolonline::getPaymentMethodName(EFrDriver::PaymentMethod(-1)), QStringLiteral("full_payment"));
+    EXPECT_EQ(atolonline::getPaymentMethodName(EFrDriver::PaymentMethod(-1)), u"full_payment"_s);
 }
 
 TEST(PaymentObject, NamesEveryValueAndTakesOthersForCommodity)
@@ -132,38 +133,37 @@ TEST(PaymentObject, NamesEveryValueAndTakesOthersForCommodity)
     for (int value = 0; value < 16; ++value)
         EXPECT_EQ(atolonline::getPaymentObjectName(EFrDriver::PaymentObject(value)),
             QString::fromLatin1(names[value]));
-    EXPECT_EQ(atolonline::getPaymentObjectName(EFrDriver::PaymentObject(-1)), QStringLiteral("commodity"));
+    EXPECT_EQ(atolonline::getPaymentObjectName(EFrDriver::PaymentObject(-1)), u"commodity"_s);
 }
 
 TEST(NomenclatureCode, IsUpperCaseHexBytesSetApartByBlanks)
 {
     FrPosition position = line();
-    position.setExciseMark(QStringLiteral("mark"));
-    position.setMarkingCode(QStringLiteral("4606203090785"));
-    EXPECT_EQ(item(position).value(QStringLiteral("nomenclature_code")).toString(),
-        QStringLiteral("45 0D 04 30 77 19 57 61"));
+    position.setExciseMark(u"mark"_s);
+    position.setMarkingCode(u"4606203090785"_s);
+    EXPECT_EQ(item(position).value(u"nomenclature_code"_s).toString(), u"45 0D 04 30 77 19 57 61"_s);
 }
 
 TEST(NomenclatureCode, IsLeftOutWithoutAnExciseMarkWhateverTheMarkingCode)
 {
     FrPosition position = line();
-    position.setMarkingCode(QStringLiteral("4606203090785"));
-    EXPECT_FALSE(item(position).contains(QStringLiteral("nomenclature_code")));
+    position.setMarkingCode(u"4606203090785"_s);
+    EXPECT_FALSE(item(position).contains(u"nomenclature_code"_s));
 }
 
 TEST(NomenclatureCode, IsEmptyTextWhenTheMarkingCodeGivesNoBytes)
 {
     FrPosition position = line();
-    position.setExciseMark(QStringLiteral("mark"));
-    EXPECT_EQ(item(position).value(QStringLiteral("nomenclature_code")), QJsonValue(QString::fromLatin1("")));
+    position.setExciseMark(u"mark"_s);
+    EXPECT_EQ(item(position).value(u"nomenclature_code"_s), QJsonValue(u""_s));
 }
 
 TEST(Supplier, IsLeftOutOfALineThatIsNotMarkedAsASuppliers)
 {
     FrPosition position = line();
-    position.setRequisite(FdRequisite(EFrDriver::SupplierInn, QStringLiteral("7700000000")));
-    EXPECT_FALSE(item(position).contains(QStringLiteral("supplier_info")));
-    EXPECT_FALSE(item(position).contains(QStringLiteral("agent_info")));
+    position.setRequisite(FdRequisite(EFrDriver::SupplierInn, u"7700000000"_s));
+    EXPECT_FALSE(item(position).contains(u"supplier_info"_s));
+    EXPECT_FALSE(item(position).contains(u"agent_info"_s));
 }
 
 TEST(Supplier, TakesTelephoneAndNameFromTheCompositeAndTheTaxpayerNumberFromTheLine)
@@ -171,15 +171,15 @@ TEST(Supplier, TakesTelephoneAndNameFromTheCompositeAndTheTaxpayerNumberFromTheL
     FrPosition position = line();
     position.setSupplierRequisites(true);
     position.setRequisite(FdRequisite(EFrDriver::AgentSign, 32));
-    position.setRequisite(FdRequisite(EFrDriver::SupplierInn, QStringLiteral("7700000000")));
+    position.setRequisite(FdRequisite(EFrDriver::SupplierInn, u"7700000000"_s));
     position.setRequisite(supplier({
-        {EFrDriver::SupplierPhone, FdRequisite(EFrDriver::SupplierPhone, QStringLiteral("+79990000000"))},
-        {EFrDriver::SupplierName, FdRequisite(EFrDriver::SupplierName, QStringLiteral("ООО Поставщик"))},
+        {EFrDriver::SupplierPhone, FdRequisite(EFrDriver::SupplierPhone, u"+79990000000"_s)},
+        {EFrDriver::SupplierName, FdRequisite(EFrDriver::SupplierName, u"ООО Поставщик"_s)},
     }));
     const QJsonObject sent = item(position);
-    EXPECT_EQ(text(sent.value(QStringLiteral("supplier_info")).toObject()),
+    EXPECT_EQ(text(sent.value(u"supplier_info"_s).toObject()),
         R"({"inn":"7700000000","name":"ООО Поставщик","phones":["+79990000000"]})");
-    EXPECT_EQ(text(sent.value(QStringLiteral("agent_info")).toObject()), R"({"type":"commission_agent"})");
+    EXPECT_EQ(text(sent.value(u"agent_info"_s).toObject()), R"({"type":"commission_agent"})");
 }
 
 TEST(Supplier, WithoutDataHasAllKeysWithEmptyTexts)
@@ -187,25 +187,22 @@ TEST(Supplier, WithoutDataHasAllKeysWithEmptyTexts)
     FrPosition position = line();
     position.setSupplierRequisites(true);
     const QJsonObject sent = item(position);
-    EXPECT_EQ(text(sent.value(QStringLiteral("supplier_info")).toObject()),
-        R"({"inn":"","name":"","phones":[""]})");
-    EXPECT_EQ(text(sent.value(QStringLiteral("agent_info")).toObject()), R"({"type":""})");
+    EXPECT_EQ(text(sent.value(u"supplier_info"_s).toObject()), R"({"inn":"","name":"","phones":[""]})");
+    EXPECT_EQ(text(sent.value(u"agent_info"_s).toObject()), R"({"type":""})");
 }
 
 TEST(Supplier, TaxpayerNumberInsideTheCompositeIsNotFound)
 {
     const FdRequisite::Map requisites{{EFrDriver::SupplierData,
-        supplier(
-            {{EFrDriver::SupplierInn, FdRequisite(EFrDriver::SupplierInn, QStringLiteral("7700000000"))}})}};
+        supplier({{EFrDriver::SupplierInn, FdRequisite(EFrDriver::SupplierInn, u"7700000000"_s)}})}};
     EXPECT_EQ(text(atolonline::getSupplierInfo(requisites)), R"({"inn":"","name":"","phones":[""]})");
 }
 
 TEST(Agent, NamesTheSevenBitsAndNothingElse)
 {
-    const std::map<int, QString> names{{1, QStringLiteral("bank_paying_agent")},
-        {2, QStringLiteral("bank_paying_subagent")}, {4, QStringLiteral("paying_agent")},
-        {8, QStringLiteral("paying_subagent")}, {16, QStringLiteral("attorney")},
-        {32, QStringLiteral("commission_agent")}, {64, QStringLiteral("another")}};
+    const std::map<int, QString> names{{1, u"bank_paying_agent"_s}, {2, u"bank_paying_subagent"_s},
+        {4, u"paying_agent"_s}, {8, u"paying_subagent"_s}, {16, u"attorney"_s}, {32, u"commission_agent"_s},
+        {64, u"another"_s}};
     for (int type = -1; type <= 130; ++type) {
         const auto found = names.find(type);
         const QString name = atolonline::getAgentName(type);
@@ -236,13 +233,12 @@ TEST(Payments, OfAnEmptyReceiptAreOnePaymentOfNothing)
 
 TEST(TaxationSystem, NamesTheFiveSpecialSystemsAndTakesOthersForTheGeneral)
 {
-    const std::map<int, QString> names{{2, QStringLiteral("usn_income")},
-        {4, QStringLiteral("usn_income_outcome")}, {8, QStringLiteral("envd")}, {16, QStringLiteral("esn")},
-        {32, QStringLiteral("patent")}};
+    const std::map<int, QString> names{{2, u"usn_income"_s}, {4, u"usn_income_outcome"_s}, {8, u"envd"_s},
+        {16, u"esn"_s}, {32, u"patent"_s}};
     for (int type = -1; type <= 64; ++type) {
         const auto found = names.find(type);
-        EXPECT_EQ(atolonline::getSnoName(TaxSystemType(type)),
-            found == names.end() ? QStringLiteral("osn") : found->second)
+        EXPECT_EQ(
+            atolonline::getSnoName(TaxSystemType(type)), found == names.end() ? u"osn"_s : found->second)
             << type;
     }
 }

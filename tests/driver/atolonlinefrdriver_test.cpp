@@ -16,6 +16,8 @@
 #include <functional>
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using hw::fr::Option;
@@ -45,13 +47,13 @@ protected:
     AtolOnlineSettings* filledSettings()
     {
         settings.setDeviceId(7);
-        settings.setUrl(QStringLiteral("https://service.example/v4/"));
-        settings.setGroupCode(QStringLiteral("g"));
+        settings.setUrl(u"https://service.example/v4/"_s);
+        settings.setGroupCode(u"g"_s);
         settings.setRequestInterval(200);
         return &settings;
     }
 
-    void collect(const QString& contact = QStringLiteral("buyer@example.com"))
+    void collect(const QString& contact = u"buyer@example.com"_s)
     {
         driver.checkOpen(document);
         driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, contact));
@@ -69,7 +71,7 @@ protected:
 
     QJsonObject sentReceipt() const
     {
-        return transport.requests().last().json().value(QStringLiteral("receipt")).toObject();
+        return transport.requests().last().json().value(u"receipt"_s).toObject();
     }
 
     static QString failureOf(const std::function<void()>& call)
@@ -79,30 +81,30 @@ protected:
         } catch (const BasicException& e) {
             return e.tr().ru();
         }
-        return QStringLiteral("no failure");
+        return u"no failure"_s;
     }
 
     LogCapture log;
     ScriptedTransport transport;
     AtolOnlineSettings settings;
     PatientDriver driver{filledSettings()};
-    const FiscalDocument document{0, QStringLiteral("till-7-000123")};
+    const FiscalDocument document{0, u"till-7-000123"_s};
 };
 
-const QStringList polling{QStringLiteral("GET https://service.example/v4/g/report/u-1")};
-const QString selling = QStringLiteral("POST https://service.example/v4/g/sell");
-const QString asking = QStringLiteral("POST https://service.example/v4/getToken");
+const QStringList polling{u"GET https://service.example/v4/g/report/u-1"_s};
+const QString selling = u"POST https://service.example/v4/g/sell"_s;
+const QString asking = u"POST https://service.example/v4/getToken"_s;
 
 TEST_F(CloudDriver, TellsItsDeviceAndLogsUnderItsNumber)
 {
-    EXPECT_EQ(driver.getDeviceInfo().getProducerCode(), QStringLiteral("4"));
-    EXPECT_EQ(driver.getDeviceInfo().getModelCode(), QStringLiteral("1"));
-    EXPECT_EQ(driver.getDeviceInfo().getModelName(), QStringLiteral("Атол Онлайн"));
-    EXPECT_EQ(driver.getDeviceInfo().getLoggerName(), QStringLiteral("atolonline_7"));
+    EXPECT_EQ(driver.getDeviceInfo().getProducerCode(), u"4"_s);
+    EXPECT_EQ(driver.getDeviceInfo().getModelCode(), u"1"_s);
+    EXPECT_EQ(driver.getDeviceInfo().getModelName(), u"Атол Онлайн"_s);
+    EXPECT_EQ(driver.getDeviceInfo().getLoggerName(), u"atolonline_7"_s);
     EXPECT_EQ(driver.getDeviceSettings(), &settings);
     answers({token});
     driver.connect();
-    EXPECT_EQ(log.categories(), QStringList{QStringLiteral("frdriver.atolonline_7")});
+    EXPECT_EQ(log.categories(), QStringList{u"frdriver.atolonline_7"_s});
 }
 
 TEST_F(CloudDriver, SwitchesItsOptionsUnlessTheSettingsSayOtherwise)
@@ -128,7 +130,7 @@ TEST_F(CloudDriver, ConnectsByObtainingATokenOnce)
     driver.connect();
     driver.connect();
     EXPECT_EQ(transport.requestLines(), QStringList{asking});
-    EXPECT_EQ(log.lines(), QStringList{QStringLiteral("debug: Получение токена")});
+    EXPECT_EQ(log.lines(), QStringList{u"debug: Получение токена"_s});
 }
 
 TEST_F(CloudDriver, NamesEveryTypeOfDocumentAndRefusesAllButTheSale)
@@ -139,17 +141,17 @@ TEST_F(CloudDriver, NamesEveryTypeOfDocumentAndRefusesAllButTheSale)
     const auto refusal = [&](int type, const char* name) {
         log.take();
         EXPECT_THROW(driver.checkOpen(FiscalDocument(type, QString())), FrCommandException);
-        EXPECT_EQ(log.lines(), QStringList{QStringLiteral("info: Открытие чека ") + QString::fromUtf8(name)});
+        EXPECT_EQ(log.lines(), QStringList{u"info: Открытие чека "_s + QString::fromUtf8(name)});
     };
     for (int type = 1; type <= 12; ++type)
         refusal(type, names[type - 1]);
     refusal(42, "неизвестного типа чека");
     refusal(-1, "неизвестного типа чека");
     EXPECT_EQ(failureOf([&] { driver.checkOpen(FiscalDocument(1, QString())); }),
-        QStringLiteral("Тип чека не поддерживается ФР"));
+        u"Тип чека не поддерживается ФР"_s);
     log.take();
     driver.checkOpen(document);
-    EXPECT_EQ(log.lines(), QStringList{QStringLiteral("info: Открытие чека продажи")});
+    EXPECT_EQ(log.lines(), QStringList{u"info: Открытие чека продажи"_s});
 }
 
 TEST_F(CloudDriver, KeepsTheCollectedReceiptWhenAnotherTypeIsRefused)
@@ -158,7 +160,7 @@ TEST_F(CloudDriver, KeepsTheCollectedReceiptWhenAnotherTypeIsRefused)
     EXPECT_THROW(driver.checkOpen(FiscalDocument(1, QString())), FrCommandException);
     answers({accepted});
     driver.documentClose(document);
-    EXPECT_EQ(sentReceipt().value(QStringLiteral("items")).toArray().size(), 1);
+    EXPECT_EQ(sentReceipt().value(u"items"_s).toArray().size(), 1);
 }
 
 TEST_F(CloudDriver, LogsAndKeepsContactAndTaxationSystemOnly)
@@ -166,14 +168,14 @@ TEST_F(CloudDriver, LogsAndKeepsContactAndTaxationSystemOnly)
     driver.checkOpen(document);
     log.take();
     driver.setRequisite(FdRequisite(EFrDriver::AppliedTaxSystem, 2));
-    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("buyer@example.com")));
-    driver.setRequisite(FdRequisite(EFrDriver::AdditionalReceiptRequisite, QStringLiteral("x")));
-    EXPECT_EQ(log.take(),
-        (QStringList{QStringLiteral("info: Запись реквизита 1055 (применяемая система налогообложения) в ФР"),
-            QStringLiteral("debug: Установка системы налогообложения для чека: Упрощенная (доход)"),
-            QStringLiteral("info: Запись реквизита 1008 (телефон или электронный адрес покупателя) в ФР"),
-            QStringLiteral("debug: Установка адреса покупателя: buyer@example.com"),
-            QStringLiteral("info: Запись реквизита 1192 (дополнительный реквизит чека) в ФР")}));
+    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, u"buyer@example.com"_s));
+    driver.setRequisite(FdRequisite(EFrDriver::AdditionalReceiptRequisite, u"x"_s));
+    EXPECT_EQ(
+        log.take(), (QStringList{u"info: Запись реквизита 1055 (применяемая система налогообложения) в ФР"_s,
+                        u"debug: Установка системы налогообложения для чека: Упрощенная (доход)"_s,
+                        u"info: Запись реквизита 1008 (телефон или электронный адрес покупателя) в ФР"_s,
+                        u"debug: Установка адреса покупателя: buyer@example.com"_s,
+                        u"info: Запись реквизита 1192 (дополнительный реквизит чека) в ФР"_s}));
     answers({accepted});
     driver.documentClose(document);
     EXPECT_EQ(QJsonDocument(sentReceipt()).toJson(QJsonDocument::Compact),
@@ -183,20 +185,19 @@ TEST_F(CloudDriver, LogsAndKeepsContactAndTaxationSystemOnly)
 
 TEST_F(CloudDriver, TakesTheLastRequisiteOfATag)
 {
-    collect(QStringLiteral("first@example.com"));
-    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("second@example.com")));
+    collect(u"first@example.com"_s);
+    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, u"second@example.com"_s));
     answers({accepted});
     driver.documentClose(document);
-    EXPECT_EQ(sentReceipt().value(QStringLiteral("client")),
-        (QJsonObject{{QStringLiteral("email"), QStringLiteral("second@example.com")}}));
+    EXPECT_EQ(sentReceipt().value(u"client"_s), (QJsonObject{{u"email"_s, u"second@example.com"_s}}));
 }
 
 TEST_F(CloudDriver, LosesRequisitesThatAreSetBeforeOpening)
 {
-    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("buyer@example.com")));
+    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, u"buyer@example.com"_s));
     driver.checkOpen(document);
     EXPECT_EQ(failureOf([&] { driver.checkClose(document); }),
-        QStringLiteral("Требуется телефон или электронный адрес покупателя"));
+        u"Требуется телефон или электронный адрес покупателя"_s);
 }
 
 TEST_F(CloudDriver, TellsATelephoneFromAnEMailAddressByTheAtSign)
@@ -207,8 +208,7 @@ TEST_F(CloudDriver, TellsATelephoneFromAnEMailAddressByTheAtSign)
         collect(QString::fromLatin1(contact));
         answers({accepted});
         driver.documentClose(document);
-        EXPECT_EQ(sentReceipt().value(QStringLiteral("client")).toObject().keys(),
-            QStringList{QString::fromLatin1(key)});
+        EXPECT_EQ(sentReceipt().value(u"client"_s).toObject().keys(), QStringList{QString::fromLatin1(key)});
     }
 }
 
@@ -217,10 +217,10 @@ TEST_F(CloudDriver, LogsALineAndAddsItAsItIs)
     driver.checkOpen(document);
     log.take();
     FrPosition position;
-    position.setName(QStringLiteral("%2"));
+    position.setName(u"%2"_s);
     driver.checkAddPosition(position);
-    EXPECT_EQ(log.lines(), QStringList{QStringLiteral("info: Добавление позиции в чек: %2, цена 0.00, "
-                                                      "количество 0.000, сумма 0.00, скидка 0.00, налог 5")});
+    EXPECT_EQ(log.lines(), QStringList{u"info: Добавление позиции в чек: %2, цена 0.00, "
+                                       u"количество 0.000, сумма 0.00, скидка 0.00, налог 5"_s});
 }
 
 TEST_F(CloudDriver, AddsUpPaymentsOfOneType)
@@ -229,13 +229,12 @@ TEST_F(CloudDriver, AddsUpPaymentsOfOneType)
     log.take();
     driver.checkPay(FrPayment(0, 100.5));
     driver.checkPay(FrPayment(0, 50));
-    EXPECT_EQ(log.lines(), (QStringList{QStringLiteral("info: Добавление оплаты: тип 0, сумма 100.50"),
-                               QStringLiteral("info: Добавление оплаты: тип 0, сумма 50.00")}));
-    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("a@b")));
+    EXPECT_EQ(log.lines(), (QStringList{u"info: Добавление оплаты: тип 0, сумма 100.50"_s,
+                               u"info: Добавление оплаты: тип 0, сумма 50.00"_s}));
+    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, u"a@b"_s));
     answers({accepted});
     driver.documentClose(document);
-    EXPECT_EQ(QJsonDocument(sentReceipt().value(QStringLiteral("payments")).toArray())
-                  .toJson(QJsonDocument::Compact),
+    EXPECT_EQ(QJsonDocument(sentReceipt().value(u"payments"_s).toArray()).toJson(QJsonDocument::Compact),
         R"([{"sum":150.5,"type":0}])");
 }
 
@@ -249,17 +248,15 @@ TEST_F(CloudDriver, ClosesWithTheStepsAndLogLinesOfASale)
     EXPECT_EQ(
         transport.requestLines(), QStringList({asking, selling}) + polling + polling + polling + polling);
     EXPECT_EQ(driver.sleeps, (QList<int>{200, 200, 200, 200}));
-    const QString asked = QStringLiteral("info: Получение статуса документа по uuid: u-1");
-    const QString code34 =
-        QStringLiteral("error: Ответ от сервера содержит ошибку. Код 34, идентификатор e (t)");
-    const QString inProgress = QStringLiteral("debug: Документ еще не обработан");
-    EXPECT_EQ(
-        log.lines(), (QStringList{QStringLiteral("info: Закрытие чека продажи"),
-                         QStringLiteral("info: Установка идентификатора документа till-7-000123"),
-                         QStringLiteral("info: Чек отправлен, UUID: u-1"),
-                         QStringLiteral("debug: Ожидание перехода документа в статус done или fail"), asked,
-                         code34, inProgress, asked, code34, inProgress, asked, code34, inProgress, asked,
-                         QStringLiteral("info: Просмотр чека на сайте ОФД: https://ofd.example/1")}));
+    const QString asked = u"info: Получение статуса документа по uuid: u-1"_s;
+    const QString code34 = u"error: Ответ от сервера содержит ошибку. Код 34, идентификатор e (t)"_s;
+    const QString inProgress = u"debug: Документ еще не обработан"_s;
+    EXPECT_EQ(log.lines(),
+        (QStringList{u"info: Закрытие чека продажи"_s,
+            u"info: Установка идентификатора документа till-7-000123"_s, u"info: Чек отправлен, UUID: u-1"_s,
+            u"debug: Ожидание перехода документа в статус done или fail"_s, asked, code34, inProgress, asked,
+            code34, inProgress, asked, code34, inProgress, asked,
+            u"info: Просмотр чека на сайте ОФД: https://ofd.example/1"_s}));
 }
 
 TEST_F(CloudDriver, ReportsTheFiscalResultOfAClosedReceipt)
@@ -268,15 +265,15 @@ TEST_F(CloudDriver, ReportsTheFiscalResultOfAClosedReceipt)
     answers({accepted, done});
     driver.checkClose(document);
     const FiscalInfo info = driver.getFiscalInfo(0, false);
-    EXPECT_EQ(info.fnNumber, QStringLiteral("0000440300046840"));
-    EXPECT_EQ(info.registrationNumber, QStringLiteral("0000111118041361"));
-    EXPECT_EQ(info.shiftNumber, QStringLiteral("17"));
+    EXPECT_EQ(info.fnNumber, u"0000440300046840"_s);
+    EXPECT_EQ(info.registrationNumber, u"0000111118041361"_s);
+    EXPECT_EQ(info.shiftNumber, u"17"_s);
     EXPECT_EQ(info.fiscalDocumentNumber, 123);
-    EXPECT_EQ(info.fiscalSign, QStringLiteral("3449555941"));
+    EXPECT_EQ(info.fiscalSign, u"3449555941"_s);
     EXPECT_EQ(info.total, 160.5);
     EXPECT_EQ(info.dateTime, QDateTime(QDate(2024, 3, 5), QTime(14, 7, 9)));
-    EXPECT_EQ(info.taxSystem, QStringLiteral("Общая"));
-    EXPECT_EQ(driver.getLastResponse().value(QStringLiteral("status")).toString(), QStringLiteral("done"));
+    EXPECT_EQ(info.taxSystem, u"Общая"_s);
+    EXPECT_EQ(driver.getLastResponse().value(u"status"_s).toString(), u"done"_s);
 }
 
 TEST_F(CloudDriver, OverwritesTheFiscalResultWithEmptyValuesWhenKeysAreMissing)
@@ -291,7 +288,7 @@ TEST_F(CloudDriver, OverwritesTheFiscalResultWithEmptyValuesWhenKeysAreMissing)
     EXPECT_EQ(info.fiscalDocumentNumber, 0);
     EXPECT_EQ(info.total, 0.0);
     EXPECT_FALSE(info.dateTime.isValid());
-    EXPECT_EQ(info.taxSystem, QStringLiteral("Общая"));
+    EXPECT_EQ(info.taxSystem, u"Общая"_s);
 }
 
 TEST_F(CloudDriver, ReadsTextsAsNumbersAndTakesAnotherDateFormatForNone)
@@ -307,7 +304,7 @@ TEST_F(CloudDriver, ReadsTextsAsNumbersAndTakesAnotherDateFormatForNone)
 TEST_F(CloudDriver, LeavesTheTaxationSystemEmptyWithoutItsRequisite)
 {
     driver.checkOpen(document);
-    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, QStringLiteral("a@b")));
+    driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, u"a@b"_s));
     answers({accepted, done});
     driver.checkClose(document);
     EXPECT_EQ(driver.getFiscalInfo(0, false).taxSystem, QString());
@@ -330,8 +327,7 @@ TEST_F(CloudDriver, SendsNothingWithoutABuyersContact)
     EXPECT_THROW(driver.checkClose(document), FrWorkWithServiceException);
     EXPECT_THROW(driver.documentClose(document), FrWorkWithServiceException);
     EXPECT_EQ(transport.requestLines(), QStringList());
-    EXPECT_EQ(log.lines(),
-        (QStringList{QStringLiteral("info: Закрытие чека продажи"), QStringLiteral("info: Закрытие чека")}));
+    EXPECT_EQ(log.lines(), (QStringList{u"info: Закрытие чека продажи"_s, u"info: Закрытие чека"_s}));
 }
 
 TEST_F(CloudDriver, RenewsAnExpiredTokenAndClosesAgainAsOftenAsItTakes)
@@ -340,12 +336,10 @@ TEST_F(CloudDriver, RenewsAnExpiredTokenAndClosesAgainAsOftenAsItTakes)
     answers({expired, token, expired, token, accepted, done});
     driver.checkClose(document);
     EXPECT_EQ(transport.requestLines(), QStringList({selling, asking, selling, asking, selling}) + polling);
-    const QStringList once{QStringLiteral("info: Закрытие чека продажи"),
-        QStringLiteral("info: Установка идентификатора документа till-7-000123")};
-    const QStringList renewal{
-        QStringLiteral("error: Ответ от сервера содержит ошибку. Код 11, идентификатор e (t)"),
-        QStringLiteral("warn: Срок действия токена истёк. Получаем новый токен"),
-        QStringLiteral("debug: Получение токена")};
+    const QStringList once{
+        u"info: Закрытие чека продажи"_s, u"info: Установка идентификатора документа till-7-000123"_s};
+    const QStringList renewal{u"error: Ответ от сервера содержит ошибку. Код 11, идентификатор e (t)"_s,
+        u"warn: Срок действия токена истёк. Получаем новый токен"_s, u"debug: Получение токена"_s};
     EXPECT_EQ(log.lines().mid(0, 12), once + renewal + once + renewal + once);
 }
 
@@ -356,10 +350,10 @@ TEST_F(CloudDriver, RepeatsOneReceiptUnderOneIdentifier)
     driver.checkClose(document);
     QStringList ids;
     for (const auto& request : transport.requests()) {
-        if (request.url.endsWith(QStringLiteral("/sell")))
-            ids << request.json().value(QStringLiteral("external_id")).toString();
+        if (request.url.endsWith(u"/sell"_s))
+            ids << request.json().value(u"external_id"_s).toString();
     }
-    EXPECT_EQ(ids, (QStringList{QStringLiteral("till-7-000123"), QStringLiteral("till-7-000123")}));
+    EXPECT_EQ(ids, (QStringList{u"till-7-000123"_s, u"till-7-000123"_s}));
 }
 
 TEST_F(CloudDriver, SurvivesThousandsOfExpiredTokensInARow)
@@ -413,26 +407,26 @@ TEST_F(CloudDriver, SendsTheSameReceiptAgainAfterAFailedClose)
     const QJsonObject first = sentReceipt();
     answers({accepted, done});
     driver.checkClose(document);
-    EXPECT_EQ(transport.requests().at(1).json().value(QStringLiteral("receipt")).toObject(), first);
+    EXPECT_EQ(transport.requests().at(1).json().value(u"receipt"_s).toObject(), first);
 }
 
 TEST_F(CloudDriver, ClosesADocumentWithoutWaiting)
 {
     collect();
     answers({accepted});
-    EXPECT_EQ(driver.documentClose(document), QStringLiteral("u-1"));
+    EXPECT_EQ(driver.documentClose(document), u"u-1"_s);
     EXPECT_EQ(transport.requestLines(), QStringList{selling});
     EXPECT_EQ(driver.sleeps, QList<int>());
     EXPECT_EQ(driver.getFiscalInfo(0, false).fnNumber, QString());
-    EXPECT_EQ(log.lines(), (QStringList{QStringLiteral("info: Закрытие чека"),
-                               QStringLiteral("info: Установка идентификатора документа till-7-000123")}));
+    EXPECT_EQ(log.lines(),
+        (QStringList{u"info: Закрытие чека"_s, u"info: Установка идентификатора документа till-7-000123"_s}));
 }
 
 TEST_F(CloudDriver, GivesTheUuidOfADocumentThatExists)
 {
     collect();
     answers({exists});
-    EXPECT_EQ(driver.documentClose(document), QStringLiteral("u-0"));
+    EXPECT_EQ(driver.documentClose(document), u"u-0"_s);
     answers({R"({"error":{"code":33,"text":"t"}})"});
     EXPECT_EQ(driver.documentClose(document), QString());
 }
@@ -441,20 +435,18 @@ TEST_F(CloudDriver, RenewsAnExpiredTokenWithoutALineOfItsOwnWhenItDoesNotWait)
 {
     collect();
     answers({expired, token, accepted});
-    EXPECT_EQ(driver.documentClose(document), QStringLiteral("u-1"));
-    EXPECT_EQ(log.lines().filter(QStringLiteral("Получаем новый токен")), QStringList());
-    EXPECT_EQ(log.lines().filter(QStringLiteral("Закрытие чека")).size(), 2);
+    EXPECT_EQ(driver.documentClose(document), u"u-1"_s);
+    EXPECT_EQ(log.lines().filter(u"Получаем новый токен"_s), QStringList());
+    EXPECT_EQ(log.lines().filter(u"Закрытие чека"_s).size(), 2);
 }
 
 TEST_F(CloudDriver, AsksAboutADocumentAndReturnsTheWholeAnswer)
 {
     answers({expired, token, waiting, done});
-    EXPECT_EQ(driver.getDocumentInfo(QStringLiteral("u-1")).value(QStringLiteral("status")).toString(),
-        QStringLiteral("wait"));
-    EXPECT_EQ(driver.getDocumentInfo(QStringLiteral("u-1")).value(QStringLiteral("status")).toString(),
-        QStringLiteral("done"));
+    EXPECT_EQ(driver.getDocumentInfo(u"u-1"_s).value(u"status"_s).toString(), u"wait"_s);
+    EXPECT_EQ(driver.getDocumentInfo(u"u-1"_s).value(u"status"_s).toString(), u"done"_s);
     EXPECT_EQ(transport.requestLines(), polling + QStringList{asking} + polling + polling);
-    EXPECT_EQ(log.lines().filter(QStringLiteral("info: Получение информации о документе")).size(), 3);
+    EXPECT_EQ(log.lines().filter(u"info: Получение информации о документе"_s).size(), 3);
     EXPECT_EQ(driver.getFiscalInfo(0, false).fnNumber, QString());
 }
 
@@ -473,7 +465,7 @@ TEST_F(CloudDriver, IsOneObjectBehindBothInterfaces)
     ASSERT_NE(cloud, nullptr);
     collect();
     answers({accepted});
-    EXPECT_EQ(cloud->documentClose(document), QStringLiteral("u-1"));
+    EXPECT_EQ(cloud->documentClose(document), u"u-1"_s);
     EXPECT_EQ(cloud->getLastResponse(), driver.getLastResponse());
 }
 

@@ -12,6 +12,8 @@
 #include <optional>
 #include <string>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using Call = Service::Call;
@@ -29,14 +31,13 @@ TEST(Batch, OfFiftyReceiptsIsRegisteredInItsOrder)
 {
     const EmulatorProcess emulator;
     const Shop shop(emulator.url());
-    const Ran sold = shop.frhost({QStringLiteral("sell"), shop.receipts(ids(50, "r"))});
+    const Ran sold = shop.frhost({u"sell"_s, shop.receipts(ids(50, "r"))});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
     QStringList expected;
     for (int i = 1; i <= 50; ++i)
-        expected << QStringLiteral("%1 r%1 registered").arg(i);
-    EXPECT_EQ(
-        sold.columns({QStringLiteral("line"), QStringLiteral("id"), QStringLiteral("outcome")}), expected);
-    EXPECT_EQ(sold.err, QStringLiteral("Receipts: 50. Registered: 50, refused: 0, unknown: 0.\n"));
+        expected << u"%1 r%1 registered"_s.arg(i);
+    EXPECT_EQ(sold.columns({u"line"_s, u"id"_s, u"outcome"_s}), expected);
+    EXPECT_EQ(sold.err, u"Receipts: 50. Registered: 50, refused: 0, unknown: 0.\n"_s);
 }
 
 TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
@@ -46,20 +47,18 @@ TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
         R"("endpoint":"sell","effect":"close","phase":"after","match":{"external_id":"r3","next":1})");
     const Shop shop(emulator.url());
     const QString file = shop.receipts(ids(5, "r"));
-    const Ran stopped = shop.frhost({QStringLiteral("sell"), file});
+    const Ran stopped = shop.frhost({u"sell"_s, file});
     EXPECT_EQ(stopped.exitCode, 4);
-    EXPECT_EQ(stopped.columns({QStringLiteral("id"), QStringLiteral("outcome")}),
-        (QStringList{
-            QStringLiteral("r1 registered"), QStringLiteral("r2 registered"), QStringLiteral("r3 unknown")}));
+    EXPECT_EQ(stopped.columns({u"id"_s, u"outcome"_s}),
+        (QStringList{u"r1 registered"_s, u"r2 registered"_s, u"r3 unknown"_s}));
     EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Running the same file again is safe"));
     EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Receipts not sent: 2."));
 
-    const Ran again = shop.frhost({QStringLiteral("sell"), file});
+    const Ran again = shop.frhost({u"sell"_s, file});
     EXPECT_EQ(again.exitCode, 0);
-    EXPECT_EQ(again.columns({QStringLiteral("id"), QStringLiteral("outcome"), QStringLiteral("recovered")}),
-        (QStringList{QStringLiteral("r1 registered true"), QStringLiteral("r2 registered true"),
-            QStringLiteral("r3 registered true"), QStringLiteral("r4 registered -"),
-            QStringLiteral("r5 registered -")}));
+    EXPECT_EQ(again.columns({u"id"_s, u"outcome"_s, u"recovered"_s}),
+        (QStringList{u"r1 registered true"_s, u"r2 registered true"_s, u"r3 registered true"_s,
+            u"r4 registered -"_s, u"r5 registered -"_s}));
 }
 
 // The service is there for the token and the first receipt, and gone for the second.
@@ -84,10 +83,9 @@ TEST(Batch, StopsAtAReceiptThatIsNotSentForWantOfAConnection)
     });
     self = &service;
     const Shop shop(service.url());
-    const Ran stopped = shop.frhost({QStringLiteral("sell"), shop.receipts(ids(3, "r"))});
+    const Ran stopped = shop.frhost({u"sell"_s, shop.receipts(ids(3, "r"))});
     EXPECT_EQ(stopped.exitCode, 4);
-    EXPECT_EQ(stopped.columns({QStringLiteral("id"), QStringLiteral("outcome")}),
-        (QStringList{QStringLiteral("r1 registered"), QStringLiteral("r2 unknown")}));
+    EXPECT_EQ(stopped.columns({u"id"_s, u"outcome"_s}), (QStringList{u"r1 registered"_s, u"r2 unknown"_s}));
     EXPECT_THAT(stopped.err.toStdString(), HasSubstr("r2: Not sent, no connection"));
     EXPECT_THAT(stopped.err.toStdString(), HasSubstr("This run has not sent the receipt."));
     EXPECT_EQ(sells, 1);
@@ -97,10 +95,10 @@ TEST(Batch, StopsAtAReceiptThatIsNotSentForWantOfAConnection)
 // The largest resident set of a running process so far, in KiB; none when it has ended.
 std::optional<long> peakOf(qint64 process)
 {
-    QFile file(QStringLiteral("/proc/%1/status").arg(process));
+    QFile file(u"/proc/%1/status"_s.arg(process));
     if (!file.open(QIODevice::ReadOnly))
         return std::nullopt;
-    static const QRegularExpression peak(QStringLiteral("VmHWM:\\s*(\\d+) kB"));
+    static const QRegularExpression peak(u"VmHWM:\\s*(\\d+) kB"_s);
     const auto match = peak.match(QString::fromUtf8(file.readAll()));
     return match.hasMatch() ? std::optional(match.captured(1).toLong()) : std::nullopt;
 }
@@ -109,9 +107,9 @@ std::optional<long> peakOf(qint64 process)
 // composed, when it is looked at for the last time: a pipe holds 64 KiB.
 long peakWhileComposing(int count)
 {
-    const Shop shop(QStringLiteral("http://127.0.0.1:1/"));
+    const Shop shop(u"http://127.0.0.1:1/"_s);
     QProcess frhost;
-    frhost.start(frhostProgram(), {QStringLiteral("compose"), shop.receipts(ids(count, "till-7-"))});
+    frhost.start(frhostProgram(), {u"compose"_s, shop.receipts(ids(count, "till-7-"))});
     long peak = 0;
     qsizetype lines = 0;
     while (frhost.waitForReadyRead(120000)) {

@@ -14,6 +14,8 @@
 #include <semaphore>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using Call = Service::Call;
@@ -85,27 +87,25 @@ public:
     explicit CanaryTill(const QString& url)
         : shop(url)
     {
-        shop.configure(QStringLiteral("login"), QString::fromLatin1(login));
-        shop.unconfigure(QStringLiteral("password"));
-        shop.configure(QStringLiteral("passwordFile"), QStringLiteral("password"));
-        std::ignore = shop.file(QStringLiteral("password"), password);
+        shop.configure(u"login"_s, QString::fromLatin1(login));
+        shop.unconfigure(u"password"_s);
+        shop.configure(u"passwordFile"_s, u"password"_s);
+        std::ignore = shop.file(u"password"_s, password);
     }
 
     [[nodiscard]] static QByteArray receipt()
     {
-        return receiptLine(QStringLiteral("r1")).replace("buyer@example.com", contact);
+        return receiptLine(u"r1"_s).replace("buyer@example.com", contact);
     }
     // The arguments of a program that runs `frhost sell` in the folder.
     [[nodiscard]] QStringList selling(const QString& level) const
     {
         return inFolder() + QStringList{frhostProgram()} +
-               shop.arguments({QStringLiteral("--log-level"), level, QStringLiteral("sell"),
-                   QStringLiteral("--qr-dir"), QStringLiteral("qr"), QStringLiteral("-")});
+               shop.arguments({u"--log-level"_s, level, u"sell"_s, u"--qr-dir"_s, u"qr"_s, u"-"_s});
     }
     [[nodiscard]] QStringList inFolder() const
     {
-        return {QStringLiteral("-C"), work.path(), QStringLiteral("HOME=") + work.path(),
-            QStringLiteral("TMPDIR=") + work.path()};
+        return {u"-C"_s, work.path(), u"HOME="_s + work.path(), u"TMPDIR="_s + work.path()};
     }
     // The names of all files there, and all that they hold.
     [[nodiscard]] std::pair<QStringList, QByteArray> written() const
@@ -130,8 +130,8 @@ private:
 // What others see of a process.
 QByteArray visible(qint64 process)
 {
-    const QString folder = QStringLiteral("/proc/%1/").arg(process);
-    return contentOf(folder + QStringLiteral("cmdline")) + contentOf(folder + QStringLiteral("environ"));
+    const QString folder = u"/proc/%1/"_s.arg(process);
+    return contentOf(folder + u"cmdline"_s) + contentOf(folder + u"environ"_s);
 }
 
 void PrintTo(const Case& of, std::ostream* out)
@@ -165,7 +165,7 @@ TEST_P(Canary, IsFoundNowhere)
         }
     });
     const CanaryTill till(service.url());
-    Running frhost(QStringLiteral("env"), till.selling(QString::fromLatin1(level)));
+    Running frhost(u"env"_s, till.selling(QString::fromLatin1(level)));
     frhost.giveInput(CanaryTill::receipt());
     asked.acquire();
     const QByteArray seen = visible(frhost.id());
@@ -174,7 +174,7 @@ TEST_P(Canary, IsFoundNowhere)
     EXPECT_EQ(ran.exitCode, answers.exitCode) << ran.err.toStdString();
 
     const auto [names, files] = till.written();
-    EXPECT_EQ(names, answers.exitCode == 0 ? QStringList{QStringLiteral("qr/r1.png")} : QStringList());
+    EXPECT_EQ(names, answers.exitCode == 0 ? QStringList{u"qr/r1.png"_s} : QStringList());
     EXPECT_THAT(seen.toStdString(), testing::HasSubstr("--log-level"));
     // Who is not root cannot read the environment of a process that keeps its memory to itself.
     EXPECT_EQ(seen.contains("HOME="), geteuid() == 0);
@@ -199,8 +199,8 @@ TEST(CanaryOfAll, SearchesEveryLineAndKeepsItFromTheTests)
     qputenv("E2E_LOG_EVERYTHING", "1");
     const Service service([&](Service::Request& request) { request.answer(200, tokenAnswer); });
     const CanaryTill till(service.url());
-    Running frhost(frhostProgram(), till.shop.arguments({QStringLiteral("check")}));
-    EXPECT_TRUE(frhost.hasSaid(QStringLiteral(" debug frdriver.atolonline_0: ")));
+    Running frhost(frhostProgram(), till.shop.arguments({u"check"_s}));
+    EXPECT_TRUE(frhost.hasSaid(u" debug frdriver.atolonline_0: "_s));
     EXPECT_EQ(frhost.end().err, QString());
     qputenv("E2E_LOG_EVERYTHING", before);
 }
@@ -208,9 +208,7 @@ TEST(CanaryOfAll, SearchesEveryLineAndKeepsItFromTheTests)
 // Runs a program that may leave a core dump of any size in the folder, and crashes it when it is ready.
 QStringList allowedToDumpCore(const QStringList& command)
 {
-    return QStringList{QStringLiteral("-c"), QStringLiteral("ulimit -c unlimited && exec \"$0\" \"$@\""),
-               QStringLiteral("env")} +
-           command;
+    return QStringList{u"-c"_s, u"ulimit -c unlimited && exec \"$0\" \"$@\""_s, u"env"_s} + command;
 }
 
 TEST(CanaryCrash, LeavesNoCoreDumpAndNoFile)
@@ -222,17 +220,16 @@ TEST(CanaryCrash, LeavesNoCoreDumpAndNoFile)
         request.answer(200, request.call() == Call::Token ? tokenAnswer : accepted);
     });
     const CanaryTill till(service.url());
-    Running dumping(QStringLiteral("sh"),
-        allowedToDumpCore(till.inFolder() + QStringList{QStringLiteral("sleep"), QStringLiteral("60")}));
+    Running dumping(u"sh"_s, allowedToDumpCore(till.inFolder() + QStringList{u"sleep"_s, u"60"_s}));
     ASSERT_TRUE(comesTrue([&] { return visible(dumping.id()).startsWith("sleep"); }));
     dumping.signal(SIGABRT);
     EXPECT_EQ(dumping.end().exitCode, 128 + SIGABRT);
     if (till.written().first.isEmpty())
         GTEST_SKIP() << "a program that crashes here leaves no core dump in its folder; "
-                     << contentOf(QStringLiteral("/proc/sys/kernel/core_pattern")).toStdString();
+                     << contentOf(u"/proc/sys/kernel/core_pattern"_s).toStdString();
 
     const CanaryTill fresh(service.url());
-    Running frhost(QStringLiteral("sh"), allowedToDumpCore(fresh.selling(QStringLiteral("debug"))));
+    Running frhost(u"sh"_s, allowedToDumpCore(fresh.selling(u"debug"_s)));
     frhost.giveInput(CanaryTill::receipt());
     asked.acquire();
     frhost.signal(SIGABRT);

@@ -5,89 +5,87 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
 
-const QString nowhere = QStringLiteral("http://127.0.0.1:1/possystem/v4");
+const QString nowhere = u"http://127.0.0.1:1/possystem/v4"_s;
 
 TEST(Describe, ShowsThePluginAndEverySettingButThePassword)
 {
     Shop shop(nowhere);
-    shop.configure(QStringLiteral("password"), QStringLiteral("canary"));
-    const Ran shown = shop.frhost({QStringLiteral("describe")});
+    shop.configure(u"password"_s, u"canary"_s);
+    const Ran shown = shop.frhost({u"describe"_s});
     EXPECT_EQ(shown.exitCode, 0) << shown.err.toStdString();
     EXPECT_THAT(shown.out.toStdString(), Not(HasSubstr("canary")));
     ASSERT_EQ(shown.lines().size(), 1);
     const QJsonObject json = shown.lines().first();
-    EXPECT_EQ(json.value(QStringLiteral("metaData")).toObject().value(QStringLiteral("MetaData")).toObject(),
-        (QJsonObject{{QStringLiteral("name"), QStringLiteral("atolonline")},
-            {QStringLiteral("type"), QStringLiteral("fr")}}));
+    EXPECT_EQ(json.value(u"metaData"_s).toObject().value(u"MetaData"_s).toObject(),
+        (QJsonObject{{u"name"_s, u"atolonline"_s}, {u"type"_s, u"fr"_s}}));
     QStringList names;
     QJsonObject url;
     QJsonObject password;
-    for (const QJsonValue& value : json.value(QStringLiteral("properties")).toArray()) {
+    for (const QJsonValue& value : json.value(u"properties"_s).toArray()) {
         const QJsonObject property = value.toObject();
-        names << property.value(QStringLiteral("name")).toString();
-        if (names.last() == QStringLiteral("url"))
+        names << property.value(u"name"_s).toString();
+        if (names.last() == u"url"_s)
             url = property;
-        if (names.last() == QStringLiteral("password"))
+        if (names.last() == u"password"_s)
             password = property;
     }
     EXPECT_EQ(names.join(u' '),
-        QStringLiteral(
-            "hardwareClass deviceId speedEnumerate driverOptions url login password requestInterval "
-            "email inn paymentAddress groupCode"));
-    EXPECT_EQ(url.value(QStringLiteral("default")).toString(QStringLiteral("none")), QString());
-    EXPECT_EQ(url.value(QStringLiteral("value")).toString(), nowhere + u'/');
-    EXPECT_EQ(url.value(QStringLiteral("labels")).toObject().value(QStringLiteral("name")).toString(),
-        QStringLiteral("Адрес сервера"));
-    EXPECT_TRUE(password.value(QStringLiteral("set")).toBool());
-    EXPECT_FALSE(password.contains(QStringLiteral("value")));
+        u"hardwareClass deviceId speedEnumerate driverOptions url login password requestInterval "
+        u"email inn paymentAddress groupCode"_s);
+    EXPECT_EQ(url.value(u"default"_s).toString(u"none"_s), QString());
+    EXPECT_EQ(url.value(u"value"_s).toString(), nowhere + u'/');
+    EXPECT_EQ(url.value(u"labels"_s).toObject().value(u"name"_s).toString(), u"Адрес сервера"_s);
+    EXPECT_TRUE(password.value(u"set"_s).toBool());
+    EXPECT_FALSE(password.contains(u"value"_s));
 }
 
 TEST(Describe, NeedsNoConfiguration)
 {
-    const Ran shown = run(frhostProgram(), {QStringLiteral("describe")});
+    const Ran shown = run(frhostProgram(), {u"describe"_s});
     EXPECT_EQ(shown.exitCode, 0) << shown.err.toStdString();
     EXPECT_THAT(shown.out.toStdString(), HasSubstr("Интервал запроса статуса"));
 }
 
 TEST(Compose, NeedsNoConfigurationAndSendsNothing)
 {
-    const Ran composed = run(frhostProgram(), {QStringLiteral("compose"), QStringLiteral("-")},
-        receiptLine(QStringLiteral("a")) + receiptLine(QStringLiteral("b")));
+    const Ran composed =
+        run(frhostProgram(), {u"compose"_s, u"-"_s}, receiptLine(u"a"_s) + receiptLine(u"b"_s));
     EXPECT_EQ(composed.exitCode, 0) << composed.err.toStdString();
-    EXPECT_EQ(composed.columns({QStringLiteral("external_id")}),
-        (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
+    EXPECT_EQ(composed.columns({u"external_id"_s}), (QStringList{u"a"_s, u"b"_s}));
     EXPECT_EQ(composed.err, QString());
 }
 
 TEST(Compose, GoesOnAfterAReceiptThatTheDriverRefuses)
 {
-    const Ran composed = run(frhostProgram(), {QStringLiteral("compose"), QStringLiteral("-")},
+    const Ran composed = run(frhostProgram(), {u"compose"_s, u"-"_s},
         R"({"id":"a","positions":[],"payments":[]})"
         "\n" +
-            receiptLine(QStringLiteral("b")));
+            receiptLine(u"b"_s));
     EXPECT_EQ(composed.exitCode, 3);
-    EXPECT_EQ(composed.columns({QStringLiteral("external_id")}), QStringList{QStringLiteral("b")});
-    EXPECT_EQ(composed.err, QStringLiteral("-:1: Требуется телефон или электронный адрес покупателя\n"));
+    EXPECT_EQ(composed.columns({u"external_id"_s}), QStringList{u"b"_s});
+    EXPECT_EQ(composed.err, u"-:1: Требуется телефон или электронный адрес покупателя\n"_s);
 }
 
 TEST(Configuration, IsNeededToReachTheService)
 {
-    const Ran refused = run(frhostProgram(), {QStringLiteral("check")});
+    const Ran refused = run(frhostProgram(), {u"check"_s});
     EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_EQ(refused.err,
-        QStringLiteral("This command talks to the service: give a configuration with --config FILE.\n"));
+    EXPECT_EQ(
+        refused.err, u"This command talks to the service: give a configuration with --config FILE.\n"_s);
 }
 
 TEST(Configuration, ThatTheRegisterRefusesIsReported)
 {
     Shop shop(nowhere);
-    shop.configure(QStringLiteral("requestInterval"), QStringLiteral("100"));
-    const Ran refused = shop.frhost({QStringLiteral("check")});
+    shop.configure(u"requestInterval"_s, u"100"_s);
+    const Ran refused = shop.frhost({u"check"_s});
     EXPECT_EQ(refused.exitCode, 1);
     EXPECT_THAT(refused.err.toStdString(),
         HasSubstr("register.ini:9: the register refused the value of requestInterval. Интервал запроса "
@@ -97,8 +95,8 @@ TEST(Configuration, ThatTheRegisterRefusesIsReported)
 TEST(Configuration, WithAnUnknownKeyNamesTheNearest)
 {
     Shop shop(nowhere);
-    shop.configure(QStringLiteral("group"), QStringLiteral("x"));
-    const Ran refused = shop.frhost({QStringLiteral("check")});
+    shop.configure(u"group"_s, u"x"_s);
+    const Ran refused = shop.frhost({u"check"_s});
     EXPECT_EQ(refused.exitCode, 1);
     EXPECT_THAT(refused.err.toStdString(),
         HasSubstr("register.ini:10: unknown key \"group\"; did you mean \"groupCode\"?"));
@@ -107,21 +105,19 @@ TEST(Configuration, WithAnUnknownKeyNamesTheNearest)
 TEST(Configuration, SwitchesOptionsOfTheDriver)
 {
     const Shop shop(nowhere);
-    const QString file =
-        shop.file(QStringLiteral("options.ini"), "[driverOptions]\n0x10 = off\n0x80000 = on\n");
-    const Ran composed = run(frhostProgram(),
-        {QStringLiteral("--config"), file, QStringLiteral("compose"), QStringLiteral("-")},
-        receiptLine(QStringLiteral("a")));
+    const QString file = shop.file(u"options.ini"_s, "[driverOptions]\n0x10 = off\n0x80000 = on\n");
+    const Ran composed =
+        run(frhostProgram(), {u"--config"_s, file, u"compose"_s, u"-"_s}, receiptLine(u"a"_s));
     EXPECT_EQ(composed.exitCode, 0) << composed.err.toStdString();
 }
 
 TEST(LogLevel, ChoosesTheLinesAndTheEnvironmentGoesFirst)
 {
     const auto logged = [](const QStringList& environment, const char* level) {
-        return run(QStringLiteral("env"),
-            environment + QStringList{frhostProgram(), QStringLiteral("--log-level"),
-                              QString::fromLatin1(level), QStringLiteral("compose"), QStringLiteral("-")},
-            receiptLine(QStringLiteral("a")))
+        return run(u"env"_s,
+            environment + QStringList{frhostProgram(), u"--log-level"_s, QString::fromLatin1(level),
+                              u"compose"_s, u"-"_s},
+            receiptLine(u"a"_s))
             .err.toStdString();
     };
     EXPECT_EQ(logged({}, "warning"), "");
@@ -129,30 +125,28 @@ TEST(LogLevel, ChoosesTheLinesAndTheEnvironmentGoesFirst)
     EXPECT_THAT(logged({}, "info"), Not(HasSubstr(" debug ")));
     EXPECT_THAT(logged({}, "debug"),
         HasSubstr(" debug frdriver.atolonline_0: Установка адреса покупателя: buyer@example.com\n"));
-    EXPECT_THAT(logged({QStringLiteral("QT_LOGGING_RULES=frdriver.*.info=true")}, "warning"),
-        HasSubstr("Открытие чека продажи"));
+    EXPECT_THAT(
+        logged({u"QT_LOGGING_RULES=frdriver.*.info=true"_s}, "warning"), HasSubstr("Открытие чека продажи"));
 }
 
 TEST(Language, IsThatOfTheLocale)
 {
     const auto told = [](const char* locale) {
-        return run(QStringLiteral("env"), {QStringLiteral("LC_ALL=") + QString::fromLatin1(locale),
-                                              frhostProgram(), QStringLiteral("check")})
-            .err;
+        return run(u"env"_s, {u"LC_ALL="_s + QString::fromLatin1(locale), frhostProgram(), u"check"_s}).err;
     };
-    EXPECT_EQ(told("ru_RU.UTF-8"),
-        QStringLiteral("Эта команда обращается к сервису: укажите настройки, --config FILE.\n"));
-    EXPECT_EQ(told("C.UTF-8"),
-        QStringLiteral("This command talks to the service: give a configuration with --config FILE.\n"));
+    EXPECT_EQ(
+        told("ru_RU.UTF-8"), u"Эта команда обращается к сервису: укажите настройки, --config FILE.\n"_s);
+    EXPECT_EQ(
+        told("C.UTF-8"), u"This command talks to the service: give a configuration with --config FILE.\n"_s);
 }
 
 TEST(Plugin, ThatIsNoneIsReported)
 {
     const Shop shop(nowhere);
-    const QString file = shop.file(QStringLiteral("libx.so"), "x");
-    const Ran refused = run(frhostProgram(), {QStringLiteral("--plugin"), file, QStringLiteral("describe")});
+    const QString file = shop.file(u"libx.so"_s, "x");
+    const Ran refused = run(frhostProgram(), {u"--plugin"_s, file, u"describe"_s});
     EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_EQ(refused.err, file + QStringLiteral(": this is no fiscal-register plugin\n"));
+    EXPECT_EQ(refused.err, file + u": this is no fiscal-register plugin\n"_s);
 }
 
 } // namespace

@@ -18,14 +18,13 @@ protected:
     // Runs `frhost check` with variables of the environment.
     [[nodiscard]] Ran check(const QStringList& variables) const
     {
-        return run(QStringLiteral("env"),
-            variables + QStringList{frhostProgram()} + shop.arguments({QStringLiteral("check")}));
+        return run(u"env"_s, variables + QStringList{frhostProgram()} + shop.arguments({u"check"_s}));
     }
     // The variable that names the folder with the credential.
     [[nodiscard]] QString credential(const QByteArray& password) const
     {
-        const QString file = shop.file(QStringLiteral("frhost.password"), password);
-        return QStringLiteral("CREDENTIALS_DIRECTORY=") + QFileInfo(file).path();
+        const QString file = shop.file(u"frhost.password"_s, password);
+        return u"CREDENTIALS_DIRECTORY="_s + QFileInfo(file).path();
     }
 
     EmulatorProcess emulator;
@@ -34,7 +33,7 @@ protected:
 
 TEST_F(Password, ComesFromTheServiceManagersCredential)
 {
-    shop.unconfigure(QStringLiteral("password"));
+    shop.unconfigure(u"password"_s);
     const Ran without = check({});
     EXPECT_EQ(without.exitCode, 1);
     EXPECT_THAT(without.err.toStdString(), HasSubstr("section [register] lacks \"password\""));
@@ -56,7 +55,7 @@ TEST_F(Password, OfTheConfigurationGoesBeforeTheCredential)
 TEST_F(Password, InTheAddressOfTheServiceIsNotShown)
 {
     const QString address = emulator.url();
-    shop.configure(QStringLiteral("url"), QString(address).replace(u"//"_s, u"//user:canary@"_s));
+    shop.configure(u"url"_s, QString(address).replace(u"//"_s, u"//user:canary@"_s));
     const Ran connected = check({});
     EXPECT_EQ(connected.exitCode, 0);
     EXPECT_THAT(connected.out.toStdString(),
@@ -70,17 +69,16 @@ TEST_F(Password, InTheAddressOfTheServiceIsNotShown)
 
 TEST_F(Password, InAFileThatOthersCanReadIsReportedAndUsed)
 {
-    const QString file = shop.file(QStringLiteral("till's password"), QByteArray(shopPassword) + '\n');
+    const QString file = shop.file(u"till's password"_s, QByteArray(shopPassword) + '\n');
     QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner | QFile::ReadGroup);
-    shop.unconfigure(QStringLiteral("password"));
-    shop.configure(QStringLiteral("passwordFile"), QStringLiteral("till's password"));
+    shop.unconfigure(u"password"_s);
+    shop.configure(u"passwordFile"_s, u"till's password"_s);
     const Ran exposed = check({});
     EXPECT_EQ(exposed.exitCode, 0);
-    const QString command = exposed.err.section(QStringLiteral(" Run: "), 1).trimmed();
+    const QString command = exposed.err.section(u" Run: "_s, 1).trimmed();
     EXPECT_EQ(exposed.err,
-        file + QStringLiteral(" holds a password and has the mode 0640, so others can read it. Run: ") +
-            command + u'\n');
-    EXPECT_EQ(run(QStringLiteral("sh"), {QStringLiteral("-c"), command}).exitCode, 0);
+        file + u" holds a password and has the mode 0640, so others can read it. Run: "_s + command + u'\n');
+    EXPECT_EQ(run(u"sh"_s, {u"-c"_s, command}).exitCode, 0);
     EXPECT_EQ(check({}).err, QString()) << "after the command that was shown";
 }
 

@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using testing::HasSubstr;
@@ -175,8 +177,7 @@ class Fault : public testing::TestWithParam<Row>
 
 QString summary(const Ran& ran)
 {
-    return (QStringList{QString::number(ran.exitCode)} +
-            ran.columns({QStringLiteral("outcome"), QStringLiteral("recovered")}))
+    return (QStringList{QString::number(ran.exitCode)} + ran.columns({u"outcome"_s, u"recovered"_s}))
         .join(u' ');
 }
 
@@ -185,7 +186,7 @@ TEST_P(Fault, LeavesOneReceiptAndTheTruthAboutIt)
     const Row& row = GetParam();
     const EmulatorProcess emulator;
     const Shop shop(emulator.url());
-    const QStringList command{QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})};
+    const QStringList command{u"sell"_s, shop.receipts({u"r1"_s})};
 
     emulator.addFault(row.fault);
     const Ran meanwhile = shop.frhost(command);
@@ -196,10 +197,10 @@ TEST_P(Fault, LeavesOneReceiptAndTheTruthAboutIt)
         (QStringList{QString::fromLatin1(row.meanwhile), QString::fromLatin1(row.afterwards)}))
         << meanwhile.err.toStdString() << afterwards.err.toStdString();
     EXPECT_THAT(meanwhile.err.toStdString(), HasSubstr(row.advice));
-    EXPECT_EQ(meanwhile.lines().value(0).contains(QStringLiteral("fiscal")), meanwhile.exitCode == 0);
-    EXPECT_EQ(emulator.expect(QStringLiteral("external_id=r1&count=1&") + QString::fromLatin1(row.document)),
-        QStringLiteral("receipts: 1, all as expected"));
-    EXPECT_EQ(emulator.expect(QStringLiteral("count=1")), QStringLiteral("receipts: 1, all as expected"));
+    EXPECT_EQ(meanwhile.lines().value(0).contains(u"fiscal"_s), meanwhile.exitCode == 0);
+    EXPECT_EQ(emulator.expect(u"external_id=r1&count=1&"_s + QString::fromLatin1(row.document)),
+        u"receipts: 1, all as expected"_s);
+    EXPECT_EQ(emulator.expect(u"count=1"_s), u"receipts: 1, all as expected"_s);
 }
 
 // A row of the table: which of six receipts a fault hits, which refuses them.
@@ -231,22 +232,20 @@ TEST_P(FaultOfMany, HitsTheReceiptsThatItIsToldTo)
     const Shop shop(emulator.url());
     QStringList ids;
     for (int i = 1; i <= 6; ++i)
-        ids << QStringLiteral("r%1").arg(i);
-    const Ran ran = shop.frhost({QStringLiteral("sell"), shop.receipts(ids)});
+        ids << u"r%1"_s.arg(i);
+    const Ran ran = shop.frhost({u"sell"_s, shop.receipts(ids)});
 
     const QStringList refusedOnes = QString::fromLatin1(GetParam().refusedOnes).split(u' ');
     QStringList expected;
     for (const QString& id : ids)
-        expected << id + (refusedOnes.contains(id) ? QStringLiteral(" refused")
-                                                   : QStringLiteral(" registered"));
-    EXPECT_EQ(ran.columns({QStringLiteral("id"), QStringLiteral("outcome")}), expected)
-        << ran.err.toStdString();
-    EXPECT_EQ(emulator.expect(QStringLiteral("external_id=r*&operation=sell&count=6&wire_requests=1")),
-        QStringLiteral("receipts: 6, all as expected"));
+        expected << id + (refusedOnes.contains(id) ? u" refused"_s : u" registered"_s);
+    EXPECT_EQ(ran.columns({u"id"_s, u"outcome"_s}), expected) << ran.err.toStdString();
+    EXPECT_EQ(emulator.expect(u"external_id=r*&operation=sell&count=6&wire_requests=1"_s),
+        u"receipts: 6, all as expected"_s);
     for (const QString& id : ids) {
-        const QString status = refusedOnes.contains(id) ? QStringLiteral("fail") : QStringLiteral("done");
-        EXPECT_EQ(emulator.expect(QStringLiteral("external_id=%1&status=%2").arg(id, status)),
-            QStringLiteral("receipts: 1, all as expected"));
+        const QString status = refusedOnes.contains(id) ? u"fail"_s : u"done"_s;
+        EXPECT_EQ(emulator.expect(u"external_id=%1&status=%2"_s.arg(id, status)),
+            u"receipts: 1, all as expected"_s);
     }
 }
 

@@ -3,32 +3,32 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using testing::HasSubstr;
 
-const QStringList result{QStringLiteral("id"), QStringLiteral("outcome"), QStringLiteral("recovered")};
+const QStringList result{u"id"_s, u"outcome"_s, u"recovered"_s};
 
 TEST(InterruptedSale, WhoseAnswerIsLostIsUnknownAndThenRecovered)
 {
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"sell","effect":"close","phase":"after","match":{"next":1})");
     const Shop shop(emulator.url());
-    const QStringList command{QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})};
+    const QStringList command{u"sell"_s, shop.receipts({u"r1"_s})};
 
     const Ran lost = shop.frhost(command);
     EXPECT_EQ(lost.exitCode, 4);
-    EXPECT_EQ(lost.columns(result), QStringList{QStringLiteral("r1 unknown -")});
-    EXPECT_EQ(lost.lines().first().value(QStringLiteral("error")).toObject(),
-        (QJsonObject{{QStringLiteral("type"), QStringLiteral("FrWorkWithServiceException")},
-            {QStringLiteral("message"), QStringLiteral("Нет связи с ФР")}}));
+    EXPECT_EQ(lost.columns(result), QStringList{u"r1 unknown -"_s});
+    EXPECT_EQ(lost.lines().first().value(u"error"_s).toObject(),
+        (QJsonObject{{u"type"_s, u"FrWorkWithServiceException"_s}, {u"message"_s, u"Нет связи с ФР"_s}}));
     EXPECT_THAT(lost.err.toStdString(), HasSubstr("Running the same file again is safe"));
-    EXPECT_EQ(emulator.calls(), QStringLiteral("token sell"))
-        << "nobody repeats a receipt without being told";
+    EXPECT_EQ(emulator.calls(), u"token sell"_s) << "nobody repeats a receipt without being told";
 
     const Ran again = shop.frhost(command);
     EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
-    EXPECT_EQ(again.columns(result), QStringList{QStringLiteral("r1 registered true")});
+    EXPECT_EQ(again.columns(result), QStringList{u"r1 registered true"_s});
 }
 
 TEST(InterruptedSale, WhoseStatusAnswersAreLostIsAskedAbout)
@@ -36,10 +36,10 @@ TEST(InterruptedSale, WhoseStatusAnswersAreLostIsAskedAbout)
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"report","effect":"close","match":{"next":2})");
     const Shop shop(emulator.url());
-    const Ran sold = shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
+    const Ran sold = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
-    EXPECT_EQ(sold.columns(result), QStringList{QStringLiteral("r1 registered -")});
-    EXPECT_EQ(emulator.calls().count(QStringLiteral("sell")), 1);
+    EXPECT_EQ(sold.columns(result), QStringList{u"r1 registered -"_s});
+    EXPECT_EQ(emulator.calls().count(u"sell"_s), 1);
 }
 
 TEST(InterruptedSale, ThatTheServiceAcceptedAndNeverSpeaksOfIsUnknownWithItsIdentifier)
@@ -47,11 +47,10 @@ TEST(InterruptedSale, ThatTheServiceAcceptedAndNeverSpeaksOfIsUnknownWithItsIden
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"report","effect":"close")");
     const Shop shop(emulator.url());
-    const Ran sold =
-        shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1"), QStringLiteral("r2")})});
+    const Ran sold = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s, u"r2"_s})});
     EXPECT_EQ(sold.exitCode, 4);
-    EXPECT_EQ(sold.columns(result), QStringList{QStringLiteral("r1 unknown -")});
-    EXPECT_FALSE(sold.lines().first().value(QStringLiteral("uuid")).toString().isEmpty());
+    EXPECT_EQ(sold.columns(result), QStringList{u"r1 unknown -"_s});
+    EXPECT_FALSE(sold.lines().first().value(u"uuid"_s).toString().isEmpty());
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Receipts not sent: 1."));
 }
 
@@ -60,8 +59,8 @@ TEST(StoppedService, MeansThatNothingWasSent)
     EmulatorProcess emulator;
     const Shop shop(emulator.url());
     emulator.stop();
-    for (const QStringList& command : {QStringList{QStringLiteral("check")},
-             QStringList{QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})}}) {
+    for (const QStringList& command :
+        {QStringList{u"check"_s}, QStringList{u"sell"_s, shop.receipts({u"r1"_s})}}) {
         const Ran stopped = shop.frhost(command);
         EXPECT_EQ(stopped.exitCode, 4);
         EXPECT_EQ(stopped.out, QString());

@@ -11,13 +11,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-const QStringList outcome{QStringLiteral("id"), QStringLiteral("outcome")};
+const QStringList outcome{u"id"_s, u"outcome"_s};
 
 constexpr auto sent =
     "Interrupted. r1 was sent, outcome unknown, run again: the service does not register an id "
@@ -43,7 +45,7 @@ public:
     ~StuckPipe() { close(end); }
     Q_DISABLE_COPY_MOVE(StuckPipe)
 
-    [[nodiscard]] QString path() const { return folder.filePath(QStringLiteral("pipe")); }
+    [[nodiscard]] QString path() const { return folder.filePath(u"pipe"_s); }
     // What is there now.
     [[nodiscard]] QByteArray readAll() const
     {
@@ -62,7 +64,7 @@ class Interruption : public testing::TestWithParam<int>
 protected:
     [[nodiscard]] QStringList selling(const QStringList& ids) const
     {
-        return shop.arguments({QStringLiteral("sell"), shop.receipts(ids)});
+        return shop.arguments({u"sell"_s, shop.receipts(ids)});
     }
 
     EmulatorProcess emulator;
@@ -76,38 +78,37 @@ INSTANTIATE_TEST_SUITE_P(Is, Interruption, testing::Values(SIGINT, SIGTERM), nam
 TEST_P(Interruption, OfASaleThatIsNotAnsweredSaysThatItWasSent)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"silent","phase":"after")");
-    Running frhost(frhostProgram(), selling({QStringLiteral("r1")}));
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token sell")));
+    Running frhost(frhostProgram(), selling({u"r1"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token sell"_s));
     frhost.signal(GetParam());
     const Ran ran = frhost.end();
     EXPECT_EQ(ran.exitCode, 4);
     EXPECT_EQ(ran.err.toStdString(), sent);
-    EXPECT_EQ(ran.columns(outcome), QStringList{QStringLiteral("r1 unknown")});
+    EXPECT_EQ(ran.columns(outcome), QStringList{u"r1 unknown"_s});
 
     emulator.clearFaults();
-    const Ran again = run(frhostProgram(), selling({QStringLiteral("r1")}));
-    EXPECT_EQ(again.columns({QStringLiteral("outcome"), QStringLiteral("recovered")}),
-        QStringList{QStringLiteral("registered true")});
+    const Ran again = run(frhostProgram(), selling({u"r1"_s}));
+    EXPECT_EQ(again.columns({u"outcome"_s, u"recovered"_s}), QStringList{u"registered true"_s});
 }
 
 TEST_P(Interruption, OfAReceiptThatIsNeverDoneTellsItsIdentifier)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"never")");
-    Running frhost(frhostProgram(), selling({QStringLiteral("r1")}));
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token sell report report")));
+    Running frhost(frhostProgram(), selling({u"r1"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token sell report report"_s));
     frhost.signal(GetParam());
     const Ran ran = frhost.end();
     EXPECT_EQ(ran.exitCode, 4);
     EXPECT_THAT(ran.err.toStdString(), EndsWith(sent));
-    EXPECT_EQ(ran.columns(outcome), QStringList{QStringLiteral("r1 unknown")});
-    EXPECT_FALSE(ran.lines().value(0).value(QStringLiteral("uuid")).toString().isEmpty());
+    EXPECT_EQ(ran.columns(outcome), QStringList{u"r1 unknown"_s});
+    EXPECT_FALSE(ran.lines().value(0).value(u"uuid"_s).toString().isEmpty());
 }
 
 TEST_P(Interruption, DoesNotWaitForThePauseBetweenTwoQuestions)
 {
-    shop.configure(QStringLiteral("requestInterval"), QStringLiteral("600000"));
-    Running frhost(frhostProgram(), selling({QStringLiteral("r1")}));
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token sell")));
+    shop.configure(u"requestInterval"_s, u"600000"_s);
+    Running frhost(frhostProgram(), selling({u"r1"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token sell"_s));
     frhost.signal(GetParam());
     const Ran ran = frhost.end();
     EXPECT_EQ(ran.exitCode, 4);
@@ -117,8 +118,8 @@ TEST_P(Interruption, DoesNotWaitForThePauseBetweenTwoQuestions)
 TEST_P(Interruption, BeforeTheTokenSaysThatNothingWasSent)
 {
     emulator.addFault(R"("endpoint":"token","effect":"silent")");
-    Running frhost(frhostProgram(), selling({QStringLiteral("r1"), QStringLiteral("r2")}));
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token")));
+    Running frhost(frhostProgram(), selling({u"r1"_s, u"r2"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token"_s));
     frhost.signal(GetParam());
     const Ran ran = frhost.end();
     EXPECT_EQ(ran.exitCode, 4);
@@ -130,14 +131,12 @@ TEST_P(Interruption, BeforeTheTokenSaysThatNothingWasSent)
 TEST_P(Interruption, OfABatchTellsHowManyAreDone)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"silent","match":{"external_id":"r2"})");
-    Running frhost(
-        frhostProgram(), selling({QStringLiteral("r1"), QStringLiteral("r2"), QStringLiteral("r3")}));
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token sell report sell")));
+    Running frhost(frhostProgram(), selling({u"r1"_s, u"r2"_s, u"r3"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token sell report sell"_s));
     frhost.signal(GetParam());
     const Ran ran = frhost.end();
     EXPECT_EQ(ran.exitCode, 4);
-    EXPECT_EQ(
-        ran.columns(outcome), (QStringList{QStringLiteral("r1 registered"), QStringLiteral("r2 unknown")}));
+    EXPECT_EQ(ran.columns(outcome), (QStringList{u"r1 registered"_s, u"r2 unknown"_s}));
     EXPECT_EQ(ran.err.toStdString(),
         "Interrupted. r2 was sent, outcome unknown, run again: the service does not register an id twice.\n"
         "Receipts: 3. Registered: 1, refused: 0, unknown: 1.\nReceipts not sent: 1.\n");
@@ -146,27 +145,27 @@ TEST_P(Interruption, OfABatchTellsHowManyAreDone)
 TEST_P(Interruption, AfterAResultIsKnownLosesItNotAndSendsNoFurtherReceipt)
 {
     const StuckPipe pipe;
-    Running frhost(frhostProgram(), selling({QStringLiteral("r1"), QStringLiteral("r2")}), pipe.path());
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token sell report")));
+    Running frhost(frhostProgram(), selling({u"r1"_s, u"r2"_s}), pipe.path());
+    ASSERT_TRUE(hasCalls(emulator, u"token sell report"_s));
     frhost.signal(GetParam());
     // The answer may still be on its way; what is said of the receipt then is cautious, and true.
-    ASSERT_TRUE(frhost.hasSaid(QStringLiteral("Interrupted. r1 ")));
+    ASSERT_TRUE(frhost.hasSaid(u"Interrupted. r1 "_s));
     QByteArray out;
     ASSERT_TRUE(comesTrue([&] { return (out += pipe.readAll()).contains("}\n"); }));
     const Ran ran = frhost.end();
     EXPECT_EQ(ran.exitCode, 4);
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("Receipts not sent: 1.\n"));
     EXPECT_THAT(out.toStdString(), HasSubstr(R"("id":"r1")"));
-    EXPECT_EQ(emulator.calls(), QStringLiteral("token sell report"));
+    EXPECT_EQ(emulator.calls(), u"token sell report"_s);
 }
 
 TEST_P(Interruption, ASecondTimeEndsTheProgramThoughItsOutputIsStuck)
 {
     const StuckPipe pipe;
-    Running frhost(frhostProgram(), selling({QStringLiteral("r1")}), pipe.path());
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token sell report")));
+    Running frhost(frhostProgram(), selling({u"r1"_s}), pipe.path());
+    ASSERT_TRUE(hasCalls(emulator, u"token sell report"_s));
     frhost.signal(GetParam());
-    ASSERT_TRUE(frhost.hasSaid(QStringLiteral("Interrupted. r1 ")));
+    ASSERT_TRUE(frhost.hasSaid(u"Interrupted. r1 "_s));
     // Signals that come too soon count as one with the first.
     EXPECT_TRUE(comesTrue([&] {
         frhost.signal(GetParam());
@@ -178,8 +177,8 @@ TEST_P(Interruption, ASecondTimeEndsTheProgramThoughItsOutputIsStuck)
 TEST_P(Interruption, ByASignalSentTwiceAtOnceIsOneInterruption)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"silent")");
-    Running frhost(frhostProgram(), selling({QStringLiteral("r1")}));
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token sell")));
+    Running frhost(frhostProgram(), selling({u"r1"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token sell"_s));
     for (int i = 0; i < 3; ++i)
         frhost.signal(GetParam());
     const Ran ran = frhost.end();
@@ -190,28 +189,27 @@ TEST_P(Interruption, ByASignalSentTwiceAtOnceIsOneInterruption)
 TEST_P(Interruption, OfACommandThatOnlyAsks)
 {
     emulator.addFault(R"("endpoint":"report","effect":"silent")");
-    Running info(frhostProgram(), shop.arguments({QStringLiteral("info"), QStringLiteral("u")}));
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token report")));
+    Running info(frhostProgram(), shop.arguments({u"info"_s, u"u"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token report"_s));
     info.signal(GetParam());
     const Ran asked = info.end();
     EXPECT_EQ(asked.exitCode, 4);
-    EXPECT_EQ(asked.err, QStringLiteral("Interrupted.\n"));
+    EXPECT_EQ(asked.err, u"Interrupted.\n"_s);
 
     emulator.addFault(R"("endpoint":"token","effect":"silent")");
-    Running check(frhostProgram(), shop.arguments({QStringLiteral("check")}));
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token report token")));
+    Running check(frhostProgram(), shop.arguments({u"check"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token report token"_s));
     check.signal(GetParam());
     const Ran checked = check.end();
     EXPECT_EQ(checked.exitCode, 4);
-    EXPECT_EQ(checked.err, QStringLiteral("Interrupted.\n"));
+    EXPECT_EQ(checked.err, u"Interrupted.\n"_s);
 }
 
 TEST_P(Interruption, OfSendingSaysThatTheReceiptWasSent)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"silent")");
-    Running frhost(
-        frhostProgram(), shop.arguments({QStringLiteral("send"), shop.receipts({QStringLiteral("r1")})}));
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token sell")));
+    Running frhost(frhostProgram(), shop.arguments({u"send"_s, shop.receipts({u"r1"_s})}));
+    ASSERT_TRUE(hasCalls(emulator, u"token sell"_s));
     frhost.signal(GetParam());
     const Ran ran = frhost.end();
     EXPECT_EQ(ran.exitCode, 4);
@@ -220,7 +218,7 @@ TEST_P(Interruption, OfSendingSaysThatTheReceiptWasSent)
 
 TEST_P(Interruption, OfACommandThatSendsNothingEndsItAsUsual)
 {
-    Running frhost(frhostProgram(), {QStringLiteral("compose"), QStringLiteral("-")});
+    Running frhost(frhostProgram(), {u"compose"_s, u"-"_s});
     frhost.signal(GetParam());
     EXPECT_EQ(frhost.end().exitCode, 128 + GetParam());
 }
@@ -228,14 +226,13 @@ TEST_P(Interruption, OfACommandThatSendsNothingEndsItAsUsual)
 TEST_P(Interruption, ThatTheCallerHasSwitchedOffStaysOff)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"delay","milliseconds":500)");
-    const QString trap = QStringLiteral("trap '' %1; exec \"$0\" \"$@\"").arg(GetParam());
-    Running frhost(QStringLiteral("sh"),
-        QStringList{QStringLiteral("-c"), trap, frhostProgram()} + selling({QStringLiteral("r1")}));
-    ASSERT_TRUE(hasCalls(emulator, QStringLiteral("token sell")));
+    const QString trap = u"trap '' %1; exec \"$0\" \"$@\""_s.arg(GetParam());
+    Running frhost(u"sh"_s, QStringList{u"-c"_s, trap, frhostProgram()} + selling({u"r1"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token sell"_s));
     frhost.signal(GetParam());
     const Ran ran = frhost.end();
     EXPECT_EQ(ran.exitCode, 0) << ran.err.toStdString();
-    EXPECT_EQ(ran.columns(outcome), QStringList{QStringLiteral("r1 registered")});
+    EXPECT_EQ(ran.columns(outcome), QStringList{u"r1 registered"_s});
 }
 
 } // namespace

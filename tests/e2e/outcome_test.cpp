@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using testing::HasSubstr;
@@ -96,16 +98,16 @@ Ran sellAt(const Row& row)
         }
     });
     const Shop shop(service.url());
-    return shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
+    return shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
 }
 
 TEST_P(Outcome, IsTold)
 {
     const Row& row = GetParam();
     const Ran sold = sellAt(row);
-    EXPECT_EQ(sold.columns({QStringLiteral("outcome")}), QStringList{QString::fromLatin1(row.outcome)});
+    EXPECT_EQ(sold.columns({u"outcome"_s}), QStringList{QString::fromLatin1(row.outcome)});
     EXPECT_EQ(sold.exitCode, row.exitCode);
-    EXPECT_EQ(sold.lines().value(0).contains(QStringLiteral("error")), row.exitCode != 0);
+    EXPECT_EQ(sold.lines().value(0).contains(u"error"_s), row.exitCode != 0);
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(row.advice));
 }
 
@@ -118,10 +120,9 @@ TEST(FailedDocument, IsToldInTheWordsOfTheRegister)
                          R"("error":{"error_id":"e","code":12,"text":"Нет бумаги","type":"driver"}})";
     for (const char* registration : {accepted, known}) {
         const Ran sold = sellAt({"", 200, registration, failed, "", 0, ""});
-        EXPECT_EQ(sold.lines().value(0).value(QStringLiteral("error")).toObject(),
-            (QJsonObject{{QStringLiteral("code"), 12},
-                {QStringLiteral("message"), QStringLiteral("Нет бумаги")},
-                {QStringLiteral("type"), QStringLiteral("FrWorkWithServiceException")}}));
+        EXPECT_EQ(sold.lines().value(0).value(u"error"_s).toObject(),
+            (QJsonObject{{u"code"_s, 12}, {u"message"_s, u"Нет бумаги"_s},
+                {u"type"_s, u"FrWorkWithServiceException"_s}}));
     }
 }
 

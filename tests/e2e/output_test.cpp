@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using testing::HasSubstr;
@@ -17,58 +19,52 @@ protected:
 
 TEST_F(StandardOutput, ThatIsFullLosesNoOutcome)
 {
-    const QString file = shop.receipts({QStringLiteral("r1"), QStringLiteral("r2"), QStringLiteral("r3")});
-    const Ran sold =
-        runInto(QStringLiteral("/dev/full"), frhostProgram(), shop.arguments({QStringLiteral("sell"), file}));
+    const QString file = shop.receipts({u"r1"_s, u"r2"_s, u"r3"_s});
+    const Ran sold = runInto(u"/dev/full"_s, frhostProgram(), shop.arguments({u"sell"_s, file}));
     EXPECT_EQ(sold.exitCode, 1);
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("id":"r1","line":1,"outcome":"registered")"));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Standard output: "));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Receipts not sent: 2."));
-    const Ran again = shop.frhost({QStringLiteral("sell"), file});
-    EXPECT_EQ(again.columns({QStringLiteral("id"), QStringLiteral("recovered")}),
-        (QStringList{QStringLiteral("r1 true"), QStringLiteral("r2 -"), QStringLiteral("r3 -")}));
+    const Ran again = shop.frhost({u"sell"_s, file});
+    EXPECT_EQ(again.columns({u"id"_s, u"recovered"_s}), (QStringList{u"r1 true"_s, u"r2 -"_s, u"r3 -"_s}));
 }
 
 TEST_F(StandardOutput, ThatIsClosedIsNotMistakenForTheConnection)
 {
-    const QString file = shop.receipts({QStringLiteral("r1")});
-    const Ran sold = run(QStringLiteral("sh"),
-        QStringList{QStringLiteral("-c"), QStringLiteral("exec \"$0\" \"$@\" >&-"), frhostProgram()} +
-            shop.arguments({QStringLiteral("sell"), file}));
+    const QString file = shop.receipts({u"r1"_s});
+    const Ran sold = run(u"sh"_s, QStringList{u"-c"_s, u"exec \"$0\" \"$@\" >&-"_s, frhostProgram()} +
+                                      shop.arguments({u"sell"_s, file}));
     EXPECT_EQ(sold.exitCode, 1);
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("outcome":"registered")"));
 }
 
 TEST_F(StandardOutput, WhoseReaderHasGoneDoesNotEndTheProgram)
 {
-    const QString file = shop.receipts({QStringLiteral("r1")});
-    const Ran sold = run(QStringLiteral("sh"),
-        QStringList{QStringLiteral("-c"),
-            QStringLiteral("{ \"$0\" \"$@\"; echo \"ended with $?\" >&2; } | true"), frhostProgram()} +
-            shop.arguments({QStringLiteral("sell"), file}));
+    const QString file = shop.receipts({u"r1"_s});
+    const Ran sold = run(u"sh"_s,
+        QStringList{u"-c"_s, u"{ \"$0\" \"$@\"; echo \"ended with $?\" >&2; } | true"_s, frhostProgram()} +
+            shop.arguments({u"sell"_s, file}));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("ended with 1"));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("outcome":"registered")"));
 }
 
 TEST_F(StandardOutput, IsATableForPeople)
 {
-    QStringList arguments = shop.arguments({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
-    arguments.removeAll(QStringLiteral("--json"));
+    QStringList arguments = shop.arguments({u"sell"_s, shop.receipts({u"r1"_s})});
+    arguments.removeAll(u"--json"_s);
     const Ran sold = run(frhostProgram(), arguments);
     EXPECT_EQ(sold.exitCode, 0);
-    EXPECT_TRUE(sold.out.startsWith(QStringLiteral("r1: registered\n  Service's identifier  ")))
-        << sold.out.toStdString();
+    EXPECT_TRUE(sold.out.startsWith(u"r1: registered\n  Service's identifier  "_s)) << sold.out.toStdString();
     EXPECT_EQ(sold.err, QString());
 }
 
 TEST_F(StandardOutput, OfATerminalIsAccompaniedByAStatusLine)
 {
-    const Ran sold = runOnTerminal(
-        frhostProgram(), shop.arguments({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})}));
+    const Ran sold = runOnTerminal(frhostProgram(), shop.arguments({u"sell"_s, shop.receipts({u"r1"_s})}));
     EXPECT_EQ(sold.exitCode, 0);
     EXPECT_THAT(sold.out.toStdString(), HasSubstr("\r\x1b[K[1/1] r1: 0 s"));
     EXPECT_THAT(sold.out.toStdString(), HasSubstr(R"("outcome":"registered")"));
-    EXPECT_THAT(shop.frhost({QStringLiteral("check")}).err.toStdString(), Not(HasSubstr("\x1b[K")));
+    EXPECT_THAT(shop.frhost({u"check"_s}).err.toStdString(), Not(HasSubstr("\x1b[K")));
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using testing::HasSubstr;
@@ -24,12 +26,12 @@ protected:
             grey.append(reinterpret_cast<const char*>(picture.constScanLine(y)), picture.width());
         const QList<QByteArray> codes = decodedQrCodes(
             grey, static_cast<unsigned int>(picture.width()), static_cast<unsigned int>(picture.height()));
-        return codes.size() == 1 ? QString::fromUtf8(codes.first()) : QStringLiteral("no single code");
+        return codes.size() == 1 ? QString::fromUtf8(codes.first()) : u"no single code"_s;
     }
 
     [[nodiscard]] QStringList selling(const QString& id) const
     {
-        return shop.arguments({QStringLiteral("sell"), shop.receipts({id})});
+        return shop.arguments({u"sell"_s, shop.receipts({id})});
     }
 
     EmulatorProcess emulator;
@@ -39,46 +41,43 @@ protected:
 
 TEST_F(SoldReceiptsQr, IsWrittenAsAPictureThatReadsAsTheText)
 {
-    const Ran sold = shop.frhost({QStringLiteral("sell"), QStringLiteral("--qr-dir"), folder.path(),
-        shop.receipts({QStringLiteral("r1"), QStringLiteral("r/2")})});
+    const Ran sold =
+        shop.frhost({u"sell"_s, u"--qr-dir"_s, folder.path(), shop.receipts({u"r1"_s, u"r/2"_s})});
     ASSERT_EQ(sold.exitCode, 0) << sold.err.toStdString();
     ASSERT_EQ(sold.lines().size(), 2);
-    const QString text = sold.lines().at(0).value(QStringLiteral("qr")).toString();
-    EXPECT_EQ(readBack(folder.filePath(QStringLiteral("r1.png"))), text);
+    const QString text = sold.lines().at(0).value(u"qr"_s).toString();
+    EXPECT_EQ(readBack(folder.filePath(u"r1.png"_s)), text);
     EXPECT_THAT(text.toStdString(), HasSubstr("&s=160.00&"));
-    EXPECT_EQ(readBack(folder.filePath(QStringLiteral("r%2F2.png"))),
-        sold.lines().at(1).value(QStringLiteral("qr")).toString());
+    EXPECT_EQ(readBack(folder.filePath(u"r%2F2.png"_s)), sold.lines().at(1).value(u"qr"_s).toString());
 }
 
 TEST_F(SoldReceiptsQr, IsDrawnOnATerminalOnly)
 {
-    QStringList arguments = selling(QStringLiteral("r1"));
+    QStringList arguments = selling(u"r1"_s);
     EXPECT_THAT(runOnTerminal(frhostProgram(), arguments).out.toStdString(), Not(HasSubstr("█")))
         << "with --json only the text";
-    arguments.removeAll(QStringLiteral("--json"));
+    arguments.removeAll(u"--json"_s);
     EXPECT_THAT(runOnTerminal(frhostProgram(), arguments).out.toStdString(), HasSubstr("\x1b[97;40m████"));
     EXPECT_THAT(run(frhostProgram(), arguments).out.toStdString(), Not(HasSubstr("█")));
 }
 
 TEST_F(SoldReceiptsQr, FailureIsReportedAndTheSaleIsNot)
 {
-    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("r1.png")));
-    const Ran sold = shop.frhost({QStringLiteral("sell"), QStringLiteral("--qr-dir"), folder.path(),
-        shop.receipts({QStringLiteral("r1"), QStringLiteral("r2")})});
+    ASSERT_TRUE(QDir(folder.path()).mkdir(u"r1.png"_s));
+    const Ran sold =
+        shop.frhost({u"sell"_s, u"--qr-dir"_s, folder.path(), shop.receipts({u"r1"_s, u"r2"_s})});
     EXPECT_EQ(sold.exitCode, 1);
-    EXPECT_EQ(sold.columns({QStringLiteral("outcome")}),
-        (QStringList{QStringLiteral("registered"), QStringLiteral("registered")}));
+    EXPECT_EQ(sold.columns({u"outcome"_s}), (QStringList{u"registered"_s, u"registered"_s}));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("r1.png: the picture of the QR code was not written"));
 }
 
 TEST_F(SoldReceiptsQr, FolderThatCannotBeMadeStopsTheRunBeforeAnythingIsSent)
 {
-    const Ran sold = shop.frhost({QStringLiteral("sell"), QStringLiteral("--qr-dir"),
-        QStringLiteral("/proc/none"), shop.receipts({QStringLiteral("r1")})});
+    const Ran sold = shop.frhost({u"sell"_s, u"--qr-dir"_s, u"/proc/none"_s, shop.receipts({u"r1"_s})});
     EXPECT_EQ(sold.exitCode, 1);
     EXPECT_EQ(sold.out, QString());
-    const Ran again = shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
-    EXPECT_EQ(again.columns({QStringLiteral("recovered")}), QStringList{QStringLiteral("-")});
+    const Ran again = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
+    EXPECT_EQ(again.columns({u"recovered"_s}), QStringList{u"-"_s});
 }
 
 } // namespace

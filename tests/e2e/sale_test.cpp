@@ -6,6 +6,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using testing::ElementsAre;
@@ -26,177 +28,149 @@ protected:
     Shop shop{emulatorUrl()};
 };
 
-const QStringList outcome{QStringLiteral("id"), QStringLiteral("outcome")};
+const QStringList outcome{u"id"_s, u"outcome"_s};
 
 TEST_F(Sale, GoesFromAReceiptFileToItsFiscalResult)
 {
-    const Ran sold = shop.frhost(
-        {QStringLiteral("sell"), shop.file(QStringLiteral("r.json"), receiptLine(QStringLiteral("sale-1")))});
+    const Ran sold = shop.frhost({u"sell"_s, shop.file(u"r.json"_s, receiptLine(u"sale-1"_s))});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
     ASSERT_EQ(sold.lines().size(), 1);
     const QJsonObject line = sold.lines().first();
-    EXPECT_EQ(line.value(QStringLiteral("outcome")).toString(), QStringLiteral("registered"));
-    EXPECT_FALSE(line.contains(QStringLiteral("recovered")));
-    EXPECT_FALSE(line.contains(QStringLiteral("error")));
-    EXPECT_FALSE(line.value(QStringLiteral("uuid")).toString().isEmpty());
-    EXPECT_TRUE(line.value(QStringLiteral("receiptUrl")).toString().startsWith(QStringLiteral("http")));
-    const QJsonObject fiscal = line.value(QStringLiteral("fiscal")).toObject();
-    EXPECT_EQ(fiscal.value(QStringLiteral("total")).toDouble(), 160);
-    EXPECT_EQ(fiscal.value(QStringLiteral("taxSystem")).toString(), QStringLiteral("Общая"));
-    EXPECT_GT(fiscal.value(QStringLiteral("fiscalDocumentNumber")).toInt(), 0);
-    EXPECT_EQ(fiscal.value(QStringLiteral("fnNumber")).toString().size(), 16);
-    EXPECT_EQ(fiscal.value(QStringLiteral("registrationNumber")).toString().size(), 16);
-    EXPECT_FALSE(fiscal.value(QStringLiteral("shiftNumber")).toString().isEmpty());
-    const QString sign = fiscal.value(QStringLiteral("fiscalSign")).toString();
+    EXPECT_EQ(line.value(u"outcome"_s).toString(), u"registered"_s);
+    EXPECT_FALSE(line.contains(u"recovered"_s));
+    EXPECT_FALSE(line.contains(u"error"_s));
+    EXPECT_FALSE(line.value(u"uuid"_s).toString().isEmpty());
+    EXPECT_TRUE(line.value(u"receiptUrl"_s).toString().startsWith(u"http"_s));
+    const QJsonObject fiscal = line.value(u"fiscal"_s).toObject();
+    EXPECT_EQ(fiscal.value(u"total"_s).toDouble(), 160);
+    EXPECT_EQ(fiscal.value(u"taxSystem"_s).toString(), u"Общая"_s);
+    EXPECT_GT(fiscal.value(u"fiscalDocumentNumber"_s).toInt(), 0);
+    EXPECT_EQ(fiscal.value(u"fnNumber"_s).toString().size(), 16);
+    EXPECT_EQ(fiscal.value(u"registrationNumber"_s).toString().size(), 16);
+    EXPECT_FALSE(fiscal.value(u"shiftNumber"_s).toString().isEmpty());
+    const QString sign = fiscal.value(u"fiscalSign"_s).toString();
     EXPECT_GT(sign.toLongLong(), 1LL << 31) << "digits that do not fit into 32 bits come through";
-    const QString dateTime = fiscal.value(QStringLiteral("dateTime")).toString();
-    EXPECT_TRUE(QRegularExpression(QStringLiteral("^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d$"))
-                    .match(dateTime)
-                    .hasMatch())
+    const QString dateTime = fiscal.value(u"dateTime"_s).toString();
+    EXPECT_TRUE(
+        QRegularExpression(u"^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d$"_s).match(dateTime).hasMatch())
         << dateTime.toStdString();
-    EXPECT_EQ(line.value(QStringLiteral("qr")).toString(),
-        QStringLiteral("t=%1&s=160.00&fn=%2&i=%3&fp=%4&n=1")
-            .arg(dateTime.first(16).remove(u'-').remove(u':'),
-                fiscal.value(QStringLiteral("fnNumber")).toString(),
-                QString::number(fiscal.value(QStringLiteral("fiscalDocumentNumber")).toInt()), sign));
+    EXPECT_EQ(line.value(u"qr"_s).toString(),
+        u"t=%1&s=160.00&fn=%2&i=%3&fp=%4&n=1"_s.arg(dateTime.first(16).remove(u'-').remove(u':'),
+            fiscal.value(u"fnNumber"_s).toString(),
+            QString::number(fiscal.value(u"fiscalDocumentNumber"_s).toInt()), sign));
 }
 
 TEST_F(Sale, TakesEveryExample)
 {
-    const Ran sold = shop.frhost({QStringLiteral("sell"), QStringLiteral(EXAMPLES "/plain.json"),
+    const Ran sold = shop.frhost({u"sell"_s, QStringLiteral(EXAMPLES "/plain.json"),
         QStringLiteral(EXAMPLES "/agent.json"), QStringLiteral(EXAMPLES "/marked.json"),
         QStringLiteral(EXAMPLES "/mixed.json"), QStringLiteral(EXAMPLES "/batch.jsonl")});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
     EXPECT_EQ(sold.lines().size(), 9);
-    for (const QString& row : sold.columns({QStringLiteral("outcome")}))
-        EXPECT_EQ(row, QStringLiteral("registered"));
+    for (const QString& row : sold.columns({u"outcome"_s}))
+        EXPECT_EQ(row, u"registered"_s);
 }
 
 TEST_F(Sale, TakesReceiptsFromStandardInput)
 {
-    const Ran sold = shop.frhost({QStringLiteral("sell"), QStringLiteral("-")},
-        receiptLine(QStringLiteral("stdin-1")) + receiptLine(QStringLiteral("stdin-2")));
+    const Ran sold = shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"stdin-1"_s) + receiptLine(u"stdin-2"_s));
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
-    EXPECT_EQ(sold.columns({QStringLiteral("file"), QStringLiteral("line"), QStringLiteral("id")}),
-        (QStringList{QStringLiteral("- 1 stdin-1"), QStringLiteral("- 2 stdin-2")}));
+    EXPECT_EQ(
+        sold.columns({u"file"_s, u"line"_s, u"id"_s}), (QStringList{u"- 1 stdin-1"_s, u"- 2 stdin-2"_s}));
 }
 
 TEST_F(Sale, OfAnIdThatTheServiceKnowsBringsTheFirstResult)
 {
-    const QString file = shop.receipts({QStringLiteral("twice-1")});
-    const Ran first = shop.frhost({QStringLiteral("sell"), file});
-    const Ran second = shop.frhost({QStringLiteral("sell"), file});
+    const QString file = shop.receipts({u"twice-1"_s});
+    const Ran first = shop.frhost({u"sell"_s, file});
+    const Ran second = shop.frhost({u"sell"_s, file});
     EXPECT_EQ(second.exitCode, 0) << second.err.toStdString();
     QJsonObject expected = first.lines().value(0);
-    expected.insert(QStringLiteral("recovered"), true);
+    expected.insert(u"recovered"_s, true);
     EXPECT_EQ(second.lines(), QList<QJsonObject>{expected});
 }
 
 TEST_F(Sale, UnderAnIdOfAnotherReceiptIsRefused)
 {
-    EXPECT_EQ(shop.frhost({QStringLiteral("sell"), QStringLiteral("-")},
-                      receiptLine(QStringLiteral("mixed-up-1"), 160))
-                  .exitCode,
-        0);
-    const Ran other = shop.frhost(
-        {QStringLiteral("sell"), QStringLiteral("-")}, receiptLine(QStringLiteral("mixed-up-1"), 160.01));
+    EXPECT_EQ(shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"mixed-up-1"_s, 160)).exitCode, 0);
+    const Ran other = shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"mixed-up-1"_s, 160.01));
     EXPECT_EQ(other.exitCode, 3);
-    EXPECT_EQ(other.columns(outcome), QStringList{QStringLiteral("mixed-up-1 refused")});
-    EXPECT_EQ(other.lines().first().value(QStringLiteral("error")).toObject(),
-        (QJsonObject{{QStringLiteral("code"), 33},
-            {QStringLiteral("message"),
-                QStringLiteral("The id already belongs to another receipt, registered with the total 160.00 "
-                               "instead of 160.01")}}));
+    EXPECT_EQ(other.columns(outcome), QStringList{u"mixed-up-1 refused"_s});
+    EXPECT_EQ(other.lines().first().value(u"error"_s).toObject(),
+        (QJsonObject{{u"code"_s, 33},
+            {u"message"_s, u"The id already belongs to another receipt, registered with the total 160.00 "
+                           u"instead of 160.01"_s}}));
     EXPECT_THAT(other.err.toStdString(),
         HasSubstr("This sale is NOT registered. Give it an id of its own and run it again."));
 }
 
 TEST_F(Sale, GoesOnAfterAReceiptThatIsRefused)
 {
-    const QByteArray wrong =
-        receiptLine(QStringLiteral("refused-2")).replace("\"sum\":160.00}]", "\"sum\":100.00}]");
+    const QByteArray wrong = receiptLine(u"refused-2"_s).replace("\"sum\":160.00}]", "\"sum\":100.00}]");
     const QByteArray noBuyer = R"({"id":"refused-3","positions":[],"payments":[]})"
                                "\n";
     const QByteArray refund = R"({"id":"refused-4","documentType":1,"positions":[],"payments":[]})"
                               "\n";
-    const Ran sold = shop.frhost({QStringLiteral("sell"), QStringLiteral("-")},
-        receiptLine(QStringLiteral("refused-1")) + wrong + noBuyer + refund +
-            receiptLine(QStringLiteral("refused-5")));
+    const Ran sold = shop.frhost({u"sell"_s, u"-"_s},
+        receiptLine(u"refused-1"_s) + wrong + noBuyer + refund + receiptLine(u"refused-5"_s));
     EXPECT_EQ(sold.exitCode, 3);
     EXPECT_EQ(sold.columns(outcome),
-        (QStringList{QStringLiteral("refused-1 registered"), QStringLiteral("refused-2 refused"),
-            QStringLiteral("refused-3 refused"), QStringLiteral("refused-4 refused"),
-            QStringLiteral("refused-5 registered")}));
+        (QStringList{u"refused-1 registered"_s, u"refused-2 refused"_s, u"refused-3 refused"_s,
+            u"refused-4 refused"_s, u"refused-5 registered"_s}));
     QList<QJsonObject> errors;
     for (const QJsonObject& line : sold.lines().sliced(1, 3))
-        errors << line.value(QStringLiteral("error")).toObject();
-    EXPECT_EQ(errors[0], (QJsonObject{{QStringLiteral("code"), 32},
-                             {QStringLiteral("type"), QStringLiteral("FrWorkWithServiceException")},
-                             {QStringLiteral("message"), QStringLiteral("Некорректные данные в запросе")}}));
-    EXPECT_EQ(errors[1], (QJsonObject{{QStringLiteral("type"), QStringLiteral("FrWorkWithServiceException")},
-                             {QStringLiteral("message"),
-                                 QStringLiteral("Требуется телефон или электронный адрес покупателя")}}));
-    EXPECT_EQ(errors[2], (QJsonObject{{QStringLiteral("type"), QStringLiteral("FrCommandException")},
-                             {QStringLiteral("message"), QStringLiteral("Тип чека не поддерживается ФР")}}));
+        errors << line.value(u"error"_s).toObject();
+    EXPECT_EQ(errors[0], (QJsonObject{{u"code"_s, 32}, {u"type"_s, u"FrWorkWithServiceException"_s},
+                             {u"message"_s, u"Некорректные данные в запросе"_s}}));
+    EXPECT_EQ(errors[1], (QJsonObject{{u"type"_s, u"FrWorkWithServiceException"_s},
+                             {u"message"_s, u"Требуется телефон или электронный адрес покупателя"_s}}));
+    EXPECT_EQ(errors[2], (QJsonObject{{u"type"_s, u"FrCommandException"_s},
+                             {u"message"_s, u"Тип чека не поддерживается ФР"_s}}));
 }
 
 TEST_F(Sale, WithAWrongReceiptAmongItsFilesSendsNothing)
 {
-    const Ran sold = shop.frhost({QStringLiteral("sell"), QStringLiteral("-")},
-        receiptLine(QStringLiteral("nothing-1")) + "{\"id\":\"nothing-2\"}\n");
+    const Ran sold =
+        shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"nothing-1"_s) + "{\"id\":\"nothing-2\"}\n");
     EXPECT_EQ(sold.exitCode, 2);
     EXPECT_EQ(sold.out, QString());
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("-:2: Missing required property 'payments'."));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Nothing was sent."));
-    const Ran again =
-        shop.frhost({QStringLiteral("sell"), QStringLiteral("-")}, receiptLine(QStringLiteral("nothing-1")));
-    EXPECT_EQ(again.columns({QStringLiteral("outcome"), QStringLiteral("recovered")}),
-        QStringList{QStringLiteral("registered -")});
+    const Ran again = shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"nothing-1"_s));
+    EXPECT_EQ(again.columns({u"outcome"_s, u"recovered"_s}), QStringList{u"registered -"_s});
 }
 
 TEST_F(Sale, CanBeSentFirstAndAskedAboutLater)
 {
-    const Ran sent =
-        shop.frhost({QStringLiteral("send"), QStringLiteral("-")}, receiptLine(QStringLiteral("sent-1")));
+    const Ran sent = shop.frhost({u"send"_s, u"-"_s}, receiptLine(u"sent-1"_s));
     EXPECT_EQ(sent.exitCode, 0) << sent.err.toStdString();
     ASSERT_EQ(sent.lines().size(), 1);
-    EXPECT_EQ(sent.lines().first().keys(), (QStringList{QStringLiteral("file"), QStringLiteral("id"),
-                                               QStringLiteral("line"), QStringLiteral("uuid")}));
-    const QString uuid = sent.lines().first().value(QStringLiteral("uuid")).toString();
-    const QStringList status{QStringLiteral("status"), QStringLiteral("external_id")};
-    Ran asked = shop.frhost({QStringLiteral("info"), uuid});
-    while (asked.exitCode == 0 &&
-           asked.columns({QStringLiteral("status")}) == QStringList{QStringLiteral("wait")})
-        asked = shop.frhost({QStringLiteral("info"), uuid});
+    EXPECT_EQ(sent.lines().first().keys(), (QStringList{u"file"_s, u"id"_s, u"line"_s, u"uuid"_s}));
+    const QString uuid = sent.lines().first().value(u"uuid"_s).toString();
+    const QStringList status{u"status"_s, u"external_id"_s};
+    Ran asked = shop.frhost({u"info"_s, uuid});
+    while (asked.exitCode == 0 && asked.columns({u"status"_s}) == QStringList{u"wait"_s})
+        asked = shop.frhost({u"info"_s, uuid});
     EXPECT_EQ(asked.exitCode, 0) << asked.err.toStdString();
-    EXPECT_EQ(asked.columns(status), QStringList{QStringLiteral("done sent-1")});
-    const Ran again =
-        shop.frhost({QStringLiteral("send"), QStringLiteral("-")}, receiptLine(QStringLiteral("sent-1")));
-    EXPECT_EQ(again.columns({QStringLiteral("uuid"), QStringLiteral("recovered")}),
-        QStringList{uuid + QStringLiteral(" true")});
+    EXPECT_EQ(asked.columns(status), QStringList{u"done sent-1"_s});
+    const Ran again = shop.frhost({u"send"_s, u"-"_s}, receiptLine(u"sent-1"_s));
+    EXPECT_EQ(again.columns({u"uuid"_s, u"recovered"_s}), QStringList{uuid + u" true"_s});
 }
 
 TEST_F(Sale, UnknownToTheServiceCannotBeAskedAbout)
 {
-    const Ran asked = shop.frhost({QStringLiteral("info"), QStringLiteral("no-such-document")});
+    const Ran asked = shop.frhost({u"info"_s, u"no-such-document"_s});
     EXPECT_EQ(asked.exitCode, 3);
-    EXPECT_EQ(asked.lines()
-                  .value(0)
-                  .value(QStringLiteral("error"))
-                  .toObject()
-                  .value(QStringLiteral("code"))
-                  .toInt(),
-        30);
+    EXPECT_EQ(asked.lines().value(0).value(u"error"_s).toObject().value(u"code"_s).toInt(), 30);
     EXPECT_THAT(asked.err.toStdString(), HasSubstr("Документ с указанным идентификатором не найден"));
-    EXPECT_EQ(shop.frhost({QStringLiteral("info"), QStringLiteral("../../getToken")}).exitCode, 1);
+    EXPECT_EQ(shop.frhost({u"info"_s, u"../../getToken"_s}).exitCode, 1);
 }
 
 TEST_F(Sale, NeedsTheRightPassword)
 {
-    shop.configure(QStringLiteral("password"), QStringLiteral("wrong-canary"));
-    for (const QStringList& command :
-        {QStringList{QStringLiteral("check")}, QStringList{QStringLiteral("sell"), QStringLiteral("-")}}) {
-        const Ran refused = shop.frhost(command, receiptLine(QStringLiteral("password-1")));
+    shop.configure(u"password"_s, u"wrong-canary"_s);
+    for (const QStringList& command : {QStringList{u"check"_s}, QStringList{u"sell"_s, u"-"_s}}) {
+        const Ran refused = shop.frhost(command, receiptLine(u"password-1"_s));
         EXPECT_EQ(refused.exitCode, 1);
         EXPECT_EQ(refused.out, QString());
         EXPECT_THAT(refused.err.toStdString(), HasSubstr("Неверный логин или пароль"));
@@ -206,9 +180,9 @@ TEST_F(Sale, NeedsTheRightPassword)
 
 TEST_F(Sale, CanBeCheckedBeforehand)
 {
-    const Ran checked = shop.frhost({QStringLiteral("check")});
+    const Ran checked = shop.frhost({u"check"_s});
     EXPECT_EQ(checked.exitCode, 0) << checked.err.toStdString();
-    EXPECT_EQ(checked.columns({QStringLiteral("connected")}), QStringList{QStringLiteral("true")});
+    EXPECT_EQ(checked.columns({u"connected"_s}), QStringList{u"true"_s});
 }
 
 } // namespace

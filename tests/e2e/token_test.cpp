@@ -3,11 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using testing::HasSubstr;
 
-const QStringList result{QStringLiteral("outcome"), QStringLiteral("recovered")};
+const QStringList result{u"outcome"_s, u"recovered"_s};
 
 constexpr auto renewed = "Срок действия токена истёк. Получаем новый токен";
 
@@ -16,11 +18,11 @@ TEST(ExpiredToken, IsRenewedBeforeTheSaleIsSentAgain)
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"sell","effect":"error","code":11,"match":{"next":1})");
     const Shop shop(emulator.url());
-    const Ran sold = shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
+    const Ran sold = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
-    EXPECT_EQ(sold.columns(result), QStringList{QStringLiteral("registered -")});
+    EXPECT_EQ(sold.columns(result), QStringList{u"registered -"_s});
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(renewed));
-    EXPECT_EQ(emulator.calls(), QStringLiteral("token sell token sell report"));
+    EXPECT_EQ(emulator.calls(), u"token sell token sell report"_s);
 }
 
 TEST(ExpiredToken, IsRenewedWhileTheReceiptIsWaitedFor)
@@ -28,11 +30,11 @@ TEST(ExpiredToken, IsRenewedWhileTheReceiptIsWaitedFor)
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"report","effect":"error","code":11,"match":{"next":2})");
     const Shop shop(emulator.url());
-    const Ran sold = shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
+    const Ran sold = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
-    EXPECT_EQ(sold.columns(result), QStringList{QStringLiteral("registered -")});
+    EXPECT_EQ(sold.columns(result), QStringList{u"registered -"_s});
     // The driver does not renew it at the first question; the second one, asked again, does.
-    EXPECT_EQ(emulator.calls(), QStringLiteral("token sell report report token report"))
+    EXPECT_EQ(emulator.calls(), u"token sell report report token report"_s)
         << "a receipt that was accepted is not sent again";
 }
 
@@ -43,22 +45,21 @@ TEST(ShortToken, RunsOutInTheMiddleOfABatch)
     emulator.addFault(
         R"("endpoint":"report","effect":"delay","milliseconds":1100,"match":{"external_id":"r2","next":1})");
     const Shop shop(emulator.url());
-    const Ran sold = shop.frhost({QStringLiteral("sell"),
-        shop.receipts({QStringLiteral("r1"), QStringLiteral("r2"), QStringLiteral("r3")})});
+    const Ran sold = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s, u"r2"_s, u"r3"_s})});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
-    EXPECT_EQ(sold.columns(result), QStringList(3, QStringLiteral("registered -")));
-    EXPECT_EQ(emulator.calls().count(QStringLiteral("token")), 2);
+    EXPECT_EQ(sold.columns(result), QStringList(3, u"registered -"_s));
+    EXPECT_EQ(emulator.calls().count(u"token"_s), 2);
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(renewed));
 }
 
 TEST(Waits, AreCountedInQuestions)
 {
-    const EmulatorProcess emulator({QStringLiteral("--waits"), QStringLiteral("3")});
+    const EmulatorProcess emulator({u"--waits"_s, u"3"_s});
     const Shop shop(emulator.url());
-    const Ran sold = shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
+    const Ran sold = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
-    EXPECT_EQ(sold.columns(result), QStringList{QStringLiteral("registered -")});
-    EXPECT_EQ(emulator.calls(), QStringLiteral("token sell report report report report"));
+    EXPECT_EQ(sold.columns(result), QStringList{u"registered -"_s});
+    EXPECT_EQ(emulator.calls(), u"token sell report report report report"_s);
 }
 
 } // namespace

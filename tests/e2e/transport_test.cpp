@@ -7,29 +7,30 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
 using testing::StartsWith;
 
-const QStringList outcome{QStringLiteral("id"), QStringLiteral("outcome")};
+const QStringList outcome{u"id"_s, u"outcome"_s};
 
 Ran sell(const Shop& shop)
 {
-    return shop.frhost({QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
+    return shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
 }
 
 TEST(Transport, TrustsTheFileOfAuthoritiesBesideTheConfiguration)
 {
     const Authority authority;
     const QTemporaryDir folder;
-    const QString certificate = folder.filePath(QStringLiteral("server.pem"));
-    const QString key = folder.filePath(QStringLiteral("server.key"));
+    const QString certificate = folder.filePath(u"server.pem"_s);
+    const QString key = folder.filePath(u"server.key"_s);
     authority.write({}, certificate.toStdString(), key.toStdString());
-    const EmulatorProcess emulator(
-        {QStringLiteral("--tls-cert"), certificate, QStringLiteral("--tls-key"), key});
-    Shop shop(QString(emulator.url()).replace(QStringLiteral("127.0.0.1"), QStringLiteral("localhost")));
+    const EmulatorProcess emulator({u"--tls-cert"_s, certificate, u"--tls-key"_s, key});
+    Shop shop(QString(emulator.url()).replace(u"127.0.0.1"_s, u"localhost"_s));
 
     const Ran distrusted = sell(shop);
     EXPECT_EQ(distrusted.exitCode, 4);
@@ -37,21 +38,21 @@ TEST(Transport, TrustsTheFileOfAuthoritiesBesideTheConfiguration)
 
     QFile trusted(QString::fromStdString(authority.caFile()));
     ASSERT_TRUE(trusted.open(QIODevice::ReadOnly));
-    std::ignore = shop.file(QStringLiteral("ca.pem"), trusted.readAll());
-    shop.configureTransport(QStringLiteral("caFile"), QStringLiteral("ca.pem"));
+    std::ignore = shop.file(u"ca.pem"_s, trusted.readAll());
+    shop.configureTransport(u"caFile"_s, u"ca.pem"_s);
     const Ran sold = sell(shop);
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
-    EXPECT_EQ(sold.columns(outcome), QStringList{QStringLiteral("r1 registered")});
+    EXPECT_EQ(sold.columns(outcome), QStringList{u"r1 registered"_s});
 }
 
 TEST(Transport, SaysWhoItIs)
 {
     const EmulatorProcess emulator;
     Shop shop(emulator.url());
-    shop.configureTransport(QStringLiteral("userAgent"), QStringLiteral("till-7/1.2 (shop)"));
+    shop.configureTransport(u"userAgent"_s, u"till-7/1.2 (shop)"_s);
     EXPECT_EQ(sell(shop).exitCode, 0);
-    EXPECT_EQ(emulator.calls(), QStringLiteral("token sell report"));
-    EXPECT_EQ(emulator.requests().count(QStringLiteral("\r\nUser-Agent: till-7/1.2 (shop)\r\n")), 3);
+    EXPECT_EQ(emulator.calls(), u"token sell report"_s);
+    EXPECT_EQ(emulator.requests().count(u"\r\nUser-Agent: till-7/1.2 (shop)\r\n"_s), 3);
 }
 
 TEST(Transport, GoesThroughTheProxyWhosePasswordNobodyReads)
@@ -62,12 +63,10 @@ TEST(Transport, GoesThroughTheProxyWhosePasswordNobodyReads)
         else
             peer.answer(200, R"({"token":"t","uuid":"u","status":"wait","error":null})");
     });
-    Shop shop(QStringLiteral("http://service.invalid/possystem/v4/"));
+    Shop shop(u"http://service.invalid/possystem/v4/"_s);
     QString address = QString::fromStdString(proxy.url());
-    shop.configureTransport(
-        QStringLiteral("proxy"), address.replace(QStringLiteral("//"), QStringLiteral("//till:canary@")));
-    const Ran sold = shop.frhost({QStringLiteral("--log-level"), QStringLiteral("debug"),
-        QStringLiteral("sell"), shop.receipts({QStringLiteral("r1")})});
+    shop.configureTransport(u"proxy"_s, address.replace(u"//"_s, u"//till:canary@"_s));
+    const Ran sold = shop.frhost({u"--log-level"_s, u"debug"_s, u"sell"_s, shop.receipts({u"r1"_s})});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
     EXPECT_THAT((sold.err + sold.out).toStdString(), Not(HasSubstr("canary")));
     std::vector<std::string> lines;
@@ -113,7 +112,7 @@ TEST_P(Limit, IsThatOfTheConfiguration)
     shop.configureTransport(QString::fromLatin1(row.key), QString::fromLatin1(row.limit));
     const Ran ran = sell(shop);
     EXPECT_EQ(ran.exitCode, 4);
-    EXPECT_EQ(ran.columns(outcome), QStringList{QStringLiteral("r1 unknown")});
+    EXPECT_EQ(ran.columns(outcome), QStringList{u"r1 unknown"_s});
     EXPECT_THAT(ran.err.toStdString(), HasSubstr(row.cause));
 }
 
@@ -124,8 +123,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(ConnectionLimit, IsThatOfTheConfiguration)
 {
     const RawServer silent([](Peer&, const std::string&) {});
-    Shop shop(QStringLiteral("https://127.0.0.1:%1/possystem/v4/").arg(silent.port()));
-    shop.configureTransport(QStringLiteral("connectTimeout"), QStringLiteral("300"));
+    Shop shop(u"https://127.0.0.1:%1/possystem/v4/"_s.arg(silent.port()));
+    shop.configureTransport(u"connectTimeout"_s, u"300"_s);
     const Ran ran = sell(shop);
     EXPECT_EQ(ran.exitCode, 4);
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("истекло время на соединение (предел 300 мс)"));

@@ -12,6 +12,8 @@
 #include <termios.h>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 int checked(int result, const char* call)
@@ -97,7 +99,7 @@ void PtyDevice::answer(char byte)
     const int speed = lineSpeed();
     {
         const std::lock_guard lock(guard);
-        received << QStringLiteral("%1 at %2").arg(int{byte}).arg(speed);
+        received << u"%1 at %2"_s.arg(int{byte}).arg(speed);
     }
     const char acknowledged = 0x06;
     const char garbled = '\xFF';

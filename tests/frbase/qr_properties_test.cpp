@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <rapidcheck.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using Row = std::vector<unsigned char>;
@@ -12,7 +14,7 @@ using Rows = std::vector<Row>;
 const BasicFrDriver& driver()
 {
     static BasicFrSettings settings;
-    static const BasicFrDriver one(nullptr, QStringLiteral("qr"), &settings);
+    static const BasicFrDriver one(nullptr, u"qr"_s, &settings);
     return one;
 }
 

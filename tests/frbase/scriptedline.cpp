@@ -7,6 +7,8 @@
 
 #include <stdexcept>
 
+using namespace Qt::Literals::StringLiterals;
+
 void Script::play()
 {
     const char answer = next < answers.size() ? answers[next++] : '?';
@@ -14,13 +16,13 @@ void Script::play()
     case '+':
         return;
     case '-':
-        throw FrNoConnectionException(QStringLiteral("Молчит"));
+        throw FrNoConnectionException(u"Молчит"_s);
     case 'p':
-        throw ComDriverException(QStringLiteral("Порт сломан"));
+        throw ComDriverException(u"Порт сломан"_s);
     case 'c':
-        throw FrCommandException(QStringLiteral("Иное"));
+        throw FrCommandException(u"Иное"_s);
     case 'd':
-        throw DriverException(QStringLiteral("Иное"));
+        throw DriverException(u"Иное"_s);
     case 's':
         throw std::runtime_error("other");
     default:
@@ -30,24 +32,24 @@ void Script::play()
 
 void note(const QString& call)
 {
-    Log4Qt::LogManager::logger(QStringLiteral("calls"), QString())->debug(call);
+    Log4Qt::LogManager::logger(u"calls"_s, QString())->debug(call);
 }
 
 int ScriptedLine::getPortKind() const
 {
-    note(QStringLiteral("kind?"));
+    note(u"kind?"_s);
     return kinds.at(asked++ % kinds.size());
 }
 
 void ScriptedLine::setBaudRate(int newBaudRate)
 {
-    note(QStringLiteral("speed %1").arg(newBaudRate));
+    note(u"speed %1"_s.arg(newBaudRate));
     script.play();
     baudRate = newBaudRate;
 }
 
 void ScriptedDriver::setConnection()
 {
-    note(QStringLiteral("handshake"));
+    note(u"handshake"_s);
     script.play();
 }

@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // The same cases as golden_test.cpp, given to the composer itself: a difference here and none there, or the
@@ -28,27 +30,26 @@ QJsonObject composed(const frhost::Receipt& receipt)
     for (const FrPayment& payment : receipt.payments)
         payments[payment.type] += payment.getSum();
     return {
-        {QStringLiteral("items"), atolonline::createItems(receipt.positions)},
-        {QStringLiteral("payments"), atolonline::createPayments(payments)},
-        {QStringLiteral("total"), atolonline::getTotal(payments)},
+        {u"items"_s, atolonline::createItems(receipt.positions)},
+        {u"payments"_s, atolonline::createPayments(payments)},
+        {u"total"_s, atolonline::getTotal(payments)},
     };
 }
 
 TEST(GoldenComposer, MakesTheKeptItemsPaymentsAndTotals)
 {
-    const QStringList inputs = folder.entryList({QStringLiteral("*.in.json")}, QDir::Files, QDir::Name);
+    const QStringList inputs = folder.entryList({u"*.in.json"_s}, QDir::Files, QDir::Name);
     ASSERT_FALSE(inputs.isEmpty());
     for (const QString& input : inputs) {
         const QString name = input.chopped(8);
-        QJsonObject kept =
-            jsonOf(name + QStringLiteral(".out.json")).value(QStringLiteral("receipt")).toObject();
-        kept.remove(QStringLiteral("client"));
-        const QJsonObject company = kept.take(QStringLiteral("company")).toObject();
+        QJsonObject kept = jsonOf(name + u".out.json"_s).value(u"receipt"_s).toObject();
+        kept.remove(u"client"_s);
+        const QJsonObject company = kept.take(u"company"_s).toObject();
         const frhost::Receipt receipt = frhost::toReceipt(jsonOf(input));
         EXPECT_EQ(QJsonDocument(composed(receipt)).toJson(), QJsonDocument(kept).toJson())
             << name.toStdString();
         const int taxSystem = receipt.taxSystem();
-        EXPECT_EQ(company.value(QStringLiteral("sno")).toString(),
+        EXPECT_EQ(company.value(u"sno"_s).toString(),
             taxSystem == 0 ? QString() : atolonline::getSnoName(hw::fr::common::TaxSystemType(taxSystem)))
             << name.toStdString();
     }

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // A case is a receipt (NAME.in.json) and what is sent for it (NAME.out.json), laid out for people and with
@@ -26,8 +28,7 @@ void writeFile(const QString& path, const QByteArray& content)
 QList<QByteArray> composed(const QStringList& inputs)
 {
     QProcess frhost;
-    QStringList arguments{QStringLiteral("--config"), folder.filePath(QStringLiteral("register.ini")),
-        QStringLiteral("compose")};
+    QStringList arguments{u"--config"_s, folder.filePath(u"register.ini"_s), u"compose"_s};
     for (const QString& input : inputs)
         arguments << folder.filePath(input);
     frhost.start(QStringLiteral(FRHOST), arguments);
@@ -40,23 +41,23 @@ QList<QByteArray> composed(const QStringList& inputs)
 
 QByteArray laidOut(const QByteArray& body)
 {
-    static const QRegularExpression time(QStringLiteral("^\\d\\d\\.\\d\\d\\.\\d{4} \\d\\d:\\d\\d:\\d\\d$"));
+    static const QRegularExpression time(u"^\\d\\d\\.\\d\\d\\.\\d{4} \\d\\d:\\d\\d:\\d\\d$"_s);
     QJsonDocument document = QJsonDocument::fromJson(body);
     EXPECT_EQ(document.toJson(QJsonDocument::Compact), body) << "not compact JSON in UTF-8";
     QJsonObject object = document.object();
-    const QString timestamp = QStringLiteral("timestamp");
+    const QString timestamp = u"timestamp"_s;
     EXPECT_TRUE(time.match(object.value(timestamp).toString()).hasMatch()) << body.toStdString();
-    object.insert(timestamp, QStringLiteral("dd.MM.yyyy hh:mm:ss"));
+    object.insert(timestamp, u"dd.MM.yyyy hh:mm:ss"_s);
     return QJsonDocument(object).toJson();
 }
 
 QByteArray unifiedDiff(const QString& expectedFile, const QByteArray& actual)
 {
     const QTemporaryDir work;
-    const QString actualFile = work.filePath(QStringLiteral("actual"));
+    const QString actualFile = work.filePath(u"actual"_s);
     writeFile(actualFile, actual);
     QProcess diff;
-    diff.start(QStringLiteral("diff"), {QStringLiteral("-Nu"), expectedFile, actualFile});
+    diff.start(u"diff"_s, {u"-Nu"_s, expectedFile, actualFile});
     diff.waitForFinished();
     return diff.readAllStandardOutput();
 }
@@ -69,13 +70,13 @@ bool isKept(const QString& path, const QByteArray& content)
 
 TEST(Golden, EveryReceiptIsComposedAsItIsKept)
 {
-    const QStringList inputs = folder.entryList({QStringLiteral("*.in.json")}, QDir::Files, QDir::Name);
+    const QStringList inputs = folder.entryList({u"*.in.json"_s}, QDir::Files, QDir::Name);
     ASSERT_FALSE(inputs.isEmpty());
     const QList<QByteArray> bodies = composed(inputs);
     ASSERT_EQ(bodies.size(), inputs.size());
     for (qsizetype i = 0; i < inputs.size(); ++i) {
         QString output = folder.filePath(inputs.at(i));
-        output.replace(QStringLiteral(".in.json"), QStringLiteral(".out.json"));
+        output.replace(u".in.json"_s, u".out.json"_s);
         const QByteArray actual = laidOut(bodies.at(i));
         if (isAccepting)
             writeFile(output, actual);

@@ -5,6 +5,8 @@
 
 #include <type_traits>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 template <typename Derived, typename Base>
@@ -25,20 +27,20 @@ static_assert(std::has_virtual_destructor_v<tr::Tr>);
 TEST(Exceptions, CarryTheirRussianMessageThroughTheRootOfTheFamily)
 {
     try {
-        throw FrNoConnectionException(QStringLiteral("Нет связи с ФР"));
+        throw FrNoConnectionException(u"Нет связи с ФР"_s);
     } catch (const BasicException& e) {
-        EXPECT_EQ(e.tr().ru(), QStringLiteral("Нет связи с ФР"));
+        EXPECT_EQ(e.tr().ru(), u"Нет связи с ФР"_s);
         EXPECT_STREQ(e.what(), "Нет связи с ФР");
     }
 }
 
 TEST(Tr, IsEmptyByDefaultAndCopiesItsText)
 {
-    const tr::Tr message(QStringLiteral("текст"));
+    const tr::Tr message(u"текст"_s);
     tr::Tr copy;
     EXPECT_EQ(copy.ru(), QString());
     copy = message;
-    EXPECT_EQ(copy.ru(), QStringLiteral("текст"));
+    EXPECT_EQ(copy.ru(), u"текст"_s);
 }
 
 } // namespace

@@ -5,6 +5,8 @@
 
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -29,11 +31,11 @@ TEST(CommandLine, HoldsTheCommandWithOptionsBeforeAndBehindIt)
     const auto line = std::get<CommandLine>(parsed(
         {"--config", "r.ini", "sell", "a.json", "-", "--json", "--log-level", "info", "--plugin", "p.so"}));
     EXPECT_EQ(line.command, Command::Sell);
-    EXPECT_EQ(line.config, QStringLiteral("r.ini"));
-    EXPECT_EQ(line.plugin, QStringLiteral("p.so"));
+    EXPECT_EQ(line.config, u"r.ini"_s);
+    EXPECT_EQ(line.plugin, u"p.so"_s);
     EXPECT_TRUE(line.json);
-    EXPECT_EQ(line.logLevel, QStringLiteral("info"));
-    EXPECT_EQ(line.files, (QStringList{QStringLiteral("a.json"), QStringLiteral("-")}));
+    EXPECT_EQ(line.logLevel, u"info"_s);
+    EXPECT_EQ(line.files, (QStringList{u"a.json"_s, u"-"_s}));
 }
 
 TEST(CommandLine, HasQuietDefaults)
@@ -43,7 +45,7 @@ TEST(CommandLine, HasQuietDefaults)
     EXPECT_EQ(line.config, QString());
     EXPECT_EQ(line.plugin, QString());
     EXPECT_FALSE(line.json);
-    EXPECT_EQ(line.logLevel, QStringLiteral("warning"));
+    EXPECT_EQ(line.logLevel, u"warning"_s);
 }
 
 TEST(CommandLine, KnowsEveryCommand)
@@ -53,7 +55,7 @@ TEST(CommandLine, KnowsEveryCommand)
     EXPECT_EQ(std::get<CommandLine>(parsed({"compose", "a"})).command, Command::Compose);
     const auto info = std::get<CommandLine>(parsed({"info", "u-1"}));
     EXPECT_EQ(info.command, Command::Info);
-    EXPECT_EQ(info.uuid, QStringLiteral("u-1"));
+    EXPECT_EQ(info.uuid, u"u-1"_s);
 }
 
 TEST(CommandLine, ShowsAnExampleFirstInEveryHelp)
@@ -62,18 +64,18 @@ TEST(CommandLine, ShowsAnExampleFirstInEveryHelp)
         const CommandLineText help = answer({command, "--help"});
         EXPECT_FALSE(help.isError);
         const QStringList lines = help.text.split(u'\n');
-        EXPECT_EQ(lines.value(0), QStringLiteral("Example:")) << command;
-        EXPECT_TRUE(lines.value(1).startsWith(QStringLiteral("  frhost "))) << command;
+        EXPECT_EQ(lines.value(0), u"Example:"_s) << command;
+        EXPECT_TRUE(lines.value(1).startsWith(u"  frhost "_s)) << command;
         EXPECT_TRUE(lines.value(1).contains(QString::fromLatin1(command))) << command;
     }
-    EXPECT_TRUE(answer({"--help"}).text.startsWith(QStringLiteral("Example:\n  frhost ")));
+    EXPECT_TRUE(answer({"--help"}).text.startsWith(u"Example:\n  frhost "_s));
 }
 
 TEST(CommandLine, TellsTheVersion)
 {
     const CommandLineText version = answer({"--version"});
     EXPECT_FALSE(version.isError);
-    EXPECT_TRUE(version.text.startsWith(QStringLiteral("frhost 1."))) << version.text.toStdString();
+    EXPECT_TRUE(version.text.startsWith(u"frhost 1."_s)) << version.text.toStdString();
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow)

@@ -20,6 +20,8 @@
 #include <memory>
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 class Plugin : public testing::Test
@@ -50,13 +52,10 @@ TEST_F(Plugin, SaysWhatItIsWithoutBeingLoaded)
 {
     QJsonObject metadata = loader.metaData();
     EXPECT_FALSE(loader.isLoaded());
-    EXPECT_EQ(
-        metadata.value(QStringLiteral("IID")).toString(), QStringLiteral("AtolOnlineFiscalRegisterFactory"));
-    EXPECT_EQ(metadata.value(QStringLiteral("className")).toString(),
-        QStringLiteral("AtolOnlineFiscalRegisterFactory"));
-    EXPECT_EQ(metadata.value(QStringLiteral("MetaData")).toObject(),
-        (QJsonObject{{QStringLiteral("name"), QStringLiteral("atolonline")},
-            {QStringLiteral("type"), QStringLiteral("fr")}}));
+    EXPECT_EQ(metadata.value(u"IID"_s).toString(), u"AtolOnlineFiscalRegisterFactory"_s);
+    EXPECT_EQ(metadata.value(u"className"_s).toString(), u"AtolOnlineFiscalRegisterFactory"_s);
+    EXPECT_EQ(metadata.value(u"MetaData"_s).toObject(),
+        (QJsonObject{{u"name"_s, u"atolonline"_s}, {u"type"_s, u"fr"_s}}));
 }
 
 // As Qt declares it: the block that the plugin's entry returns.
@@ -76,11 +75,9 @@ TEST_F(Plugin, HandsOutAMetadataBlockOf104BytesWithItsMap)
     const QByteArray bytes(static_cast<const char*>(block.data), 104);
     // Format of the metadata, then the Qt that the plugin was built with.
     EXPECT_EQ(bytes.first(3), QByteArray("\x01\x06", 2) + char(QT_VERSION_MINOR));
-    const QString name = QStringLiteral("AtolOnlineFiscalRegisterFactory");
+    const QString name = u"AtolOnlineFiscalRegisterFactory"_s;
     EXPECT_EQ(QCborValue::fromCbor(bytes.sliced(4)).toMap(),
-        (QCborMap{{2, name}, {3, name},
-            {4, QCborMap{{QStringLiteral("name"), QStringLiteral("atolonline")},
-                    {QStringLiteral("type"), QStringLiteral("fr")}}}}));
+        (QCborMap{{2, name}, {3, name}, {4, QCborMap{{u"name"_s, u"atolonline"_s}, {u"type"_s, u"fr"_s}}}}));
 }
 
 TEST_F(Plugin, HasAFactoryOfOneSlotAndNoInterface)
@@ -122,7 +119,7 @@ TEST_F(Plugin, GivesIndependentDevicesAsPointersToTheirOwnType)
     const std::unique_ptr<QObject> first(object.value<QObject*>());
     const std::unique_ptr<QObject> second = device();
     ASSERT_NE(first.get(), second.get());
-    first->setProperty("login", QStringLiteral("first"));
+    first->setProperty("login", u"first"_s);
     EXPECT_EQ(second->property("login").toString(), QString());
     EXPECT_EQ(first->parent(), nullptr);
 }
@@ -157,42 +154,39 @@ TEST_F(Plugin, DescribesItsSettingsInOrder)
         pairs << QString::fromUtf8(meta->classInfo(i).name()) + u'=' +
                      QString::fromUtf8(meta->classInfo(i).value());
     const QStringList expected{
-        QStringLiteral("deviceId:name=Номер ФР"),
-        QStringLiteral("deviceId:type=num"),
-        QStringLiteral("deviceId:max=19"),
-        QStringLiteral(
-            "deviceId:info=Номер фискального регистратора. Должен быть уникальным среди всех подключенных "
-            "ФР, возможные значения - от 0 до 19. Этот номер используется в названиях секций dravo.ini "
-            "для задания настроек для конкретного ФР (параметры программирования, соотнесение отделов и т "
-            "д)"),
-        QStringLiteral("speedEnumerate:name=Перебор скорости"),
-        QStringLiteral("speedEnumerate:type=strEnum"),
-        QStringLiteral("speedEnumerate:strEnum=выкл;вкл"),
-        QStringLiteral(
-            "speedEnumerate:info=Выполнять перебор скорости при повторной попытке установки связи"),
-        QStringLiteral("name=AtolOnline"),
-        QStringLiteral("type=Fr"),
-        QStringLiteral("displayName=Атол Онлайн"),
-        QStringLiteral("devices=AtolOnline"),
-        QStringLiteral("info=Драйвер облачного фискального регистратора Атол Онлайн"),
-        QStringLiteral("url:name=Адрес сервера"),
-        QStringLiteral("url:info=Адрес сервера Атол Онлайн"),
-        QStringLiteral("login:name=Имя пользователя"),
-        QStringLiteral("login:info=Имя пользователя для доступа к Атол Онлайн"),
-        QStringLiteral("password:name=Пароль"),
-        QStringLiteral("password:info=Пароль для доступа к Атол Онлайн"),
-        QStringLiteral("requestInterval:name=Интервал запроса статуса"),
-        QStringLiteral(
-            "requestInterval:info=Интервал запроса статуса отправленного документа в миллисекундах. Не "
-            "может быть меньше 200 мс."),
-        QStringLiteral("email:name=Электронный адрес организации"),
-        QStringLiteral("email:info=Электронный адрес организации (email) для передачи в ОФД"),
-        QStringLiteral("inn:name=ИНН организации"),
-        QStringLiteral("inn:info=ИНН организации. 10 или 12 символов, только цифры"),
-        QStringLiteral("paymentAddress:name=Место расчетов"),
-        QStringLiteral("paymentAddress:info=Место расчетов. Максимальная длина строки - 256 символов"),
-        QStringLiteral("groupCode:name=Код группы"),
-        QStringLiteral("groupCode:info=Код группы"),
+        u"deviceId:name=Номер ФР"_s,
+        u"deviceId:type=num"_s,
+        u"deviceId:max=19"_s,
+        u"deviceId:info=Номер фискального регистратора. Должен быть уникальным среди всех подключенных "
+        u"ФР, возможные значения - от 0 до 19. Этот номер используется в названиях секций dravo.ini "
+        u"для задания настроек для конкретного ФР (параметры программирования, соотнесение отделов и т "
+        u"д)"_s,
+        u"speedEnumerate:name=Перебор скорости"_s,
+        u"speedEnumerate:type=strEnum"_s,
+        u"speedEnumerate:strEnum=выкл;вкл"_s,
+        u"speedEnumerate:info=Выполнять перебор скорости при повторной попытке установки связи"_s,
+        u"name=AtolOnline"_s,
+        u"type=Fr"_s,
+        u"displayName=Атол Онлайн"_s,
+        u"devices=AtolOnline"_s,
+        u"info=Драйвер облачного фискального регистратора Атол Онлайн"_s,
+        u"url:name=Адрес сервера"_s,
+        u"url:info=Адрес сервера Атол Онлайн"_s,
+        u"login:name=Имя пользователя"_s,
+        u"login:info=Имя пользователя для доступа к Атол Онлайн"_s,
+        u"password:name=Пароль"_s,
+        u"password:info=Пароль для доступа к Атол Онлайн"_s,
+        u"requestInterval:name=Интервал запроса статуса"_s,
+        u"requestInterval:info=Интервал запроса статуса отправленного документа в миллисекундах. Не "
+        u"может быть меньше 200 мс."_s,
+        u"email:name=Электронный адрес организации"_s,
+        u"email:info=Электронный адрес организации (email) для передачи в ОФД"_s,
+        u"inn:name=ИНН организации"_s,
+        u"inn:info=ИНН организации. 10 или 12 символов, только цифры"_s,
+        u"paymentAddress:name=Место расчетов"_s,
+        u"paymentAddress:info=Место расчетов. Максимальная длина строки - 256 символов"_s,
+        u"groupCode:name=Код группы"_s,
+        u"groupCode:info=Код группы"_s,
     };
     EXPECT_EQ(pairs, expected);
 }
@@ -214,15 +208,13 @@ TEST_F(Plugin, OffersItsSettingsAsPropertiesInOrder)
                           flag(property.isStored(), "s") + flag(property.isScriptable(), "c") +
                           flag(property.isDesignable(), "d") + flag(property.hasNotifySignal(), "n");
     }
-    const QStringList expected{QStringLiteral("hardwareClass int rsc"), QStringLiteral("deviceId uint rwscd"),
-        QStringLiteral("speedEnumerate bool rwscd"),
-        QStringLiteral("driverOptions hw::fr::DriverOptions wsc"), QStringLiteral("url QString rwscd"),
-        QStringLiteral("login QString rwscd"), QStringLiteral("password QString rwscd"),
-        QStringLiteral("requestInterval int rwscd"), QStringLiteral("email QString rwscd"),
-        QStringLiteral("inn QString rwscd"), QStringLiteral("paymentAddress QString rwscd"),
-        QStringLiteral("groupCode QString rwscd")};
+    const QStringList expected{u"hardwareClass int rsc"_s, u"deviceId uint rwscd"_s,
+        u"speedEnumerate bool rwscd"_s, u"driverOptions hw::fr::DriverOptions wsc"_s, u"url QString rwscd"_s,
+        u"login QString rwscd"_s, u"password QString rwscd"_s, u"requestInterval int rwscd"_s,
+        u"email QString rwscd"_s, u"inn QString rwscd"_s, u"paymentAddress QString rwscd"_s,
+        u"groupCode QString rwscd"_s};
     EXPECT_EQ(properties, expected);
-    EXPECT_EQ(object->property("unusedProps").toStringList(), QStringList{QStringLiteral("speedEnumerate")});
+    EXPECT_EQ(object->property("unusedProps").toStringList(), QStringList{u"speedEnumerate"_s});
     EXPECT_EQ(object->property("hardwareClass").toInt(), 64);
 }
 
@@ -233,7 +225,7 @@ TEST_F(Plugin, OffersOneMethodOfItsOwn)
     QStringList methods;
     for (int i = QObject::staticMetaObject.methodCount(); i < meta->methodCount(); ++i)
         methods << QString::fromLatin1(meta->method(i).methodSignature());
-    EXPECT_EQ(methods, QStringList{QStringLiteral("init()")});
+    EXPECT_EQ(methods, QStringList{u"init()"_s});
 }
 
 TEST_F(Plugin, EndsTheAddressInASlash)
@@ -270,8 +262,8 @@ TEST_F(Plugin, StoresEveryOtherSettingUnchanged)
 {
     const std::unique_ptr<QObject> object = device();
     for (const char* name : {"login", "password", "email", "inn", "groupCode"}) {
-        object->setProperty(name, QStringLiteral("не ИНН/ "));
-        EXPECT_EQ(object->property(name).toString(), QStringLiteral("не ИНН/ ")) << name;
+        object->setProperty(name, u"не ИНН/ "_s);
+        EXPECT_EQ(object->property(name).toString(), u"не ИНН/ "_s) << name;
     }
     object->setProperty("deviceId", 25U);
     EXPECT_EQ(registerOf(object)->getDeviceId(), 25U);
@@ -304,16 +296,14 @@ TEST_F(Plugin, SeesTheHostsTransportAndItsExceptionsAreCaughtByClass)
     ScriptedTransport transport;
     transport.answer(R"({"error":{"code":12,"text":"t"}})");
     const std::unique_ptr<QObject> object = device();
-    object->setProperty("url", QStringLiteral("https://service.example/v4"));
+    object->setProperty("url", u"https://service.example/v4"_s);
     QMetaObject::invokeMethod(object.get(), "init");
-    object->setProperty("login", QStringLiteral("later"));
+    object->setProperty("login", u"later"_s);
     AbstractFrDriver* driver = registerOf(object)->getLegacyDriver();
     EXPECT_THROW(driver->connect(), FrWorkWithServiceException);
     EXPECT_THROW(driver->checkOpen(FiscalDocument(1, QString())), FrCommandException);
-    ASSERT_EQ(
-        transport.requestLines(), QStringList{QStringLiteral("POST https://service.example/v4/getToken")});
-    EXPECT_EQ(transport.requests().first().json().value(QStringLiteral("login")).toString(),
-        QStringLiteral("later"));
+    ASSERT_EQ(transport.requestLines(), QStringList{u"POST https://service.example/v4/getToken"_s});
+    EXPECT_EQ(transport.requests().first().json().value(u"login"_s).toString(), u"later"_s);
 }
 
 TEST_F(Plugin, TakesDriverOptionsUnderTheHostsTypeName)

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QMutex guard;
@@ -15,20 +17,20 @@ QString levelName(QtMsgType type)
 {
     switch (type) {
     case QtDebugMsg:
-        return QStringLiteral("debug");
+        return u"debug"_s;
     case QtInfoMsg:
-        return QStringLiteral("info");
+        return u"info"_s;
     case QtWarningMsg:
-        return QStringLiteral("warn");
+        return u"warn"_s;
     default:
-        return QStringLiteral("error");
+        return u"error"_s;
     }
 }
 
 void collect(QtMsgType type, const QMessageLogContext& context, const QString& text)
 {
     const QMutexLocker lock(&guard);
-    texts << levelName(type) + QStringLiteral(": ") + text;
+    texts << levelName(type) + u": "_s + text;
     names << QString::fromUtf8(context.category);
 }
 

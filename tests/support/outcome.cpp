@@ -8,6 +8,8 @@
 #include <memory>
 #include <typeinfo>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 QString className(const std::exception& e)
@@ -24,10 +26,10 @@ QString outcomeOf(const std::function<void()>& call)
 {
     try {
         call();
-        return QStringLiteral("returned");
+        return u"returned"_s;
     } catch (const BasicException& e) {
-        return className(e) + QStringLiteral(": ") + e.tr().ru();
+        return className(e) + u": "_s + e.tr().ru();
     } catch (const std::exception& e) {
-        return className(e) + QStringLiteral(": ") + QString::fromUtf8(e.what());
+        return className(e) + u": "_s + QString::fromUtf8(e.what());
     }
 }

@@ -2,6 +2,8 @@
 
 #include <QJsonDocument>
 
+using namespace Qt::Literals::StringLiterals;
+
 QJsonObject ScriptedTransport::Request::json() const
 {
     return QJsonDocument::fromJson(body).object();
@@ -38,12 +40,12 @@ QStringList ScriptedTransport::requestLines() const
 bool ScriptedTransport::get(const QUrl& url, const QJsonDocument& document, const Headers& headers)
 {
     const QByteArray body = document.isEmpty() ? QByteArray() : document.toJson(QJsonDocument::Compact);
-    return exchange({QStringLiteral("GET"), url.toString(), body, headers});
+    return exchange({u"GET"_s, url.toString(), body, headers});
 }
 
 bool ScriptedTransport::post(const QUrl& url, const QByteArray& body, const Headers& headers)
 {
-    return exchange({QStringLiteral("POST"), url.toString(), body, headers});
+    return exchange({u"POST"_s, url.toString(), body, headers});
 }
 
 QVariant ScriptedTransport::getResponseData() const

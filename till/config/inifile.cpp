@@ -9,6 +9,8 @@
 
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -31,8 +33,7 @@ QList<IniEntry> parseIni(const QByteArray& text, const QString& fileName)
     QString section;
     int number = 0;
     const auto fail = [&](const QString& what) {
-        throw Failure(
-            ExitCode::Usage, QStringLiteral("%1:%2: %3").arg(fileName, QString::number(number), what));
+        throw Failure(ExitCode::Usage, u"%1:%2: %3"_s.arg(fileName, QString::number(number), what));
     };
 
     for (const QString& raw : decoded(text, fileName).split(u'\n')) {

@@ -15,23 +15,25 @@
 #include <algorithm>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
 
-const QString registerSection = QStringLiteral("register");
-const QString optionSection = QStringLiteral("driverOptions");
-const QString transportSection = QStringLiteral("transport");
+const QString registerSection = u"register"_s;
+const QString optionSection = u"driverOptions"_s;
+const QString transportSection = u"transport"_s;
 constexpr int longestTimeout = 3600000;
-const QString passwordKey = QStringLiteral("password");
-const QString passwordFileKey = QStringLiteral("passwordFile");
-const QString caFileKey = QStringLiteral("caFile");
-const QString credential = QStringLiteral("frhost.password");
+const QString passwordKey = u"password"_s;
+const QString passwordFileKey = u"passwordFile"_s;
+const QString caFileKey = u"caFile"_s;
+const QString credential = u"frhost.password"_s;
 constexpr qint64 largestFile = 1024 * 1024;
 
 [[noreturn]] void fail(const QString& file, int line, const QString& what)
 {
-    throw Failure(ExitCode::Usage, QStringLiteral("%1:%2: %3").arg(file, QString::number(line), what));
+    throw Failure(ExitCode::Usage, u"%1:%2: %3"_s.arg(file, QString::number(line), what));
 }
 
 struct Content
@@ -108,7 +110,7 @@ void takeCredential(RegisterConfig& config)
 bool holdsPassword(const QList<IniEntry>& entries)
 {
     return std::any_of(entries.begin(), entries.end(), [](const IniEntry& entry) {
-        const bool isAddress = entry.key == QStringLiteral("proxy") || entry.key == QStringLiteral("url");
+        const bool isAddress = entry.key == u"proxy"_s || entry.key == u"url"_s;
         return entry.key == passwordKey || (isAddress && entry.value.contains(u'@'));
     });
 }
@@ -120,9 +122,9 @@ void addOption(RegisterConfig& config, const IniEntry& entry)
     if (!isNumber || bits == 0)
         fail(config.file, entry.line, Text::tr("\"%1\" is no option; write it as 0x10 = off").arg(entry.key));
     const QString value = entry.value.toLower();
-    if (value != QStringLiteral("on") && value != QStringLiteral("off"))
+    if (value != u"on"_s && value != u"off"_s)
         fail(config.file, entry.line, Text::tr("option %1 takes \"on\" or \"off\"").arg(entry.key));
-    config.driverOptions.insert(static_cast<hw::fr::Option>(bits), value == QStringLiteral("on"));
+    config.driverOptions.insert(static_cast<hw::fr::Option>(bits), value == u"on"_s);
 }
 
 struct TransportTime

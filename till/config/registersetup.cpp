@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QVariant>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -26,9 +28,9 @@ QStringList settableNames(const QObject& device)
 QVariant parsedBool(const QString& text)
 {
     const QString value = text.toLower();
-    if (value == QStringLiteral("on") || value == QStringLiteral("true") || value == QStringLiteral("1"))
+    if (value == u"on"_s || value == u"true"_s || value == u"1"_s)
         return true;
-    if (value == QStringLiteral("off") || value == QStringLiteral("false") || value == QStringLiteral("0"))
+    if (value == u"off"_s || value == u"false"_s || value == u"0"_s)
         return false;
     return {};
 }
@@ -57,14 +59,14 @@ QVariant parsed(const QString& text, const QMetaType& type)
 
 QString withHint(const QString& message, const QString& hint)
 {
-    return hint.isEmpty() ? message : message + QStringLiteral(". ") + hint;
+    return hint.isEmpty() ? message : message + u". "_s + hint;
 }
 
 void write(QObject& device, const QString& name, const QString& text)
 {
     const int index = device.metaObject()->indexOfProperty(name.toLatin1().constData());
     const QMetaProperty property = device.metaObject()->property(index);
-    const QString hint = classInfo(device, name + QStringLiteral(":info"));
+    const QString hint = classInfo(device, name + u":info"_s);
     const QVariant wanted = parsed(text, property.metaType());
     if (!wanted.isValid())
         throw Failure(ExitCode::Usage,
@@ -119,9 +121,8 @@ void configure(QObject& device, const RegisterConfig& config)
         try {
             apply(device, setting, known);
         } catch (const Failure& failure) {
-            throw Failure(
-                failure.code(), QStringLiteral("%1:%2: %3")
-                                    .arg(config.file, QString::number(setting.line), failure.message()));
+            throw Failure(failure.code(),
+                u"%1:%2: %3"_s.arg(config.file, QString::number(setting.line), failure.message()));
         }
     }
     if (!config.driverOptions.isEmpty() &&

@@ -9,13 +9,15 @@
 #include <QMetaObject>
 #include <QVariant>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
 
 [[noreturn]] void fail(const QPluginLoader& loader, const QString& what)
 {
-    throw Failure(ExitCode::Usage, QStringLiteral("%1: %2").arg(loader.fileName(), what));
+    throw Failure(ExitCode::Usage, u"%1: %2"_s.arg(loader.fileName(), what));
 }
 
 } // namespace

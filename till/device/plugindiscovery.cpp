@@ -10,18 +10,20 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
 
 QJsonObject describedBy(const QJsonObject& metaData)
 {
-    return metaData.value(QStringLiteral("MetaData")).toObject();
+    return metaData.value(u"MetaData"_s).toObject();
 }
 
 bool offersFiscalRegisters(const QJsonObject& metaData)
 {
-    return describedBy(metaData).value(QStringLiteral("type")).toString() == QStringLiteral("fr");
+    return describedBy(metaData).value(u"type"_s).toString() == u"fr"_s;
 }
 
 QStringList paths(const QList<PluginFile>& plugins)
@@ -36,7 +38,7 @@ QStringList paths(const QList<PluginFile>& plugins)
 
 QString PluginFile::name() const
 {
-    return describedBy(metaData).value(QStringLiteral("name")).toString();
+    return describedBy(metaData).value(u"name"_s).toString();
 }
 
 QStringList pluginFolders(const QString& programFolder)
@@ -77,11 +79,11 @@ PluginFile choosePlugin(const QString& file, const QStringList& folders)
     if (plugins.isEmpty())
         throw Failure(
             ExitCode::Usage, Text::tr("No fiscal-register plugin in %1. Name one with --plugin FILE.")
-                                 .arg(folders.join(QStringLiteral(", "))));
+                                 .arg(folders.join(u", "_s)));
     if (plugins.size() > 1)
         throw Failure(
             ExitCode::Usage, Text::tr("Several fiscal-register plugins: %1. Choose one with --plugin FILE.")
-                                 .arg(paths(plugins).join(QStringLiteral(", "))));
+                                 .arg(paths(plugins).join(u", "_s)));
     return plugins.first();
 }
 

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <numeric>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -27,7 +29,7 @@ double numberOf(const QJsonObject& json, const char* key)
 FdRequisite toRequisite(const QJsonObject& json)
 {
     const auto tag = static_cast<EFrDriver::RequisiteTypes>(integerOf(json, "tag"));
-    const QJsonValue members = json.value(QLatin1StringView("members"));
+    const QJsonValue members = json.value("members"_L1);
     if (members.isArray()) {
         FdRequisite::Map parts;
         for (const QJsonValue& entry : members.toArray()) {
@@ -36,7 +38,7 @@ FdRequisite toRequisite(const QJsonObject& json)
         }
         return {tag, parts};
     }
-    const QJsonValue value = json.value(QLatin1StringView("value"));
+    const QJsonValue value = json.value("value"_L1);
     return {tag, value.isString() ? QVariant(value.toString()) : QVariant(value.toInt())};
 }
 
@@ -70,10 +72,10 @@ FrPosition toPosition(const QJsonObject& json)
     position.setExciseMark(textOf(json, "exciseMark"));
     position.setMarkingCode(textOf(json, "markingCode"));
     position.setExciseMarkType(static_cast<ExciseMarkType>(integerOf(json, "exciseMarkType")));
-    for (const FdRequisite& requisite : toRequisites(json.value(QLatin1StringView("requisites"))))
+    for (const FdRequisite& requisite : toRequisites(json.value("requisites"_L1)))
         position.setRequisite(requisite);
-    position.setSupplierRequisites(json.value(QLatin1StringView("hasSupplierRequisites"))
-                                       .toBool(namesSupplier(position.getRequisites())));
+    position.setSupplierRequisites(
+        json.value("hasSupplierRequisites"_L1).toBool(namesSupplier(position.getRequisites())));
     return position;
 }
 
@@ -97,10 +99,10 @@ Receipt toReceipt(const QJsonObject& json)
     Receipt receipt;
     receipt.document.setInternalIdentifier(textOf(json, "id"));
     receipt.document.setDocumentType(integerOf(json, "documentType"));
-    receipt.requisites = toRequisites(json.value(QLatin1StringView("requisites")));
-    for (const QJsonValue& position : json.value(QLatin1StringView("positions")).toArray())
+    receipt.requisites = toRequisites(json.value("requisites"_L1));
+    for (const QJsonValue& position : json.value("positions"_L1).toArray())
         receipt.positions << toPosition(position.toObject());
-    for (const QJsonValue& payment : json.value(QLatin1StringView("payments")).toArray())
+    for (const QJsonValue& payment : json.value("payments"_L1).toArray())
         receipt.payments << FrPayment(
             integerOf(payment.toObject(), "type"), numberOf(payment.toObject(), "sum"));
     return receipt;

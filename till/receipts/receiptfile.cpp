@@ -9,6 +9,8 @@
 
 #include <cstdio>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -50,8 +52,8 @@ bool isBlank(const QByteArray& line)
 std::unique_ptr<QFile> opened(const QString& name)
 {
     auto file = std::make_unique<QFile>(name);
-    const bool isOpen = name == QStringLiteral("-") ? file->open(stdin, QIODevice::ReadOnly)
-                                                    : file->open(QIODevice::ReadOnly);
+    const bool isOpen =
+        name == u"-"_s ? file->open(stdin, QIODevice::ReadOnly) : file->open(QIODevice::ReadOnly);
     if (!isOpen)
         throw Failure(ExitCode::WrongReceipt, Text::tr("%1: %2").arg(name, file->errorString()));
     return file;
@@ -81,7 +83,7 @@ ReceiptFile::ReceiptFile(const QString& name)
     : fileName(name)
 {
     std::unique_ptr<QFile> file = opened(name);
-    if (name != QStringLiteral("-") && QFileInfo(name).isFile())
+    if (name != u"-"_s && QFileInfo(name).isFile())
         device = std::move(file);
     else
         device = spooled(name, *file);
@@ -150,8 +152,7 @@ QByteArray ReceiptFile::readLine()
 
 void ReceiptFile::fail(int atLine, const QString& what) const
 {
-    throw Failure(
-        ExitCode::WrongReceipt, QStringLiteral("%1:%2: %3").arg(fileName, QString::number(atLine), what));
+    throw Failure(ExitCode::WrongReceipt, u"%1:%2: %3"_s.arg(fileName, QString::number(atLine), what));
 }
 
 } // namespace frhost

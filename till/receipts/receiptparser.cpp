@@ -26,6 +26,8 @@
 #include <string_view>
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -42,7 +44,7 @@ QString text(const Value& value)
 
 QString member(const QString& pointer, QString name)
 {
-    name.replace(u'~', QStringLiteral("~0")).replace(u'/', QStringLiteral("~1"));
+    name.replace(u'~', u"~0"_s).replace(u'/', u"~1"_s);
     return pointer + u'/' + name;
 }
 
@@ -121,7 +123,7 @@ public:
         return true;
     }
     bool StartObject() { return open(QString()); }
-    bool StartArray() { return open(QStringLiteral("0")); }
+    bool StartArray() { return open(u"0"_s); }
     bool EndObject(rapidjson::SizeType) { return close(); }
     bool EndArray(rapidjson::SizeType) { return close(); }
 
@@ -182,7 +184,7 @@ class ReceiptParser::Schema
 public:
     Schema()
     {
-        QFile file(QStringLiteral(":/till/receipt.schema.json"));
+        QFile file(u":/till/receipt.schema.json"_s);
         if (!file.open(QIODevice::ReadOnly))
             throw std::logic_error("the receipt schema is not embedded");
         const QByteArray content = file.readAll();

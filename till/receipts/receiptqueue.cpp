@@ -10,6 +10,8 @@
 #include <cstring>
 #include <tuple>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -39,14 +41,14 @@ SeenId seenId(const QString& id, int file, int line)
 
 QString place(const QString& file, int line)
 {
-    return QStringLiteral("%1:%2").arg(file, QString::number(line));
+    return u"%1:%2"_s.arg(file, QString::number(line));
 }
 
 QString described(const QString& file, int line, const ReceiptProblem& problem)
 {
     const QString at = place(file, line + problem.lineOffset);
-    return problem.pointer.isEmpty() ? QStringLiteral("%1: %2").arg(at, problem.rule)
-                                     : QStringLiteral("%1: %2: %3").arg(at, problem.pointer, problem.rule);
+    return problem.pointer.isEmpty() ? u"%1: %2"_s.arg(at, problem.rule)
+                                     : u"%1: %2: %3"_s.arg(at, problem.pointer, problem.rule);
 }
 
 } // namespace
@@ -80,8 +82,8 @@ QString ReceiptQueue::checkAll()
             if (const auto* problem = std::get_if<ReceiptProblem>(&parsed))
                 add(described(files[i]->name(), raw.line, *problem));
             else
-                ids.push_back(seenId(std::get<QJsonObject>(parsed).value(QStringLiteral("id")).toString(),
-                    static_cast<int>(i), raw.line));
+                ids.push_back(seenId(
+                    std::get<QJsonObject>(parsed).value(u"id"_s).toString(), static_cast<int>(i), raw.line));
         }
         if (receiptCount == before)
             add(Text::tr("%1: there is no receipt in it").arg(files[i]->name()));

@@ -10,6 +10,8 @@
 #include <cmath>
 #include <thread>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -152,8 +154,7 @@ QJsonObject Registrar::askAgain(ReceiptResult& result, const Receipt& receipt)
 // The service does not compare the receipts behind one id; the total shows the commonest mix-up.
 void Registrar::compareTotals(ReceiptResult& result, const Receipt& receipt, const QJsonObject& answer) const
 {
-    const QJsonValue total =
-        answer.value(QStringLiteral("payload")).toObject().value(QStringLiteral("total"));
+    const QJsonValue total = answer.value(u"payload"_s).toObject().value(u"total"_s);
     if (!total.isDouble() || std::abs(total.toDouble() - receipt.total()) < halfKopeck)
         return;
     result.error = ErrorInfo{{}, transport.seen().registration.errorCode,

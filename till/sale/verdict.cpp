@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -66,9 +68,9 @@ DocumentState judgeStatus(const ServiceAnswer& answer, const QString& id)
         return DocumentState::Waiting;
     if (answer.errorCode)
         return DocumentState::NoNews;
-    if (answer.status == QStringLiteral("done"))
+    if (answer.status == u"done"_s)
         return DocumentState::Registered;
-    return answer.status == QStringLiteral("wait") ? DocumentState::Waiting : DocumentState::Doubtful;
+    return answer.status == u"wait"_s ? DocumentState::Waiting : DocumentState::Doubtful;
 }
 
 SaleVerdict judgeSale(const Exchange& seen, const QString& id, bool driverFailed)

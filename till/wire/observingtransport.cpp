@@ -3,6 +3,8 @@
 #include "host/exceptions.h"
 #include "till/text.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 void ObservingTransport::startReceipt()
@@ -24,7 +26,7 @@ bool ObservingTransport::get(const QUrl& url, const QJsonDocument& document, con
 
 bool ObservingTransport::post(const QUrl& url, const QByteArray& body, const Headers& headers)
 {
-    carriesReceipt = !url.path().endsWith(QStringLiteral("/getToken"));
+    carriesReceipt = !url.path().endsWith(u"/getToken"_s);
     ServiceAnswer& into = carriesReceipt ? exchange.registration : exchange.token;
     forget(into);
     const bool arrived = RestClient::post(url, body, headers);

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 QByteArray RecordingTransport::takeBody()
@@ -19,13 +21,12 @@ bool RecordingTransport::get(const QUrl&, const QJsonDocument&, const Headers&)
 
 bool RecordingTransport::post(const QUrl& url, const QByteArray& body, const Headers&)
 {
-    if (url.path().endsWith(QStringLiteral("getToken"))) {
-        answer = QVariantMap{{QStringLiteral("token"), QStringLiteral("none")}};
+    if (url.path().endsWith(u"getToken"_s)) {
+        answer = QVariantMap{{u"token"_s, u"none"_s}};
         return true;
     }
     recorded = body;
-    answer = QVariantMap{{QStringLiteral("uuid"), QStringLiteral("00000000-0000-0000-0000-000000000000")},
-        {QStringLiteral("status"), QStringLiteral("wait")}};
+    answer = QVariantMap{{u"uuid"_s, u"00000000-0000-0000-0000-000000000000"_s}, {u"status"_s, u"wait"_s}};
     return true;
 }
 

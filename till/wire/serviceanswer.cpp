@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 namespace {
@@ -17,15 +19,14 @@ constexpr std::array requestErrors{0, 10, 11, 12, 13, 14, 20, 21, 30, 31, 33, 34
 
 bool isOfRegister(const QString& errorType)
 {
-    return errorType == QStringLiteral("driver") || errorType == QStringLiteral("agent") ||
-           errorType == QStringLiteral("timeout");
+    return errorType == u"driver"_s || errorType == u"agent"_s || errorType == u"timeout"_s;
 }
 
 } // namespace
 
 bool ServiceAnswer::saysFailed() const
 {
-    if (status != QStringLiteral("fail"))
+    if (status != u"fail"_s)
         return false;
     if (!errorCode || isOfRegister(errorType) || !externalId.isEmpty())
         return true;
@@ -37,7 +38,7 @@ bool ServiceAnswer::saysFailed() const
 ServiceAnswer readAnswer(const QVariant& body)
 {
     const QVariantMap map = body.toMap();
-    const QVariantMap error = map.value(QStringLiteral("error")).toMap();
+    const QVariantMap error = map.value(u"error"_s).toMap();
     const auto text = [](const QVariantMap& from, const char* key) {
         return from.value(QString::fromLatin1(key)).toString();
     };
@@ -46,7 +47,7 @@ ServiceAnswer readAnswer(const QVariant& body)
     answer.uuid = text(map, "uuid");
     answer.externalId = text(map, "external_id");
     answer.status = text(map, "status");
-    if (const QVariant code = error.value(QStringLiteral("code")); code.isValid())
+    if (const QVariant code = error.value(u"code"_s); code.isValid())
         answer.errorCode = code.toInt();
     answer.errorType = text(error, "type");
     answer.errorText = secrets::masked(text(error, "text"), secrets::Audience::Developer);

@@ -16,6 +16,8 @@
 #include <tuple>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr int limitMilliseconds = 120000;
@@ -51,12 +53,12 @@ Ran withoutSecrets(const Ran& ran)
     using testing::Not;
     const std::string all = (ran.out + ran.err).toStdString();
     EXPECT_THAT(all, Not(HasSubstr(shopPassword)));
-    static const QRegularExpression shownToken(QStringLiteral(R"x("token":"(?!\*\*\*)[^"])x"));
+    static const QRegularExpression shownToken(uR"x("token":"(?!\*\*\*)[^"])x"_s);
     EXPECT_FALSE(QString::fromStdString(all).contains(shownToken)) << all;
     if (!isEverythingLogged())
         return ran;
-    static const QRegularExpression extra(QStringLiteral("^\\d\\d:\\d\\d:\\d\\d\\.\\d{3} (debug|info) .*\n"),
-        QRegularExpression::MultilineOption);
+    static const QRegularExpression extra(
+        u"^\\d\\d:\\d\\d:\\d\\d\\.\\d{3} (debug|info) .*\n"_s, QRegularExpression::MultilineOption);
     return {ran.exitCode, ran.out, QString(ran.err).remove(extra)};
 }
 
@@ -75,7 +77,7 @@ QStringList Ran::columns(const QStringList& keys) const
         QStringList values;
         for (const QString& key : keys) {
             const QVariant value = object.value(key).toVariant();
-            values << (value.isValid() ? value.toString() : QStringLiteral("-"));
+            values << (value.isValid() ? value.toString() : u"-"_s);
         }
         rows << values.join(u' ');
     }
@@ -85,9 +87,9 @@ QStringList Ran::columns(const QStringList& keys) const
 QProcessEnvironment testEnvironment()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("LC_ALL"), QStringLiteral("C.UTF-8"));
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     if (isEverythingLogged())
-        environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("frdriver*=true"));
+        environment.insert(u"QT_LOGGING_RULES"_s, u"frdriver*=true"_s);
     return environment;
 }
 
@@ -104,8 +106,7 @@ Ran runOnTerminal(const QString& program, const QStringList& arguments)
     QStringList quoted;
     for (const QString& argument : QStringList{program} + arguments)
         quoted << u'\'' + argument + u'\'';
-    return run(
-        QStringLiteral("script"), {QStringLiteral("-qec"), quoted.join(u' '), QStringLiteral("/dev/null")});
+    return run(u"script"_s, {u"-qec"_s, quoted.join(u' '), u"/dev/null"_s});
 }
 
 Ran runInto(const QString& file, const QString& program, const QStringList& arguments)
@@ -144,7 +145,7 @@ EmulatorProcess::EmulatorProcess(const QStringList& arguments)
         line += c;
     close(ends[0]);
     const QString first = QString::fromStdString(line);
-    if (!first.startsWith(QStringLiteral("listening on ")))
+    if (!first.startsWith(u"listening on "_s))
         throw std::runtime_error("the emulator said: " + line);
     address = first.section(u' ', -1);
 }
@@ -166,45 +167,43 @@ void EmulatorProcess::stop()
 // Without -f, because the answer tells what went wrong.
 QJsonObject EmulatorProcess::api(const QString& path, const QStringList& arguments) const
 {
-    const QString url = QUrl(address).resolved(QUrl(QStringLiteral("/_emulator/") + path)).toString();
-    const Ran asked = run(QStringLiteral("curl"), QStringList{QStringLiteral("-sS"), url} + arguments);
+    const QString url = QUrl(address).resolved(QUrl(u"/_emulator/"_s + path)).toString();
+    const Ran asked = run(u"curl"_s, QStringList{u"-sS"_s, url} + arguments);
     const QJsonObject answer = QJsonDocument::fromJson(asked.out.toUtf8()).object();
-    if (asked.exitCode != 0 || answer.isEmpty() || answer.contains(QStringLiteral("error")))
+    if (asked.exitCode != 0 || answer.isEmpty() || answer.contains(u"error"_s))
         throw std::runtime_error("the emulator said: " + (asked.err + asked.out).toStdString());
     return answer;
 }
 
 void EmulatorProcess::addFault(const QByteArray& members) const
 {
-    std::ignore =
-        api(QStringLiteral("faults"), {QStringLiteral("-d"), u'{' + QString::fromUtf8(members) + u'}'});
+    std::ignore = api(u"faults"_s, {u"-d"_s, u'{' + QString::fromUtf8(members) + u'}'});
 }
 
 void EmulatorProcess::clearFaults() const
 {
-    std::ignore = api(QStringLiteral("faults"), {QStringLiteral("-X"), QStringLiteral("DELETE")});
+    std::ignore = api(u"faults"_s, {u"-X"_s, u"DELETE"_s});
 }
 
 QString EmulatorProcess::expect(const QString& query) const
 {
-    return api(QStringLiteral("expect?") + query).value(QStringLiteral("reason")).toString();
+    return api(u"expect?"_s + query).value(u"reason"_s).toString();
 }
 
 QStringList EmulatorProcess::exchanges(const QString& key) const
 {
     QStringList values;
-    for (const QJsonValue& exchange :
-        api(QStringLiteral("exchanges?limit=100")).value(QStringLiteral("exchanges")).toArray())
+    for (const QJsonValue& exchange : api(u"exchanges?limit=100"_s).value(u"exchanges"_s).toArray())
         values.prepend(exchange.toObject().value(key).toString());
     return values;
 }
 
 QString EmulatorProcess::calls() const
 {
-    return exchanges(QStringLiteral("endpoint")).join(u' ');
+    return exchanges(u"endpoint"_s).join(u' ');
 }
 
 QString EmulatorProcess::requests() const
 {
-    return exchanges(QStringLiteral("request")).join(u'\n');
+    return exchanges(u"request"_s).join(u'\n');
 }

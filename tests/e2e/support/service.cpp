@@ -1,5 +1,7 @@
 #include "tests/e2e/support/service.h"
 
+using namespace Qt::Literals::StringLiterals;
+
 Service::Request::Request(Peer& from, const std::string& request)
     : peer(from)
     , text(request)
@@ -24,5 +26,5 @@ Service::Service(const Script& script)
 
 QString Service::url() const
 {
-    return QString::fromStdString(server.url()) + QStringLiteral("/possystem/v4/");
+    return QString::fromStdString(server.url()) + u"/possystem/v4/"_s;
 }

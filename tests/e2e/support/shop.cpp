@@ -4,14 +4,12 @@
 
 #include <algorithm>
 
+using namespace Qt::Literals::StringLiterals;
+
 Shop::Shop(const QString& url)
-    : settings{{QStringLiteral("url"), url}, {QStringLiteral("login"), QStringLiteral("shop")},
-          {QStringLiteral("password"), QString::fromLatin1(shopPassword)},
-          {QStringLiteral("groupCode"), QStringLiteral("shop_1")},
-          {QStringLiteral("inn"), QStringLiteral("7700000000")},
-          {QStringLiteral("email"), QStringLiteral("shop@example.com")},
-          {QStringLiteral("paymentAddress"), QStringLiteral("https://shop.example.com")},
-          {QStringLiteral("requestInterval"), QStringLiteral("200")}}
+    : settings{{u"url"_s, url}, {u"login"_s, u"shop"_s}, {u"password"_s, QString::fromLatin1(shopPassword)},
+          {u"groupCode"_s, u"shop_1"_s}, {u"inn"_s, u"7700000000"_s}, {u"email"_s, u"shop@example.com"_s},
+          {u"paymentAddress"_s, u"https://shop.example.com"_s}, {u"requestInterval"_s, u"200"_s}}
 {
 }
 
@@ -49,7 +47,7 @@ QString Shop::receipts(const QStringList& ids) const
     QByteArray text;
     for (const QString& id : ids)
         text += receiptLine(id);
-    return file(QStringLiteral("receipts.jsonl"), text);
+    return file(u"receipts.jsonl"_s, text);
 }
 
 QStringList Shop::arguments(const QStringList& more) const
@@ -61,9 +59,7 @@ QStringList Shop::arguments(const QStringList& more) const
         for (const auto& [key, value] : entries)
             text += key.toUtf8() + " = " + value.toUtf8() + '\n';
     }
-    return QStringList{QStringLiteral("--config"), file(QStringLiteral("register.ini"), text),
-               QStringLiteral("--json")} +
-           more;
+    return QStringList{u"--config"_s, file(u"register.ini"_s, text), u"--json"_s} + more;
 }
 
 Ran Shop::frhost(const QStringList& more, const QByteArray& input) const

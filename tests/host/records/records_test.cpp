@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using hw::fr::common::TaxSystem;
@@ -23,10 +25,8 @@ TEST(Requisites, MissingTagReadsAsZeroAndEmptyText)
 TEST(Requisites, CompositeGivesItsMembersByTag)
 {
     const FdRequisite supplier(EFrDriver::SupplierData,
-        FdRequisite::Map{
-            {EFrDriver::SupplierName, FdRequisite(EFrDriver::SupplierName, QStringLiteral("ООО"))}});
-    EXPECT_EQ(
-        supplier.toMap().value(EFrDriver::SupplierName).getSourceData().toString(), QStringLiteral("ООО"));
+        FdRequisite::Map{{EFrDriver::SupplierName, FdRequisite(EFrDriver::SupplierName, u"ООО"_s)}});
+    EXPECT_EQ(supplier.toMap().value(EFrDriver::SupplierName).getSourceData().toString(), u"ООО"_s);
 }
 
 TEST(Position, KeepsTheLastRequisiteOfATag)
@@ -41,12 +41,12 @@ TEST(Position, KeepsTheLastRequisiteOfATag)
 TEST(Position, DescribesItselfInOneLine)
 {
     FrPosition position;
-    position.setName(QStringLiteral("Молоко"));
+    position.setName(u"Молоко"_s);
     position.setPriceWithDisc(80);
     position.setCount(2);
     position.setPossum(160);
-    EXPECT_EQ(position.toString(),
-        QStringLiteral("Молоко, цена 80.00, количество 2.000, сумма 160.00, скидка 0.00, налог 5"));
+    EXPECT_EQ(
+        position.toString(), u"Молоко, цена 80.00, количество 2.000, сумма 160.00, скидка 0.00, налог 5"_s);
 }
 
 TEST(DefaultRecords, HoldTheHostsNotSetValues)
@@ -58,9 +58,8 @@ TEST(DefaultRecords, HoldTheHostsNotSetValues)
 
 TEST(TaxSystem, NamesSingleBitsAndSaysSoOfOthers)
 {
-    EXPECT_EQ(TaxSystem::getDescription(TaxSystemType::General), QStringLiteral("Общая"));
-    EXPECT_EQ(
-        TaxSystem::getDescription(TaxSystemType(3)), QStringLiteral("Неизвестная система налогообложения"));
+    EXPECT_EQ(TaxSystem::getDescription(TaxSystemType::General), u"Общая"_s);
+    EXPECT_EQ(TaxSystem::getDescription(TaxSystemType(3)), u"Неизвестная система налогообложения"_s);
 }
 
 } // namespace

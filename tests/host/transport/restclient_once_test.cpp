@@ -8,6 +8,8 @@
 #include <functional>
 #include <optional>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr auto okBody = R"({"status":"done"})";
@@ -41,7 +43,7 @@ protected:
     static SslContext tls() { return GetParam() ? authority().server() : SslContext(); }
     static QUrl at(const RawServer& server)
     {
-        return QUrl(QString::fromStdString(server.url()) + QStringLiteral("/v4/g/sell"));
+        return QUrl(QString::fromStdString(server.url()) + u"/v4/g/sell"_s);
     }
     static void end(Peer& peer, Ending ending)
     {

@@ -9,6 +9,8 @@
 
 #include <thread>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 constexpr auto okBody = R"({"status":"done"})";
@@ -18,8 +20,8 @@ class Client : public testing::Test
 protected:
     Client()
     {
-        client.setLogger(Log4Qt::LogManager::logger(QStringLiteral("frdriver"), QStringLiteral("test")));
-        client.setTargetAlias(QStringLiteral("Атол.Онлайн"));
+        client.setLogger(Log4Qt::LogManager::logger(u"frdriver"_s, u"test"_s));
+        client.setTargetAlias(u"Атол.Онлайн"_s);
     }
 
     static QUrl at(const RawServer& server, const char* path = "/possystem/v4/g/sell")
@@ -30,10 +32,10 @@ protected:
     // The lines at info level and above since the last call, with the durations, which vary, as "N".
     QStringList takeLines()
     {
-        static const QRegularExpression duration(QStringLiteral("\\d+ мс"));
+        static const QRegularExpression duration(u"\\d+ мс"_s);
         QStringList lines = log.take();
-        lines.removeIf([](const QString& line) { return line.startsWith(QStringLiteral("debug: ")); });
-        return lines.replaceInStrings(duration, QStringLiteral("N мс"));
+        lines.removeIf([](const QString& line) { return line.startsWith(u"debug: "_s); });
+        return lines.replaceInStrings(duration, u"N мс"_s);
     }
 
     LogCapture log;
@@ -44,8 +46,7 @@ TEST_F(Client, SendsVerbAddressHeadersAndBodyAsGiven)
 {
     const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
     EXPECT_TRUE(client.post(at(server, "/v4/g/sell?x=%D0%B0"), R"({"a":1})",
-        {{QStringLiteral("Content-type"), QStringLiteral("application/json; charset=utf-8")},
-            {QStringLiteral("token"), QString()}}));
+        {{u"Content-type"_s, u"application/json; charset=utf-8"_s}, {u"token"_s, QString()}}));
     const std::string request = server.requests().at(0);
     EXPECT_EQ(request.substr(0, request.find("\r\n")), "POST /v4/g/sell?x=%D0%B0 HTTP/1.1");
     EXPECT_NE(request.find("\r\nContent-type: application/json; charset=utf-8\r\n"), std::string::npos)
@@ -53,19 +54,18 @@ TEST_F(Client, SendsVerbAddressHeadersAndBodyAsGiven)
     EXPECT_NE(request.find("\r\ntoken:\r\n"), std::string::npos) << request;
     EXPECT_EQ(request.find("Expect:"), std::string::npos) << request;
     EXPECT_EQ(request.substr(request.find("\r\n\r\n") + 4), R"({"a":1})");
-    static const QRegularExpression duration(QStringLiteral("\\d+ мс"));
-    EXPECT_EQ(log.take().replaceInStrings(duration, QStringLiteral("N мс")),
-        QStringList({QStringLiteral(R"(debug: Атол.Онлайн: запрос POST /v4/g/sell: {"a":1})"),
-            QStringLiteral(R"(debug: Атол.Онлайн: ответ на POST /v4/g/sell: {"status":"done"})"),
-            QStringLiteral("info: Атол.Онлайн: POST /v4/g/sell: HTTP 200, 17 байт, N мс")}));
+    static const QRegularExpression duration(u"\\d+ мс"_s);
+    EXPECT_EQ(log.take().replaceInStrings(duration, u"N мс"_s),
+        QStringList({uR"(debug: Атол.Онлайн: запрос POST /v4/g/sell: {"a":1})"_s,
+            uR"(debug: Атол.Онлайн: ответ на POST /v4/g/sell: {"status":"done"})"_s,
+            u"info: Атол.Онлайн: POST /v4/g/sell: HTTP 200, 17 байт, N мс"_s}));
 }
 
 TEST_F(Client, GetsWithoutABodyAndWithOneWhenGiven)
 {
     const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
     EXPECT_TRUE(client.get(at(server, "/report/u"), {}, {}));
-    EXPECT_TRUE(
-        client.get(at(server, "/report/u"), QJsonDocument(QJsonObject{{QStringLiteral("a"), 1}}), {}));
+    EXPECT_TRUE(client.get(at(server, "/report/u"), QJsonDocument(QJsonObject{{u"a"_s, 1}}), {}));
     const auto requests = server.requests();
     EXPECT_EQ(requests.at(0).substr(0, requests.at(0).find("\r\n")), "GET /report/u HTTP/1.1");
     EXPECT_EQ(requests.at(0).find("Content-Length"), std::string::npos);
@@ -81,10 +81,9 @@ TEST_F(Client, ParsesTheBodyWhateverTheStatusAndKeepsIntegersExact)
         });
         EXPECT_TRUE(client.post(at(server), "{}", {}));
         const QVariantMap reply = client.getResponseData().toMap();
-        EXPECT_EQ(reply.value(QStringLiteral("n")).toString(), QStringLiteral("3449555941"));
-        EXPECT_EQ(reply.value(QStringLiteral("big")).toString(), QStringLiteral("9007199254740993"));
-        EXPECT_EQ(reply.value(QStringLiteral("error")).toMap().value(QStringLiteral("code")).toInt(), 33)
-            << status;
+        EXPECT_EQ(reply.value(u"n"_s).toString(), u"3449555941"_s);
+        EXPECT_EQ(reply.value(u"big"_s).toString(), u"9007199254740993"_s);
+        EXPECT_EQ(reply.value(u"error"_s).toMap().value(u"code"_s).toInt(), 33) << status;
     }
 }
 
@@ -128,7 +127,7 @@ TEST_F(Client, LeavesTheQueryOutOfTheLog)
 {
     const RawServer server([](Peer& peer, const std::string&) { peer.close(); });
     EXPECT_FALSE(client.get(at(server, "/report/u?token=secret"), {}, {}));
-    EXPECT_FALSE(log.lines().join(u'\n').contains(QStringLiteral("secret")));
+    EXPECT_FALSE(log.lines().join(u'\n').contains(u"secret"_s));
 }
 
 TEST_F(Client, DoesNotFollowRedirects)
@@ -138,19 +137,18 @@ TEST_F(Client, DoesNotFollowRedirects)
         peer.answer(301, R"({"moved":true})", "Location: " + elsewhere.url() + "/\r\n");
     });
     EXPECT_TRUE(client.post(at(server), "{}", {}));
-    EXPECT_TRUE(client.getResponseData().toMap().value(QStringLiteral("moved")).toBool());
+    EXPECT_TRUE(client.getResponseData().toMap().value(u"moved"_s).toBool());
     EXPECT_EQ(elsewhere.requests().size(), 0U);
 }
 
 TEST_F(Client, SendsNothingWhenAHeaderHoldsALineBreak)
 {
     const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
-    EXPECT_FALSE(client.post(at(server), "{}", {{QStringLiteral("token"), QStringLiteral("a\r\nX: y")}}));
+    EXPECT_FALSE(client.post(at(server), "{}", {{u"token"_s, u"a\r\nX: y"_s}}));
     EXPECT_EQ(server.connections(), 0U);
     EXPECT_EQ(takeLines(),
-        QStringList(
-            QStringLiteral("error: Атол.Онлайн: нет ответа на POST /possystem/v4/g/sell: перевод строки в "
-                           "заголовке token (N мс, запрос не отправлен)")));
+        QStringList(u"error: Атол.Онлайн: нет ответа на POST /possystem/v4/g/sell: перевод строки в "
+                    u"заголовке token (N мс, запрос не отправлен)"_s));
 }
 
 TEST_F(Client, RefusesAddressesThatAreNotHttp)
@@ -159,8 +157,7 @@ TEST_F(Client, RefusesAddressesThatAreNotHttp)
         EXPECT_FALSE(client.get(QUrl(QString::fromLatin1(address)), {}, {}));
         const QStringList lines = takeLines();
         ASSERT_EQ(lines.size(), 1);
-        EXPECT_TRUE(
-            lines.first().endsWith(QStringLiteral(": адрес не http и не https (N мс, запрос не отправлен)")))
+        EXPECT_TRUE(lines.first().endsWith(u": адрес не http и не https (N мс, запрос не отправлен)"_s))
             << lines.first().toStdString();
     }
 }

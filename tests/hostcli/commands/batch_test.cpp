@@ -11,6 +11,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -26,7 +28,7 @@ CommandLine commandLine(Command command)
 QueuedReceipt receipt(const char* id)
 {
     QueuedReceipt queued;
-    queued.file = QStringLiteral("receipts");
+    queued.file = u"receipts"_s;
     queued.line = 1;
     queued.receipt.document.setInternalIdentifier(QString::fromLatin1(id));
     return queued;
@@ -51,7 +53,7 @@ protected:
     }
     ~RunOfABatch() override { close(descriptor); }
 
-    [[nodiscard]] QString file() const { return folder.filePath(QStringLiteral("out")); }
+    [[nodiscard]] QString file() const { return folder.filePath(u"out"_s); }
     [[nodiscard]] QByteArray written() const
     {
         QFile out(file());
@@ -72,8 +74,8 @@ void registerReceipt(ObservingTransport& transport)
                                                      : R"({"uuid":"u","external_id":"r1","status":"done"})");
     });
     const QUrl url(QString::fromStdString(service.url()));
-    EXPECT_TRUE(transport.post(url.resolved(QUrl(QStringLiteral("/v4/g/sell"))), "{}", {}));
-    EXPECT_TRUE(transport.get(url.resolved(QUrl(QStringLiteral("/v4/g/report/u"))), {}, {}));
+    EXPECT_TRUE(transport.post(url.resolved(QUrl(u"/v4/g/sell"_s)), "{}", {}));
+    EXPECT_TRUE(transport.get(url.resolved(QUrl(u"/v4/g/report/u"_s)), {}, {}));
 }
 
 TEST_F(RunOfABatch, InterruptedBeforeAReceiptIsSentSaysSo)

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -14,12 +16,12 @@ FiscalInfo fiscal()
 {
     FiscalInfo info;
     info.dateTime = QDateTime(QDate(2020, 1, 15), QTime(21, 10, 5));
-    info.fnNumber = QStringLiteral("0251440300046840");
-    info.registrationNumber = QStringLiteral("0001234500006789");
-    info.shiftNumber = QStringLiteral("17");
+    info.fnNumber = u"0251440300046840"_s;
+    info.registrationNumber = u"0001234500006789"_s;
+    info.shiftNumber = u"17"_s;
     info.fiscalDocumentNumber = 29414;
-    info.taxSystem = QStringLiteral("Общая");
-    info.fiscalSign = QStringLiteral("3449555941");
+    info.taxSystem = u"Общая"_s;
+    info.fiscalSign = u"3449555941"_s;
     info.total = 1030;
     return info;
 }
@@ -27,20 +29,19 @@ FiscalInfo fiscal()
 ReceiptResult registered()
 {
     ReceiptResult result;
-    result.file = QStringLiteral("a.json");
+    result.file = u"a.json"_s;
     result.line = 3;
-    result.id = QStringLiteral("till-1");
+    result.id = u"till-1"_s;
     result.outcome = Outcome::Registered;
-    result.uuid = QStringLiteral("u");
+    result.uuid = u"u"_s;
     result.fiscal = fiscal();
-    result.receiptUrl = QStringLiteral("https://ofd.example/1");
+    result.receiptUrl = u"https://ofd.example/1"_s;
     return result;
 }
 
 TEST(QrText, IsThatOfTheFiscalReceipt)
 {
-    EXPECT_EQ(qrText(fiscal()),
-        QStringLiteral("t=20200115T2110&s=1030.00&fn=0251440300046840&i=29414&fp=3449555941&n=1"));
+    EXPECT_EQ(qrText(fiscal()), u"t=20200115T2110&s=1030.00&fn=0251440300046840&i=29414&fp=3449555941&n=1"_s);
 }
 
 TEST(QrText, IsEmptyWithoutTheFiscalData)
@@ -80,12 +81,11 @@ TEST(JsonLine, HoldsEveryPart)
 TEST(JsonLine, LeavesOutWhatIsAbsent)
 {
     ReceiptResult result;
-    result.file = QStringLiteral("-");
+    result.file = u"-"_s;
     result.line = 1;
-    result.id = QStringLiteral("i");
+    result.id = u"i"_s;
     result.outcome = Outcome::Unknown;
-    result.error =
-        ErrorInfo{QStringLiteral("FrWorkWithServiceException"), {}, QStringLiteral("Нет связи с ФР")};
+    result.error = ErrorInfo{u"FrWorkWithServiceException"_s, {}, u"Нет связи с ФР"_s};
     EXPECT_EQ(toJsonLine(result),
         QByteArray(
             R"({"error":{"message":"Нет связи с ФР","type":"FrWorkWithServiceException"},"file":"-","id":"i",)"
@@ -100,9 +100,9 @@ TEST(JsonLine, LeavesOutWhatIsAbsent)
 TEST(JsonLine, HoldsTheServicesCode)
 {
     ReceiptResult result;
-    result.id = QStringLiteral("i");
+    result.id = u"i"_s;
     result.outcome = Outcome::Refused;
-    result.error = ErrorInfo{QStringLiteral("E"), 32, QStringLiteral("m")};
+    result.error = ErrorInfo{u"E"_s, 32, u"m"_s};
     EXPECT_EQ(toJsonLine(result),
         QByteArray(R"({"error":{"code":32,"message":"m","type":"E"},"id":"i","line":0,"outcome":"refused"})"
                    "\n"));
@@ -110,36 +110,36 @@ TEST(JsonLine, HoldsTheServicesCode)
 
 TEST(ResultText, IsAShortTable)
 {
-    EXPECT_EQ(toText(registered()), QStringLiteral("till-1: registered\n"
-                                                   "  Service's identifier  u\n"
-                                                   "  Date and time         15.01.2020 21:10:05\n"
-                                                   "  Total                 1030.00\n"
-                                                   "  Taxation system       Общая\n"
-                                                   "  Register              0001234500006789\n"
-                                                   "  Fiscal storage        0251440300046840\n"
-                                                   "  Shift                 17\n"
-                                                   "  Fiscal document       29414\n"
-                                                   "  Fiscal sign           3449555941\n"
-                                                   "  Text of the QR code   t=20200115T2110&s=1030.00&fn="
-                                                   "0251440300046840&i=29414&fp=3449555941&n=1\n"
-                                                   "  Receipt               https://ofd.example/1\n"));
+    EXPECT_EQ(toText(registered()), u"till-1: registered\n"
+                                    u"  Service's identifier  u\n"
+                                    u"  Date and time         15.01.2020 21:10:05\n"
+                                    u"  Total                 1030.00\n"
+                                    u"  Taxation system       Общая\n"
+                                    u"  Register              0001234500006789\n"
+                                    u"  Fiscal storage        0251440300046840\n"
+                                    u"  Shift                 17\n"
+                                    u"  Fiscal document       29414\n"
+                                    u"  Fiscal sign           3449555941\n"
+                                    u"  Text of the QR code   t=20200115T2110&s=1030.00&fn="
+                                    u"0251440300046840&i=29414&fp=3449555941&n=1\n"
+                                    u"  Receipt               https://ofd.example/1\n"_s);
 }
 
 TEST(ResultText, HoldsNoControlCharacters)
 {
     ReceiptResult result;
-    result.id = QStringLiteral("a\x1b[2Jb\n");
-    result.receiptUrl = QStringLiteral("c\r");
-    EXPECT_EQ(toText(result), QStringLiteral("a\uFFFD[2Jb\uFFFD: accepted\n  Receipt  c\uFFFD\n"));
+    result.id = u"a\x1b[2Jb\n"_s;
+    result.receiptUrl = u"c\r"_s;
+    EXPECT_EQ(toText(result), u"a\uFFFD[2Jb\uFFFD: accepted\n  Receipt  c\uFFFD\n"_s);
 }
 
 TEST(ResultText, NamesTheCause)
 {
     ReceiptResult result;
-    result.id = QStringLiteral("i");
+    result.id = u"i"_s;
     result.outcome = Outcome::Refused;
-    result.error = ErrorInfo{QStringLiteral("E"), 32, QStringLiteral("m")};
-    EXPECT_EQ(toText(result), QStringLiteral("i: refused\n  Cause  m (code 32)\n"));
+    result.error = ErrorInfo{u"E"_s, 32, u"m"_s};
+    EXPECT_EQ(toText(result), u"i: refused\n  Cause  m (code 32)\n"_s);
 }
 
 } // namespace

@@ -3,15 +3,14 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 TEST(TextTable, AlignsItsColumnsAndLeavesNoBlanksAtTheEnd)
 {
-    EXPECT_EQ(
-        frhost::textTable({{QStringLiteral("Адрес"), QStringLiteral("a"), QString()},
-                              {QStringLiteral("b"), QString(), QStringLiteral("c")}, {QStringLiteral("d")}},
-            2),
-        QStringLiteral("  Адрес  a\n  b         c\n  d\n"));
+    EXPECT_EQ(frhost::textTable({{u"Адрес"_s, u"a"_s, QString()}, {u"b"_s, QString(), u"c"_s}, {u"d"_s}}, 2),
+        u"  Адрес  a\n  b         c\n  d\n"_s);
     EXPECT_EQ(frhost::textTable({}), QString());
 }
 

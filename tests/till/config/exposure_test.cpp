@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using frhost::exposure;
@@ -32,25 +34,23 @@ TEST(Exposure, IsNoneOfAPipe)
 
 TEST(Exposure, TellsTheModeAndTheCommandThatMendsIt)
 {
-    const QString expected =
-        QStringLiteral("/etc/frhost/password holds a password and has the mode %1, so others "
-                       "can read it. Run: chmod 600 /etc/frhost/password");
-    EXPECT_EQ(exposureOf(S_IFREG | 0644), expected.arg(QStringLiteral("0644")));
-    EXPECT_EQ(exposureOf(S_IFREG | 0640), expected.arg(QStringLiteral("0640")));
-    EXPECT_EQ(exposureOf(S_IFREG | 0604, root), expected.arg(QStringLiteral("0604")));
+    const QString expected = u"/etc/frhost/password holds a password and has the mode %1, so others "
+                             u"can read it. Run: chmod 600 /etc/frhost/password"_s;
+    EXPECT_EQ(exposureOf(S_IFREG | 0644), expected.arg(u"0644"_s));
+    EXPECT_EQ(exposureOf(S_IFREG | 0640), expected.arg(u"0640"_s));
+    EXPECT_EQ(exposureOf(S_IFREG | 0604, root), expected.arg(u"0604"_s));
 }
 
 TEST(Exposure, KeepsTheFileReadableForWhoHasItFromTheGroup)
 {
     EXPECT_TRUE(exposureOf(S_IFREG | 0640, other)
-                    .endsWith(QStringLiteral(
-                        "Run: chown 1001 /etc/frhost/password && chmod 600 /etc/frhost/password")));
+                    .endsWith(u"Run: chown 1001 /etc/frhost/password && chmod 600 /etc/frhost/password"_s));
 }
 
 TEST(Exposure, QuotesThePathForAShell)
 {
     EXPECT_TRUE(exposureOf(S_IFREG | 0644, till, "it's a till; $(x)")
-                    .endsWith(QStringLiteral("Run: chmod 600 'it'\\''s a till; $(x)'")));
+                    .endsWith(u"Run: chmod 600 'it'\\''s a till; $(x)'"_s));
 }
 
 } // namespace

@@ -3,25 +3,26 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 TEST(NearestName, IsTheOneWithTheFewestChanges)
 {
-    const QStringList known{QStringLiteral("url"), QStringLiteral("login"), QStringLiteral("groupCode"),
-        QStringLiteral("requestInterval")};
+    const QStringList known{u"url"_s, u"login"_s, u"groupCode"_s, u"requestInterval"_s};
     const auto nearest = [&](const char* name) {
         return frhost::nearestName(QString::fromLatin1(name), known);
     };
-    EXPECT_EQ(nearest("request_interval"), QStringLiteral("requestInterval"));
-    EXPECT_EQ(nearest("GROUPCODE"), QStringLiteral("groupCode"));
-    EXPECT_EQ(nearest("logn"), QStringLiteral("login"));
-    EXPECT_EQ(nearest("group"), QStringLiteral("groupCode"));
-    EXPECT_EQ(nearest("uri"), QStringLiteral("url"));
+    EXPECT_EQ(nearest("request_interval"), u"requestInterval"_s);
+    EXPECT_EQ(nearest("GROUPCODE"), u"groupCode"_s);
+    EXPECT_EQ(nearest("logn"), u"login"_s);
+    EXPECT_EQ(nearest("group"), u"groupCode"_s);
+    EXPECT_EQ(nearest("uri"), u"url"_s);
 }
 
 TEST(NearestName, IsEmptyWhenNothingIsKnown)
 {
-    EXPECT_EQ(frhost::nearestName(QStringLiteral("x"), {}), QString());
+    EXPECT_EQ(frhost::nearestName(u"x"_s, {}), QString());
 }
 
 } // namespace

@@ -8,6 +8,8 @@
 
 #include <sys/stat.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -33,8 +35,8 @@ TEST_F(RegisterConfiguration, HoldsSettingsWithTheirLinesAndOptions)
     const RegisterConfig config =
         read("[register]\nurl = http://x\nrequestInterval = 300\n[driverOptions]\n0x10 = off\n4 = on\n");
     ASSERT_EQ(config.settings.size(), 2);
-    EXPECT_EQ(config.settings[1].name, QStringLiteral("requestInterval"));
-    EXPECT_EQ(config.settings[1].value, QStringLiteral("300"));
+    EXPECT_EQ(config.settings[1].name, u"requestInterval"_s);
+    EXPECT_EQ(config.settings[1].value, u"300"_s);
     EXPECT_EQ(config.settings[1].line, 3);
     const hw::fr::DriverOptions expected{{hw::fr::Option::UseFn, false}, {hw::fr::Option::Bit2, true}};
     EXPECT_EQ(config.driverOptions, expected);
@@ -45,8 +47,8 @@ TEST_F(RegisterConfiguration, TakesThePasswordFromAFileBesideIt)
     std::ignore = files.file("secret", "па роль, \"x\"; \r\nsecond line\n");
     const RegisterConfig config = read("[register]\npasswordFile = secret\n");
     ASSERT_EQ(config.settings.size(), 1);
-    EXPECT_EQ(config.settings[0].name, QStringLiteral("password"));
-    EXPECT_EQ(config.settings[0].value, QStringLiteral("па роль, \"x\"; "));
+    EXPECT_EQ(config.settings[0].name, u"password"_s);
+    EXPECT_EQ(config.settings[0].value, u"па роль, \"x\"; "_s);
 }
 
 // A folder of credentials as the service manager provides it.
@@ -72,8 +74,8 @@ TEST_F(RegisterConfiguration, TakesThePasswordFromACredentialWhereItNamesNone)
     const Credentials credentials("па роль ");
     const RegisterConfig config = read("[register]\nurl = x\n");
     ASSERT_EQ(config.settings.size(), 2);
-    EXPECT_EQ(config.settings[1].name, QStringLiteral("password"));
-    EXPECT_EQ(config.settings[1].value, QStringLiteral("па роль "));
+    EXPECT_EQ(config.settings[1].name, u"password"_s);
+    EXPECT_EQ(config.settings[1].value, u"па роль "_s);
     EXPECT_EQ(config.warnings, QStringList());
 }
 
@@ -81,14 +83,13 @@ TEST_F(RegisterConfiguration, GoesBeforeACredentialAndSaysSo)
 {
     const Credentials credentials("from-the-credential");
     std::ignore = files.file("secret", "from-the-file\n");
-    QFile::setPermissions(files.path() + QStringLiteral("/secret"), QFile::ReadOwner);
+    QFile::setPermissions(files.path() + u"/secret"_s, QFile::ReadOwner);
     for (const char* text : {"[register]\npasswordFile = secret\n", "[register]\npassword = from-here\n"}) {
         const RegisterConfig config = read(text);
         ASSERT_EQ(config.settings.size(), 1);
-        EXPECT_NE(config.settings[0].value, QStringLiteral("from-the-credential"));
+        EXPECT_NE(config.settings[0].value, u"from-the-credential"_s);
         EXPECT_TRUE(config.warnings.contains(
-            config.file +
-            QStringLiteral(": the password is taken from here, not from the credential frhost.password")));
+            config.file + u": the password is taken from here, not from the credential frhost.password"_s));
     }
 }
 
@@ -96,8 +97,8 @@ TEST_F(RegisterConfiguration, SaysWhatIsWrongWithACredential)
 {
     const Credentials credentials("\n");
     EXPECT_EQ(messageFor("[register]\nurl = x\n"),
-        credentials.path() + QStringLiteral("/frhost.password: no password in UTF-8 on the first line"));
-    QFile::remove(credentials.path() + QStringLiteral("/frhost.password"));
+        credentials.path() + u"/frhost.password: no password in UTF-8 on the first line"_s);
+    QFile::remove(credentials.path() + u"/frhost.password"_s);
     EXPECT_EQ(messageFor("[register]\nurl = x\n"), QString()) << "credentials for other programs";
 }
 
@@ -116,27 +117,25 @@ TEST_F(RegisterConfiguration, WarnsOfEveryFileWithAPasswordThatOthersCanRead)
     const QByteArray noPassword = "[register]\nurl=x\n[transport]\nproxy=http://p:1\n";
     const QByteArray ofProxy = "[transport]\nproxy=http://user:password@p:1\n";
     const QByteArray ofAddress = "[register]\nurl=http://user:password@s/v4/\n";
-    EXPECT_EQ(warned("[register]\npassword=x\n", 0644), QStringList{QStringLiteral("r.ini")});
+    EXPECT_EQ(warned("[register]\npassword=x\n", 0644), QStringList{u"r.ini"_s});
     EXPECT_EQ(warned("[register]\npassword=x\n", 0600), QStringList());
-    EXPECT_EQ(warned("[register]\npasswordFile=secret\n", 0644), QStringList{QStringLiteral("secret")});
+    EXPECT_EQ(warned("[register]\npasswordFile=secret\n", 0644), QStringList{u"secret"_s});
     EXPECT_EQ(warned("[register]\npasswordFile=secret\n", 0600), QStringList());
-    EXPECT_EQ(warned(ofProxy, 0644), QStringList{QStringLiteral("r.ini")});
-    EXPECT_EQ(warned(ofAddress, 0644), QStringList{QStringLiteral("r.ini")});
+    EXPECT_EQ(warned(ofProxy, 0644), QStringList{u"r.ini"_s});
+    EXPECT_EQ(warned(ofAddress, 0644), QStringList{u"r.ini"_s});
     EXPECT_EQ(warned(noPassword, 0644), QStringList());
 }
 
 TEST_F(RegisterConfiguration, IsNotReadBeyondAMebibyte)
 {
-    const QString tooLarge = QStringLiteral("%1: larger than 1 MiB");
-    EXPECT_EQ(messageFor(QByteArray(1024 * 1024 + 1, '#')), tooLarge.arg(QStringLiteral("r.ini")));
-    EXPECT_EQ(
-        messageFor("[register]\npasswordFile = /dev/zero\n"), tooLarge.arg(QStringLiteral("/dev/zero")));
+    const QString tooLarge = u"%1: larger than 1 MiB"_s;
+    EXPECT_EQ(messageFor(QByteArray(1024 * 1024 + 1, '#')), tooLarge.arg(u"r.ini"_s));
+    EXPECT_EQ(messageFor("[register]\npasswordFile = /dev/zero\n"), tooLarge.arg(u"/dev/zero"_s));
 }
 
 TEST_F(RegisterConfiguration, TakesAFileOfAuthoritiesFromItsOwnFolder)
 {
-    EXPECT_EQ(
-        read("[transport]\ncaFile=ca.pem\n").transport.caFile, files.path() + QStringLiteral("/ca.pem"));
+    EXPECT_EQ(read("[transport]\ncaFile=ca.pem\n").transport.caFile, files.path() + u"/ca.pem"_s);
     EXPECT_EQ(read("[transport]\ncaFile=\n").transport.caFile, QString()) << "the system's";
 }
 
@@ -148,8 +147,7 @@ TEST_F(RegisterConfiguration, KeepsThePasswordOutOfEveryLogFromThenOn)
              "[register]\npasswordFile = secret\n", "[register]\n"}) {
         secrets::clear();
         const QString password = read(text).settings[0].value;
-        EXPECT_EQ(
-            secrets::masked(u'<' + password + u'>', secrets::Audience::Developer), QStringLiteral("<***>"));
+        EXPECT_EQ(secrets::masked(u'<' + password + u'>', secrets::Audience::Developer), u"<***>"_s);
     }
     secrets::clear();
 }
@@ -164,66 +162,62 @@ TEST_F(RegisterConfiguration, HoldsHowTheServiceIsReached)
     EXPECT_EQ(options.firstByte.count(), 3600000);
     EXPECT_EQ(options.stall.count(), 3);
     EXPECT_EQ(options.overall.count(), 4);
-    EXPECT_EQ(options.caFile, QStringLiteral("/ca.pem"));
-    EXPECT_EQ(options.proxy, QStringLiteral("http://p:1"));
-    EXPECT_EQ(options.userAgent, QStringLiteral("till"));
+    EXPECT_EQ(options.caFile, u"/ca.pem"_s);
+    EXPECT_EQ(options.proxy, u"http://p:1"_s);
+    EXPECT_EQ(options.userAgent, u"till"_s);
 }
 
 TEST_F(RegisterConfiguration, RefusesATransportThatIsWrong)
 {
     EXPECT_EQ(messageFor("[transport]\nconectTimeout=1\n"),
-        QStringLiteral("r.ini:2: unknown key \"conectTimeout\"; did you mean \"connectTimeout\"?"));
+        u"r.ini:2: unknown key \"conectTimeout\"; did you mean \"connectTimeout\"?"_s);
     for (const char* value : {"", "0", "-1", "3600001", "99999999999", "5s"})
         EXPECT_EQ(messageFor(QByteArray("[transport]\nstallTimeout=") + value + '\n'),
-            QStringLiteral("r.ini:2: stallTimeout takes 1 to 3600000 milliseconds"));
+            u"r.ini:2: stallTimeout takes 1 to 3600000 milliseconds"_s);
 }
 
 TEST_F(RegisterConfiguration, NamesFileAndLineOfWhatIsWrong)
 {
-    EXPECT_EQ(messageFor("[regster]\nurl=x\n"),
-        QStringLiteral("r.ini:2: unknown section [regster]; did you mean [register]?"));
-    EXPECT_EQ(messageFor("[register]\nurl\n").section(u':', 0, 1), QStringLiteral("r.ini:2"));
+    EXPECT_EQ(
+        messageFor("[regster]\nurl=x\n"), u"r.ini:2: unknown section [regster]; did you mean [register]?"_s);
+    EXPECT_EQ(messageFor("[register]\nurl\n").section(u':', 0, 1), u"r.ini:2"_s);
 }
 
 TEST_F(RegisterConfiguration, RefusesOptionsThatAreNone)
 {
     EXPECT_EQ(messageFor("[driverOptions]\nuseFn=off\n"),
-        QStringLiteral("r.ini:2: \"useFn\" is no option; write it as 0x10 = off"));
-    EXPECT_EQ(messageFor("[driverOptions]\n0=off\n"),
-        QStringLiteral("r.ini:2: \"0\" is no option; write it as 0x10 = off"));
-    EXPECT_EQ(messageFor("[driverOptions]\n0x10=maybe\n"),
-        QStringLiteral("r.ini:2: option 0x10 takes \"on\" or \"off\""));
+        u"r.ini:2: \"useFn\" is no option; write it as 0x10 = off"_s);
+    EXPECT_EQ(
+        messageFor("[driverOptions]\n0=off\n"), u"r.ini:2: \"0\" is no option; write it as 0x10 = off"_s);
+    EXPECT_EQ(messageFor("[driverOptions]\n0x10=maybe\n"), u"r.ini:2: option 0x10 takes \"on\" or \"off\""_s);
 }
 
 TEST_F(RegisterConfiguration, SaysWhichFileCannotBeRead)
 {
-    EXPECT_EQ(
-        messageOf<Failure>([] { std::ignore = readRegisterConfig(QStringLiteral("/nonexistent/r.ini")); }),
-        QStringLiteral("/nonexistent/r.ini: No such file or directory"));
-    EXPECT_EQ(
-        messageFor("[register]\npasswordFile=none\n"), QStringLiteral("none: No such file or directory"));
+    EXPECT_EQ(messageOf<Failure>([] { std::ignore = readRegisterConfig(u"/nonexistent/r.ini"_s); }),
+        u"/nonexistent/r.ini: No such file or directory"_s);
+    EXPECT_EQ(messageFor("[register]\npasswordFile=none\n"), u"none: No such file or directory"_s);
     std::ignore = files.file("empty", "\n");
-    EXPECT_EQ(messageFor("[register]\npasswordFile=empty\n"),
-        QStringLiteral("empty: no password in UTF-8 on the first line"));
+    EXPECT_EQ(
+        messageFor("[register]\npasswordFile=empty\n"), u"empty: no password in UTF-8 on the first line"_s);
 }
 
 TEST_F(RegisterConfiguration, RefusesTwoPasswords)
 {
     std::ignore = files.file("secret", "x\n");
     EXPECT_EQ(messageFor("[register]\npassword=x\npasswordFile=secret\n"),
-        QStringLiteral("r.ini:3: give password or passwordFile, not both"));
+        u"r.ini:3: give password or passwordFile, not both"_s);
     EXPECT_EQ(messageFor("[register]\npasswordFile=secret\npassword=x\n"),
-        QStringLiteral("r.ini:3: give password or passwordFile, not both"));
+        u"r.ini:3: give password or passwordFile, not both"_s);
 }
 
 TEST_F(RegisterConfiguration, SaysWhatIsMissingToReachTheService)
 {
     EXPECT_EQ(messageOf<Failure>([] { requireConnection({}); }),
-        QStringLiteral("This command talks to the service: give a configuration with --config FILE."));
+        u"This command talks to the service: give a configuration with --config FILE."_s);
     const QString message =
         messageOf<Failure>([&] { requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\n")); });
-    EXPECT_TRUE(message.endsWith(QStringLiteral("section [register] lacks \"groupCode\"")))
-        << message.toStdString();
+    EXPECT_TRUE(message.endsWith(u"section [register] lacks \"groupCode\""_s)) << message.toStdString();
     EXPECT_NO_THROW(requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\ngroupCode=g\n")));
 }
 

@@ -7,6 +7,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 // A device with one property of each kind.
@@ -23,7 +25,7 @@ class Device : public QObject
     Q_PROPERTY(int hardware READ getHardware)
     Q_PROPERTY(hw::fr::DriverOptions driverOptions WRITE setDriverOptions)
 public:
-    Device() { setProperty("unusedProps", QStringList{QStringLiteral("speed")}); }
+    Device() { setProperty("unusedProps", QStringList{u"speed"_s}); }
 
     [[nodiscard]] QString getUrl() const { return url; }
     void setUrl(const QString& value) { url = value + u'/'; }
@@ -54,7 +56,7 @@ using namespace frhost;
 RegisterConfig config(const char* name, const char* value)
 {
     RegisterConfig made;
-    made.file = QStringLiteral("r.ini");
+    made.file = u"r.ini"_s;
     made.settings << Setting{QString::fromUtf8(name), QString::fromUtf8(value), 7};
     return made;
 }
@@ -69,15 +71,12 @@ TEST(RegisterSetup, WritesEveryKindOfSetting)
 {
     Device device;
     RegisterConfig all;
-    all.settings = {{QStringLiteral("url"), QStringLiteral("http://x"), 1},
-        {QStringLiteral("password"), QStringLiteral("a,\"b\"\\;я"), 2},
-        {QStringLiteral("interval"), QStringLiteral("200"), 3},
-        {QStringLiteral("number"), QStringLiteral("19"), 4},
-        {QStringLiteral("beep"), QStringLiteral("on"), 5}};
+    all.settings = {{u"url"_s, u"http://x"_s, 1}, {u"password"_s, u"a,\"b\"\\;я"_s, 2},
+        {u"interval"_s, u"200"_s, 3}, {u"number"_s, u"19"_s, 4}, {u"beep"_s, u"on"_s, 5}};
     all.driverOptions = {{hw::fr::Option::UseFn, false}};
     configure(device, all);
-    EXPECT_EQ(device.url, QStringLiteral("http://x/"));
-    EXPECT_EQ(device.password, QStringLiteral("a,\"b\"\\;я"));
+    EXPECT_EQ(device.url, u"http://x/"_s);
+    EXPECT_EQ(device.password, u"a,\"b\"\\;я"_s);
     EXPECT_EQ(device.interval, 200);
     EXPECT_EQ(device.number, 19U);
     EXPECT_TRUE(device.beep);
@@ -86,32 +85,30 @@ TEST(RegisterSetup, WritesEveryKindOfSetting)
 
 TEST(RegisterSetup, NamesTheNearestKeyForAnUnknownOne)
 {
-    EXPECT_EQ(messageFor("intervall", "300"),
-        QStringLiteral("r.ini:7: unknown key \"intervall\"; did you mean \"interval\"?"));
+    EXPECT_EQ(
+        messageFor("intervall", "300"), u"r.ini:7: unknown key \"intervall\"; did you mean \"interval\"?"_s);
 }
 
 TEST(RegisterSetup, RefusesWhatIsNoSetting)
 {
-    EXPECT_EQ(messageFor("speed", "on"), QStringLiteral("r.ini:7: the register does not use \"speed\""));
-    EXPECT_TRUE(messageFor("hardware", "1").startsWith(QStringLiteral("r.ini:7: unknown key \"hardware\"")));
-    EXPECT_TRUE(
-        messageFor("objectName", "x").startsWith(QStringLiteral("r.ini:7: unknown key \"objectName\"")));
-    EXPECT_TRUE(messageFor("driverOptions", "x")
-                    .startsWith(QStringLiteral("r.ini:7: unknown key \"driverOptions\"")));
+    EXPECT_EQ(messageFor("speed", "on"), u"r.ini:7: the register does not use \"speed\""_s);
+    EXPECT_TRUE(messageFor("hardware", "1").startsWith(u"r.ini:7: unknown key \"hardware\""_s));
+    EXPECT_TRUE(messageFor("objectName", "x").startsWith(u"r.ini:7: unknown key \"objectName\""_s));
+    EXPECT_TRUE(messageFor("driverOptions", "x").startsWith(u"r.ini:7: unknown key \"driverOptions\""_s));
 }
 
 TEST(RegisterSetup, ReportsAValueOfTheWrongType)
 {
-    EXPECT_EQ(messageFor("interval", "1 s"),
-        QStringLiteral("r.ini:7: interval takes a value of type int. Not below 200."));
-    EXPECT_EQ(messageFor("number", "-1"), QStringLiteral("r.ini:7: number takes a value of type uint"));
-    EXPECT_EQ(messageFor("beep", "да"), QStringLiteral("r.ini:7: beep takes a value of type bool"));
+    EXPECT_EQ(
+        messageFor("interval", "1 s"), u"r.ini:7: interval takes a value of type int. Not below 200."_s);
+    EXPECT_EQ(messageFor("number", "-1"), u"r.ini:7: number takes a value of type uint"_s);
+    EXPECT_EQ(messageFor("beep", "да"), u"r.ini:7: beep takes a value of type bool"_s);
 }
 
 TEST(RegisterSetup, ReportsAValueThatTheRegisterSilentlyRefused)
 {
     EXPECT_EQ(messageFor("interval", "100"),
-        QStringLiteral("r.ini:7: the register refused the value of interval. Not below 200."));
+        u"r.ini:7: the register refused the value of interval. Not below 200."_s);
     EXPECT_EQ(messageFor("interval", "1000"), QString()) << "the value that it has already";
 }
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -28,16 +30,16 @@ TEST(Receipt, HoldsEveryKeyOfTheFile)
             "requisites":[{"tag":1222,"value":32},
                 {"tag":1224,"members":[{"tag":1171,"value":"+7"},{"tag":1225,"value":"ООО"}]}]}],
         "payments":[{"type":1,"sum":200},{"type":0,"sum":0.5}]})");
-    EXPECT_EQ(full.document.getInternalIdentifier(), QStringLiteral("till-7"));
+    EXPECT_EQ(full.document.getInternalIdentifier(), u"till-7"_s);
     EXPECT_EQ(full.document.getDocumentType(), 4);
     ASSERT_EQ(full.requisites.size(), 2);
     EXPECT_EQ(full.requisites[0].getTag(), 1008);
-    EXPECT_EQ(full.requisites[0].getSourceData().toString(), QStringLiteral("buyer@example.com"));
+    EXPECT_EQ(full.requisites[0].getSourceData().toString(), u"buyer@example.com"_s);
     EXPECT_EQ(full.requisites[1].getSourceData(), QVariant(16));
     EXPECT_EQ(full.taxSystem(), 16);
     ASSERT_EQ(full.positions.size(), 1);
     const FrPosition& line = full.positions[0];
-    EXPECT_EQ(line.getName(), QStringLiteral("Молоко"));
+    EXPECT_EQ(line.getName(), u"Молоко"_s);
     EXPECT_EQ(line.getPriceWithDisc(), 80.5);
     EXPECT_EQ(line.getCount(), 2.5);
     EXPECT_EQ(line.getPossum(), 201.25);
@@ -45,14 +47,14 @@ TEST(Receipt, HoldsEveryKeyOfTheFile)
     EXPECT_EQ(line.getTaxCode(), -1);
     EXPECT_EQ(line.getPaymentMethod(), EFrDriver::FullPrepayment);
     EXPECT_EQ(static_cast<int>(line.getPaymentObject()), 99);
-    EXPECT_EQ(line.getExciseMark(), QStringLiteral("e"));
-    EXPECT_EQ(line.getMarkingCode(), QStringLiteral("m"));
+    EXPECT_EQ(line.getExciseMark(), u"e"_s);
+    EXPECT_EQ(line.getMarkingCode(), u"m"_s);
     EXPECT_EQ(line.getExciseMarkType(), ExciseMarkType::Tobacco);
     EXPECT_FALSE(line.hasSupplierRequisites());
     EXPECT_EQ(line.getRequisites().value(EFrDriver::AgentSign).getSourceData(), QVariant(32));
     const auto supplier = line.getRequisites().value(EFrDriver::SupplierData).toMap();
-    EXPECT_EQ(supplier.value(EFrDriver::SupplierPhone).getSourceData().toString(), QStringLiteral("+7"));
-    EXPECT_EQ(supplier.value(EFrDriver::SupplierName).getSourceData().toString(), QStringLiteral("ООО"));
+    EXPECT_EQ(supplier.value(EFrDriver::SupplierPhone).getSourceData().toString(), u"+7"_s);
+    EXPECT_EQ(supplier.value(EFrDriver::SupplierName).getSourceData().toString(), u"ООО"_s);
     ASSERT_EQ(full.payments.size(), 2);
     EXPECT_EQ(full.payments[0].type, 1);
     EXPECT_EQ(full.payments[0].getSum(), 200);

@@ -8,6 +8,8 @@
 #include <sys/stat.h>
 #include <thread>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -17,8 +19,7 @@ QStringList readAll(ReceiptFile& file)
     QStringList all;
     RawReceipt raw;
     while (file.next(raw))
-        all << QStringLiteral("%1 %2").arg(
-            QString::number(raw.line), QString::fromUtf8(raw.text.simplified()));
+        all << u"%1 %2"_s.arg(QString::number(raw.line), QString::fromUtf8(raw.text.simplified()));
     return all;
 }
 
@@ -41,14 +42,13 @@ protected:
 TEST_F(Receipts, AreOneObjectOverAsManyLinesAsItLikes)
 {
     EXPECT_EQ(read("\n{\"a\": \"}\\\"{\",\n\n \"b\": [1\n]}\n \n"),
-        QStringList{QStringLiteral("2 {\"a\": \"}\\\"{\", \"b\": [1 ]}")});
+        QStringList{u"2 {\"a\": \"}\\\"{\", \"b\": [1 ]}"_s});
 }
 
 TEST_F(Receipts, AreOneObjectALine)
 {
     EXPECT_EQ(read("\xEF\xBB\xBF{\"a\":1}\r\n\n{\"b\":\n{\"c\":3}"),
-        (QStringList{
-            QStringLiteral("1 {\"a\":1}"), QStringLiteral("3 {\"b\":"), QStringLiteral("4 {\"c\":3}")}));
+        (QStringList{u"1 {\"a\":1}"_s, u"3 {\"b\":"_s, u"4 {\"c\":3}"_s}));
 }
 
 TEST_F(Receipts, AreNoneInAnEmptyFile)
@@ -60,15 +60,15 @@ TEST_F(Receipts, AreNoneInAnEmptyFile)
 TEST_F(Receipts, MayNotFollowOneOnSeveralLines)
 {
     EXPECT_EQ(messageFor("{\n}\n\n{\n}\n"),
-        QStringLiteral("receipts:4: nothing may follow a receipt on several lines; give each one line"));
+        u"receipts:4: nothing may follow a receipt on several lines; give each one line"_s);
 }
 
 TEST_F(Receipts, MayNotBeLargerThan16MiB)
 {
     EXPECT_EQ(messageFor("{\"a\":\"" + QByteArray(17 * 1024 * 1024, 'x') + "\"}\n"),
-        QStringLiteral("receipts:1: a receipt may not be larger than 16 MiB"));
+        u"receipts:1: a receipt may not be larger than 16 MiB"_s);
     EXPECT_EQ(messageFor("{\n" + QByteArray("\"aaaaaaa\",\n").repeated(2 * 1024 * 1024) + "}\n"),
-        QStringLiteral("receipts:1: a receipt may not be larger than 16 MiB"));
+        u"receipts:1: a receipt may not be larger than 16 MiB"_s);
 }
 
 TEST_F(Receipts, CanBeReadAgain)
@@ -82,7 +82,7 @@ TEST_F(Receipts, CanBeReadAgain)
 
 TEST_F(Receipts, FromAPipeCanBeReadAgainToo)
 {
-    const QString pipe = files.path() + QStringLiteral("/pipe");
+    const QString pipe = files.path() + u"/pipe"_s;
     ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
     std::thread writer([&] {
         QFile end(pipe);
@@ -99,8 +99,8 @@ TEST_F(Receipts, FromAPipeCanBeReadAgainToo)
 
 TEST_F(Receipts, ThatCannotBeReadAreReported)
 {
-    EXPECT_EQ(messageOf<Failure>([] { ReceiptFile file(QStringLiteral("/nonexistent/a")); }),
-        QStringLiteral("/nonexistent/a: No such file or directory"));
+    EXPECT_EQ(messageOf<Failure>([] { ReceiptFile file(u"/nonexistent/a"_s); }),
+        u"/nonexistent/a: No such file or directory"_s);
     EXPECT_FALSE(messageOf<Failure>([&] { ReceiptFile file(files.path()); }).isEmpty()) << "a folder";
 }
 

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -28,8 +30,7 @@ protected:
     {
         const auto parsed = parser.parse(text);
         const auto* found = std::get_if<ReceiptProblem>(&parsed);
-        return found ? QStringLiteral("%1 %2: %3")
-                           .arg(QString::number(found->lineOffset), found->pointer, found->rule)
+        return found ? u"%1 %2: %3"_s.arg(QString::number(found->lineOffset), found->pointer, found->rule)
                      : QString();
     }
     [[nodiscard]] QString rest(const QByteArray& text, const char* beginning) const
@@ -60,13 +61,12 @@ TEST_F(Parser, KeepsNumbersAndTextsAsTheyAre)
 {
     const auto parsed = parser.parse(withPosition(
         R"("name":"Молоко \"3,2 %\" \u0001","price":0.1,"quantity":99999.999,"sum":42949672.95,"taxCode":-2147483648)"));
-    const QJsonObject json =
-        std::get<QJsonObject>(parsed).value(QStringLiteral("positions")).toArray().at(0).toObject();
-    EXPECT_EQ(json.value(QStringLiteral("name")).toString(), QString::fromUtf8("Молоко \"3,2 %\" \x01"));
-    EXPECT_EQ(json.value(QStringLiteral("price")).toDouble(), 0.1);
-    EXPECT_EQ(json.value(QStringLiteral("quantity")).toDouble(), 99999.999);
-    EXPECT_EQ(json.value(QStringLiteral("sum")).toDouble(), 42949672.95);
-    EXPECT_EQ(json.value(QStringLiteral("taxCode")).toInt(), std::numeric_limits<int>::min());
+    const QJsonObject json = std::get<QJsonObject>(parsed).value(u"positions"_s).toArray().at(0).toObject();
+    EXPECT_EQ(json.value(u"name"_s).toString(), u"Молоко \"3,2 %\" \x01"_s);
+    EXPECT_EQ(json.value(u"price"_s).toDouble(), 0.1);
+    EXPECT_EQ(json.value(u"quantity"_s).toDouble(), 99999.999);
+    EXPECT_EQ(json.value(u"sum"_s).toDouble(), 42949672.95);
+    EXPECT_EQ(json.value(u"taxCode"_s).toInt(), std::numeric_limits<int>::min());
 }
 
 TEST_F(Parser, TakesEveryWayToWriteANumber)
@@ -81,11 +81,11 @@ TEST_F(Parser, TakesEveryWayToWriteANumber)
             withPosition(QByteArray(position).replace(R"("sum":1)", QByteArray(R"("sum":)") + text)));
         ASSERT_TRUE(std::holds_alternative<QJsonObject>(parsed)) << text;
         const QJsonObject json =
-            std::get<QJsonObject>(parsed).value(QStringLiteral("positions")).toArray().at(0).toObject();
-        EXPECT_EQ(json.value(QStringLiteral("sum")).toDouble(-1), value) << text;
+            std::get<QJsonObject>(parsed).value(u"positions"_s).toArray().at(0).toObject();
+        EXPECT_EQ(json.value(u"sum"_s).toDouble(-1), value) << text;
     }
     EXPECT_EQ(problem(withPosition(position + ",\n\"taxCode\":1e309")),
-        QStringLiteral("2 : not JSON: Number too big to be stored in double."));
+        u"2 : not JSON: Number too big to be stored in double."_s);
 }
 
 TEST_F(Parser, PassesOnIntegersWhateverTheirValue)
@@ -97,77 +97,75 @@ TEST_F(Parser, PassesOnIntegersWhateverTheirValue)
 TEST_F(Parser, NamesTheLineThePointerAndTheNearestKeyOfAnUnknownOne)
 {
     EXPECT_EQ(problem(withPosition(position + R"(,"taxcode":1)")),
-        QStringLiteral("1 /positions/0/taxcode: unknown key \"taxcode\"; did you mean \"taxCode\"?"));
+        u"1 /positions/0/taxcode: unknown key \"taxcode\"; did you mean \"taxCode\"?"_s);
     EXPECT_EQ(problem("{\"id\":\"a\",\"positions\":[],\"payments\":[],\n\"sums\":1}"),
-        QStringLiteral("1 /sums: unknown key \"sums\"; did you mean \"id\"?"));
+        u"1 /sums: unknown key \"sums\"; did you mean \"id\"?"_s);
     EXPECT_EQ(problem(withPosition(position + R"(,"requisites":[{"tag":1,"member":[]}])")),
-        QStringLiteral(
-            "1 /positions/0/requisites/0/member: unknown key \"member\"; did you mean \"members\"?"));
+        u"1 /positions/0/requisites/0/member: unknown key \"member\"; did you mean \"members\"?"_s);
 }
 
 TEST_F(Parser, NamesTheRuleAndWhatIsExpected)
 {
     EXPECT_EQ(problem(withPosition(R"("name":"n","price":"1","quantity":1,"sum":1)")),
-        QStringLiteral(
-            "1 /positions/0/price: Value type not permitted by 'type' constraint. Expected: Price of one "
-            "unit after discount, in roubles, a number."));
+        u"1 /positions/0/price: Value type not permitted by 'type' constraint. Expected: Price of one "
+        u"unit after discount, in roubles, a number."_s);
     EXPECT_EQ(problem(withPosition(R"("name":"n","price":1,"quantity":1)")),
-        QStringLiteral("1 /positions/0: Missing required property 'sum'. Expected: One line of the receipt, "
-                       "an object."));
+        u"1 /positions/0: Missing required property 'sum'. Expected: One line of the receipt, "
+        u"an object."_s);
     EXPECT_EQ(rest(R"({"positions":[],"payments":[]})", "0 : Missing required property 'id'."),
-        QStringLiteral("0 : Missing required property 'id'."));
-    EXPECT_EQ(rest("[]", "0 : Value type not permitted"), QStringLiteral("0 : Value type not permitted"));
+        u"0 : Missing required property 'id'."_s);
+    EXPECT_EQ(rest("[]", "0 : Value type not permitted"), u"0 : Value type not permitted"_s);
     EXPECT_EQ(rest(R"({"id":"","positions":[],"payments":[]})", "0 /id: String should be no fewer than 1"),
-        QStringLiteral("0 /id: String should be no fewer than 1"));
+        u"0 /id: String should be no fewer than 1"_s);
 }
 
 TEST_F(Parser, RefusesIntegersThatDoNotFitInto32BitsAndFractions)
 {
     for (const char* value : {"2147483648", "-2147483649", "1e20", "1.5", "\"1\"", "true", "null"}) {
         EXPECT_EQ(rest(withPosition(position + ",\"taxCode\":" + value), "1 /positions/0/taxCode: "),
-            QStringLiteral("1 /positions/0/taxCode: "));
+            u"1 /positions/0/taxCode: "_s);
         EXPECT_EQ(rest(withPosition(position + ",\"requisites\":[{\"value\":1,\"tag\":" + value + "}]"),
                       "1 /positions/0/requisites/0/tag: "),
-            QStringLiteral("1 /positions/0/requisites/0/tag: "));
+            u"1 /positions/0/requisites/0/tag: "_s);
     }
     for (const char* value : {"2147483648", "1.5", "true", "null", "[]"})
         EXPECT_EQ(rest(withPosition(position + ",\"requisites\":[{\"tag\":1,\"value\":" + value + "}]"),
                       "1 /positions/0/requisites/0/value: "),
-            QStringLiteral("1 /positions/0/requisites/0/value: "));
+            u"1 /positions/0/requisites/0/value: "_s);
 }
 
 TEST_F(Parser, WantsEitherAValueOrMembersInARequisite)
 {
     EXPECT_EQ(rest(withPosition(position + R"(,"requisites":[{"tag":1}])"),
                   "1 /positions/0/requisites/0: Object should"),
-        QStringLiteral("1 /positions/0/requisites/0: Object should"));
+        u"1 /positions/0/requisites/0: Object should"_s);
     EXPECT_EQ(rest(withPosition(position + R"(,"requisites":[{"tag":1,"value":1,"members":[]}])"),
                   "1 /positions/0/requisites/0: Object should"),
-        QStringLiteral("1 /positions/0/requisites/0: Object should"));
+        u"1 /positions/0/requisites/0: Object should"_s);
 }
 
 TEST_F(Parser, RefusesAKeyThatStandsTwice)
 {
     EXPECT_EQ(problem(withPosition(position + R"(,"sum":2)")),
-        QStringLiteral("1 /positions/0/sum: the key stands twice in one object"));
+        u"1 /positions/0/sum: the key stands twice in one object"_s);
     EXPECT_EQ(problem("{\"id\":\"a\",\"positions\":[],\"payments\":[],\n\n\"id\":\"b\"}"),
-        QStringLiteral("2 /id: the key stands twice in one object"));
+        u"2 /id: the key stands twice in one object"_s);
 }
 
 TEST_F(Parser, RefusesWhatIsNotJson)
 {
-    EXPECT_EQ(rest("{\"id\":\"a\"\n\"x\"}", "1 : not JSON: "), QStringLiteral("1 : not JSON: "));
-    EXPECT_EQ(rest("{\"id\":\"\xFF\"}", "0 : not JSON: "), QStringLiteral("0 : not JSON: "));
-    EXPECT_EQ(rest("{}{}", "0 : not JSON: "), QStringLiteral("0 : not JSON: "));
-    EXPECT_EQ(rest("{\"id\":\"a\",\"price\":NaN}", "0 : not JSON: "), QStringLiteral("0 : not JSON: "));
-    EXPECT_EQ(rest("{\"id\":1e999}", "0 : not JSON: "), QStringLiteral("0 : not JSON: "));
+    EXPECT_EQ(rest("{\"id\":\"a\"\n\"x\"}", "1 : not JSON: "), u"1 : not JSON: "_s);
+    EXPECT_EQ(rest("{\"id\":\"\xFF\"}", "0 : not JSON: "), u"0 : not JSON: "_s);
+    EXPECT_EQ(rest("{}{}", "0 : not JSON: "), u"0 : not JSON: "_s);
+    EXPECT_EQ(rest("{\"id\":\"a\",\"price\":NaN}", "0 : not JSON: "), u"0 : not JSON: "_s);
+    EXPECT_EQ(rest("{\"id\":1e999}", "0 : not JSON: "), u"0 : not JSON: "_s);
 }
 
 TEST_F(Parser, RefusesExcessiveNesting)
 {
     const QByteArray deep = QByteArray(100000, '[') + QByteArray(100000, ']');
-    EXPECT_EQ(problem(deep), QStringLiteral("0 : the receipt is nested too deeply"));
-    EXPECT_EQ(rest(QByteArray(100000, '['), "0 : not JSON: "), QStringLiteral("0 : not JSON: "));
+    EXPECT_EQ(problem(deep), u"0 : the receipt is nested too deeply"_s);
+    EXPECT_EQ(rest(QByteArray(100000, '['), "0 : not JSON: "), u"0 : not JSON: "_s);
 }
 
 } // namespace

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -30,12 +32,11 @@ TEST_F(Queue, HandsOutTheReceiptsOfAllFilesInOrder)
     ReceiptQueue queue({files.file("b", receipt("1") + receipt("2")), files.file("a", "\n" + receipt("3"))});
     QStringList ids;
     queue.forEach([&](const QueuedReceipt& queued) {
-        ids << QStringLiteral("%1:%2 %3")
-                   .arg(queued.file.section(u'/', -1), QString::number(queued.line),
-                       queued.receipt.document.getInternalIdentifier());
+        ids << u"%1:%2 %3"_s.arg(queued.file.section(u'/', -1), QString::number(queued.line),
+            queued.receipt.document.getInternalIdentifier());
         return true;
     });
-    EXPECT_EQ(ids, (QStringList{QStringLiteral("b:1 1"), QStringLiteral("b:2 2"), QStringLiteral("a:2 3")}));
+    EXPECT_EQ(ids, (QStringList{u"b:1 1"_s, u"b:2 2"_s, u"a:2 3"_s}));
     EXPECT_EQ(queue.count(), 3);
 }
 
@@ -54,17 +55,16 @@ TEST_F(Queue, NamesEveryWrongReceiptAndSaysThatNothingWasSent)
     const QString message = messageFor({good, bad});
     const QStringList lines = message.split(u'\n');
     ASSERT_EQ(lines.size(), 3) << message.toStdString();
-    EXPECT_TRUE(lines[0].startsWith(QStringLiteral("b:2: /id: Value type not permitted")))
-        << lines[0].toStdString();
-    EXPECT_TRUE(lines[1].startsWith(QStringLiteral("b:4: not JSON: "))) << lines[1].toStdString();
-    EXPECT_EQ(lines[2], QStringLiteral("Nothing was sent. Correct the receipts and run the command again."));
+    EXPECT_TRUE(lines[0].startsWith(u"b:2: /id: Value type not permitted"_s)) << lines[0].toStdString();
+    EXPECT_TRUE(lines[1].startsWith(u"b:4: not JSON: "_s)) << lines[1].toStdString();
+    EXPECT_EQ(lines[2], u"Nothing was sent. Correct the receipts and run the command again."_s);
 }
 
 TEST_F(Queue, NamesTheLineInsideAReceiptOnSeveralLines)
 {
     const QString message =
         messageFor({files.file("a", "\n{\"id\": \"1\",\n \"positions\": [],\n \"payments\": {}\n}\n")});
-    EXPECT_TRUE(message.startsWith(QStringLiteral("a:4: /payments: "))) << message.toStdString();
+    EXPECT_TRUE(message.startsWith(u"a:4: /payments: "_s)) << message.toStdString();
 }
 
 TEST_F(Queue, RefusesAnIdThatStandsTwice)
@@ -72,15 +72,14 @@ TEST_F(Queue, RefusesAnIdThatStandsTwice)
     const QString a = files.file("a", receipt("1") + receipt("2"));
     const QString b = files.file("b", receipt("3") + receipt("1"));
     EXPECT_EQ(messageFor({a, b}),
-        QStringLiteral(
-            "b:2: /id: the id stands at a:1 already; the service would take the second receipt for a "
-            "repeat of the first\nNothing was sent. Correct the receipts and run the command again."));
+        u"b:2: /id: the id stands at a:1 already; the service would take the second receipt for a "
+        u"repeat of the first\nNothing was sent. Correct the receipts and run the command again."_s);
 }
 
 TEST_F(Queue, RefusesAFileWithoutReceipts)
 {
     EXPECT_TRUE(messageFor({files.file("a", receipt("1")), files.file("b", "\n")})
-                    .startsWith(QStringLiteral("b: there is no receipt in it\n")));
+                    .startsWith(u"b: there is no receipt in it\n"_s));
 }
 
 TEST_F(Queue, NoticesAFileThatChangesBeforeItIsSent)
@@ -96,8 +95,7 @@ TEST_F(Queue, NoticesAFileThatChangesBeforeItIsSent)
         });
     });
     EXPECT_EQ(handed, 1);
-    EXPECT_EQ(
-        message, name + QStringLiteral(": the file has changed since it was checked; the rest was not sent"));
+    EXPECT_EQ(message, name + u": the file has changed since it was checked; the rest was not sent"_s);
 }
 
 } // namespace

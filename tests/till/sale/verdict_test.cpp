@@ -5,6 +5,8 @@
 
 #include <vector>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace frhost {
 
 inline void PrintTo(SaleVerdict verdict, std::ostream* out)
@@ -22,7 +24,7 @@ inline void PrintTo(DocumentState state, std::ostream* out)
 
 namespace {
 
-const QString id = QStringLiteral("till-1");
+const QString id = u"till-1"_s;
 
 ServiceAnswer status(const char* text, std::optional<int> code = {}, const char* externalId = "till-1")
 {
@@ -45,7 +47,7 @@ ServiceAnswer answeredWith(int code, const char* uuid = "")
 {
     ServiceAnswer answer = status("fail", code, "");
     answer.uuid = QString::fromLatin1(uuid);
-    answer.errorType = QStringLiteral("system");
+    answer.errorType = u"system"_s;
     return answer;
 }
 

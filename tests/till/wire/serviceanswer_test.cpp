@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using frhost::readAnswer;
@@ -27,12 +29,12 @@ TEST(ServiceAnswer, HoldsWhatTheServiceSaid)
     const ServiceAnswer given = answer(
         R"({"uuid":"u","external_id":"e","status":"wait","error":{"code":33,"type":"system","text":"t"}})");
     EXPECT_TRUE(given.arrived);
-    EXPECT_EQ(given.uuid, QStringLiteral("u"));
-    EXPECT_EQ(given.externalId, QStringLiteral("e"));
-    EXPECT_EQ(given.status, QStringLiteral("wait"));
+    EXPECT_EQ(given.uuid, u"u"_s);
+    EXPECT_EQ(given.externalId, u"e"_s);
+    EXPECT_EQ(given.status, u"wait"_s);
     EXPECT_EQ(given.errorCode, 33);
-    EXPECT_EQ(given.errorType, QStringLiteral("system"));
-    EXPECT_EQ(given.errorText, QStringLiteral("t"));
+    EXPECT_EQ(given.errorType, u"system"_s);
+    EXPECT_EQ(given.errorText, u"t"_s);
 }
 
 TEST(ServiceAnswer, HasNoCodeWithoutAnErrorOrWithAnErrorThatHasNone)

@@ -11,6 +11,8 @@
 #include <semaphore>
 #include <thread>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace {
 
 using namespace frhost;
@@ -53,7 +55,7 @@ TEST(ObservingTransport, NotesWhatWentOverTheWire)
     EXPECT_FALSE(transport.seen().receiptSent);
     EXPECT_TRUE(transport.post(service.url("/v4/group/sell"), "{}", {}));
     EXPECT_TRUE(transport.seen().receiptSent);
-    EXPECT_EQ(transport.seen().registration.uuid, QStringLiteral("u"));
+    EXPECT_EQ(transport.seen().registration.uuid, u"u"_s);
     EXPECT_TRUE(transport.get(service.url("/v4/group/report/u"), {}, {}));
     EXPECT_EQ(transport.seen().status.errorCode, 34);
     EXPECT_EQ(transport.seen().lastErrorCode, 34);
@@ -148,10 +150,10 @@ TEST(ObservingTransport, AsksNoMoreAboutADocumentThatHasFailed)
 TEST(RecordingTransport, KeepsTheReceiptAndSendsNothing)
 {
     RecordingTransport transport;
-    EXPECT_TRUE(transport.post(QUrl(QStringLiteral("getToken")), "{\"login\":\"x\"}", {}));
+    EXPECT_TRUE(transport.post(QUrl(u"getToken"_s), "{\"login\":\"x\"}", {}));
     EXPECT_EQ(transport.takeBody(), QByteArray());
-    EXPECT_TRUE(transport.post(QUrl(QStringLiteral("/sell")), "{}", {}));
-    EXPECT_FALSE(transport.getResponseData().toMap().value(QStringLiteral("uuid")).toString().isEmpty());
+    EXPECT_TRUE(transport.post(QUrl(u"/sell"_s), "{}", {}));
+    EXPECT_FALSE(transport.getResponseData().toMap().value(u"uuid"_s).toString().isEmpty());
     EXPECT_EQ(transport.takeBody(), QByteArray("{}"));
     EXPECT_EQ(transport.takeBody(), QByteArray());
 }
