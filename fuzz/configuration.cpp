@@ -1,9 +1,9 @@
 #include "fuzz/inputfile.h"
 #include "host/log/secrets.h"
-#include "hostcli/failure.h"
 #include "plugin/atolonlinefiscalregister.h"
 #include "till/config/registerconfig.h"
 #include "till/config/registersetup.h"
+#include "till/error.h"
 
 #include <cstdlib>
 
@@ -11,7 +11,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using namespace frhost;
+using namespace till;
 
 // The folder of the configuration, with a password file that it may name.
 const InputFile& folder()
@@ -40,8 +40,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const RegisterConfig config = readRegisterConfig(folder().written(data, size));
         configure(device, config);
         requireConnection(config);
-    } catch (const Failure& failure) {
-        if (failure.message().isEmpty())
+    } catch (const Error& error) {
+        if (error.message().isEmpty())
             std::abort();
     }
     return 0;

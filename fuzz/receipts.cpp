@@ -1,8 +1,8 @@
 #include "driver/atolonlinefrdriver.h"
 #include "fuzz/inputfile.h"
 #include "host/exceptions.h"
-#include "hostcli/failure.h"
 #include "plugin/atolonlinesettings.h"
+#include "till/error.h"
 #include "till/receipts/receiptfile.h"
 #include "till/receipts/receiptparser.h"
 #include "till/sale/registrar.h"
@@ -18,7 +18,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using namespace frhost;
+using namespace till;
 
 void require(bool holds)
 {
@@ -77,7 +77,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     static const InputFile input;
     try {
         read(input.written(data, size));
-    } catch (const Failure&) {
+    } catch (const Error&) {
         return 0;
     }
     return 0;

@@ -14,6 +14,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+using till::Text;
+
 namespace frhost {
 
 namespace {

@@ -1,19 +1,21 @@
 #pragma once
 
+#include "till/error.h"
+
 #include <QString>
 
 #include <stdexcept>
 
 namespace frhost {
 
-/// What the program's exit status tells.
+/// What the program's exit status tells. Of several, the highest counts.
 enum class ExitCode : int
 {
     /// Every receipt is registered.
     Success = 0,
-    /// Usage, configuration, credentials, standard output or a picture that could not be written, or a
-    /// receipt file that changed after it was checked.
-    Usage = 1,
+    /// Something on this machine: the command line, the configuration, the credentials, the plugin, standard
+    /// output or a picture that could not be written, or a receipt file that changed after it was checked.
+    LocalFailure = 1,
     /// A receipt file is wrong; nothing was sent.
     WrongReceipt = 2,
     /// The service or the driver refused at least one receipt.
@@ -40,5 +42,19 @@ private:
     ExitCode exitCode;
     QString text;
 };
+
+/// The exit status for a problem of the till library.
+[[nodiscard]] constexpr ExitCode exitCodeOf(till::Problem problem)
+{
+    switch (problem) {
+    case till::Problem::Setup:
+        break;
+    case till::Problem::Receipt:
+        return ExitCode::WrongReceipt;
+    case till::Problem::Connection:
+        return ExitCode::Unknown;
+    }
+    return ExitCode::LocalFailure;
+}
 
 } // namespace frhost

@@ -40,10 +40,10 @@ ExitCode show(const CommandLineText& answer)
 {
     if (answer.isError) {
         Console::instance().line(answer.text.trimmed());
-        return ExitCode::Usage;
+        return ExitCode::LocalFailure;
     }
     Output output;
-    return output.write(answer.text.toUtf8()) ? ExitCode::Success : ExitCode::Usage;
+    return output.write(answer.text.toUtf8()) ? ExitCode::Success : ExitCode::LocalFailure;
 }
 
 ExitCode start(int argc, char** argv)
@@ -59,6 +59,9 @@ ExitCode start(int argc, char** argv)
     } catch (const Failure& failure) {
         Console::instance().line(failure.message());
         return failure.code();
+    } catch (const till::Error& error) {
+        Console::instance().line(error.message());
+        return exitCodeOf(error.problem());
     }
 }
 

@@ -2,12 +2,13 @@
 
 #include <QCoreApplication>
 
-namespace frhost {
+namespace till {
 
-/// Texts for people: `Text::tr("...")` gives the translation for the user's locale.
+/// Texts for people: `Text::tr("...")` gives the translation that the program has installed for the user's
+/// locale, or the English text where it has installed none.
 struct Text
 {
     Q_DECLARE_TR_FUNCTIONS(Text)
 };
 
-} // namespace frhost
+} // namespace till

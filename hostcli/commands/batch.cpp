@@ -9,7 +9,10 @@
 #include "till/wire/fiscalpayload.h"
 #include "till/wire/observingtransport.h"
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
+using namespace till;
 
 namespace frhost {
 
@@ -25,7 +28,7 @@ QString toTerminal(const ReceiptResult& result)
     return toText(result) + QrCode(qrOf(result)).halfBlocks();
 }
 
-QString whatIsKnown(const ReceiptResult& result)
+QString outcomeSentence(const ReceiptResult& result)
 {
     if (!result.outcome)
         return Text::tr("%1 was accepted by the service.").arg(result.id);
@@ -70,106 +73,105 @@ void Batch::setCount(int receipts)
 QString Batch::begin(const QueuedReceipt& queued)
 {
     const std::scoped_lock lock(guard);
-    // What was seen of the receipt before must not be told of this one.
+    // Traffic of the receipt before must not be taken for this one's.
     transport.startReceipt();
-    current.emplace();
-    current->file = queued.file;
-    current->line = queued.line;
-    current->id = queued.receipt.document.getInternalIdentifier();
-    return u"[%1/%2] %3"_s.arg(QString::number(tally.done() + 1), QString::number(count), current->id);
+    step = Step::Working;
+    current = {};
+    current.file = queued.file;
+    current.line = queued.line;
+    current.id = queued.receipt.id();
+    return u"[%1/%2] %3"_s.arg(QString::number(tally.done() + 1), QString::number(count), current.id);
 }
 
 bool Batch::finish(const ReceiptResult& result)
 {
     {
         const std::scoped_lock lock(guard);
-        tally.add(result);
+        step = Step::Reporting;
         current = result;
-        isKnown = true;
+        tally.add(result);
+        if (result.outcome == Outcome::Refused)
+            raise(ExitCode::Refused);
+        else if (result.outcome == Outcome::Unknown)
+            raise(ExitCode::Unknown);
     }
     write(result);
     writePicture(result);
     const std::scoped_lock lock(guard);
-    current.reset();
-    isKnown = false;
-    return result.outcome != Outcome::Unknown && output.error().isEmpty() && !isInterrupted;
+    step = Step::BetweenReceipts;
+    return status != ExitCode::Unknown && output.error().isEmpty();
 }
 
 ExitCode Batch::end()
 {
-    {
-        const std::scoped_lock lock(guard);
-        hasEnded = true;
-    }
+    const std::scoped_lock lock(guard);
+    step = Step::Ended;
     summarize();
-    if (isInterrupted || tally.unknown > 0)
-        return ExitCode::Unknown;
-    if (tally.refused > 0)
-        return ExitCode::Refused;
-    return pictureFailed ? ExitCode::Usage : ExitCode::Success;
+    return status;
 }
 
 void Batch::interrupt()
 {
     const std::scoped_lock lock(guard);
     const auto held = transport.hold();
-    if (hasEnded)
+    if (step == Step::Ended)
         return;
-    isInterrupted = true;
+    raise(ExitCode::Unknown);
     Console::instance().dropStatus();
-    sayInterrupted();
-    if (isKnown || isRegistered())
+    Console::instance().line(Text::tr("Interrupted. %1").arg(whatIsKnown()).trimmed());
+    if (step == Step::Reporting || hasAnswer())
         return;
     giveUpReceipt();
     summarize();
     endInterrupted();
 }
 
-// Whether the service's answer is there, and the driver is about to return with it.
-bool Batch::isRegistered() const
+// Whether the service's final answer is there, and the driver is about to return with it.
+bool Batch::hasAnswer() const
 {
-    if (!current)
+    if (step != Step::Working)
         return false;
-    const Exchange& seen = transport.seen();
-    const SaleVerdict verdict = isSell() ? judgeSale(seen, current->id, false) : judgeSending(seen, false);
-    return verdict == SaleVerdict::Registered;
+    const WireRecord& seen = transport.seen();
+    return isSell() ? judgeSale(seen, current.id, false) == SaleVerdict::Registered
+                    : judgeSending(seen, false) == SaleVerdict::Accepted;
 }
 
-void Batch::sayInterrupted() const
+QString Batch::whatIsKnown() const
 {
-    const auto known = [&] {
-        if (!current)
-            return tally.done() == 0 ? Text::tr("Nothing was sent.") : QString();
-        if (isKnown)
-            return whatIsKnown(*current);
-        if (isRegistered()) {
-            ReceiptResult result = *current;
-            if (isSell())
-                result.outcome = Outcome::Registered;
-            return whatIsKnown(result);
-        }
-        if (transport.seen().receiptSent)
-            return Text::tr(
-                "%1 was sent, outcome unknown, run again: the service does not register an id twice.")
-                .arg(current->id);
-        return Text::tr("%1 was not sent, run again.").arg(current->id);
-    };
-    Console::instance().line(Text::tr("Interrupted. %1").arg(known()).trimmed());
+    if (step == Step::Reporting)
+        return outcomeSentence(current);
+    if (step != Step::Working)
+        return tally.done() == 0 ? Text::tr("Nothing was sent.") : QString();
+    if (hasAnswer()) {
+        ReceiptResult result = current;
+        if (isSell())
+            result.outcome = Outcome::Registered;
+        return outcomeSentence(result);
+    }
+    if (transport.seen().receiptSent)
+        return Text::tr("%1 was sent, outcome unknown, run again: the service does not register an id twice.")
+            .arg(current.id);
+    return Text::tr("%1 was not sent, run again.").arg(current.id);
+}
+
+void Batch::raise(ExitCode to)
+{
+    status = std::max(status, to);
 }
 
 void Batch::giveUpReceipt()
 {
-    if (!current)
+    if (step != Step::Working)
         return;
-    const Exchange& seen = transport.seen();
-    current->uuid = seen.registration.uuid;
-    current->outcome = Outcome::Unknown;
-    current->error = ErrorInfo{{}, std::nullopt,
+    const WireRecord& seen = transport.seen();
+    current.uuid = seen.registration.uuid;
+    current.outcome = Outcome::Unknown;
+    current.error = ErrorInfo{{}, std::nullopt,
         seen.receiptSent ? Text::tr("Interrupted while waiting for the service")
                          : Text::tr("Interrupted before it was sent")};
     if (seen.receiptSent)
         ++tally.unknown;
-    write(*current);
+    write(current);
 }
 
 void Batch::write(const ReceiptResult& result)
@@ -177,7 +179,7 @@ void Batch::write(const ReceiptResult& result)
     const QByteArray text = json                  ? toJsonLine(result)
                             : output.isTerminal() ? toTerminal(result).toUtf8()
                                                   : toText(result).toUtf8();
-    // An outcome is never lost: where the output takes nothing, it goes to the console.
+    // An outcome is never lost: where the output does not accept it, it goes to the console.
     if (!output.write(text))
         Console::instance().line(QString::fromUtf8(text).trimmed());
     if (!result.advice.isEmpty())
@@ -190,7 +192,10 @@ void Batch::writePicture(const ReceiptResult& result)
     const QString failure = pictures.write(result.id, qrOf(result));
     if (failure.isEmpty())
         return;
-    pictureFailed = true;
+    {
+        const std::scoped_lock lock(guard);
+        raise(ExitCode::LocalFailure);
+    }
     Console::instance().line(failure);
 }
 

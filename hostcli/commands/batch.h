@@ -5,14 +5,15 @@
 #include "hostcli/terminal/output.h"
 #include "hostcli/terminal/qrpictures.h"
 #include "till/receipts/receiptqueue.h"
-#include "till/sale/receiptresult.h"
+#include "till/sale/result.h"
 
 #include <mutex>
-#include <optional>
+
+namespace till {
+class ObservingTransport;
+}
 
 namespace frhost {
-
-class ObservingTransport;
 
 /// The course of one run of `sell` or `send`: reports each result as soon as it is known, counts, and can
 /// tell at any moment what is known.
@@ -20,16 +21,16 @@ class Batch
 {
 public:
     /// Output and transport are borrowed.
-    Batch(const CommandLine& line, Output& output, ObservingTransport& transport);
+    Batch(const CommandLine& line, Output& output, till::ObservingTransport& transport);
 
-    /// All receipts have been checked; there are so many.
+    /// All receipts have been checked, `receipts` of them.
     void setCount(int receipts);
 
-    /// A receipt is taken up. What is shown of it while it is worked on is returned.
-    [[nodiscard]] QString begin(const QueuedReceipt& queued);
+    /// Work on a receipt begins. Returns the status line to show meanwhile.
+    [[nodiscard]] QString begin(const till::QueuedReceipt& queued);
     /// Its result is known: writes it. Returns whether the run goes on.
-    [[nodiscard]] bool finish(const ReceiptResult& result);
-    /// Writes the summary; the exit status of the run.
+    [[nodiscard]] bool finish(const till::ReceiptResult& result);
+    /// Writes the summary; returns the exit status of the run.
     [[nodiscard]] ExitCode end();
 
     /// Called from another thread, once: says what is known and ends the program. Where a result is known
@@ -37,6 +38,16 @@ public:
     void interrupt();
 
 private:
+    enum class Step
+    {
+        BetweenReceipts,
+        /// The current receipt is being worked on.
+        Working,
+        /// Its result is known and being written.
+        Reporting,
+        Ended,
+    };
+
     struct Tally
     {
         int good = 0;
@@ -44,33 +55,31 @@ private:
         int unknown = 0;
 
         [[nodiscard]] int done() const { return good + refused + unknown; }
-        void add(const ReceiptResult& result);
+        void add(const till::ReceiptResult& result);
     };
 
     [[nodiscard]] bool isSell() const { return command == Command::Sell; }
-    [[nodiscard]] bool isRegistered() const;
-    void write(const ReceiptResult& result);
-    void writePicture(const ReceiptResult& result);
-    void summarize() const;
-    void sayInterrupted() const;
+    [[nodiscard]] bool hasAnswer() const;
+    [[nodiscard]] QString whatIsKnown() const;
+    void raise(ExitCode to);
     void giveUpReceipt();
+    void write(const till::ReceiptResult& result);
+    void writePicture(const till::ReceiptResult& result);
+    void summarize() const;
 
     const Command command;
     const bool json;
     const QrPictures pictures;
     Output& output;
-    ObservingTransport& transport;
+    till::ObservingTransport& transport;
 
     // Held while the state below changes, and for good once an interruption ends the program.
     std::mutex guard;
     int count = 0;
     Tally tally;
-    // The receipt under way; it has an outcome or a uuid from the moment that its result is known.
-    std::optional<ReceiptResult> current;
-    bool isKnown = false;
-    bool isInterrupted = false;
-    bool hasEnded = false;
-    bool pictureFailed = false;
+    Step step = Step::BetweenReceipts;
+    till::ReceiptResult current;
+    ExitCode status = ExitCode::Success;
 };
 
 } // namespace frhost

@@ -1,14 +1,16 @@
 #include "hostcli/commands/commands.h"
-#include "hostcli/commands/session.h"
+#include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/interruption.h"
 #include "hostcli/terminal/signalwatch.h"
+#include "till/sale/session.h"
 #include "till/text.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace till;
 
 namespace frhost {
 
@@ -17,7 +19,7 @@ namespace {
 QByteArray report(bool json, const QString& url)
 {
     if (!json)
-        return Text::tr("The service at %1 takes login and password.\n").arg(url).toUtf8();
+        return Text::tr("The service at %1 accepts login and password.\n").arg(url).toUtf8();
     const QJsonObject object{{u"connected"_s, true}, {u"url"_s, url}};
     return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
 }
@@ -26,7 +28,7 @@ QByteArray report(bool json, const QString& url)
 
 ExitCode check(const CommandLine& line, Output& output)
 {
-    Session session(line);
+    Session session(serviceConfigOf(line), pluginOf(line));
     const SignalWatch watch(&sayInterruptedAndEnd);
     const QString url = session.serviceAddress();
     {

@@ -3,6 +3,8 @@
 #include "hostcli/terminal/console.h"
 #include "till/text.h"
 
+using till::Text;
+
 namespace frhost {
 
 namespace {
@@ -33,7 +35,7 @@ ExitCode run(const CommandLine& line, Output& output)
     if (output.error().isEmpty())
         return code;
     Console::instance().line(Text::tr("Standard output: %1").arg(output.error()));
-    return code == ExitCode::Success ? ExitCode::Usage : code;
+    return code == ExitCode::Success ? ExitCode::LocalFailure : code;
 }
 
 } // namespace frhost

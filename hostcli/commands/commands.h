@@ -6,8 +6,8 @@
 
 namespace frhost {
 
-// The commands. Each writes its data to the output and all else to the console, and throws Failure for what
-// keeps it from its work.
+// The commands. Each writes its data to the output and all else to the console, and throws Failure or
+// till::Error for what keeps it from its work.
 
 [[nodiscard]] ExitCode describe(const CommandLine& line, Output& output);
 [[nodiscard]] ExitCode check(const CommandLine& line, Output& output);

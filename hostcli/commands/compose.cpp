@@ -1,15 +1,19 @@
 #include "host/vposfrdriver.h"
 #include "hostcli/commands/commands.h"
-#include "hostcli/commands/session.h"
+#include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
+#include "till/config/registersetup.h"
+#include "till/device/loadedregister.h"
 #include "till/sale/attempt.h"
 #include "till/sale/registrar.h"
 #include "till/text.h"
+#include "till/wire/installedtransport.h"
 #include "till/wire/recordingtransport.h"
 
 #include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace till;
 
 namespace frhost {
 
@@ -18,7 +22,7 @@ ExitCode compose(const CommandLine& line, Output& output)
     const RegisterConfig config = configOf(line);
     RecordingTransport transport;
     const InstalledTransport installed(transport);
-    FiscalRegister fiscalRegister(pluginOf(line));
+    LoadedRegister fiscalRegister(pluginOf(line));
     setUp(fiscalRegister, config);
     ReceiptQueue queue(line.files);
     bool isRefused = false;

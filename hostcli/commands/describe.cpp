@@ -1,8 +1,8 @@
 #include "hostcli/commands/commands.h"
-#include "hostcli/commands/session.h"
+#include "hostcli/commands/setup.h"
 #include "hostcli/terminal/texttable.h"
 #include "till/config/registersetup.h"
-#include "till/device/fiscalregister.h"
+#include "till/device/loadedregister.h"
 #include "till/text.h"
 
 #include <QJsonArray>
@@ -10,6 +10,7 @@
 #include <QMetaClassInfo>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace till;
 
 namespace frhost {
 
@@ -125,8 +126,8 @@ ExitCode describe(const CommandLine& line, Output& output)
 {
     const RegisterConfig config = configOf(line);
     const PluginFile plugin = pluginOf(line);
-    FiscalRegister untouched(plugin);
-    FiscalRegister fiscalRegister(plugin);
+    LoadedRegister untouched(plugin);
+    LoadedRegister fiscalRegister(plugin);
     configure(fiscalRegister.device(), config);
     const QList<PropertyInfo> properties = propertiesOf(untouched.device(), fiscalRegister.device());
     output.write(line.json ? jsonOf(plugin, fiscalRegister.device(), properties)

@@ -1,16 +1,19 @@
 #include "host/vposfrdriver.h"
 #include "hostcli/commands/commands.h"
-#include "hostcli/commands/session.h"
+#include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/interruption.h"
 #include "hostcli/terminal/signalwatch.h"
 #include "till/sale/attempt.h"
+#include "till/sale/session.h"
 #include "till/text.h"
 
 #include <QJsonDocument>
 
 #include <algorithm>
 #include <tuple>
+
+using namespace till;
 
 namespace frhost {
 
@@ -29,8 +32,9 @@ bool isPlain(const QString& uuid)
 ExitCode info(const CommandLine& line, Output& output)
 {
     if (!isPlain(line.uuid))
-        throw Failure(ExitCode::Usage, Text::tr("\"%1\" is no identifier of a document").arg(line.uuid));
-    Session session(line);
+        throw Failure(
+            ExitCode::LocalFailure, Text::tr("\"%1\" is not the identifier of a document").arg(line.uuid));
+    Session session(serviceConfigOf(line), pluginOf(line));
     const SignalWatch watch(&sayInterruptedAndEnd);
     session.connect();
     VposFrDriver& service = session.fiscalRegister().service();

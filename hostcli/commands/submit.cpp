@@ -1,15 +1,18 @@
 #include "hostcli/commands/batch.h"
 #include "hostcli/commands/commands.h"
-#include "hostcli/commands/session.h"
+#include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/signalwatch.h"
 #include "till/sale/registrar.h"
+#include "till/sale/session.h"
+
+using namespace till;
 
 namespace frhost {
 
 ExitCode submit(const CommandLine& line, Output& output)
 {
-    Session session(line);
+    Session session(serviceConfigOf(line), pluginOf(line));
     Batch batch(line, output, session.transport());
     const SignalWatch watch([&] { batch.interrupt(); });
     ReceiptQueue queue(line.files);

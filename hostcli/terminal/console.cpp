@@ -8,6 +8,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+using till::Text;
+
 namespace frhost {
 
 namespace {

@@ -6,6 +6,8 @@
 
 #include <cstdlib>
 
+using till::Text;
+
 namespace frhost {
 
 void endInterrupted()

@@ -9,6 +9,8 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+using till::Text;
+
 namespace frhost {
 
 QrPictures::QrPictures(const QString& path)
@@ -19,7 +21,7 @@ QrPictures::QrPictures(const QString& path)
         return;
     QTemporaryFile probe(folder.filePath(u"frhost-XXXXXX"_s));
     if (!folder.mkpath(u"."_s) || !probe.open())
-        throw Failure(ExitCode::Usage,
+        throw Failure(ExitCode::LocalFailure,
             Text::tr("%1: no picture can be written there; name another folder with --qr-dir").arg(path));
 }
 

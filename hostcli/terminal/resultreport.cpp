@@ -10,6 +10,7 @@
 #include <QList>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace till;
 
 namespace frhost {
 
@@ -41,7 +42,7 @@ QJsonObject errorJson(const ErrorInfo& error)
     QJsonObject json;
     put(json, "type", error.type);
     if (error.code)
-        json.insert("code"_L1, *error.code);
+        json.insert("code"_L1, static_cast<int>(*error.code));
     put(json, "message", error.message);
     return json;
 }
@@ -63,8 +64,9 @@ QString outcomeText(const ReceiptResult& result)
 
 QString errorText(const ErrorInfo& error)
 {
-    return error.code ? Text::tr("%1 (code %2)").arg(error.message, QString::number(*error.code))
-                      : error.message;
+    return error.code
+               ? Text::tr("%1 (code %2)").arg(error.message, QString::number(static_cast<int>(*error.code)))
+               : error.message;
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "till/sale/receiptresult.h"
+#include "till/sale/result.h"
 
 #include <QByteArray>
 #include <QString>
@@ -8,12 +8,12 @@
 namespace frhost {
 
 /// "registered", "refused" or "unknown".
-[[nodiscard]] QString outcomeName(Outcome outcome);
+[[nodiscard]] QString outcomeName(till::Outcome outcome);
 
 /// The result as one line of JSON; absent parts are left out.
-[[nodiscard]] QByteArray toJsonLine(const ReceiptResult& result);
+[[nodiscard]] QByteArray toJsonLine(const till::ReceiptResult& result);
 
 /// The result as a short table.
-[[nodiscard]] QString toText(const ReceiptResult& result);
+[[nodiscard]] QString toText(const till::ReceiptResult& result);
 
 } // namespace frhost

@@ -8,12 +8,6 @@
         <translation>исключение неизвестного класса</translation>
     </message>
     <message>
-        <source>The service at %1 takes login and password.
-</source>
-        <translation>Сервис по адресу %1 принимает имя и пароль.
-</translation>
-    </message>
-    <message>
         <source>Show the plugin and the register&apos;s settings</source>
         <translation>Показать плагин и настройки регистратора</translation>
     </message>
@@ -152,10 +146,6 @@
         <translation>драйвер не относится к регистратору за веб-сервисом</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is no identifier of a document</source>
-        <translation>«%1» — не идентификатор документа</translation>
-    </message>
-    <message>
         <source>The service gave no answer</source>
         <translation>Сервис не ответил</translation>
     </message>
@@ -182,14 +172,6 @@
     <message>
         <source>The service could not register the receipt</source>
         <translation>Сервис не смог зарегистрировать чек</translation>
-    </message>
-    <message>
-        <source>%1: there is no such plugin file</source>
-        <translation>%1: такого файла плагина нет</translation>
-    </message>
-    <message>
-        <source>%1: this is no fiscal-register plugin</source>
-        <translation>%1: это не плагин фискального регистратора</translation>
     </message>
     <message>
         <source>No fiscal-register plugin in %1. Name one with --plugin FILE.</source>
@@ -270,10 +252,6 @@
     <message>
         <source>give password or passwordFile, not both</source>
         <translation>задайте password или passwordFile, но не оба</translation>
-    </message>
-    <message>
-        <source>This command talks to the service: give a configuration with --config FILE.</source>
-        <translation>Эта команда обращается к сервису: укажите настройки, --config FILE.</translation>
     </message>
     <message>
         <source>%1: section [register] lacks &quot;%2&quot;</source>
@@ -400,14 +378,6 @@
         <translation>%1: драйвер не принял опцию 0x%2</translation>
     </message>
     <message>
-        <source>The service at %1 does not take the login: %2. Correct login and password in %3. Nothing was sent.</source>
-        <translation>Сервис по адресу %1 не принял вход: %2. Исправьте имя и пароль в %3. Ничего не отправлено.</translation>
-    </message>
-    <message>
-        <source>No connection with the service at %1: %2. Nothing was sent.</source>
-        <translation>Нет связи с сервисом по адресу %1: %2. Ничего не отправлено.</translation>
-    </message>
-    <message>
         <source>Receipts: %1. Registered: %2, refused: %3, unknown: %4.</source>
         <translation>Чеков: %1. Зарегистрировано: %2, отклонено: %3, исход неизвестен: %4.</translation>
     </message>
@@ -502,6 +472,36 @@
     <message>
         <source>%1: the password is taken from here, not from the credential %2</source>
         <translation>%1: пароль взят отсюда, а не из учётных данных %2</translation>
+    </message>
+    <message>
+        <source>%1: no such plugin file</source>
+        <translation>%1: такого файла плагина нет</translation>
+    </message>
+    <message>
+        <source>%1: not a fiscal-register plugin</source>
+        <translation>%1: это не плагин фискального регистратора</translation>
+    </message>
+    <message>
+        <source>The service at %1 does not accept the login: %2. Correct login and password in %3. Nothing was sent.</source>
+        <translation>Сервис по адресу %1 не принял логин: %2. Исправьте логин и пароль в %3. Ничего не отправлено.</translation>
+    </message>
+    <message>
+        <source>No connection to the service at %1: %2. Nothing was sent.</source>
+        <translation>Нет связи с сервисом по адресу %1: %2. Ничего не отправлено.</translation>
+    </message>
+    <message>
+        <source>The service at %1 accepts login and password.
+</source>
+        <translation>Сервис по адресу %1 принимает логин и пароль.
+</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not the identifier of a document</source>
+        <translation>«%1» — не идентификатор документа</translation>
+    </message>
+    <message>
+        <source>This command talks to the service: name a configuration with --config FILE.</source>
+        <translation>Эта команда обращается к сервису: укажите файл настроек, --config FILE.</translation>
     </message>
 </context>
 </TS>

@@ -146,7 +146,7 @@ TEST(Plugin, ThatIsNoneIsReported)
     const QString file = shop.file(u"libx.so"_s, "x");
     const Ran refused = run(frhostProgram(), {u"--plugin"_s, file, u"describe"_s});
     EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_EQ(refused.err, file + u": this is no fiscal-register plugin\n"_s);
+    EXPECT_EQ(refused.err, file + u": not a fiscal-register plugin\n"_s);
 }
 
 } // namespace

@@ -65,7 +65,7 @@ TEST(StoppedService, MeansThatNothingWasSent)
         EXPECT_EQ(stopped.exitCode, 4);
         EXPECT_EQ(stopped.out, QString());
         EXPECT_THAT(
-            stopped.err.toStdString(), HasSubstr("No connection with the service at http://127.0.0.1:"));
+            stopped.err.toStdString(), HasSubstr("No connection to the service at http://127.0.0.1:"));
         EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Нет связи с ФР. Nothing was sent."));
     }
 }

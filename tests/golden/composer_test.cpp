@@ -24,7 +24,7 @@ QJsonObject jsonOf(const QString& name)
     return QJsonDocument::fromJson(file.readAll()).object();
 }
 
-QJsonObject composed(const frhost::Receipt& receipt)
+QJsonObject composed(const till::Receipt& receipt)
 {
     QMap<int, double> payments;
     for (const FrPayment& payment : receipt.payments)
@@ -45,10 +45,10 @@ TEST(GoldenComposer, MakesTheKeptItemsPaymentsAndTotals)
         QJsonObject kept = jsonOf(name + u".out.json"_s).value(u"receipt"_s).toObject();
         kept.remove(u"client"_s);
         const QJsonObject company = kept.take(u"company"_s).toObject();
-        const frhost::Receipt receipt = frhost::toReceipt(jsonOf(input));
+        const till::Receipt receipt = till::toReceipt(jsonOf(input));
         EXPECT_EQ(QJsonDocument(composed(receipt)).toJson(), QJsonDocument(kept).toJson())
             << name.toStdString();
-        const int taxSystem = receipt.taxSystem();
+        const int taxSystem = receipt.taxSystem().value_or(0);
         EXPECT_EQ(company.value(u"sno"_s).toString(),
             taxSystem == 0 ? QString() : atolonline::getSnoName(hw::fr::common::TaxSystemType(taxSystem)))
             << name.toStdString();

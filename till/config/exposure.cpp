@@ -6,7 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -34,4 +34,4 @@ QString exposure(const QString& path, const struct stat& status, uid_t reader)
         .arg(path, QString::number(status.st_mode & 07777, 8).rightJustified(4, u'0'), command);
 }
 
-} // namespace frhost
+} // namespace till

@@ -1,6 +1,6 @@
 #include "till/config/inifile.h"
 
-#include "hostcli/failure.h"
+#include "till/error.h"
 #include "till/text.h"
 
 #include <QSet>
@@ -11,7 +11,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -20,7 +20,7 @@ QString decoded(const QByteArray& text, const QString& fileName)
     QStringDecoder decoder(QStringDecoder::Utf8);
     QString content = decoder(text);
     if (decoder.hasError())
-        throw Failure(ExitCode::Usage, Text::tr("%1: the file is not in UTF-8").arg(fileName));
+        throw Error(Problem::Setup, Text::tr("%1: the file is not in UTF-8").arg(fileName));
     return content;
 }
 
@@ -33,7 +33,7 @@ QList<IniEntry> parseIni(const QByteArray& text, const QString& fileName)
     QString section;
     int number = 0;
     const auto fail = [&](const QString& what) {
-        throw Failure(ExitCode::Usage, u"%1:%2: %3"_s.arg(fileName, QString::number(number), what));
+        throw Error(Problem::Setup, u"%1:%2: %3"_s.arg(fileName, QString::number(number), what));
     };
 
     for (const QString& raw : decoded(text, fileName).split(u'\n')) {
@@ -63,4 +63,4 @@ QList<IniEntry> parseIni(const QByteArray& text, const QString& fileName)
     return entries;
 }
 
-} // namespace frhost
+} // namespace till

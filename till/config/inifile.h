@@ -4,7 +4,7 @@
 #include <QList>
 #include <QString>
 
-namespace frhost {
+namespace till {
 
 /// One `key = value` line of an INI file.
 struct IniEntry
@@ -19,8 +19,8 @@ struct IniEntry
 /// Reads INI text in UTF-8. A value is everything behind the first "=" without the blanks around it: quotes,
 /// backslashes, commas, "#" and ";" are part of it. A comment is a line that begins with "#" or ";".
 ///
-/// Throws Failure (usage) that names the file and the line for a line that is none of these, a key outside a
+/// Throws Error that names the file and the line for a line that is none of these, a key outside a
 /// section, a key given twice and text that is not UTF-8.
 [[nodiscard]] QList<IniEntry> parseIni(const QByteArray& text, const QString& fileName);
 
-} // namespace frhost
+} // namespace till

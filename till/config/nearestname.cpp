@@ -4,7 +4,7 @@
 #include <numeric>
 #include <vector>
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -38,4 +38,4 @@ QString nearestName(const QString& name, const QStringList& known)
     return best == known.end() ? QString() : *best;
 }
 
-} // namespace frhost
+} // namespace till

@@ -1,10 +1,10 @@
 #include "till/config/registerconfig.h"
 
 #include "host/log/secrets.h"
-#include "hostcli/failure.h"
 #include "till/config/exposure.h"
 #include "till/config/inifile.h"
 #include "till/config/nearestname.h"
+#include "till/error.h"
 #include "till/text.h"
 
 #include <QDir>
@@ -17,7 +17,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -33,7 +33,7 @@ constexpr qint64 largestFile = 1024 * 1024;
 
 [[noreturn]] void fail(const QString& file, int line, const QString& what)
 {
-    throw Failure(ExitCode::Usage, u"%1:%2: %3"_s.arg(file, QString::number(line), what));
+    throw Error(Problem::Setup, u"%1:%2: %3"_s.arg(file, QString::number(line), what));
 }
 
 struct Content
@@ -47,14 +47,14 @@ Content readAll(const QString& path)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        throw Failure(ExitCode::Usage, Text::tr("%1: %2").arg(path, file.errorString()));
+        throw Error(Problem::Setup, Text::tr("%1: %2").arg(path, file.errorString()));
     struct stat status = {};
     fstat(file.handle(), &status);
     const QByteArray bytes = file.read(largestFile + 1);
     if (file.error() != QFileDevice::NoError)
-        throw Failure(ExitCode::Usage, Text::tr("%1: %2").arg(path, file.errorString()));
+        throw Error(Problem::Setup, Text::tr("%1: %2").arg(path, file.errorString()));
     if (bytes.size() > largestFile)
-        throw Failure(ExitCode::Usage, Text::tr("%1: larger than 1 MiB").arg(path));
+        throw Error(Problem::Setup, Text::tr("%1: larger than 1 MiB").arg(path));
     return {bytes, exposure(path, status, geteuid())};
 }
 
@@ -68,7 +68,7 @@ QString firstLine(QByteArray content, const QString& path)
     QStringDecoder decoder(QStringDecoder::Utf8);
     QString password = decoder(content);
     if (decoder.hasError() || password.isEmpty())
-        throw Failure(ExitCode::Usage, Text::tr("%1: no password in UTF-8 on the first line").arg(path));
+        throw Error(Problem::Setup, Text::tr("%1: no password in UTF-8 on the first line").arg(path));
     return password;
 }
 
@@ -224,14 +224,11 @@ RegisterConfig readRegisterConfig(const QString& file)
 
 void requireConnection(const RegisterConfig& config)
 {
-    if (config.file.isEmpty())
-        throw Failure(ExitCode::Usage,
-            Text::tr("This command talks to the service: give a configuration with --config FILE."));
     for (const char* name : {"url", "login", "password", "groupCode"}) {
         if (!config.has(QString::fromLatin1(name)))
-            throw Failure(ExitCode::Usage,
+            throw Error(Problem::Setup,
                 Text::tr("%1: section [register] lacks \"%2\"").arg(config.file, QString::fromLatin1(name)));
     }
 }
 
-} // namespace frhost
+} // namespace till

@@ -7,7 +7,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace frhost {
+namespace till {
 
 /// One setting of a register as the configuration gives it.
 struct Setting
@@ -41,10 +41,10 @@ struct RegisterConfig
 ///
 /// A file with a password that others can read is a warning, and so is a credential that is not used.
 ///
-/// Throws Failure (usage) that names the file and the line.
+/// Throws Error that names the file and the line.
 [[nodiscard]] RegisterConfig readRegisterConfig(const QString& file);
 
-/// Throws Failure (usage) unless all settings are there without which the service cannot be asked anything.
+/// Throws Error unless all settings are there without which the service cannot be asked anything.
 void requireConnection(const RegisterConfig& config);
 
-} // namespace frhost
+} // namespace till

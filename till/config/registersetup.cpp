@@ -1,7 +1,10 @@
 #include "till/config/registersetup.h"
 
-#include "hostcli/failure.h"
+#include "host/abstractfrdriver.h"
+
 #include "till/config/nearestname.h"
+#include "till/device/loadedregister.h"
+#include "till/error.h"
 #include "till/text.h"
 
 #include <QMetaClassInfo>
@@ -10,7 +13,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -69,7 +72,7 @@ void write(QObject& device, const QString& name, const QString& text)
     const QString hint = classInfo(device, name + u":info"_s);
     const QVariant wanted = parsed(text, property.metaType());
     if (!wanted.isValid())
-        throw Failure(ExitCode::Usage,
+        throw Error(Problem::Setup,
             withHint(
                 Text::tr("%1 takes a value of type %2").arg(name, QString::fromLatin1(property.typeName())),
                 hint));
@@ -78,17 +81,17 @@ void write(QObject& device, const QString& name, const QString& text)
     const QVariant after = property.read(&device);
     // A device may tidy a value up (a closing slash); one that it refused is still the old one.
     if (after != wanted && after == before)
-        throw Failure(
-            ExitCode::Usage, withHint(Text::tr("the register refused the value of %1").arg(name), hint));
+        throw Error(
+            Problem::Setup, withHint(Text::tr("the register refused the value of %1").arg(name), hint));
 }
 
 void apply(QObject& device, const Setting& setting, const QStringList& known)
 {
     if (isUnused(device, setting.name))
-        throw Failure(ExitCode::Usage, Text::tr("the register does not use \"%1\"").arg(setting.name));
+        throw Error(Problem::Setup, Text::tr("the register does not use \"%1\"").arg(setting.name));
     if (!known.contains(setting.name))
-        throw Failure(ExitCode::Usage, Text::tr("unknown key \"%1\"; did you mean \"%2\"?")
-                                           .arg(setting.name, nearestName(setting.name, known)));
+        throw Error(Problem::Setup, Text::tr("unknown key \"%1\"; did you mean \"%2\"?")
+                                        .arg(setting.name, nearestName(setting.name, known)));
     write(device, setting.name, setting.value);
 }
 
@@ -120,15 +123,27 @@ void configure(QObject& device, const RegisterConfig& config)
     for (const Setting& setting : config.settings) {
         try {
             apply(device, setting, known);
-        } catch (const Failure& failure) {
-            throw Failure(failure.code(),
-                u"%1:%2: %3"_s.arg(config.file, QString::number(setting.line), failure.message()));
+        } catch (const Error& error) {
+            throw Error(error.problem(),
+                u"%1:%2: %3"_s.arg(config.file, QString::number(setting.line), error.message()));
         }
     }
     if (!config.driverOptions.isEmpty() &&
         !device.setProperty("driverOptions", QVariant::fromValue(config.driverOptions)))
-        throw Failure(
-            ExitCode::Usage, Text::tr("%1: the register takes no [driverOptions]").arg(config.file));
+        throw Error(Problem::Setup, Text::tr("%1: the register takes no [driverOptions]").arg(config.file));
 }
 
-} // namespace frhost
+void setUp(LoadedRegister& fiscalRegister, const RegisterConfig& config)
+{
+    configure(fiscalRegister.device(), config);
+    fiscalRegister.init();
+    const auto& options = config.driverOptions;
+    for (auto option = options.begin(); option != options.end(); ++option) {
+        if (fiscalRegister.driver().checkOption(option.key()) != option.value())
+            throw Error(Problem::Setup,
+                Text::tr("%1: the driver refused option 0x%2")
+                    .arg(config.file, QString::number(static_cast<quint64>(option.key()), 16)));
+    }
+}
+
+} // namespace till

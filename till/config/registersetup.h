@@ -7,7 +7,9 @@
 #include <QObject>
 #include <QString>
 
-namespace frhost {
+namespace till {
+
+class LoadedRegister;
 
 /// The device's own properties, without those of QObject, in the order of their declaration.
 [[nodiscard]] QList<QMetaProperty> deviceProperties(const QObject& device);
@@ -20,8 +22,12 @@ namespace frhost {
 
 /// Writes the configuration into the device's properties.
 ///
-/// Throws Failure (usage) that names file and line for a setting that the device does not have (with the
+/// Throws Error that names file and line for a setting that the device does not have (with the
 /// nearest that it has), a value of the wrong type, and a value that the device silently refused.
 void configure(QObject& device, const RegisterConfig& config);
 
-} // namespace frhost
+/// Configures the register's device, creates its driver and checks that the driver has taken over the
+/// options. Throws Error likewise.
+void setUp(LoadedRegister& fiscalRegister, const RegisterConfig& config);
+
+} // namespace till

@@ -1,6 +1,6 @@
 #include "till/device/plugindiscovery.h"
 
-#include "hostcli/failure.h"
+#include "till/error.h"
 #include "till/text.h"
 
 #include <QDir>
@@ -12,7 +12,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -24,14 +24,6 @@ QJsonObject describedBy(const QJsonObject& metaData)
 bool offersFiscalRegisters(const QJsonObject& metaData)
 {
     return describedBy(metaData).value(u"type"_s).toString() == u"fr"_s;
-}
-
-QStringList paths(const QList<PluginFile>& plugins)
-{
-    QStringList result;
-    for (const PluginFile& plugin : plugins)
-        result << plugin.path;
-    return result;
 }
 
 } // namespace
@@ -64,27 +56,15 @@ QList<PluginFile> findPlugins(const QStringList& folders)
     return plugins;
 }
 
-PluginFile choosePlugin(const QString& file, const QStringList& folders)
+PluginFile pluginAt(const QString& file)
 {
-    if (!file.isEmpty()) {
-        if (!QFileInfo(file).isFile())
-            throw Failure(ExitCode::Usage, Text::tr("%1: there is no such plugin file").arg(file));
-        const QString path = QFileInfo(file).absoluteFilePath();
-        const QJsonObject metaData = QPluginLoader(path).metaData();
-        if (!offersFiscalRegisters(metaData))
-            throw Failure(ExitCode::Usage, Text::tr("%1: this is no fiscal-register plugin").arg(file));
-        return {path, metaData};
-    }
-    const QList<PluginFile> plugins = findPlugins(folders);
-    if (plugins.isEmpty())
-        throw Failure(
-            ExitCode::Usage, Text::tr("No fiscal-register plugin in %1. Name one with --plugin FILE.")
-                                 .arg(folders.join(u", "_s)));
-    if (plugins.size() > 1)
-        throw Failure(
-            ExitCode::Usage, Text::tr("Several fiscal-register plugins: %1. Choose one with --plugin FILE.")
-                                 .arg(paths(plugins).join(u", "_s)));
-    return plugins.first();
+    if (!QFileInfo(file).isFile())
+        throw Error(Problem::Setup, Text::tr("%1: no such plugin file").arg(file));
+    const QString path = QFileInfo(file).absoluteFilePath();
+    const QJsonObject metaData = QPluginLoader(path).metaData();
+    if (!offersFiscalRegisters(metaData))
+        throw Error(Problem::Setup, Text::tr("%1: not a fiscal-register plugin").arg(file));
+    return {path, metaData};
 }
 
-} // namespace frhost
+} // namespace till

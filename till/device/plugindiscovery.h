@@ -5,7 +5,7 @@
 #include <QString>
 #include <QStringList>
 
-namespace frhost {
+namespace till {
 
 /// A plugin library that offers fiscal registers.
 struct PluginFile
@@ -24,8 +24,7 @@ struct PluginFile
 /// The fiscal-register plugins (metadata "type" = "fr") in the folders; reads metadata only, loads nothing.
 [[nodiscard]] QList<PluginFile> findPlugins(const QStringList& folders);
 
-/// The plugin to use: `file` when it is not empty, else the only one in the folders. Throws Failure (usage)
-/// when there is none, when there are several, or when the file is no fiscal-register plugin.
-[[nodiscard]] PluginFile choosePlugin(const QString& file, const QStringList& folders);
+/// The plugin in the file. Throws Error when the file does not exist or is not a fiscal-register plugin.
+[[nodiscard]] PluginFile pluginAt(const QString& file);
 
-} // namespace frhost
+} // namespace till

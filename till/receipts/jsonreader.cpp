@@ -6,7 +6,7 @@
 
 #include <cmath>
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -70,4 +70,4 @@ rapidjson::ParseResult parseJson(const QByteArray& text, rapidjson::Document& do
     return result;
 }
 
-} // namespace frhost
+} // namespace till

@@ -5,7 +5,7 @@
 #include <rapidjson/document.h>
 #include <rapidjson/reader.h>
 
-namespace frhost {
+namespace till {
 
 /// How receipts are parsed. Numbers come as texts, because the reader's own exact conversion is undefined for
 /// a zero with an exponent ("0e300").
@@ -17,4 +17,4 @@ inline constexpr unsigned jsonParseFlags = rapidjson::kParseNumbersAsStringsFlag
 /// other is the nearest double, and one beyond its range an error.
 [[nodiscard]] rapidjson::ParseResult parseJson(const QByteArray& text, rapidjson::Document& document);
 
-} // namespace frhost
+} // namespace till

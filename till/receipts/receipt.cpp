@@ -7,7 +7,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -87,11 +87,11 @@ double Receipt::total() const
         [](double sum, const FrPayment& payment) { return sum + payment.getSum(); });
 }
 
-int Receipt::taxSystem() const
+std::optional<int> Receipt::taxSystem() const
 {
     const auto last = std::find_if(requisites.rbegin(), requisites.rend(),
         [](const FdRequisite& requisite) { return requisite.getTag() == EFrDriver::AppliedTaxSystem; });
-    return last == requisites.rend() ? 0 : last->getSourceData().toInt();
+    return last == requisites.rend() ? std::nullopt : std::optional(last->getSourceData().toInt());
 }
 
 Receipt toReceipt(const QJsonObject& json)
@@ -108,4 +108,4 @@ Receipt toReceipt(const QJsonObject& json)
     return receipt;
 }
 
-} // namespace frhost
+} // namespace till

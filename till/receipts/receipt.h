@@ -8,7 +8,9 @@
 #include <QJsonObject>
 #include <QList>
 
-namespace frhost {
+#include <optional>
+
+namespace till {
 
 /// A receipt in the host's records.
 struct Receipt
@@ -18,13 +20,15 @@ struct Receipt
     QList<FrPosition> positions;
     QList<FrPayment> payments;
 
+    /// By which the service knows a repeated receipt.
+    [[nodiscard]] QString id() const { return document.getInternalIdentifier(); }
     /// What is paid, in roubles.
     [[nodiscard]] double total() const;
-    /// The taxation system (tag 1055); 0 when the receipt names none.
-    [[nodiscard]] int taxSystem() const;
+    /// The taxation system (tag 1055); none when the receipt names none.
+    [[nodiscard]] std::optional<int> taxSystem() const;
 };
 
 /// Converts a receipt that has passed the schema.
 [[nodiscard]] Receipt toReceipt(const QJsonObject& json);
 
-} // namespace frhost
+} // namespace till

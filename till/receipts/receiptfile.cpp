@@ -1,6 +1,6 @@
 #include "till/receipts/receiptfile.h"
 
-#include "hostcli/failure.h"
+#include "till/error.h"
 #include "till/text.h"
 
 #include <QFile>
@@ -11,7 +11,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -55,7 +55,7 @@ std::unique_ptr<QFile> opened(const QString& name)
     const bool isOpen =
         name == u"-"_s ? file->open(stdin, QIODevice::ReadOnly) : file->open(QIODevice::ReadOnly);
     if (!isOpen)
-        throw Failure(ExitCode::WrongReceipt, Text::tr("%1: %2").arg(name, file->errorString()));
+        throw Error(Problem::Receipt, Text::tr("%1: %2").arg(name, file->errorString()));
     return file;
 }
 
@@ -70,10 +70,9 @@ std::unique_ptr<QIODevice> spooled(const QString& name, QFile& source)
         isGood = copy->write(part) == part.size();
     }
     if (!isGood || !copy->seek(0))
-        throw Failure(
-            ExitCode::WrongReceipt, Text::tr("%1: cannot be copied: %2").arg(name, copy->errorString()));
+        throw Error(Problem::Receipt, Text::tr("%1: cannot be copied: %2").arg(name, copy->errorString()));
     if (source.error() != QFileDevice::NoError)
-        throw Failure(ExitCode::WrongReceipt, Text::tr("%1: %2").arg(name, source.errorString()));
+        throw Error(Problem::Receipt, Text::tr("%1: %2").arg(name, source.errorString()));
     return copy;
 }
 
@@ -152,7 +151,7 @@ QByteArray ReceiptFile::readLine()
 
 void ReceiptFile::fail(int atLine, const QString& what) const
 {
-    throw Failure(ExitCode::WrongReceipt, u"%1:%2: %3"_s.arg(fileName, QString::number(atLine), what));
+    throw Error(Problem::Receipt, u"%1:%2: %3"_s.arg(fileName, QString::number(atLine), what));
 }
 
-} // namespace frhost
+} // namespace till

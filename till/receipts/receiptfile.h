@@ -6,7 +6,7 @@
 
 #include <memory>
 
-namespace frhost {
+namespace till {
 
 /// The text of one receipt and where it begins.
 struct RawReceipt
@@ -22,12 +22,12 @@ struct RawReceipt
 class ReceiptFile
 {
 public:
-    /// "-" is standard input. Throws Failure (wrong receipt) when the file cannot be read.
+    /// "-" is standard input. Throws Error when the file cannot be read.
     explicit ReceiptFile(const QString& name);
 
     [[nodiscard]] QString name() const { return fileName; }
 
-    /// The next receipt; false at the end. Throws Failure (wrong receipt) when reading fails, when a receipt
+    /// The next receipt; false at the end. Throws Error when reading fails, when a receipt
     /// is larger than 16 MiB, and when something follows a receipt that stands on several lines.
     [[nodiscard]] bool next(RawReceipt& receipt);
 
@@ -45,4 +45,4 @@ private:
     bool first = true;
 };
 
-} // namespace frhost
+} // namespace till

@@ -28,7 +28,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -287,4 +287,4 @@ std::variant<QJsonObject, ReceiptProblem> ReceiptParser::parse(const QByteArray&
     return converted(receipt).toObject();
 }
 
-} // namespace frhost
+} // namespace till

@@ -7,7 +7,7 @@
 #include <memory>
 #include <variant>
 
-namespace frhost {
+namespace till {
 
 /// What is wrong with the text of a receipt.
 struct ReceiptProblem
@@ -38,4 +38,4 @@ private:
     std::unique_ptr<const Schema> schema;
 };
 
-} // namespace frhost
+} // namespace till

@@ -1,6 +1,6 @@
 #include "till/receipts/receiptqueue.h"
 
-#include "hostcli/failure.h"
+#include "till/error.h"
 #include "till/text.h"
 
 #include <QCryptographicHash>
@@ -12,7 +12,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -59,7 +59,7 @@ ReceiptQueue::ReceiptQueue(const QStringList& fileNames)
         files.push_back(std::make_unique<ReceiptFile>(name));
     const QString problems = checkAll();
     if (!problems.isEmpty())
-        throw Failure(ExitCode::WrongReceipt,
+        throw Error(Problem::Receipt,
             problems + Text::tr("Nothing was sent. Correct the receipts and run the command again."));
 }
 
@@ -104,14 +104,14 @@ QString ReceiptQueue::checkAll()
 std::optional<QJsonObject> ReceiptQueue::readAgain(ReceiptFile& file, RawReceipt& raw) const
 {
     const auto fail = [&] {
-        throw Failure(
-            ExitCode::Usage, Text::tr("%1: the file has changed since it was checked; the rest was not sent")
-                                 .arg(file.name()));
+        throw Error(
+            Problem::Setup, Text::tr("%1: the file has changed since it was checked; the rest was not sent")
+                                .arg(file.name()));
     };
     try {
         if (!file.next(raw))
             return std::nullopt;
-    } catch (const Failure&) {
+    } catch (const Error&) {
         fail();
     }
     const auto parsed = parser.parse(raw.text);
@@ -132,4 +132,4 @@ void ReceiptQueue::forEach(const std::function<bool(const QueuedReceipt&)>& hand
     }
 }
 
-} // namespace frhost
+} // namespace till

@@ -13,7 +13,7 @@
 #include <optional>
 #include <vector>
 
-namespace frhost {
+namespace till {
 
 /// A receipt and where it stands.
 struct QueuedReceipt
@@ -29,13 +29,13 @@ struct QueuedReceipt
 class ReceiptQueue
 {
 public:
-    /// Reads and checks all receipts. Throws Failure (wrong receipt) whose message names file, line, JSON
+    /// Reads and checks all receipts. Throws Error whose message names file, line, JSON
     /// pointer and rule of each wrong one (the first ten), and of an id that stands twice.
     explicit ReceiptQueue(const QStringList& fileNames);
 
     [[nodiscard]] int count() const { return receiptCount; }
 
-    /// Hands the receipts out in their order until `handle` returns false. Throws Failure (usage) when a file
+    /// Hands the receipts out in their order until `handle` returns false. Throws Error when a file
     /// has changed since it was checked.
     void forEach(const std::function<bool(const QueuedReceipt&)>& handle);
 
@@ -48,4 +48,4 @@ private:
     int receiptCount = 0;
 };
 
-} // namespace frhost
+} // namespace till

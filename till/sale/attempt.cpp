@@ -10,7 +10,7 @@
 #include <memory>
 #include <typeinfo>
 
-namespace frhost {
+namespace till {
 
 namespace {
 
@@ -45,4 +45,4 @@ std::optional<ErrorInfo> attempt(const std::function<void()>& action)
     return std::nullopt;
 }
 
-} // namespace frhost
+} // namespace till

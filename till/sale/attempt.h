@@ -1,12 +1,12 @@
 #pragma once
 
-#include "till/sale/receiptresult.h"
+#include "till/sale/result.h"
 
 #include <exception>
 #include <functional>
 #include <optional>
 
-namespace frhost {
+namespace till {
 
 /// Describes a caught exception: its class name and, for one of the host's, the Russian text.
 [[nodiscard]] ErrorInfo describe(const std::exception& exception);
@@ -14,4 +14,4 @@ namespace frhost {
 /// Carries out an action; returns what it threw, nothing when it threw nothing.
 [[nodiscard]] std::optional<ErrorInfo> attempt(const std::function<void()>& action);
 
-} // namespace frhost
+} // namespace till

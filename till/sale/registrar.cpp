@@ -2,51 +2,22 @@
 
 #include "host/abstractfrdriver.h"
 #include "host/vposfrdriver.h"
-#include "till/device/fiscalregister.h"
+#include "till/device/loadedregister.h"
+#include "till/sale/attempt.h"
 #include "till/text.h"
 #include "till/wire/fiscalpayload.h"
 #include "till/wire/observingtransport.h"
 
-#include <cmath>
 #include <thread>
+#include <tuple>
 
-using namespace Qt::Literals::StringLiterals;
-
-namespace frhost {
+namespace till {
 
 namespace {
 
-constexpr double halfKopeck = 0.005;
-
-QString adviceFor(Outcome outcome)
+QString roubles(double sum)
 {
-    switch (outcome) {
-    case Outcome::Registered:
-        return {};
-    case Outcome::Refused:
-        return Text::tr("Nothing was registered. Correct the cause and run the receipt again.");
-    case Outcome::Unknown:
-        break;
-    }
-    return Text::tr(
-        "It may or may not be registered. Running the same file again is safe: a receipt that the "
-        "service already has is not registered twice.");
-}
-
-QString newIdAdvice()
-{
-    return Text::tr("Nothing was registered, and this id is used up: sent again, it only brings the failed "
-                    "document back. Give the sale a new id and run it again.");
-}
-
-QString notSentAdvice()
-{
-    return Text::tr("This run has not sent the receipt. Running the same file again is safe.");
-}
-
-QString foreignIdAdvice()
-{
-    return Text::tr("This sale is NOT registered. Give it an id of its own and run it again.");
+    return QString::number(sum, 'f', 2);
 }
 
 } // namespace
@@ -62,176 +33,143 @@ void handOver(AbstractFrDriver& driver, const Receipt& receipt)
         driver.checkPay(payment);
 }
 
-Registrar::Registrar(FiscalRegister& usedRegister, ObservingTransport& usedTransport)
+Registrar::Registrar(LoadedRegister& usedRegister, ObservingTransport& usedTransport)
     : fiscalRegister(usedRegister)
     , transport(usedTransport)
 {
 }
 
-ReceiptResult Registrar::started(const QueuedReceipt& queued) const
-{
-    transport.startReceipt();
-    ReceiptResult result;
-    result.file = queued.file;
-    result.line = queued.line;
-    result.id = queued.receipt.document.getInternalIdentifier();
-    return result;
-}
-
 ReceiptResult Registrar::sell(const QueuedReceipt& queued)
 {
-    ReceiptResult result = started(queued);
-    const auto error = attempt([&] {
-        handOver(fiscalRegister.driver(), queued.receipt);
-        fiscalRegister.driver().checkClose(queued.receipt.document);
-    });
-    noteError(result, error);
-    result.uuid = transport.seen().registration.uuid;
-    const SaleVerdict verdict = judgeSale(transport.seen(), result.id, error.has_value());
-    if (verdict == SaleVerdict::TakeExisting)
-        takeExisting(result, queued.receipt);
-    else if (verdict == SaleVerdict::AskAgain)
-        askAgain(result, queued.receipt);
-    else
-        conclude(result, verdict);
-    if (verdict == SaleVerdict::Registered)
-        takeResult(result);
-    return result;
-}
-
-// The receipt is registered whatever happens here.
-void Registrar::takeResult(ReceiptResult& result)
-{
-    result.error = attempt([&] {
-        result.fiscal = fiscalRegister.driver().getFiscalInfo(0, true);
-        result.receiptUrl = receiptUrl(fiscalRegister.service().getLastResponse());
-    });
-}
-
-void Registrar::takeExisting(ReceiptResult& result, const Receipt& receipt)
-{
-    QString uuid;
-    const auto error = attempt([&] { uuid = fiscalRegister.service().documentClose(receipt.document); });
-    noteError(result, error);
-    if (!uuid.isEmpty())
-        result.uuid = uuid;
-    if (result.uuid.isEmpty()) {
-        conclude(result, SaleVerdict::Unknown);
-        return;
-    }
-    const QJsonObject answer = askAgain(result, receipt);
-    if (result.outcome != Outcome::Registered)
-        return;
-    result.recovered = true;
-    compareTotals(result, receipt, answer);
-}
-
-QJsonObject Registrar::askAgain(ReceiptResult& result, const Receipt& receipt)
-{
-    QJsonObject answer;
-    const auto ask = [&] {
-        if (const auto error =
-                attempt([&] { answer = fiscalRegister.service().getDocumentInfo(result.uuid); }))
-            noteError(result, error);
-        return judgeStatus(transport.seen().status, result.id);
-    };
-    const auto pause = [&] { std::this_thread::sleep_for(fiscalRegister.requestInterval()); };
-    switch (awaitDocument(ask, pause)) {
-    case DocumentState::Registered:
-        conclude(result, SaleVerdict::Registered);
-        result.fiscal = fiscalInfo(answer, receipt.taxSystem());
-        result.receiptUrl = receiptUrl(answer);
-        break;
-    case DocumentState::Failed:
-        conclude(result, SaleVerdict::Failed);
-        break;
-    default:
-        conclude(result, SaleVerdict::Unknown);
-    }
-    return answer;
-}
-
-// The service does not compare the receipts behind one id; the total shows the commonest mix-up.
-void Registrar::compareTotals(ReceiptResult& result, const Receipt& receipt, const QJsonObject& answer) const
-{
-    const QJsonValue total = answer.value(u"payload"_s).toObject().value(u"total"_s);
-    if (!total.isDouble() || std::abs(total.toDouble() - receipt.total()) < halfKopeck)
-        return;
-    result.error = ErrorInfo{{}, transport.seen().registration.errorCode,
-        Text::tr("The id already belongs to another receipt, registered with the total %1 instead of %2")
-            .arg(QString::number(total.toDouble(), 'f', 2), QString::number(receipt.total(), 'f', 2))};
-    result.outcome = Outcome::Refused;
-    result.advice = foreignIdAdvice();
-    result.recovered = false;
-    result.fiscal.reset();
-    result.receiptUrl.clear();
+    const Receipt& receipt = queued.receipt;
+    Finding finding = close(receipt);
+    if (finding.verdict == SaleVerdict::Existing)
+        finding = lookUp(receipt, std::move(finding));
+    if (finding.verdict == SaleVerdict::Unfinished)
+        finding = await(receipt, std::move(finding));
+    if (finding.existed)
+        finding.verdict =
+            compareTotals(finding.verdict, totalIn(transport.seen().status.payload), receipt.total());
+    return resultOf(queued, finding);
 }
 
 ReceiptResult Registrar::send(const QueuedReceipt& queued)
 {
-    ReceiptResult result = started(queued);
-    const auto error = attempt([&] {
-        handOver(fiscalRegister.driver(), queued.receipt);
-        result.uuid = fiscalRegister.service().documentClose(queued.receipt.document);
+    return resultOf(queued, submit(queued.receipt));
+}
+
+Registrar::Finding Registrar::close(const Receipt& receipt)
+{
+    transport.startReceipt();
+    Finding finding;
+    finding.error = attempted([&] {
+        handOver(fiscalRegister.driver(), receipt);
+        fiscalRegister.driver().checkClose(receipt.document);
     });
-    noteError(result, error);
-    const SaleVerdict verdict = judgeSending(transport.seen(), error.has_value());
-    conclude(result, verdict);
-    if (result.outcome == Outcome::Registered) {
-        result.outcome.reset();
-        result.uuid = transport.seen().registration.uuid;
-        result.recovered = transport.seen().registration.errorCode.has_value();
+    finding.uuid = transport.seen().registration.uuid;
+    finding.verdict = judgeSale(transport.seen(), receipt.id(), finding.error.has_value());
+    return finding;
+}
+
+Registrar::Finding Registrar::submit(const Receipt& receipt)
+{
+    transport.startReceipt();
+    Finding finding;
+    finding.error = attempted([&] {
+        handOver(fiscalRegister.driver(), receipt);
+        std::ignore = fiscalRegister.service().documentClose(receipt.document);
+    });
+    const ServiceAnswer& answer = transport.seen().registration;
+    finding.uuid = answer.uuid;
+    finding.existed = answer.errorCode.has_value();
+    finding.verdict = judgeSending(transport.seen(), finding.error.has_value());
+    return finding;
+}
+
+// The driver's interface names the document of a known id only when the receipt is sent once more.
+Registrar::Finding Registrar::lookUp(const Receipt& receipt, Finding finding)
+{
+    QString uuid;
+    finding.error = attempted([&] { uuid = fiscalRegister.service().documentClose(receipt.document); });
+    if (!uuid.isEmpty())
+        finding.uuid = uuid;
+    finding.existed = true;
+    finding.verdict = finding.uuid.isEmpty() ? SaleVerdict::Unknown : SaleVerdict::Unfinished;
+    return finding;
+}
+
+Registrar::Finding Registrar::await(const Receipt& receipt, Finding finding)
+{
+    const auto ask = [&] {
+        if (auto error =
+                attempted([&] { std::ignore = fiscalRegister.service().getDocumentInfo(finding.uuid); }))
+            finding.error = std::move(error);
+        return judgeStatus(transport.seen().status, receipt.id());
+    };
+    const auto pause = [&] { std::this_thread::sleep_for(fiscalRegister.requestInterval()); };
+    finding.verdict = verdictOf(awaitDocument(ask, pause));
+    return finding;
+}
+
+ReceiptResult Registrar::resultOf(const QueuedReceipt& queued, const Finding& finding) const
+{
+    const Conclusion conclusion = conclusionOf(finding.verdict);
+    ReceiptResult result;
+    result.file = queued.file;
+    result.line = queued.line;
+    result.id = queued.receipt.id();
+    result.uuid = finding.uuid;
+    result.outcome = conclusion.outcome;
+    result.advice = conclusion.advice;
+    if (finding.verdict == SaleVerdict::Registered) {
+        const FiscalPayload payload =
+            readPayload(transport.seen().status.payload, queued.receipt.taxSystem());
+        result.fiscal = payload.info;
+        result.receiptUrl = payload.receiptUrl;
+    } else if (finding.verdict != SaleVerdict::Accepted) {
+        result.error = errorOf(queued.receipt, finding);
+        return result;
     }
+    result.recovered = finding.existed;
     return result;
 }
 
-void Registrar::conclude(ReceiptResult& result, SaleVerdict verdict) const
+ErrorInfo Registrar::errorOf(const Receipt& receipt, const Finding& finding) const
 {
-    const auto end = [&](Outcome outcome, const QString& message, const QString& advice) {
-        result.outcome = outcome;
-        result.advice = advice;
-        if (outcome == Outcome::Registered)
-            result.error.reset();
-        else if (!result.error)
-            result.error = ErrorInfo{{}, transport.seen().lastErrorCode, message};
-    };
-    switch (verdict) {
-    case SaleVerdict::Registered:
-        end(Outcome::Registered, {}, {});
-        return;
-    case SaleVerdict::Refused:
-        end(Outcome::Refused, Text::tr("The receipt was refused"), adviceFor(Outcome::Refused));
-        return;
-    case SaleVerdict::Failed:
-        end(Outcome::Refused, Text::tr("The service could not register the receipt"), newIdAdvice());
-        tellFailure(*result.error);
-        return;
+    const WireRecord& seen = transport.seen();
+    const QString message = conclusionOf(finding.verdict).message;
+    ErrorInfo error = finding.error.value_or(ErrorInfo{{}, seen.lastErrorCode, message});
+    switch (finding.verdict) {
     case SaleVerdict::NotSent:
-        end(Outcome::Unknown, {}, notSentAdvice());
-        result.error->message = result.error->message.isEmpty()
-                                    ? Text::tr("Not sent, no connection")
-                                    : Text::tr("Not sent, no connection: %1").arg(result.error->message);
-        return;
+        if (finding.error && !finding.error->message.isEmpty())
+            error.message = Text::tr("Not sent, no connection: %1").arg(finding.error->message);
+        else
+            error.message = message;
+        break;
+    case SaleVerdict::Failed:
+        // The register behind the service has codes of its own, for which the driver's message would be
+        // wrong.
+        error.code = seen.status.errorCode;
+        if (!seen.status.errorText.isEmpty())
+            error.message = seen.status.errorText;
+        break;
+    case SaleVerdict::ForeignId:
+        error = {{}, seen.registration.errorCode,
+            Text::tr("The id already belongs to another receipt, registered with the total %1 instead of %2")
+                .arg(roubles(totalIn(seen.status.payload).value_or(0)), roubles(receipt.total()))};
+        break;
     default:
-        end(Outcome::Unknown, Text::tr("The service's answer does not say whether the receipt is registered"),
-            adviceFor(Outcome::Unknown));
+        break;
     }
+    return error;
 }
 
-// The register behind the service has codes of its own, for which the driver's message would be wrong.
-void Registrar::tellFailure(ErrorInfo& error) const
+std::optional<ErrorInfo> Registrar::attempted(const std::function<void()>& step) const
 {
-    const ServiceAnswer& answer = transport.seen().status;
-    error.code = answer.errorCode;
-    if (!answer.errorText.isEmpty())
-        error.message = answer.errorText;
+    std::optional<ErrorInfo> error = attempt(step);
+    if (error)
+        error->code = transport.seen().lastErrorCode;
+    return error;
 }
 
-void Registrar::noteError(ReceiptResult& result, const std::optional<ErrorInfo>& error) const
-{
-    result.error = error;
-    if (result.error)
-        result.error->code = transport.seen().lastErrorCode;
-}
-
-} // namespace frhost
+} // namespace till

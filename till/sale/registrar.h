@@ -1,48 +1,58 @@
 #pragma once
 
 #include "till/receipts/receiptqueue.h"
-#include "till/sale/attempt.h"
-#include "till/sale/receiptresult.h"
-#include "till/sale/verdict.h"
-
-#include <QJsonObject>
+#include "till/sale/result.h"
 
 class AbstractFrDriver;
 
-namespace frhost {
+namespace till {
 
-class FiscalRegister;
+class LoadedRegister;
 class ObservingTransport;
 
 /// Hands the receipt to the open driver: opens the check, then its requisites, lines and payments.
 void handOver(AbstractFrDriver& driver, const Receipt& receipt);
 
 /// Registers receipts and finds out what became of each. Blocks while the service works on a receipt.
+///
+/// Outcomes are judged by what went over the wire, never by the class of an exception: an error in a status
+/// answer says nothing about the receipt. An id that the service already knows is never an error by itself:
+/// the earlier document is looked up and its total compared.
 class Registrar
 {
 public:
     /// Both are borrowed; the register's driver must use the transport.
-    Registrar(FiscalRegister& fiscalRegister, ObservingTransport& transport);
+    Registrar(LoadedRegister& fiscalRegister, ObservingTransport& transport);
 
     /// Registers a receipt and waits for its fiscal result. Throws nothing that a driver may throw: every
     /// failure is an outcome.
     [[nodiscard]] ReceiptResult sell(const QueuedReceipt& queued);
 
-    /// Sends a receipt without waiting for its registration.
+    /// Sends a receipt without waiting for its registration. Throws as little as sell().
     [[nodiscard]] ReceiptResult send(const QueuedReceipt& queued);
 
 private:
-    [[nodiscard]] ReceiptResult started(const QueuedReceipt& queued) const;
-    void takeResult(ReceiptResult& result);
-    void takeExisting(ReceiptResult& result, const Receipt& receipt);
-    QJsonObject askAgain(ReceiptResult& result, const Receipt& receipt);
-    void compareTotals(ReceiptResult& result, const Receipt& receipt, const QJsonObject& answer) const;
-    void conclude(ReceiptResult& result, SaleVerdict verdict) const;
-    void tellFailure(ErrorInfo& error) const;
-    void noteError(ReceiptResult& result, const std::optional<ErrorInfo>& error) const;
+    /// What is known of the receipt after a step.
+    struct Finding
+    {
+        SaleVerdict verdict = SaleVerdict::Unknown;
+        QString uuid;
+        /// What the driver threw last; none when it threw nothing.
+        std::optional<ErrorInfo> error;
+        /// Whether the document was there before this attempt.
+        bool existed = false;
+    };
 
-    FiscalRegister& fiscalRegister;
+    [[nodiscard]] Finding close(const Receipt& receipt);
+    [[nodiscard]] Finding submit(const Receipt& receipt);
+    [[nodiscard]] Finding lookUp(const Receipt& receipt, Finding finding);
+    [[nodiscard]] Finding await(const Receipt& receipt, Finding finding);
+    [[nodiscard]] ReceiptResult resultOf(const QueuedReceipt& queued, const Finding& finding) const;
+    [[nodiscard]] ErrorInfo errorOf(const Receipt& receipt, const Finding& finding) const;
+    [[nodiscard]] std::optional<ErrorInfo> attempted(const std::function<void()>& step) const;
+
+    LoadedRegister& fiscalRegister;
     ObservingTransport& transport;
 };
 
-} // namespace frhost
+} // namespace till

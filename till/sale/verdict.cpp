@@ -1,57 +1,43 @@
 #include "till/sale/verdict.h"
 
-#include <algorithm>
-#include <array>
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
-constexpr int documentExists = 33;
-constexpr int documentInProgress = 34;
 constexpr int maxSilentQuestions = 3;
+constexpr double halfKopeck = 0.005;
 
-// Codes with which the service answers a receipt that it has not registered and will not. Code 0 (unknown
-// error), 50 (server error) and whatever is not listed leave that open.
-constexpr std::array refusals{1, 2, 10, 11, 12, 13, 14, 20, 21, 30, 31, 32, 40, 41};
-
-bool isRefusal(int code)
+SaleVerdict judgeErrorCode(ServiceCode code, const QString& uuid)
 {
-    return std::find(refusals.begin(), refusals.end(), code) != refusals.end();
+    if (code == ServiceCode::DocumentExists)
+        return SaleVerdict::Existing;
+    if (code == ServiceCode::DocumentInProgress && !uuid.isEmpty())
+        return SaleVerdict::Unfinished;
+    return meaningOf(code).refusesReceipt ? SaleVerdict::Refused : SaleVerdict::Unknown;
 }
 
-SaleVerdict judgeErrorCode(int code, const QString& uuid)
-{
-    if (code == documentExists)
-        return SaleVerdict::TakeExisting;
-    if (code == documentInProgress && !uuid.isEmpty())
-        return SaleVerdict::AskAgain;
-    return isRefusal(code) ? SaleVerdict::Refused : SaleVerdict::Unknown;
-}
-
-SaleVerdict verdictOf(DocumentState state)
-{
-    switch (state) {
-    case DocumentState::Registered:
-        return SaleVerdict::Registered;
-    case DocumentState::Failed:
-        return SaleVerdict::Failed;
-    case DocumentState::Waiting:
-    case DocumentState::NoNews:
-        return SaleVerdict::AskAgain;
-    case DocumentState::Doubtful:
-        break;
-    }
-    return SaleVerdict::Unknown;
-}
-
-SaleVerdict verdictOfUnsent(const Exchange& seen, bool driverFailed)
+SaleVerdict verdictOfUnsent(const WireRecord& seen, bool driverFailed)
 {
     if (seen.lastAnswered == false)
         return SaleVerdict::NotSent;
     return driverFailed ? SaleVerdict::Refused : SaleVerdict::Unknown;
+}
+
+// What the answer to the receipt says, before any question about its document.
+SaleVerdict judgeRegistration(const WireRecord& seen, bool driverFailed)
+{
+    if (!seen.receiptSent)
+        return verdictOfUnsent(seen, driverFailed);
+    const ServiceAnswer& answer = seen.registration;
+    if (!answer.arrived)
+        return SaleVerdict::Unknown;
+    if (answer.errorCode)
+        return judgeErrorCode(*answer.errorCode, answer.uuid);
+    return answer.uuid.isEmpty() ? SaleVerdict::Unknown : SaleVerdict::Accepted;
 }
 
 } // namespace
@@ -64,41 +50,43 @@ DocumentState judgeStatus(const ServiceAnswer& answer, const QString& id)
         return DocumentState::Doubtful;
     if (answer.saysFailed())
         return DocumentState::Failed;
-    if (answer.errorCode == documentInProgress)
+    if (answer.errorCode == ServiceCode::DocumentInProgress)
         return DocumentState::Waiting;
     if (answer.errorCode)
         return DocumentState::NoNews;
-    if (answer.status == u"done"_s)
+    if (answer.status == "done"_L1)
         return DocumentState::Registered;
-    return answer.status == u"wait"_s ? DocumentState::Waiting : DocumentState::Doubtful;
+    return answer.status == "wait"_L1 ? DocumentState::Waiting : DocumentState::Doubtful;
 }
 
-SaleVerdict judgeSale(const Exchange& seen, const QString& id, bool driverFailed)
+SaleVerdict verdictOf(DocumentState state)
 {
-    if (!seen.receiptSent)
-        return verdictOfUnsent(seen, driverFailed);
-    if (!seen.registration.arrived)
-        return SaleVerdict::Unknown;
-    if (seen.registration.errorCode)
-        return judgeErrorCode(*seen.registration.errorCode, seen.registration.uuid);
-    if (seen.registration.uuid.isEmpty())
-        return SaleVerdict::Unknown;
-    return verdictOf(judgeStatus(seen.status, id));
+    switch (state) {
+    case DocumentState::Registered:
+        return SaleVerdict::Registered;
+    case DocumentState::Failed:
+        return SaleVerdict::Failed;
+    case DocumentState::Waiting:
+    case DocumentState::NoNews:
+        return SaleVerdict::Unfinished;
+    case DocumentState::Doubtful:
+        break;
+    }
+    return SaleVerdict::Unknown;
 }
 
-SaleVerdict judgeSending(const Exchange& seen, bool driverFailed)
+SaleVerdict judgeSale(const WireRecord& seen, const QString& id, bool driverFailed)
 {
-    if (!seen.receiptSent)
-        return verdictOfUnsent(seen, driverFailed);
-    if (!seen.registration.arrived)
-        return SaleVerdict::Unknown;
-    const bool hasUuid = !seen.registration.uuid.isEmpty();
-    if (!seen.registration.errorCode)
-        return hasUuid ? SaleVerdict::Registered : SaleVerdict::Unknown;
-    const SaleVerdict verdict = judgeErrorCode(*seen.registration.errorCode, seen.registration.uuid);
-    if (verdict == SaleVerdict::TakeExisting || verdict == SaleVerdict::AskAgain)
-        return hasUuid ? SaleVerdict::Registered : SaleVerdict::Unknown;
-    return verdict;
+    const SaleVerdict verdict = judgeRegistration(seen, driverFailed);
+    return verdict == SaleVerdict::Accepted ? verdictOf(judgeStatus(seen.status, id)) : verdict;
+}
+
+SaleVerdict judgeSending(const WireRecord& seen, bool driverFailed)
+{
+    const SaleVerdict verdict = judgeRegistration(seen, driverFailed);
+    if (verdict != SaleVerdict::Existing && verdict != SaleVerdict::Unfinished)
+        return verdict;
+    return seen.registration.uuid.isEmpty() ? SaleVerdict::Unknown : SaleVerdict::Accepted;
 }
 
 DocumentState awaitDocument(const std::function<DocumentState()>& ask, const std::function<void()>& pause)
@@ -113,4 +101,10 @@ DocumentState awaitDocument(const std::function<DocumentState()>& ask, const std
     }
 }
 
-} // namespace frhost
+SaleVerdict compareTotals(SaleVerdict verdict, std::optional<double> registered, double expected)
+{
+    const bool differs = registered && !(std::abs(*registered - expected) < halfKopeck);
+    return verdict == SaleVerdict::Registered && differs ? SaleVerdict::ForeignId : verdict;
+}
+
+} // namespace till

@@ -2,42 +2,32 @@
 
 #include "host/records/taxsystem.h"
 
-#include <QVariantMap>
-
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
-namespace {
-
-QVariantMap payloadOf(const QJsonObject& answer)
+FiscalPayload readPayload(const QVariantMap& payload, std::optional<int> taxSystem)
 {
-    return answer.value(u"payload"_s).toObject().toVariantMap();
-}
-
-} // namespace
-
-FiscalInfo fiscalInfo(const QJsonObject& answer, int taxSystem)
-{
-    const QVariantMap payload = payloadOf(answer);
-    const auto value = [&](const char* key) { return payload.value(QString::fromLatin1(key)); };
     FiscalInfo info;
-    info.dateTime = QDateTime::fromString(value("receipt_datetime").toString(), u"dd.MM.yyyy hh:mm:ss"_s);
-    info.fnNumber = value("fn_number").toString();
-    info.registrationNumber = value("ecr_registration_number").toString();
-    info.shiftNumber = value("shift_number").toString();
-    info.fiscalDocumentNumber = value("fiscal_document_number").toInt();
-    info.fiscalSign = value("fiscal_document_attribute").toString();
-    info.total = value("total").toDouble();
-    if (taxSystem != 0)
+    info.dateTime =
+        QDateTime::fromString(payload.value(u"receipt_datetime"_s).toString(), u"dd.MM.yyyy hh:mm:ss"_s);
+    info.fnNumber = payload.value(u"fn_number"_s).toString();
+    info.registrationNumber = payload.value(u"ecr_registration_number"_s).toString();
+    info.shiftNumber = payload.value(u"shift_number"_s).toString();
+    info.fiscalDocumentNumber = payload.value(u"fiscal_document_number"_s).toInt();
+    info.fiscalSign = payload.value(u"fiscal_document_attribute"_s).toString();
+    info.total = payload.value(u"total"_s).toDouble();
+    if (taxSystem)
         info.taxSystem =
-            hw::fr::common::TaxSystem::getDescription(static_cast<hw::fr::common::TaxSystemType>(taxSystem));
-    return info;
+            hw::fr::common::TaxSystem::getDescription(static_cast<hw::fr::common::TaxSystemType>(*taxSystem));
+    return {info, payload.value(u"ofd_receipt_url"_s).toString()};
 }
 
-QString receiptUrl(const QJsonObject& answer)
+std::optional<double> totalIn(const QVariantMap& payload)
 {
-    return payloadOf(answer).value(u"ofd_receipt_url"_s).toString();
+    const QVariant total = payload.value(u"total"_s);
+    const bool isNumber = total.typeId() == QMetaType::Double || total.typeId() == QMetaType::LongLong;
+    return isNumber ? std::optional(total.toDouble()) : std::nullopt;
 }
 
 QString qrText(const FiscalInfo& info)
@@ -49,4 +39,4 @@ QString qrText(const FiscalInfo& info)
         info.fiscalSign);
 }
 
-} // namespace frhost
+} // namespace till

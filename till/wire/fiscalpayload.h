@@ -2,19 +2,29 @@
 
 #include "host/records/fiscalinfo.h"
 
-#include <QJsonObject>
 #include <QString>
+#include <QVariantMap>
 
-namespace frhost {
+#include <optional>
 
-/// The fiscal data in a whole status answer of the service, for answers that the driver did not take into its
-/// own record. `taxSystem` is the receipt's tag 1055, 0 for none.
-[[nodiscard]] FiscalInfo fiscalInfo(const QJsonObject& answer, int taxSystem);
+namespace till {
 
-/// The link to the receipt in a status answer; empty when there is none.
-[[nodiscard]] QString receiptUrl(const QJsonObject& answer);
+/// The fiscal data that the service hands out with a finished document.
+struct FiscalPayload
+{
+    FiscalInfo info;
+    /// Link to the receipt at the fiscal data operator; empty when the service gave none.
+    QString receiptUrl;
+};
+
+/// Reads the payload of a status answer; what is missing stays empty. `taxSystem` is the receipt's tag 1055:
+/// the service does not repeat it.
+[[nodiscard]] FiscalPayload readPayload(const QVariantMap& payload, std::optional<int> taxSystem);
+
+/// The total in the payload of a status answer, in roubles; none when it is missing or not a number.
+[[nodiscard]] std::optional<double> totalIn(const QVariantMap& payload);
 
 /// The text of the receipt's QR code; empty when the fiscal data is incomplete.
 [[nodiscard]] QString qrText(const FiscalInfo& info);
 
-} // namespace frhost
+} // namespace till

@@ -2,7 +2,7 @@
 
 #include "host/transport/restclient.h"
 
-namespace frhost {
+namespace till {
 
 /// Makes drivers that are created while it lives use the given transport. Borrowed; must outlive this and
 /// every such driver.
@@ -14,4 +14,4 @@ public:
     Q_DISABLE_COPY_MOVE(InstalledTransport)
 };
 
-} // namespace frhost
+} // namespace till

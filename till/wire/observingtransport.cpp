@@ -5,29 +5,29 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 void ObservingTransport::startReceipt()
 {
     const auto lock = hold();
-    exchange = {};
+    record = {};
 }
 
 bool ObservingTransport::get(const QUrl& url, const QJsonDocument& document, const Headers& headers)
 {
-    if (exchange.status.saysFailed())
+    if (record.status.saysFailed())
         throw FrWorkWithServiceException(Text::tr("The service could not register the receipt"));
     carriesReceipt = false;
-    forget(exchange.status);
+    forget(record.status);
     const bool arrived = RestClient::get(url, document, headers);
-    note(exchange.status);
+    note(record.status);
     return arrived;
 }
 
 bool ObservingTransport::post(const QUrl& url, const QByteArray& body, const Headers& headers)
 {
     carriesReceipt = !url.path().endsWith(u"/getToken"_s);
-    ServiceAnswer& into = carriesReceipt ? exchange.registration : exchange.token;
+    ServiceAnswer& into = carriesReceipt ? record.registration : record.token;
     forget(into);
     const bool arrived = RestClient::post(url, body, headers);
     note(into);
@@ -38,7 +38,7 @@ void ObservingTransport::sending()
 {
     const auto lock = hold();
     if (carriesReceipt)
-        exchange.receiptSent = true;
+        record.receiptSent = true;
 }
 
 void ObservingTransport::forget(ServiceAnswer& answer)
@@ -52,8 +52,8 @@ void ObservingTransport::note(ServiceAnswer& into)
     const ServiceAnswer answer = readAnswer(getResponseData());
     const auto lock = hold();
     into = answer;
-    exchange.lastErrorCode = into.errorCode;
-    exchange.lastAnswered = into.arrived;
+    record.lastErrorCode = into.errorCode;
+    record.lastAnswered = into.arrived;
 }
 
-} // namespace frhost
+} // namespace till

@@ -5,7 +5,7 @@
 
 #include <mutex>
 
-namespace frhost {
+namespace till {
 
 /// The real transport, which also notes what went over the wire. The driver's exceptions alone cannot tell
 /// "not sent", "refused" and "no answer" apart.
@@ -16,7 +16,7 @@ class ObservingTransport : public RestClient
 public:
     /// Forgets what was seen; call before each receipt.
     void startReceipt();
-    [[nodiscard]] const Exchange& seen() const { return exchange; }
+    [[nodiscard]] const WireRecord& seen() const { return record; }
 
     /// As long as the lock is held, seen() stays as it is and no request is put on the wire that is not there
     /// already.
@@ -35,8 +35,8 @@ private:
     void note(ServiceAnswer& into);
 
     std::mutex guard;
-    Exchange exchange;
+    WireRecord record;
     bool carriesReceipt = false;
 };
 
-} // namespace frhost
+} // namespace till

@@ -6,7 +6,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 QByteArray RecordingTransport::takeBody()
 {
@@ -30,4 +30,4 @@ bool RecordingTransport::post(const QUrl& url, const QByteArray& body, const Hea
     return true;
 }
 
-} // namespace frhost
+} // namespace till

@@ -4,7 +4,7 @@
 
 #include <QByteArray>
 
-namespace frhost {
+namespace till {
 
 /// Sends nothing: keeps the body of the last receipt and answers as the service would.
 class RecordingTransport : public RestClient
@@ -22,4 +22,4 @@ private:
     QVariant answer;
 };
 
-} // namespace frhost
+} // namespace till

@@ -1,13 +1,15 @@
 #pragma once
 
+#include "till/wire/servicecodes.h"
+
 #include <QString>
 #include <QVariant>
 
 #include <optional>
 
-namespace frhost {
+namespace till {
 
-/// One answer of the service, as far as it tells what became of a receipt.
+/// One answer of the service, read once.
 struct ServiceAnswer
 {
     /// Whether there was an answer at all: a JSON object that is not empty.
@@ -17,33 +19,35 @@ struct ServiceAnswer
     /// "wait", "done" or "fail"; empty when missing.
     QString status;
     /// The error object's "code"; none when there is no error or it has no code.
-    std::optional<int> errorCode;
+    std::optional<ServiceCode> errorCode;
     QString errorType;
-    /// The service's own words, without what it may repeat of password and token; empty when there are none.
+    /// The service's own words, with credentials that they repeat masked; empty when there are none.
     QString errorText;
+    /// The fiscal data of a finished document; empty when missing.
+    QVariantMap payload;
 
-    /// Whether the document is finished, and failed. An error that concerns the question (an expired token)
-    /// may carry the status "fail" too and is none.
+    /// Whether the document is finished, and failed. An error that concerns the request (an expired token)
+    /// may carry the status "fail" too, but says nothing about the document.
     [[nodiscard]] bool saysFailed() const;
 };
 
 [[nodiscard]] ServiceAnswer readAnswer(const QVariant& body);
 
 /// What went over the wire for one receipt.
-struct Exchange
+struct WireRecord
 {
-    /// Whether any part of the receipt may have reached the service in one of the tries, whatever came back.
+    /// Whether any part of the receipt may have reached the service in any attempt, whatever came back.
     bool receiptSent = false;
-    /// The answer to the receipt, the last one when it was sent more than once.
+    /// The answer to the receipt; the last one when it was sent more than once.
     ServiceAnswer registration;
     /// The last answer to a question about the document.
     ServiceAnswer status;
     /// The last answer to a request for a token.
     ServiceAnswer token;
-    /// The code of the last answer, whatever it answered; none when that had no error or did not arrive.
-    std::optional<int> lastErrorCode;
+    /// The code of the last answer of any kind; none when that had no error or did not arrive.
+    std::optional<ServiceCode> lastErrorCode;
     /// Whether the last request was answered; none when there was no request.
     std::optional<bool> lastAnswered;
 };
 
-} // namespace frhost
+} // namespace till

@@ -16,6 +16,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 using namespace frhost;
+using namespace till;
 
 CommandLine commandLine(Command command)
 {

@@ -1,8 +1,5 @@
 #include "hostcli/terminal/resultreport.h"
 #include "tests/support/qtprinters.h"
-#include "till/wire/fiscalpayload.h"
-
-#include <QJsonDocument>
 
 #include <gtest/gtest.h>
 
@@ -11,6 +8,7 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 using namespace frhost;
+using namespace till;
 
 FiscalInfo fiscal()
 {
@@ -37,31 +35,6 @@ ReceiptResult registered()
     result.fiscal = fiscal();
     result.receiptUrl = u"https://ofd.example/1"_s;
     return result;
-}
-
-TEST(QrText, IsThatOfTheFiscalReceipt)
-{
-    EXPECT_EQ(qrText(fiscal()), u"t=20200115T2110&s=1030.00&fn=0251440300046840&i=29414&fp=3449555941&n=1"_s);
-}
-
-TEST(QrText, IsEmptyWithoutTheFiscalData)
-{
-    EXPECT_EQ(qrText({}), QString());
-}
-
-TEST(FiscalPayload, IsReadLikeTheDriversOwnRecord)
-{
-    const QJsonObject answer =
-        QJsonDocument::fromJson(R"({"payload":{"receipt_datetime":"15.01.2020 21:10:05",
-        "fn_number":"0251440300046840","ecr_registration_number":"0001234500006789","shift_number":17,
-        "fiscal_document_number":29414,"fiscal_document_attribute":3449555941,"total":1030,
-        "ofd_receipt_url":"https://ofd.example/1"}})")
-            .object();
-    ReceiptResult expected = registered();
-    ReceiptResult read = registered();
-    read.fiscal = fiscalInfo(answer, 1);
-    read.receiptUrl = receiptUrl(answer);
-    EXPECT_EQ(toJsonLine(read), toJsonLine(expected));
 }
 
 TEST(JsonLine, HoldsEveryPart)
@@ -102,7 +75,7 @@ TEST(JsonLine, HoldsTheServicesCode)
     ReceiptResult result;
     result.id = u"i"_s;
     result.outcome = Outcome::Refused;
-    result.error = ErrorInfo{u"E"_s, 32, u"m"_s};
+    result.error = ErrorInfo{u"E"_s, ServiceCode::InvalidReceipt, u"m"_s};
     EXPECT_EQ(toJsonLine(result),
         QByteArray(R"({"error":{"code":32,"message":"m","type":"E"},"id":"i","line":0,"outcome":"refused"})"
                    "\n"));
@@ -138,7 +111,7 @@ TEST(ResultText, NamesTheCause)
     ReceiptResult result;
     result.id = u"i"_s;
     result.outcome = Outcome::Refused;
-    result.error = ErrorInfo{u"E"_s, 32, u"m"_s};
+    result.error = ErrorInfo{u"E"_s, ServiceCode::InvalidReceipt, u"m"_s};
     EXPECT_EQ(toText(result), u"i: refused\n  Cause  m (code 32)\n"_s);
 }
 

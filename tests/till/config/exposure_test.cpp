@@ -7,7 +7,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using frhost::exposure;
+using till::exposure;
 
 constexpr uid_t root = 0;
 constexpr uid_t till = 1000;

@@ -1,7 +1,7 @@
-#include "hostcli/failure.h"
 #include "tests/support/qtprinters.h"
 #include "tests/support/textfile.h"
 #include "till/config/inifile.h"
+#include "till/error.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using namespace frhost;
+using namespace till;
 
 QString valueOf(const QByteArray& written)
 {
@@ -18,7 +18,7 @@ QString valueOf(const QByteArray& written)
 
 QString messageFor(const QByteArray& text)
 {
-    return messageOf<Failure>([&] { std::ignore = parseIni(text, u"r.ini"_s); });
+    return messageOf<Error>([&] { std::ignore = parseIni(text, u"r.ini"_s); });
 }
 
 TEST(IniFile, GivesEveryKeyWithItsSectionAndLine)

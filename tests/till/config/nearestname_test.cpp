@@ -11,7 +11,7 @@ TEST(NearestName, IsTheOneWithTheFewestChanges)
 {
     const QStringList known{u"url"_s, u"login"_s, u"groupCode"_s, u"requestInterval"_s};
     const auto nearest = [&](const char* name) {
-        return frhost::nearestName(QString::fromLatin1(name), known);
+        return till::nearestName(QString::fromLatin1(name), known);
     };
     EXPECT_EQ(nearest("request_interval"), u"requestInterval"_s);
     EXPECT_EQ(nearest("GROUPCODE"), u"groupCode"_s);
@@ -22,7 +22,7 @@ TEST(NearestName, IsTheOneWithTheFewestChanges)
 
 TEST(NearestName, IsEmptyWhenNothingIsKnown)
 {
-    EXPECT_EQ(frhost::nearestName(u"x"_s, {}), QString());
+    EXPECT_EQ(till::nearestName(u"x"_s, {}), QString());
 }
 
 } // namespace

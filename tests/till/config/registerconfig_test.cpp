@@ -1,8 +1,8 @@
 #include "host/log/secrets.h"
-#include "hostcli/failure.h"
 #include "tests/support/qtprinters.h"
 #include "tests/support/textfile.h"
 #include "till/config/registerconfig.h"
+#include "till/error.h"
 
 #include <gtest/gtest.h>
 
@@ -12,7 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using namespace frhost;
+using namespace till;
 
 class RegisterConfiguration : public testing::Test
 {
@@ -24,7 +24,7 @@ protected:
     // The message without the folder.
     [[nodiscard]] QString messageFor(const QByteArray& text) const
     {
-        return messageOf<Failure>([&] { std::ignore = read(text); }).remove(files.path() + u'/');
+        return messageOf<Error>([&] { std::ignore = read(text); }).remove(files.path() + u'/');
     }
 
     TextFiles files;
@@ -194,7 +194,7 @@ TEST_F(RegisterConfiguration, RefusesOptionsThatAreNone)
 
 TEST_F(RegisterConfiguration, SaysWhichFileCannotBeRead)
 {
-    EXPECT_EQ(messageOf<Failure>([] { std::ignore = readRegisterConfig(u"/nonexistent/r.ini"_s); }),
+    EXPECT_EQ(messageOf<Error>([] { std::ignore = readRegisterConfig(u"/nonexistent/r.ini"_s); }),
         u"/nonexistent/r.ini: No such file or directory"_s);
     EXPECT_EQ(messageFor("[register]\npasswordFile=none\n"), u"none: No such file or directory"_s);
     std::ignore = files.file("empty", "\n");
@@ -213,10 +213,8 @@ TEST_F(RegisterConfiguration, RefusesTwoPasswords)
 
 TEST_F(RegisterConfiguration, SaysWhatIsMissingToReachTheService)
 {
-    EXPECT_EQ(messageOf<Failure>([] { requireConnection({}); }),
-        u"This command talks to the service: give a configuration with --config FILE."_s);
     const QString message =
-        messageOf<Failure>([&] { requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\n")); });
+        messageOf<Error>([&] { requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\n")); });
     EXPECT_TRUE(message.endsWith(u"section [register] lacks \"groupCode\""_s)) << message.toStdString();
     EXPECT_NO_THROW(requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\ngroupCode=g\n")));
 }

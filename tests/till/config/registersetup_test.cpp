@@ -1,7 +1,7 @@
-#include "hostcli/failure.h"
 #include "tests/support/qtprinters.h"
 #include "tests/support/textfile.h"
 #include "till/config/registersetup.h"
+#include "till/error.h"
 
 #include <QStringList>
 
@@ -51,7 +51,7 @@ public:
 
 namespace {
 
-using namespace frhost;
+using namespace till;
 
 RegisterConfig config(const char* name, const char* value)
 {
@@ -64,7 +64,7 @@ RegisterConfig config(const char* name, const char* value)
 QString messageFor(const char* name, const char* value)
 {
     Device device;
-    return messageOf<Failure>([&] { configure(device, config(name, value)); });
+    return messageOf<Error>([&] { configure(device, config(name, value)); });
 }
 
 TEST(RegisterSetup, WritesEveryKindOfSetting)

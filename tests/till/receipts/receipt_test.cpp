@@ -8,7 +8,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using namespace frhost;
+using namespace till;
 
 Receipt receipt(const QByteArray& text)
 {
@@ -67,7 +67,7 @@ TEST(Receipt, HasTheDefaultsOfAnOrdinarySale)
         receipt(R"({"id":"a","positions":[{"name":"n","price":1,"quantity":1,"sum":1}],"payments":[]})");
     EXPECT_EQ(sparse.document.getDocumentType(), 0);
     EXPECT_TRUE(sparse.requisites.isEmpty());
-    EXPECT_EQ(sparse.taxSystem(), 0);
+    EXPECT_EQ(sparse.taxSystem(), std::nullopt);
     EXPECT_EQ(sparse.total(), 0);
     const FrPosition& line = sparse.positions[0];
     EXPECT_EQ(line.getDiscsum(), 0);

@@ -1,6 +1,6 @@
-#include "hostcli/failure.h"
 #include "tests/support/qtprinters.h"
 #include "tests/support/textfile.h"
+#include "till/error.h"
 #include "till/receipts/receiptfile.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using namespace frhost;
+using namespace till;
 
 QStringList readAll(ReceiptFile& file)
 {
@@ -33,7 +33,7 @@ protected:
     }
     [[nodiscard]] QString messageFor(const QByteArray& text) const
     {
-        return messageOf<Failure>([&] { std::ignore = read(text); }).remove(files.path() + u'/');
+        return messageOf<Error>([&] { std::ignore = read(text); }).remove(files.path() + u'/');
     }
 
     TextFiles files;
@@ -99,9 +99,9 @@ TEST_F(Receipts, FromAPipeCanBeReadAgainToo)
 
 TEST_F(Receipts, ThatCannotBeReadAreReported)
 {
-    EXPECT_EQ(messageOf<Failure>([] { ReceiptFile file(u"/nonexistent/a"_s); }),
+    EXPECT_EQ(messageOf<Error>([] { ReceiptFile file(u"/nonexistent/a"_s); }),
         u"/nonexistent/a: No such file or directory"_s);
-    EXPECT_FALSE(messageOf<Failure>([&] { ReceiptFile file(files.path()); }).isEmpty()) << "a folder";
+    EXPECT_FALSE(messageOf<Error>([&] { ReceiptFile file(files.path()); }).isEmpty()) << "a folder";
 }
 
 } // namespace

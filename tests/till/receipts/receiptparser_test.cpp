@@ -10,7 +10,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using namespace frhost;
+using namespace till;
 
 // A receipt on three lines whose one position holds `inner` on the second.
 QByteArray withPosition(const QByteArray& inner)

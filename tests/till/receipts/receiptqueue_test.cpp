@@ -1,6 +1,6 @@
-#include "hostcli/failure.h"
 #include "tests/support/qtprinters.h"
 #include "tests/support/textfile.h"
+#include "till/error.h"
 #include "till/receipts/receiptqueue.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using namespace frhost;
+using namespace till;
 
 QByteArray receipt(const char* id)
 {
@@ -21,7 +21,7 @@ class Queue : public testing::Test
 protected:
     [[nodiscard]] QString messageFor(const QStringList& names) const
     {
-        return messageOf<Failure>([&] { const ReceiptQueue queue(names); }).remove(files.path() + u'/');
+        return messageOf<Error>([&] { const ReceiptQueue queue(names); }).remove(files.path() + u'/');
     }
 
     TextFiles files;
@@ -88,7 +88,7 @@ TEST_F(Queue, NoticesAFileThatChangesBeforeItIsSent)
     ReceiptQueue queue({name});
     std::ignore = files.file("a", receipt("1") + "nonsense\n");
     int handed = 0;
-    const QString message = messageOf<Failure>([&] {
+    const QString message = messageOf<Error>([&] {
         queue.forEach([&](const QueuedReceipt&) {
             ++handed;
             return true;

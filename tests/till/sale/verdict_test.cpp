@@ -7,12 +7,12 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 inline void PrintTo(SaleVerdict verdict, std::ostream* out)
 {
-    constexpr const char* names[] = {
-        "Registered", "Refused", "NotSent", "Failed", "Unknown", "TakeExisting", "AskAgain"};
+    constexpr const char* names[] = {"Registered", "Accepted", "Refused", "NotSent", "Failed", "ForeignId",
+        "Unknown", "Existing", "Unfinished"};
     *out << names[static_cast<int>(verdict)];
 }
 
@@ -31,7 +31,8 @@ ServiceAnswer status(const char* text, std::optional<int> code = {}, const char*
     ServiceAnswer answer;
     answer.arrived = true;
     answer.status = QString::fromLatin1(text);
-    answer.errorCode = code;
+    if (code)
+        answer.errorCode = ServiceCode{*code};
     answer.externalId = QString::fromLatin1(externalId);
     return answer;
 }
@@ -54,7 +55,7 @@ ServiceAnswer answeredWith(int code, const char* uuid = "")
 SaleVerdict afterAnswer(
     const ServiceAnswer& registration, const ServiceAnswer& last = {}, bool driverFailed = true)
 {
-    Exchange seen;
+    WireRecord seen;
     seen.receiptSent = true;
     seen.registration = registration;
     seen.status = last;
@@ -63,21 +64,21 @@ SaleVerdict afterAnswer(
 
 SaleVerdict afterSending(const ServiceAnswer& registration, bool driverFailed = true)
 {
-    Exchange seen;
+    WireRecord seen;
     seen.receiptSent = true;
     seen.registration = registration;
     return judgeSending(seen, driverFailed);
 }
 
-TEST(Outcome, IsRefusedWhenTheDriverSentNothing)
+TEST(Verdict, IsRefusedWhenTheDriverSentNothing)
 {
     EXPECT_EQ(judgeSale({}, id, true), SaleVerdict::Refused);
     EXPECT_EQ(judgeSending({}, true), SaleVerdict::Refused);
 }
 
-TEST(Outcome, OfALostConnectionIsNeverThatItWasRefused)
+TEST(Verdict, OfALostConnectionIsNeverThatItWasRefused)
 {
-    Exchange seen;
+    WireRecord seen;
     seen.lastAnswered = false;
     for (const bool driverFailed : {true, false}) {
         EXPECT_EQ(judgeSale(seen, id, driverFailed), SaleVerdict::NotSent);
@@ -88,26 +89,26 @@ TEST(Outcome, OfALostConnectionIsNeverThatItWasRefused)
     EXPECT_EQ(judgeSending(seen, true), SaleVerdict::Unknown);
 }
 
-TEST(Outcome, IsRefusedWhenTheServiceAnsweredButGaveNoToken)
+TEST(Verdict, IsRefusedWhenTheServiceAnsweredButGaveNoToken)
 {
-    Exchange seen;
+    WireRecord seen;
     seen.lastAnswered = true;
     EXPECT_EQ(judgeSale(seen, id, true), SaleVerdict::Refused);
 }
 
-TEST(Outcome, IsUnknownWhenTheDriverSaysItSentWhatNobodySaw)
+TEST(Verdict, IsUnknownWhenTheDriverSaysItSentWhatNobodySaw)
 {
     EXPECT_EQ(judgeSale({}, id, false), SaleVerdict::Unknown);
     EXPECT_EQ(judgeSending({}, false), SaleVerdict::Unknown);
 }
 
-TEST(Outcome, IsUnknownWithoutAnAnswer)
+TEST(Verdict, IsUnknownWithoutAnAnswer)
 {
     EXPECT_EQ(afterAnswer({}), SaleVerdict::Unknown);
     EXPECT_EQ(afterSending({}), SaleVerdict::Unknown);
 }
 
-TEST(Outcome, FollowsTheMeaningOfTheCodeThatAnswersTheReceipt)
+TEST(Verdict, FollowsTheMeaningOfTheCodeThatAnswersTheReceipt)
 {
     for (const int code : {1, 2, 10, 11, 12, 13, 14, 20, 21, 30, 31, 32, 40, 41}) {
         EXPECT_EQ(afterAnswer(answeredWith(code)), SaleVerdict::Refused) << code;
@@ -119,26 +120,26 @@ TEST(Outcome, FollowsTheMeaningOfTheCodeThatAnswersTheReceipt)
     }
 }
 
-TEST(Outcome, OfAKnownIdIsThatOfTheEarlierTry)
+TEST(Verdict, OfAKnownIdIsThatOfTheEarlierTry)
 {
-    EXPECT_EQ(afterAnswer(answeredWith(33, "u")), SaleVerdict::TakeExisting);
-    EXPECT_EQ(afterSending(answeredWith(33, "u"), false), SaleVerdict::Registered);
+    EXPECT_EQ(afterAnswer(answeredWith(33, "u")), SaleVerdict::Existing);
+    EXPECT_EQ(afterSending(answeredWith(33, "u"), false), SaleVerdict::Accepted);
     EXPECT_EQ(afterSending(answeredWith(33), false), SaleVerdict::Unknown);
 }
 
-TEST(Outcome, OfAReceiptInProgressHasToBeAsked)
+TEST(Verdict, OfAReceiptInProgressHasToBeAsked)
 {
-    EXPECT_EQ(afterAnswer(answeredWith(34, "u")), SaleVerdict::AskAgain);
+    EXPECT_EQ(afterAnswer(answeredWith(34, "u")), SaleVerdict::Unfinished);
     EXPECT_EQ(afterAnswer(answeredWith(34)), SaleVerdict::Unknown);
 }
 
-TEST(Outcome, IsUnknownWhenTheServiceGaveNoIdentifier)
+TEST(Verdict, IsUnknownWhenTheServiceGaveNoIdentifier)
 {
     EXPECT_EQ(afterAnswer(accepted(""), status("done"), false), SaleVerdict::Unknown);
     EXPECT_EQ(afterSending(accepted(""), false), SaleVerdict::Unknown);
 }
 
-TEST(Outcome, FollowsTheLastStatusOfAnAcceptedReceipt)
+TEST(Verdict, FollowsTheLastStatusOfAnAcceptedReceipt)
 {
     EXPECT_EQ(afterAnswer(accepted(), status("done"), false), SaleVerdict::Registered);
     EXPECT_EQ(afterAnswer(accepted(), status("done"), true), SaleVerdict::Registered);
@@ -147,15 +148,27 @@ TEST(Outcome, FollowsTheLastStatusOfAnAcceptedReceipt)
     EXPECT_EQ(afterAnswer(accepted(), status("DONE"), false), SaleVerdict::Unknown);
     EXPECT_EQ(afterAnswer(accepted(), status("done", {}, "till-2"), false), SaleVerdict::Unknown);
     EXPECT_EQ(afterAnswer(accepted(), status("fail", {}, "till-2"), false), SaleVerdict::Unknown);
-    EXPECT_EQ(afterSending(accepted(), false), SaleVerdict::Registered);
+    EXPECT_EQ(afterSending(accepted(), false), SaleVerdict::Accepted);
 }
 
-TEST(Outcome, OfAnAcceptedReceiptIsAskedAgainAfterAFailureThatIsNotItsOwn)
+TEST(Verdict, OfAnAcceptedReceiptIsAskedAgainAfterAFailureThatIsNotItsOwn)
 {
-    EXPECT_EQ(afterAnswer(accepted()), SaleVerdict::AskAgain);
-    EXPECT_EQ(afterAnswer(accepted(), answeredWith(11)), SaleVerdict::AskAgain);
-    EXPECT_EQ(afterAnswer(accepted(), answeredWith(30)), SaleVerdict::AskAgain);
-    EXPECT_EQ(afterAnswer(accepted(), answeredWith(50)), SaleVerdict::AskAgain);
+    EXPECT_EQ(afterAnswer(accepted()), SaleVerdict::Unfinished);
+    EXPECT_EQ(afterAnswer(accepted(), answeredWith(11)), SaleVerdict::Unfinished);
+    EXPECT_EQ(afterAnswer(accepted(), answeredWith(30)), SaleVerdict::Unfinished);
+    EXPECT_EQ(afterAnswer(accepted(), answeredWith(50)), SaleVerdict::Unfinished);
+}
+
+TEST(Verdict, OfARegisteredReceiptNeedsItsOwnTotal)
+{
+    using enum SaleVerdict;
+    EXPECT_EQ(compareTotals(Registered, 160.0, 160.0), Registered);
+    EXPECT_EQ(compareTotals(Registered, 160.004, 160.0), Registered);
+    EXPECT_EQ(compareTotals(Registered, 160.01, 160.0), ForeignId);
+    EXPECT_EQ(compareTotals(Registered, 5.0, 160.0), ForeignId);
+    EXPECT_EQ(compareTotals(Registered, std::nullopt, 160.0), Registered);
+    for (const SaleVerdict other : {Refused, Failed, Unknown, Unfinished})
+        EXPECT_EQ(compareTotals(other, 5.0, 160.0), other);
 }
 
 TEST(DocumentState, ToldByOneAnswer)
@@ -206,4 +219,4 @@ TEST(AwaitDocument, GivesUpAfterThreeQuestionsInARowWithoutNews)
 
 } // namespace
 
-} // namespace frhost
+} // namespace till

@@ -9,8 +9,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using frhost::readAnswer;
-using frhost::ServiceAnswer;
+using till::readAnswer;
+using till::ServiceAnswer;
+using till::ServiceCode;
 
 ServiceAnswer answer(const char* json)
 {
@@ -32,7 +33,7 @@ TEST(ServiceAnswer, HoldsWhatTheServiceSaid)
     EXPECT_EQ(given.uuid, u"u"_s);
     EXPECT_EQ(given.externalId, u"e"_s);
     EXPECT_EQ(given.status, u"wait"_s);
-    EXPECT_EQ(given.errorCode, 33);
+    EXPECT_EQ(given.errorCode, ServiceCode::DocumentExists);
     EXPECT_EQ(given.errorType, u"system"_s);
     EXPECT_EQ(given.errorText, u"t"_s);
 }

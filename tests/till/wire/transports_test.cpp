@@ -15,7 +15,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using namespace frhost;
+using namespace till;
 
 // A server that gives its answers one after the other and hangs up when none is left.
 class Answers
@@ -57,8 +57,8 @@ TEST(ObservingTransport, NotesWhatWentOverTheWire)
     EXPECT_TRUE(transport.seen().receiptSent);
     EXPECT_EQ(transport.seen().registration.uuid, u"u"_s);
     EXPECT_TRUE(transport.get(service.url("/v4/group/report/u"), {}, {}));
-    EXPECT_EQ(transport.seen().status.errorCode, 34);
-    EXPECT_EQ(transport.seen().lastErrorCode, 34);
+    EXPECT_EQ(transport.seen().status.errorCode, ServiceCode::DocumentInProgress);
+    EXPECT_EQ(transport.seen().lastErrorCode, ServiceCode::DocumentInProgress);
     EXPECT_EQ(service.requests(), 3U);
     transport.startReceipt();
     EXPECT_FALSE(transport.seen().receiptSent);
@@ -129,7 +129,7 @@ TEST(ObservingTransport, ForgetsTheEarlierAnswerWhenTheNextOneDoesNotArrive)
     const Answers service({R"({"error":{"code":11}})"});
     ObservingTransport transport;
     EXPECT_TRUE(transport.post(service.url("/v4/group/sell"), "{}", {}));
-    EXPECT_EQ(transport.seen().lastErrorCode, 11);
+    EXPECT_EQ(transport.seen().lastErrorCode, ServiceCode::ExpiredToken);
     EXPECT_FALSE(transport.post(service.url("/v4/group/sell"), "{}", {}));
     EXPECT_TRUE(transport.seen().receiptSent);
     EXPECT_FALSE(transport.seen().registration.arrived);

@@ -15,18 +15,18 @@ namespace hw {
 class AbstractFiscalRegister;
 }
 
-namespace frhost {
+namespace till {
 
 /// One register of a loaded plugin: the device object and, once initialised, its driver.
 ///
-/// Everything here throws Failure (usage) when the plugin does not keep the host's contract.
-class FiscalRegister
+/// Everything here throws Error when the plugin does not keep the host's contract.
+class LoadedRegister
 {
 public:
     /// Loads the plugin and takes a device object from its factory.
-    explicit FiscalRegister(const PluginFile& plugin);
-    ~FiscalRegister();
-    Q_DISABLE_COPY_MOVE(FiscalRegister)
+    explicit LoadedRegister(const PluginFile& plugin);
+    ~LoadedRegister();
+    Q_DISABLE_COPY_MOVE(LoadedRegister)
 
     /// The device object; its properties are the register's settings.
     [[nodiscard]] QObject& device() const { return *object; }
@@ -50,4 +50,4 @@ private:
     VposFrDriver* cloudDriver = nullptr;
 };
 
-} // namespace frhost
+} // namespace till

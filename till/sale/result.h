@@ -1,22 +1,13 @@
 #pragma once
 
 #include "host/records/fiscalinfo.h"
+#include "till/sale/outcome.h"
 
 #include <QString>
 
 #include <optional>
 
-namespace frhost {
-
-/// What became of a receipt.
-enum class Outcome
-{
-    Registered,
-    /// Nothing was registered.
-    Refused,
-    /// It may or may not be registered; also when it was not sent for want of a connection.
-    Unknown,
-};
+namespace till {
 
 /// Why a receipt is not known to be registered.
 struct ErrorInfo
@@ -24,7 +15,7 @@ struct ErrorInfo
     /// The exception's class name; empty when none was thrown.
     QString type;
     /// The service's code; none when it gave none.
-    std::optional<int> code;
+    std::optional<ServiceCode> code;
     QString message;
 };
 
@@ -38,7 +29,7 @@ struct ReceiptResult
     std::optional<Outcome> outcome;
     /// Empty when the service gave none.
     QString uuid;
-    /// Whether the service knew the receipt from an earlier try.
+    /// Whether the service knew the receipt from an earlier attempt.
     bool recovered = false;
     std::optional<FiscalInfo> fiscal;
     /// Link to the receipt at the fiscal data operator; empty when the service gave none.
@@ -48,4 +39,4 @@ struct ReceiptResult
     QString advice;
 };
 
-} // namespace frhost
+} // namespace till

@@ -1,9 +1,9 @@
-#include "till/device/fiscalregister.h"
+#include "till/device/loadedregister.h"
 
 #include "host/abstractfiscalregister.h"
 #include "host/abstractfrdriver.h"
 #include "host/vposfrdriver.h"
-#include "hostcli/failure.h"
+#include "till/error.h"
 #include "till/text.h"
 
 #include <QMetaObject>
@@ -11,18 +11,18 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace frhost {
+namespace till {
 
 namespace {
 
 [[noreturn]] void fail(const QPluginLoader& loader, const QString& what)
 {
-    throw Failure(ExitCode::Usage, u"%1: %2"_s.arg(loader.fileName(), what));
+    throw Error(Problem::Setup, u"%1: %2"_s.arg(loader.fileName(), what));
 }
 
 } // namespace
 
-FiscalRegister::FiscalRegister(const PluginFile& plugin)
+LoadedRegister::LoadedRegister(const PluginFile& plugin)
     : loader(plugin.path)
 {
     QObject* factory = loader.instance();
@@ -37,9 +37,9 @@ FiscalRegister::FiscalRegister(const PluginFile& plugin)
         fail(loader, Text::tr("the factory gave no fiscal register"));
 }
 
-FiscalRegister::~FiscalRegister() = default;
+LoadedRegister::~LoadedRegister() = default;
 
-void FiscalRegister::init()
+void LoadedRegister::init()
 {
     if (!QMetaObject::invokeMethod(object.get(), "init", Qt::DirectConnection))
         fail(loader, Text::tr("the register has no slot init"));
@@ -51,9 +51,9 @@ void FiscalRegister::init()
         fail(loader, Text::tr("the driver is not one of a register behind a web service"));
 }
 
-std::chrono::milliseconds FiscalRegister::requestInterval() const
+std::chrono::milliseconds LoadedRegister::requestInterval() const
 {
     return std::chrono::milliseconds(object->property("requestInterval").toInt());
 }
 
-} // namespace frhost
+} // namespace till

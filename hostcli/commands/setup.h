@@ -1,0 +1,23 @@
+#pragma once
+
+#include "hostcli/commandline.h"
+#include "till/config/registerconfig.h"
+#include "till/device/plugindiscovery.h"
+
+namespace frhost {
+
+/// The configuration that the command line names, its warnings shown; an empty one when it names none. Throws
+/// till::Error.
+[[nodiscard]] till::RegisterConfig configOf(const CommandLine& line);
+
+/// The same for a command that talks to the service; throws Failure when the command line names none.
+[[nodiscard]] till::RegisterConfig serviceConfigOf(const CommandLine& line);
+
+/// The plugin that the command line names, else the only one in the folders. Throws Failure when there is
+/// none or there are several, till::Error when the file is not a plugin.
+[[nodiscard]] till::PluginFile pluginOf(const CommandLine& line, const QStringList& folders);
+
+/// The same in the folders of this installation.
+[[nodiscard]] till::PluginFile pluginOf(const CommandLine& line);
+
+} // namespace frhost

@@ -1,0 +1,37 @@
+#include "till/sale/outcome.h"
+
+#include "till/text.h"
+
+namespace till {
+
+Conclusion conclusionOf(SaleVerdict verdict)
+{
+    switch (verdict) {
+    case SaleVerdict::Registered:
+        return {Outcome::Registered, {}, {}};
+    case SaleVerdict::Accepted:
+        return {};
+    case SaleVerdict::Refused:
+        return {Outcome::Refused, Text::tr("The receipt was refused"),
+            Text::tr("Nothing was registered. Correct the cause and run the receipt again.")};
+    case SaleVerdict::Failed:
+        return {Outcome::Refused, Text::tr("The service could not register the receipt"),
+            Text::tr("Nothing was registered, and this id is used up: sent again, it only brings the failed "
+                     "document back. Give the sale a new id and run it again.")};
+    case SaleVerdict::ForeignId:
+        return {Outcome::Refused, {},
+            Text::tr("This sale is NOT registered. Give it an id of its own and run it again.")};
+    case SaleVerdict::NotSent:
+        return {Outcome::Unknown, Text::tr("Not sent, no connection"),
+            Text::tr("This run has not sent the receipt. Running the same file again is safe.")};
+    case SaleVerdict::Unknown:
+    case SaleVerdict::Existing:
+    case SaleVerdict::Unfinished:
+        break;
+    }
+    return {Outcome::Unknown, Text::tr("The service's answer does not say whether the receipt is registered"),
+        Text::tr("It may or may not be registered. Running the same file again is safe: a receipt that the "
+                 "service already has is not registered twice.")};
+}
+
+} // namespace till

@@ -1,0 +1,53 @@
+#include "till/sale/session.h"
+
+#include "host/abstractfrdriver.h"
+#include "till/config/registersetup.h"
+#include "till/error.h"
+#include "till/sale/attempt.h"
+#include "till/text.h"
+
+#include <QUrl>
+
+namespace till {
+
+namespace {
+
+// Done before the transport is made, which keeps the options that it finds.
+RegisterConfig applied(const RegisterConfig& config)
+{
+    requireConnection(config);
+    TransportOptions::setDefaults(config.transport);
+    return config;
+}
+
+} // namespace
+
+Session::Session(const RegisterConfig& usedConfig, const PluginFile& plugin)
+    : config(applied(usedConfig))
+    , installed(observer)
+    , loaded(plugin)
+{
+    setUp(loaded, config);
+}
+
+QString Session::serviceAddress() const
+{
+    return QUrl(loaded.device().property("url").toString()).toDisplayString();
+}
+
+void Session::connect()
+{
+    const auto error = attempt([&] { loaded.driver().connect(); });
+    if (!error)
+        return;
+    const auto code = observer.seen().token.errorCode;
+    if (code && meaningOf(*code).concernsAccount)
+        throw Error(Problem::Setup,
+            Text::tr("The service at %1 does not accept the login: %2. Correct login and password in %3. "
+                     "Nothing was sent.")
+                .arg(serviceAddress(), error->message, config.file));
+    throw Error(Problem::Connection, Text::tr("No connection to the service at %1: %2. Nothing was sent.")
+                                         .arg(serviceAddress(), error->message));
+}
+
+} // namespace till

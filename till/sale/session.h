@@ -1,0 +1,35 @@
+#pragma once
+
+#include "till/config/registerconfig.h"
+#include "till/device/loadedregister.h"
+#include "till/wire/installedtransport.h"
+#include "till/wire/observingtransport.h"
+
+namespace till {
+
+/// A register that is configured, observed on the wire and, after connect(), ready for receipts.
+class Session
+{
+public:
+    /// Loads and configures the register. The configuration's transport options become those of the process.
+    /// Throws Error for whatever is wrong with configuration or plugin.
+    Session(const RegisterConfig& config, const PluginFile& plugin);
+
+    /// Asks the service for a token; blocks for one exchange. Throws Error: Setup when the service refuses
+    /// the credentials, Connection when it cannot be reached.
+    void connect();
+
+    /// The service's address as it may be shown: without a password.
+    [[nodiscard]] QString serviceAddress() const;
+    [[nodiscard]] LoadedRegister& fiscalRegister() { return loaded; }
+    [[nodiscard]] ObservingTransport& transport() { return observer; }
+
+private:
+    RegisterConfig config;
+    // The transport outlives the register, whose driver uses it.
+    ObservingTransport observer;
+    InstalledTransport installed;
+    LoadedRegister loaded;
+};
+
+} // namespace till
