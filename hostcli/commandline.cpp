@@ -44,7 +44,7 @@ constexpr CommandInfo commands[] = {
     {Command::Describe, "describe", "frhost describe",
         QT_TRANSLATE_NOOP("Text", "Show the plugin and the register's settings")},
     {Command::Check, "check", "frhost --config register.ini check",
-        QT_TRANSLATE_NOOP("Text", "Say whether address, login and password work; registers nothing")},
+        QT_TRANSLATE_NOOP("Text", "Check address, login and password; registers nothing")},
     {Command::Sell, "sell", "frhost --config register.ini sell receipt.json",
         QT_TRANSLATE_NOOP("Text", "Register receipts and show their fiscal results")},
     {Command::Send, "send", "frhost --config register.ini send receipt.json",
@@ -75,7 +75,7 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments)
         ->option_text("FILE");
     app.add_flag("--json", arguments.json, Text::tr("One line of JSON for each result").toStdString());
     app.add_option("--log-level", arguments.logLevel,
-           Text::tr("Least level of log lines: debug, info, warning or critical").toStdString())
+           Text::tr("Lowest level of log lines to show: debug, info, warning or critical").toStdString())
         ->option_text("LEVEL")
         ->check(CLI::IsMember(levels));
     app.set_version_flag("--version", "frhost " FRHOST_VERSION);
@@ -93,13 +93,13 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
     else if (info.command != Command::Describe && info.command != Command::Check)
         command
             ->add_option("FILE", arguments.files,
-                Text::tr("Receipts: a JSON object, or JSON Lines; - is standard input").toStdString())
+                Text::tr("Receipts as a JSON object or JSON Lines; - is standard input").toStdString())
             ->option_text("...")
             ->required();
     if (info.command == Command::Sell)
         command
             ->add_option("--qr-dir", arguments.qrDir,
-                Text::tr("Folder into which each receipt's QR code is written as a picture").toStdString())
+                Text::tr("Folder for pictures of the receipts' QR codes").toStdString())
             ->option_text("DIR");
     return command;
 }

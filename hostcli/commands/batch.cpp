@@ -40,7 +40,7 @@ QString outcomeSentence(const ReceiptResult& result)
     case Outcome::Unknown:
         break;
     }
-    return Text::tr("The outcome of %1 is unknown, run again.").arg(result.id);
+    return Text::tr("The outcome of %1 is unknown; run again.").arg(result.id);
 }
 
 } // namespace
@@ -149,9 +149,10 @@ QString Batch::whatIsKnown() const
         return outcomeSentence(result);
     }
     if (transport.seen().receiptSent)
-        return Text::tr("%1 was sent, outcome unknown, run again: the service does not register an id twice.")
+        return Text::tr(
+            "%1 was sent, its outcome is unknown; run again: the service does not register an id twice.")
             .arg(current.id);
-    return Text::tr("%1 was not sent, run again.").arg(current.id);
+    return Text::tr("%1 was not sent; run again.").arg(current.id);
 }
 
 void Batch::raise(ExitCode to)

@@ -42,7 +42,7 @@ ExitCode info(const CommandLine& line, Output& output)
     const auto error = attempt([&] { std::ignore = service.getDocumentInfo(line.uuid); });
     const ServiceAnswer& answer = session.transport().seen().status;
     if (!answer.arrived)
-        throw Failure(ExitCode::Unknown, error ? error->message : Text::tr("The service gave no answer"));
+        throw Failure(ExitCode::Unknown, error ? error->message : Text::tr("The service did not answer"));
     output.write(QJsonDocument(service.getLastResponse())
                      .toJson(line.json ? QJsonDocument::Compact : QJsonDocument::Indented)
                      .trimmed() +

@@ -25,7 +25,7 @@ public:
     /// Shows `text` and the seconds waited until hideStatus(); does nothing where there is no terminal.
     void showStatus(const QString& text);
     void hideStatus();
-    /// Takes the status line away at once and from any thread; a thread that draws it goes on without.
+    /// Removes the status line at once; may be called from any thread, also while another one draws it.
     void dropStatus();
 
 private:

@@ -5,11 +5,11 @@
 
 namespace frhost {
 
-/// The names that --log-level takes, from the most talkative to the quietest.
+/// The names that --log-level accepts, from the most to the least verbose.
 [[nodiscard]] QStringList logLevels();
 
-/// Lets the drivers' log lines of the level and above through, to standard error. The environment variables
-/// QT_LOGGING_RULES and QT_MESSAGE_PATTERN go first.
+/// Sends the drivers' log lines of this level and above to standard error. The environment variables
+/// QT_LOGGING_RULES and QT_MESSAGE_PATTERN take precedence.
 void startLogging(const QString& level);
 
 } // namespace frhost

@@ -16,7 +16,7 @@ public:
     /// The code for a terminal: two rows of modules a line, dark on light whatever the terminal's colours
     /// are.
     [[nodiscard]] QString halfBlocks() const;
-    /// The code as a picture, each module so many pixels wide.
+    /// The code as a picture, each module `pixels` wide.
     [[nodiscard]] QImage picture(int pixels = 8) const;
 
 private:
@@ -24,7 +24,7 @@ private:
     QImage modules;
 };
 
-/// The name of the picture file of the receipt `id`: letters, digits, blanks and "._-" as they are, anything
+/// The name of the picture file of the receipt `id`: letters, digits, spaces and "._-" as they are, anything
 /// else percent-encoded, so that no id leads out of the folder.
 [[nodiscard]] QString qrFileName(const QString& id);
 

@@ -22,7 +22,7 @@ QrPictures::QrPictures(const QString& path)
     QTemporaryFile probe(folder.filePath(u"frhost-XXXXXX"_s));
     if (!folder.mkpath(u"."_s) || !probe.open())
         throw Failure(ExitCode::LocalFailure,
-            Text::tr("%1: no picture can be written there; name another folder with --qr-dir").arg(path));
+            Text::tr("%1: pictures cannot be written there; name another folder with --qr-dir").arg(path));
 }
 
 QString QrPictures::write(const QString& id, const QString& qrText) const

@@ -5,16 +5,16 @@
 
 namespace frhost {
 
-/// The folder into which the QR codes of receipts go, as `<id>.png`.
+/// The folder for the QR codes of receipts, one picture `<id>.png` each.
 class QrPictures
 {
 public:
-    /// Creates the folder; an empty path stands for none. Throws Failure when nothing can be written there,
+    /// Creates the folder; an empty path means no folder. Throws Failure when nothing can be written there,
     /// so that it is known before a receipt is sent.
     explicit QrPictures(const QString& path);
 
-    /// Writes the picture, over an older one; does nothing where there is no folder or no text. Returns why
-    /// it could not be written, empty when it was.
+    /// Writes the picture, replacing an older one; does nothing where there is no folder or no text. Returns
+    /// why it could not be written, empty when it was.
     [[nodiscard]] QString write(const QString& id, const QString& qrText) const;
 
 private:

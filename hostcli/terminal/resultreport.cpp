@@ -53,7 +53,7 @@ QString outcomeText(const ReceiptResult& result)
         return Text::tr("accepted");
     switch (*result.outcome) {
     case Outcome::Registered:
-        return result.recovered ? Text::tr("registered by an earlier try") : Text::tr("registered");
+        return result.recovered ? Text::tr("registered by an earlier attempt") : Text::tr("registered");
     case Outcome::Refused:
         return Text::tr("refused");
     case Outcome::Unknown:

@@ -6,8 +6,8 @@
 
 namespace frhost {
 
-/// Rows as text, each line ended by a line break: columns two blanks apart and as wide as their widest cell,
-/// `indent` blanks in front.
+/// Rows as text, each line ended by a line break: columns two spaces apart and as wide as their widest cell,
+/// indented by `indent` spaces.
 [[nodiscard]] QString textTable(const QList<QStringList>& rows, int indent = 0);
 
 } // namespace frhost

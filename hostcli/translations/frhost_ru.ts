@@ -12,8 +12,8 @@
         <translation>Показать плагин и настройки регистратора</translation>
     </message>
     <message>
-        <source>Say whether address, login and password work; registers nothing</source>
-        <translation>Проверить адрес, имя и пароль; ничего не регистрирует</translation>
+        <source>Check address, login and password; registers nothing</source>
+        <translation>Проверить адрес, логин и пароль; ничего не регистрирует</translation>
     </message>
     <message>
         <source>Register receipts and show their fiscal results</source>
@@ -25,7 +25,7 @@
     </message>
     <message>
         <source>Ask the service about a document</source>
-        <translation>Спросить сервис о документе</translation>
+        <translation>Запросить у сервиса данные о документе</translation>
     </message>
     <message>
         <source>Show what would be sent for receipts; sends nothing</source>
@@ -50,16 +50,16 @@
         <translation>Результаты в JSON, по строке на каждый</translation>
     </message>
     <message>
-        <source>Least level of log lines: debug, info, warning or critical</source>
-        <translation>Наименьший уровень строк журнала: debug, info, warning или critical</translation>
+        <source>Lowest level of log lines to show: debug, info, warning or critical</source>
+        <translation>Показывать строки журнала от этого уровня: debug, info, warning или critical</translation>
     </message>
     <message>
         <source>The service&apos;s identifier of the document</source>
         <translation>Идентификатор документа у сервиса</translation>
     </message>
     <message>
-        <source>Receipts: a JSON object, or JSON Lines; - is standard input</source>
-        <translation>Чеки: объект JSON или JSON Lines; - — стандартный ввод</translation>
+        <source>Receipts as a JSON object or JSON Lines; - is standard input</source>
+        <translation>Чеки в виде объекта JSON или JSON Lines; - — стандартный ввод</translation>
     </message>
     <message>
         <source>Drives a fiscal register through its plugin.</source>
@@ -111,7 +111,7 @@
     </message>
     <message>
         <source>Meaning</source>
-        <translation>Значение</translation>
+        <translation>Описание</translation>
     </message>
     <message>
         <source>Type</source>
@@ -123,15 +123,15 @@
     </message>
     <message>
         <source>Value</source>
-        <translation>Задано</translation>
+        <translation>Значение</translation>
     </message>
     <message>
         <source>the factory has no slot getObject</source>
         <translation>у фабрики нет слота getObject</translation>
     </message>
     <message>
-        <source>the factory gave no fiscal register</source>
-        <translation>фабрика не дала фискального регистратора</translation>
+        <source>the factory did not return a fiscal register</source>
+        <translation>фабрика не вернула фискальный регистратор</translation>
     </message>
     <message>
         <source>the register has no slot init</source>
@@ -142,11 +142,11 @@
         <translation>у регистратора нет драйвера после init</translation>
     </message>
     <message>
-        <source>the driver is not one of a register behind a web service</source>
-        <translation>драйвер не относится к регистратору за веб-сервисом</translation>
+        <source>the driver does not implement VposFrDriver, the interface of a register behind a web service</source>
+        <translation>драйвер не реализует VposFrDriver — интерфейс регистратора за веб-сервисом</translation>
     </message>
     <message>
-        <source>The service gave no answer</source>
+        <source>The service did not answer</source>
         <translation>Сервис не ответил</translation>
     </message>
     <message>
@@ -162,8 +162,8 @@
         <translation>ожидалось «ключ = значение», [секция] или # комментарий</translation>
     </message>
     <message>
-        <source>the key stands before the first [section]</source>
-        <translation>ключ стоит до первой [секции]</translation>
+        <source>the key precedes the first [section]</source>
+        <translation>ключ указан до первой [секции]</translation>
     </message>
     <message>
         <source>the key &quot;%1&quot; is given twice</source>
@@ -194,15 +194,15 @@
         <translation>чек не может быть больше 16 МиБ</translation>
     </message>
     <message>
-        <source>nothing may follow a receipt on several lines; give each one line</source>
-        <translation>после чека в несколько строк ничего быть не может; дайте каждому чеку одну строку</translation>
+        <source>only the single receipt of a file may span several lines; put each receipt on one line</source>
+        <translation>занимать несколько строк может только единственный чек файла; запишите каждый чек в одну строку</translation>
     </message>
     <message>
         <source>the receipt is nested too deeply</source>
         <translation>слишком глубокая вложенность</translation>
     </message>
     <message>
-        <source>the key stands twice in one object</source>
+        <source>the key occurs twice in one object</source>
         <translation>ключ встречается в объекте дважды</translation>
     </message>
     <message>
@@ -219,15 +219,15 @@
     </message>
     <message>
         <source>Nothing was sent. Correct the receipts and run the command again.</source>
-        <translation>Ничего не отправлено. Исправьте чеки и повторите команду.</translation>
+        <translation>Ничего не отправлено. Исправьте чеки и запустите команду ещё раз.</translation>
     </message>
     <message>
-        <source>%1: there is no receipt in it</source>
-        <translation>%1: в файле нет чека</translation>
+        <source>%1: the file contains no receipt</source>
+        <translation>%1: в файле нет ни одного чека</translation>
     </message>
     <message>
-        <source>%1: /id: the id stands at %2 already; the service would take the second receipt for a repeat of the first</source>
-        <translation>%1: /id: этот id уже есть в %2; сервис принял бы второй чек за повтор первого</translation>
+        <source>%1: /id: the same id is used at %2; the service would treat the second receipt as a repeat of the first</source>
+        <translation>%1: /id: такой id уже есть в %2; сервис принял бы второй чек за повтор первого</translation>
     </message>
     <message>
         <source>%1: the file has changed since it was checked; the rest was not sent</source>
@@ -238,28 +238,28 @@
         <translation>%1: в первой строке нет пароля в UTF-8</translation>
     </message>
     <message>
-        <source>&quot;%1&quot; is no option; write it as 0x10 = off</source>
-        <translation>«%1» — не опция; пишите так: 0x10 = off</translation>
+        <source>&quot;%1&quot; is not an option; write, for example, 0x10 = off</source>
+        <translation>«%1» — не опция; пишите, например, 0x10 = off</translation>
     </message>
     <message>
-        <source>option %1 takes &quot;on&quot; or &quot;off&quot;</source>
-        <translation>опция %1 принимает «on» или «off»</translation>
+        <source>option %1 must be &quot;on&quot; or &quot;off&quot;</source>
+        <translation>опция %1 может быть «on» или «off»</translation>
     </message>
     <message>
         <source>unknown section [%1]; did you mean [%2]?</source>
         <translation>неизвестная секция [%1]; может быть, [%2]?</translation>
     </message>
     <message>
-        <source>give password or passwordFile, not both</source>
-        <translation>задайте password или passwordFile, но не оба</translation>
+        <source>set password or passwordFile, not both</source>
+        <translation>укажите password или passwordFile, но не оба</translation>
     </message>
     <message>
         <source>%1: section [register] lacks &quot;%2&quot;</source>
         <translation>%1: в секции [register] нет «%2»</translation>
     </message>
     <message>
-        <source>%1 takes a value of type %2</source>
-        <translation>%1 принимает значение типа %2</translation>
+        <source>the value of %1 must be of type %2</source>
+        <translation>значение %1 должно быть типа %2</translation>
     </message>
     <message>
         <source>the register refused the value of %1</source>
@@ -270,24 +270,24 @@
         <translation>регистратор не использует «%1»</translation>
     </message>
     <message>
-        <source>%1: the register takes no [driverOptions]</source>
-        <translation>%1: регистратор не принимает [driverOptions]</translation>
+        <source>%1: the register does not support [driverOptions]</source>
+        <translation>%1: регистратор не поддерживает [driverOptions]</translation>
     </message>
     <message>
         <source>Nothing was registered. Correct the cause and run the receipt again.</source>
-        <translation>Ничего не зарегистрировано. Устраните причину и пробейте чек снова.</translation>
+        <translation>Ничего не зарегистрировано. Устраните причину и отправьте чек ещё раз.</translation>
     </message>
     <message>
         <source>It may or may not be registered. Running the same file again is safe: a receipt that the service already has is not registered twice.</source>
-        <translation>Чек может быть зарегистрирован, а может и нет. Повторить тот же файл безопасно: чек, который у сервиса уже есть, второй раз не регистрируется.</translation>
+        <translation>Чек, возможно, зарегистрирован. Отправить тот же файл ещё раз безопасно: чек, который у сервиса уже есть, второй раз не регистрируется.</translation>
     </message>
     <message>
-        <source>Nothing was registered, and this id is used up: sent again, it only brings the failed document back. Give the sale a new id and run it again.</source>
-        <translation>Ничего не зарегистрировано, а этот id израсходован: повтор лишь вернёт неудавшийся документ. Дайте продаже новый id и пробейте её снова.</translation>
+        <source>Nothing was registered, and this id is used up: sent again, it only returns the failed document. Give the sale a new id and run it again.</source>
+        <translation>Ничего не зарегистрировано, и этот id больше не годится: на повтор сервис вернёт тот же неудавшийся документ. Дайте продаже новый id и отправьте её ещё раз.</translation>
     </message>
     <message>
         <source>This sale is NOT registered. Give it an id of its own and run it again.</source>
-        <translation>Эта продажа НЕ зарегистрирована. Дайте ей собственный id и пробейте её снова.</translation>
+        <translation>Эта продажа НЕ зарегистрирована. Дайте ей собственный id и отправьте её ещё раз.</translation>
     </message>
     <message>
         <source>The id already belongs to another receipt, registered with the total %1 instead of %2</source>
@@ -295,7 +295,7 @@
     </message>
     <message>
         <source>The receipt was refused</source>
-        <translation>Чек не принят</translation>
+        <translation>Чек отклонён</translation>
     </message>
     <message>
         <source>The service&apos;s answer does not say whether the receipt is registered</source>
@@ -306,8 +306,8 @@
         <translation>принят</translation>
     </message>
     <message>
-        <source>registered by an earlier try</source>
-        <translation>зарегистрирован прежней попыткой</translation>
+        <source>registered by an earlier attempt</source>
+        <translation>зарегистрирован предыдущей попыткой</translation>
     </message>
     <message>
         <source>registered</source>
@@ -319,7 +319,7 @@
     </message>
     <message>
         <source>unknown</source>
-        <translation>исход неизвестен</translation>
+        <translation>результат неизвестен</translation>
     </message>
     <message>
         <source>%1 (code %2)</source>
@@ -347,7 +347,7 @@
     </message>
     <message>
         <source>Register</source>
-        <translation>Регистратор</translation>
+        <translation>РН ККТ</translation>
     </message>
     <message>
         <source>Fiscal storage</source>
@@ -379,22 +379,22 @@
     </message>
     <message>
         <source>Receipts: %1. Registered: %2, refused: %3, unknown: %4.</source>
-        <translation>Чеков: %1. Зарегистрировано: %2, отклонено: %3, исход неизвестен: %4.</translation>
+        <translation>Чеков: %1. Зарегистрировано: %2, отклонено: %3, результат неизвестен: %4.</translation>
     </message>
     <message>
         <source>Receipts: %1. Accepted: %2, refused: %3, unknown: %4.</source>
-        <translation>Чеков: %1. Принято: %2, отклонено: %3, исход неизвестен: %4.</translation>
+        <translation>Чеков: %1. Принято: %2, отклонено: %3, результат неизвестен: %4.</translation>
     </message>
     <message>
         <source>Receipts not sent: %1.</source>
         <translation>Не отправлено чеков: %1.</translation>
     </message>
     <message>
-        <source>Folder into which each receipt&apos;s QR code is written as a picture</source>
-        <translation>Папка, в которую записывается картинка QR-кода каждого чека</translation>
+        <source>Folder for pictures of the receipts&apos; QR codes</source>
+        <translation>Папка для картинок QR-кодов чеков</translation>
     </message>
     <message>
-        <source>%1: no picture can be written there; name another folder with --qr-dir</source>
+        <source>%1: pictures cannot be written there; name another folder with --qr-dir</source>
         <translation>%1: сюда нельзя записать картинки; укажите другую папку в --qr-dir</translation>
     </message>
     <message>
@@ -403,7 +403,7 @@
     </message>
     <message>
         <source>This run has not sent the receipt. Running the same file again is safe.</source>
-        <translation>В этом запуске чек не отправлен. Повторный запуск с тем же файлом безопасен.</translation>
+        <translation>В этот раз чек не отправлен. Отправить тот же файл ещё раз безопасно.</translation>
     </message>
     <message>
         <source>Not sent, no connection</source>
@@ -414,7 +414,7 @@
         <translation>Не отправлен, нет связи: %1</translation>
     </message>
     <message>
-        <source>%1 takes 1 to %2 milliseconds</source>
+        <source>%1 must be 1 to %2 milliseconds</source>
         <translation>%1: допустимо от 1 до %2 миллисекунд</translation>
     </message>
     <message>
@@ -427,23 +427,23 @@
     </message>
     <message>
         <source>%1 was refused.</source>
-        <translation>В регистрации %1 отказано.</translation>
+        <translation>%1 отклонён.</translation>
     </message>
     <message>
-        <source>The outcome of %1 is unknown, run again.</source>
-        <translation>Исход %1 неизвестен, запустите ещё раз.</translation>
+        <source>The outcome of %1 is unknown; run again.</source>
+        <translation>Результат %1 неизвестен; запустите ещё раз.</translation>
     </message>
     <message>
         <source>Nothing was sent.</source>
         <translation>Ничего не отправлено.</translation>
     </message>
     <message>
-        <source>%1 was sent, outcome unknown, run again: the service does not register an id twice.</source>
-        <translation>%1 отправлен, исход неизвестен, запустите ещё раз: один идентификатор сервис дважды не регистрирует.</translation>
+        <source>%1 was sent, its outcome is unknown; run again: the service does not register an id twice.</source>
+        <translation>%1 отправлен, результат неизвестен; запустите ещё раз: один id сервис дважды не регистрирует.</translation>
     </message>
     <message>
-        <source>%1 was not sent, run again.</source>
-        <translation>%1 не отправлен, запустите ещё раз.</translation>
+        <source>%1 was not sent; run again.</source>
+        <translation>%1 не отправлен; запустите ещё раз.</translation>
     </message>
     <message>
         <source>Interrupted. %1</source>
@@ -463,7 +463,7 @@
     </message>
     <message>
         <source>%1 holds a password and has the mode %2, so others can read it. Run: %3</source>
-        <translation>%1 содержит пароль, и с правами %2 его могут прочесть другие. Выполните: %3</translation>
+        <translation>%1 содержит пароль, а права %2 позволяют читать файл другим пользователям. Выполните: %3</translation>
     </message>
     <message>
         <source>%1: larger than 1 MiB</source>
@@ -471,7 +471,7 @@
     </message>
     <message>
         <source>%1: the password is taken from here, not from the credential %2</source>
-        <translation>%1: пароль взят отсюда, а не из учётных данных %2</translation>
+        <translation>%1: пароль взят из этого файла, а не из credential %2</translation>
     </message>
     <message>
         <source>%1: no such plugin file</source>

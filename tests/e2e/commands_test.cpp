@@ -78,7 +78,7 @@ TEST(Configuration, IsNeededToReachTheService)
     const Ran refused = run(frhostProgram(), {u"check"_s});
     EXPECT_EQ(refused.exitCode, 1);
     EXPECT_EQ(
-        refused.err, u"This command talks to the service: give a configuration with --config FILE.\n"_s);
+        refused.err, u"This command talks to the service: name a configuration with --config FILE.\n"_s);
 }
 
 TEST(Configuration, ThatTheRegisterRefusesIsReported)
@@ -135,9 +135,9 @@ TEST(Language, IsThatOfTheLocale)
         return run(u"env"_s, {u"LC_ALL="_s + QString::fromLatin1(locale), frhostProgram(), u"check"_s}).err;
     };
     EXPECT_EQ(
-        told("ru_RU.UTF-8"), u"Эта команда обращается к сервису: укажите настройки, --config FILE.\n"_s);
+        told("ru_RU.UTF-8"), u"Эта команда обращается к сервису: укажите файл настроек, --config FILE.\n"_s);
     EXPECT_EQ(
-        told("C.UTF-8"), u"This command talks to the service: give a configuration with --config FILE.\n"_s);
+        told("C.UTF-8"), u"This command talks to the service: name a configuration with --config FILE.\n"_s);
 }
 
 TEST(Plugin, ThatIsNoneIsReported)

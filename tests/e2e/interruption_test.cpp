@@ -22,7 +22,7 @@ using testing::StartsWith;
 const QStringList outcome{u"id"_s, u"outcome"_s};
 
 constexpr auto sent =
-    "Interrupted. r1 was sent, outcome unknown, run again: the service does not register an id "
+    "Interrupted. r1 was sent, its outcome is unknown; run again: the service does not register an id "
     "twice.\n";
 
 bool hasCalls(const EmulatorProcess& emulator, const QString& calls)
@@ -138,7 +138,8 @@ TEST_P(Interruption, OfABatchTellsHowManyAreDone)
     EXPECT_EQ(ran.exitCode, 4);
     EXPECT_EQ(ran.columns(outcome), (QStringList{u"r1 registered"_s, u"r2 unknown"_s}));
     EXPECT_EQ(ran.err.toStdString(),
-        "Interrupted. r2 was sent, outcome unknown, run again: the service does not register an id twice.\n"
+        "Interrupted. r2 was sent, its outcome is unknown; run again: the service does not register an id "
+        "twice.\n"
         "Receipts: 3. Registered: 1, refused: 0, unknown: 1.\nReceipts not sent: 1.\n");
 }
 

@@ -52,7 +52,7 @@ QList<IniEntry> parseIni(const QByteArray& text, const QString& fileName)
         if (equals <= 0)
             fail(Text::tr("expected \"key = value\", a [section] or a # comment"));
         if (section.isEmpty())
-            fail(Text::tr("the key stands before the first [section]"));
+            fail(Text::tr("the key precedes the first [section]"));
         const IniEntry entry{
             section, line.first(equals).trimmed(), line.sliced(equals + 1).trimmed(), number};
         if (seen.contains({section, entry.key}))

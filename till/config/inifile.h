@@ -16,7 +16,7 @@ struct IniEntry
     int line = 0;
 };
 
-/// Reads INI text in UTF-8. A value is everything behind the first "=" without the blanks around it: quotes,
+/// Reads INI text in UTF-8. A value is everything after the first "=", without the spaces around it: quotes,
 /// backslashes, commas, "#" and ";" are part of it. A comment is a line that begins with "#" or ";".
 ///
 /// Throws Error that names the file and the line for a line that is none of these, a key outside a

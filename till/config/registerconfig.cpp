@@ -58,7 +58,7 @@ Content readAll(const QString& path)
     return {bytes, exposure(path, status, geteuid())};
 }
 
-// Everything up to the first line break, blanks included: they may belong to the password.
+// Everything up to the first line break, spaces included: they may belong to the password.
 QString firstLine(QByteArray content, const QString& path)
 {
     if (const qsizetype end = content.indexOf('\n'); end >= 0)
@@ -120,10 +120,11 @@ void addOption(RegisterConfig& config, const IniEntry& entry)
     bool isNumber = false;
     const quint64 bits = entry.key.toULongLong(&isNumber, 0);
     if (!isNumber || bits == 0)
-        fail(config.file, entry.line, Text::tr("\"%1\" is no option; write it as 0x10 = off").arg(entry.key));
+        fail(config.file, entry.line,
+            Text::tr("\"%1\" is not an option; write, for example, 0x10 = off").arg(entry.key));
     const QString value = entry.value.toLower();
     if (value != u"on"_s && value != u"off"_s)
-        fail(config.file, entry.line, Text::tr("option %1 takes \"on\" or \"off\"").arg(entry.key));
+        fail(config.file, entry.line, Text::tr("option %1 must be \"on\" or \"off\"").arg(entry.key));
     config.driverOptions.insert(static_cast<hw::fr::Option>(bits), value == u"on"_s);
 }
 
@@ -163,7 +164,7 @@ void addTransport(RegisterConfig& config, const IniEntry& entry)
         const int milliseconds = entry.value.toInt(&isNumber);
         if (!isNumber || milliseconds < 1 || milliseconds > longestTimeout)
             fail(config.file, entry.line,
-                Text::tr("%1 takes 1 to %2 milliseconds").arg(entry.key, QString::number(longestTimeout)));
+                Text::tr("%1 must be 1 to %2 milliseconds").arg(entry.key, QString::number(longestTimeout)));
         config.transport.*member = std::chrono::milliseconds(milliseconds);
         return;
     }
@@ -212,7 +213,7 @@ RegisterConfig readRegisterConfig(const QString& file)
         const bool fromFile = entry.key == passwordFileKey;
         const QString name = fromFile ? passwordKey : entry.key;
         if (config.has(name))
-            fail(file, entry.line, Text::tr("give password or passwordFile, not both"));
+            fail(file, entry.line, Text::tr("set password or passwordFile, not both"));
         if (name == passwordKey)
             addPassword(config, fromFile ? readPasswordFile(config, entry.value) : entry.value, entry.line);
         else

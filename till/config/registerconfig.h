@@ -15,7 +15,7 @@ struct Setting
     /// The device's property name.
     QString name;
     QString value;
-    /// Where it stands in the configuration file, counted from 1.
+    /// Its line in the configuration file, counted from 1.
     int line = 0;
 };
 
@@ -23,13 +23,13 @@ struct Setting
 /// to it.
 struct RegisterConfig
 {
-    /// The configuration file; empty when there is none.
+    /// The configuration file; empty for a configuration that was not read from one.
     QString file;
     QList<Setting> settings;
     hw::fr::DriverOptions driverOptions;
     /// How the service is reached; the defaults where the file says nothing.
     TransportOptions transport;
-    /// What the user should know though it does not keep the configuration from being used.
+    /// Warnings for the user; the configuration can be used all the same.
     QStringList warnings;
 
     [[nodiscard]] bool has(const QString& name) const;
@@ -44,7 +44,7 @@ struct RegisterConfig
 /// Throws Error that names the file and the line.
 [[nodiscard]] RegisterConfig readRegisterConfig(const QString& file);
 
-/// Throws Error unless all settings are there without which the service cannot be asked anything.
+/// Throws Error when a setting is missing without which the service cannot be reached.
 void requireConnection(const RegisterConfig& config);
 
 } // namespace till

@@ -38,7 +38,7 @@ QVariant parsedBool(const QString& text)
     return {};
 }
 
-// The text as a value of the property's type; invalid when it is none.
+// The text as a value of the property's type; invalid when it cannot be converted.
 QVariant parsed(const QString& text, const QMetaType& type)
 {
     bool isNumber = false;
@@ -72,10 +72,9 @@ void write(QObject& device, const QString& name, const QString& text)
     const QString hint = classInfo(device, name + u":info"_s);
     const QVariant wanted = parsed(text, property.metaType());
     if (!wanted.isValid())
-        throw Error(Problem::Setup,
-            withHint(
-                Text::tr("%1 takes a value of type %2").arg(name, QString::fromLatin1(property.typeName())),
-                hint));
+        throw Error(Problem::Setup, withHint(Text::tr("the value of %1 must be of type %2")
+                                                 .arg(name, QString::fromLatin1(property.typeName())),
+                                        hint));
     const QVariant before = property.read(&device);
     property.write(&device, wanted);
     const QVariant after = property.read(&device);
@@ -130,7 +129,8 @@ void configure(QObject& device, const RegisterConfig& config)
     }
     if (!config.driverOptions.isEmpty() &&
         !device.setProperty("driverOptions", QVariant::fromValue(config.driverOptions)))
-        throw Error(Problem::Setup, Text::tr("%1: the register takes no [driverOptions]").arg(config.file));
+        throw Error(
+            Problem::Setup, Text::tr("%1: the register does not support [driverOptions]").arg(config.file));
 }
 
 void setUp(LoadedRegister& fiscalRegister, const RegisterConfig& config)

@@ -34,7 +34,7 @@ LoadedRegister::LoadedRegister(const PluginFile& plugin)
     object.reset(made.value<QObject*>());
     interface = qobject_cast<hw::AbstractFiscalRegister*>(object.get());
     if (!interface)
-        fail(loader, Text::tr("the factory gave no fiscal register"));
+        fail(loader, Text::tr("the factory did not return a fiscal register"));
 }
 
 LoadedRegister::~LoadedRegister() = default;
@@ -48,7 +48,8 @@ void LoadedRegister::init()
         fail(loader, Text::tr("the register has no driver after init"));
     cloudDriver = dynamic_cast<VposFrDriver*>(legacyDriver);
     if (!cloudDriver)
-        fail(loader, Text::tr("the driver is not one of a register behind a web service"));
+        fail(loader, Text::tr("the driver does not implement VposFrDriver, the interface of a register "
+                              "behind a web service"));
 }
 
 std::chrono::milliseconds LoadedRegister::requestInterval() const

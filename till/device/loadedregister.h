@@ -23,7 +23,7 @@ namespace till {
 class LoadedRegister
 {
 public:
-    /// Loads the plugin and takes a device object from its factory.
+    /// Loads the plugin and gets a device object from its factory.
     explicit LoadedRegister(const PluginFile& plugin);
     ~LoadedRegister();
     Q_DISABLE_COPY_MOVE(LoadedRegister)

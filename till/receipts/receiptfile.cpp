@@ -110,7 +110,8 @@ bool ReceiptFile::next(RawReceipt& receipt)
     }
     while (overSeveralLines && !atEnd) {
         if (!isBlank(readLine()))
-            fail(line, Text::tr("nothing may follow a receipt on several lines; give each one line"));
+            fail(line, Text::tr("only the single receipt of a file may span several lines; put each receipt "
+                                "on one line"));
     }
     first = false;
     receipt.text = text;

@@ -16,9 +16,9 @@ struct RawReceipt
     int line = 0;
 };
 
-/// A file of receipts: one JSON object over as many lines as it likes, or JSON Lines. It is read a receipt at
-/// a time, whatever its size, and can be read again; what cannot be read twice (standard input, a pipe) is
-/// copied to a temporary file first.
+/// A file of receipts: one JSON object on any number of lines, or JSON Lines. It is read one receipt at a
+/// time, whatever its size, and can be read again; input that cannot be read twice (standard input, a pipe)
+/// is copied to a temporary file first.
 class ReceiptFile
 {
 public:
@@ -28,7 +28,7 @@ public:
     [[nodiscard]] QString name() const { return fileName; }
 
     /// The next receipt; false at the end. Throws Error when reading fails, when a receipt
-    /// is larger than 16 MiB, and when something follows a receipt that stands on several lines.
+    /// is larger than 16 MiB, and when anything follows a receipt that spans several lines.
     [[nodiscard]] bool next(RawReceipt& receipt);
 
     /// Back to the first receipt.

@@ -88,7 +88,7 @@ std::optional<ReceiptProblem> structureProblem(const Value& value, const QString
         for (const auto& entry : value.GetObject()) {
             const QString inner = member(pointer, text(entry.name));
             if (!names.emplace(entry.name.GetString(), entry.name.GetStringLength()).second)
-                return ReceiptProblem{0, inner, Text::tr("the key stands twice in one object")};
+                return ReceiptProblem{0, inner, Text::tr("the key occurs twice in one object")};
             if (auto problem = structureProblem(entry.value, inner, depth + 1))
                 return problem;
         }
@@ -102,7 +102,7 @@ int lineBreaksBefore(const QByteArray& source, std::size_t offset)
     return static_cast<int>(std::count(source.begin(), end, '\n'));
 }
 
-// Reads the text again to learn where the last value at a pointer stands.
+// Reads the text again to learn where the last value at a pointer is.
 class Locator : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, Locator>
 {
 public:

@@ -21,7 +21,7 @@ struct ReceiptProblem
 };
 
 /// Parses the text of one receipt and checks it against the published JSON Schema. Beyond the schema, a key
-/// that stands twice in one object and an excessive nesting are wrong.
+/// that occurs twice in one object and excessive nesting are errors.
 class ReceiptParser
 {
 public:

@@ -86,15 +86,14 @@ QString ReceiptQueue::checkAll()
                     std::get<QJsonObject>(parsed).value(u"id"_s).toString(), static_cast<int>(i), raw.line));
         }
         if (receiptCount == before)
-            add(Text::tr("%1: there is no receipt in it").arg(files[i]->name()));
+            add(Text::tr("%1: the file contains no receipt").arg(files[i]->name()));
     }
 
     std::sort(ids.begin(), ids.end());
     for (std::size_t i = 1; i < ids.size(); ++i) {
         if (ids[i].digest == ids[i - 1].digest)
-            add(Text::tr(
-                "%1: /id: the id stands at %2 already; the service would take the second receipt for a "
-                "repeat of the first")
+            add(Text::tr("%1: /id: the same id is used at %2; the service would treat the second receipt as "
+                         "a repeat of the first")
                     .arg(place(files[static_cast<std::size_t>(ids[i].file)]->name(), ids[i].line),
                         place(files[static_cast<std::size_t>(ids[i - 1].file)]->name(), ids[i - 1].line)));
     }

@@ -15,7 +15,7 @@
 
 namespace till {
 
-/// A receipt and where it stands.
+/// A receipt and its place in the input.
 struct QueuedReceipt
 {
     QString file;
@@ -24,13 +24,13 @@ struct QueuedReceipt
 };
 
 /// The receipts of a run, from any number of files. They are read twice: first all are checked and
-/// forgotten, then they are handed out one at a time, so memory does not grow with their number but for 24
-/// bytes each while they are checked.
+/// forgotten, then they are handed out one at a time, so memory grows by no more than 24 bytes a receipt, and
+/// only while they are checked.
 class ReceiptQueue
 {
 public:
     /// Reads and checks all receipts. Throws Error whose message names file, line, JSON
-    /// pointer and rule of each wrong one (the first ten), and of an id that stands twice.
+    /// pointer and rule of each wrong one (the first ten), and of each id that occurs twice.
     explicit ReceiptQueue(const QStringList& fileNames);
 
     [[nodiscard]] int count() const { return receiptCount; }

@@ -16,8 +16,8 @@ Conclusion conclusionOf(SaleVerdict verdict)
             Text::tr("Nothing was registered. Correct the cause and run the receipt again.")};
     case SaleVerdict::Failed:
         return {Outcome::Refused, Text::tr("The service could not register the receipt"),
-            Text::tr("Nothing was registered, and this id is used up: sent again, it only brings the failed "
-                     "document back. Give the sale a new id and run it again.")};
+            Text::tr("Nothing was registered, and this id is used up: sent again, it only returns the failed "
+                     "document. Give the sale a new id and run it again.")};
     case SaleVerdict::ForeignId:
         return {Outcome::Refused, {},
             Text::tr("This sale is NOT registered. Give it an id of its own and run it again.")};

@@ -18,8 +18,7 @@ public:
     void startReceipt();
     [[nodiscard]] const WireRecord& seen() const { return record; }
 
-    /// As long as the lock is held, seen() stays as it is and no request is put on the wire that is not there
-    /// already.
+    /// While the lock is held, seen() does not change and no further request goes out.
     [[nodiscard]] std::unique_lock<std::mutex> hold() { return std::unique_lock(guard); }
 
     /// Throws FrWorkWithServiceException instead of asking once more about a document that the service has

@@ -89,7 +89,7 @@ TEST_F(RunOfABatch, InterruptedBeforeAReceiptIsSentSaysSo)
             batch.interrupt();
         },
         testing::ExitedWithCode(4),
-        "^Interrupted\\. r1 was not sent, run again\\.\nReceipts: 3\\. Registered: 0, refused: 0, unknown: "
+        "^Interrupted\\. r1 was not sent; run again\\.\nReceipts: 3\\. Registered: 0, refused: 0, unknown: "
         "0\\.\nReceipts not sent: 3\\.\n$");
 }
 

@@ -173,7 +173,7 @@ TEST_F(RegisterConfiguration, RefusesATransportThatIsWrong)
         u"r.ini:2: unknown key \"conectTimeout\"; did you mean \"connectTimeout\"?"_s);
     for (const char* value : {"", "0", "-1", "3600001", "99999999999", "5s"})
         EXPECT_EQ(messageFor(QByteArray("[transport]\nstallTimeout=") + value + '\n'),
-            u"r.ini:2: stallTimeout takes 1 to 3600000 milliseconds"_s);
+            u"r.ini:2: stallTimeout must be 1 to 3600000 milliseconds"_s);
 }
 
 TEST_F(RegisterConfiguration, NamesFileAndLineOfWhatIsWrong)
@@ -186,10 +186,11 @@ TEST_F(RegisterConfiguration, NamesFileAndLineOfWhatIsWrong)
 TEST_F(RegisterConfiguration, RefusesOptionsThatAreNone)
 {
     EXPECT_EQ(messageFor("[driverOptions]\nuseFn=off\n"),
-        u"r.ini:2: \"useFn\" is no option; write it as 0x10 = off"_s);
+        u"r.ini:2: \"useFn\" is not an option; write, for example, 0x10 = off"_s);
+    EXPECT_EQ(messageFor("[driverOptions]\n0=off\n"),
+        u"r.ini:2: \"0\" is not an option; write, for example, 0x10 = off"_s);
     EXPECT_EQ(
-        messageFor("[driverOptions]\n0=off\n"), u"r.ini:2: \"0\" is no option; write it as 0x10 = off"_s);
-    EXPECT_EQ(messageFor("[driverOptions]\n0x10=maybe\n"), u"r.ini:2: option 0x10 takes \"on\" or \"off\""_s);
+        messageFor("[driverOptions]\n0x10=maybe\n"), u"r.ini:2: option 0x10 must be \"on\" or \"off\""_s);
 }
 
 TEST_F(RegisterConfiguration, SaysWhichFileCannotBeRead)
@@ -206,9 +207,9 @@ TEST_F(RegisterConfiguration, RefusesTwoPasswords)
 {
     std::ignore = files.file("secret", "x\n");
     EXPECT_EQ(messageFor("[register]\npassword=x\npasswordFile=secret\n"),
-        u"r.ini:3: give password or passwordFile, not both"_s);
+        u"r.ini:3: set password or passwordFile, not both"_s);
     EXPECT_EQ(messageFor("[register]\npasswordFile=secret\npassword=x\n"),
-        u"r.ini:3: give password or passwordFile, not both"_s);
+        u"r.ini:3: set password or passwordFile, not both"_s);
 }
 
 TEST_F(RegisterConfiguration, SaysWhatIsMissingToReachTheService)

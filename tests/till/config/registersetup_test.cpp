@@ -99,10 +99,10 @@ TEST(RegisterSetup, RefusesWhatIsNoSetting)
 
 TEST(RegisterSetup, ReportsAValueOfTheWrongType)
 {
-    EXPECT_EQ(
-        messageFor("interval", "1 s"), u"r.ini:7: interval takes a value of type int. Not below 200."_s);
-    EXPECT_EQ(messageFor("number", "-1"), u"r.ini:7: number takes a value of type uint"_s);
-    EXPECT_EQ(messageFor("beep", "да"), u"r.ini:7: beep takes a value of type bool"_s);
+    EXPECT_EQ(messageFor("interval", "1 s"),
+        u"r.ini:7: the value of interval must be of type int. Not below 200."_s);
+    EXPECT_EQ(messageFor("number", "-1"), u"r.ini:7: the value of number must be of type uint"_s);
+    EXPECT_EQ(messageFor("beep", "да"), u"r.ini:7: the value of beep must be of type bool"_s);
 }
 
 TEST(RegisterSetup, ReportsAValueThatTheRegisterSilentlyRefused)

@@ -60,7 +60,7 @@ TEST_F(Receipts, AreNoneInAnEmptyFile)
 TEST_F(Receipts, MayNotFollowOneOnSeveralLines)
 {
     EXPECT_EQ(messageFor("{\n}\n\n{\n}\n"),
-        u"receipts:4: nothing may follow a receipt on several lines; give each one line"_s);
+        u"receipts:4: only the single receipt of a file may span several lines; put each receipt on one line"_s);
 }
 
 TEST_F(Receipts, MayNotBeLargerThan16MiB)

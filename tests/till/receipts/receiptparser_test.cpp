@@ -147,9 +147,9 @@ TEST_F(Parser, WantsEitherAValueOrMembersInARequisite)
 TEST_F(Parser, RefusesAKeyThatStandsTwice)
 {
     EXPECT_EQ(problem(withPosition(position + R"(,"sum":2)")),
-        u"1 /positions/0/sum: the key stands twice in one object"_s);
+        u"1 /positions/0/sum: the key occurs twice in one object"_s);
     EXPECT_EQ(problem("{\"id\":\"a\",\"positions\":[],\"payments\":[],\n\n\"id\":\"b\"}"),
-        u"2 /id: the key stands twice in one object"_s);
+        u"2 /id: the key occurs twice in one object"_s);
 }
 
 TEST_F(Parser, RefusesWhatIsNotJson)

@@ -72,14 +72,14 @@ TEST_F(Queue, RefusesAnIdThatStandsTwice)
     const QString a = files.file("a", receipt("1") + receipt("2"));
     const QString b = files.file("b", receipt("3") + receipt("1"));
     EXPECT_EQ(messageFor({a, b}),
-        u"b:2: /id: the id stands at a:1 already; the service would take the second receipt for a "
+        u"b:2: /id: the same id is used at a:1; the service would treat the second receipt as a "
         u"repeat of the first\nNothing was sent. Correct the receipts and run the command again."_s);
 }
 
 TEST_F(Queue, RefusesAFileWithoutReceipts)
 {
     EXPECT_TRUE(messageFor({files.file("a", receipt("1")), files.file("b", "\n")})
-                    .startsWith(u"b: there is no receipt in it\n"_s));
+                    .startsWith(u"b: the file contains no receipt\n"_s));
 }
 
 TEST_F(Queue, NoticesAFileThatChangesBeforeItIsSent)
