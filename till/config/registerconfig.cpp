@@ -3,8 +3,8 @@
 #include "host/log/secrets.h"
 #include "till/config/exposure.h"
 #include "till/config/inifile.h"
-#include "till/config/nearestname.h"
 #include "till/error.h"
+#include "till/nearestname.h"
 #include "till/text.h"
 
 #include <QDir>

@@ -2,9 +2,9 @@
 
 #include "host/abstractfrdriver.h"
 
-#include "till/config/nearestname.h"
 #include "till/device/loadedregister.h"
 #include "till/error.h"
+#include "till/nearestname.h"
 #include "till/text.h"
 
 #include <QMetaClassInfo>

@@ -1,6 +1,6 @@
 #include "till/receipts/receiptparser.h"
 
-#include "till/config/nearestname.h"
+#include "till/nearestname.h"
 #include "till/receipts/jsonreader.h"
 #include "till/text.h"
 

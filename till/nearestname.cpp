@@ -1,4 +1,4 @@
-#include "till/config/nearestname.h"
+#include "till/nearestname.h"
 
 #include <algorithm>
 #include <numeric>

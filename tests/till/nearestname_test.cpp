@@ -1,5 +1,5 @@
 #include "tests/support/qtprinters.h"
-#include "till/config/nearestname.h"
+#include "till/nearestname.h"
 
 #include <gtest/gtest.h>
 
