@@ -34,7 +34,7 @@ void swallow(QtMsgType, const QMessageLogContext&, const QString&) {}
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     qInstallMessageHandler(swallow);
-    secrets::clear();
+    hostruntime::secrets::clear();
     hw::AtolOnlineFiscalRegister device;
     try {
         const RegisterConfig config = readRegisterConfig(folder().written(data, size));

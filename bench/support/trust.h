@@ -8,9 +8,9 @@ namespace bench {
 /// Lets the transports that are created from now on trust the endpoint's certificate, and no other.
 inline void trust(const Endpoint& endpoint)
 {
-    TransportOptions options;
+    hostruntime::TransportOptions options;
     options.caFile = QString::fromStdString(endpoint.caFile);
-    TransportOptions::setDefaults(options);
+    hostruntime::TransportOptions::setDefaults(options);
 }
 
 } // namespace bench

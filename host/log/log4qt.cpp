@@ -13,6 +13,8 @@ namespace Log4Qt {
 
 namespace {
 
+namespace secrets = hostruntime::secrets;
+
 QString filled(const char* format, std::initializer_list<QString> arguments)
 {
     const QString pattern = QString::fromUtf8(format);

@@ -14,7 +14,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 
-namespace secrets {
+namespace hostruntime::secrets {
 
 namespace {
 
@@ -195,4 +195,4 @@ void clear()
     personal().clear();
 }
 
-} // namespace secrets
+} // namespace hostruntime::secrets

@@ -12,7 +12,7 @@
 /// given to anything that is not a Log4Qt::Logger are the caller's care.
 ///
 /// All calls may come from any thread.
-namespace secrets {
+namespace hostruntime::secrets {
 
 /// Who reads a line.
 enum class Audience
@@ -38,4 +38,4 @@ HOST_EXPORT void addPersonal(const QString& value);
 /// Forgets every value.
 HOST_EXPORT void clear();
 
-} // namespace secrets
+} // namespace hostruntime::secrets

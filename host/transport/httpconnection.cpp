@@ -10,6 +10,8 @@
 #include <tuple>
 #include <utility>
 
+namespace hostruntime {
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -275,3 +277,5 @@ HttpReply HttpConnection::perform(const HttpRequest& request, const std::functio
 {
     return session->perform(request, beforeSending);
 }
+
+} // namespace hostruntime

@@ -9,6 +9,8 @@
 #include <functional>
 #include <memory>
 
+namespace hostruntime {
+
 struct HttpRequest
 {
     enum class Verb
@@ -55,3 +57,5 @@ private:
     class Session;
     std::unique_ptr<Session> session;
 };
+
+} // namespace hostruntime

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace hostruntime {
+
 using namespace Qt::Literals::StringLiterals;
 
 using namespace std::chrono_literals;
@@ -100,3 +102,5 @@ HttpTransfer::Limit HttpTransfer::nextLimit() const
     return {rest, u"истекло время на %1 (предел %2 мс)"_s.arg(QString::fromUtf8(next.name))
                       .arg(bounded(next.limit).count())};
 }
+
+} // namespace hostruntime

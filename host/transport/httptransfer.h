@@ -6,6 +6,8 @@
 #include <functional>
 #include <string_view>
 
+namespace hostruntime {
+
 /// The course of one exchange: what has been sent and received, and which limit runs out next.
 class HttpTransfer
 {
@@ -58,3 +60,5 @@ private:
     QByteArray reply;
     QString cause;
 };
+
+} // namespace hostruntime

@@ -2,6 +2,8 @@
 
 #include <poll.h>
 
+namespace hostruntime {
+
 namespace {
 
 using namespace std::chrono_literals;
@@ -47,3 +49,5 @@ bool KeptConnection::isClosedWithin(std::chrono::milliseconds wait) const
     pollfd connection{openSocket, POLLIN | POLLRDHUP, 0};
     return poll(&connection, 1, static_cast<int>(wait.count())) != 0;
 }
+
+} // namespace hostruntime

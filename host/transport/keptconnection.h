@@ -4,6 +4,8 @@
 
 #include <chrono>
 
+namespace hostruntime {
+
 /// Decides whether a POST may travel on the connection that the exchange before it has left open.
 ///
 /// A server may close a connection at any moment, also while a request is on its way to it, and then nobody
@@ -44,3 +46,5 @@ private:
     int timesKept = 0;
     bool closesAtOnce = false;
 };
+
+} // namespace hostruntime

@@ -12,6 +12,13 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+using hostruntime::HttpConnection;
+using hostruntime::HttpReply;
+using hostruntime::HttpRequest;
+using hostruntime::TransportOptions;
+
+namespace secrets = hostruntime::secrets;
+
 template class MockFactory<RestClient>;
 
 namespace {

@@ -15,17 +15,19 @@
 
 #include <memory>
 
+namespace hostruntime {
 class HttpConnection;
 struct HttpReply;
 struct HttpRequest;
 struct TransportOptions;
+} // namespace hostruntime
 
 /// A blocking HTTP client for JSON services.
 ///
 /// A call returns when the answer has arrived or the exchange has failed, in any case within the limits of
-/// TransportOptions::defaults() as they were when the client was created. It runs no event loop and needs
-/// none, and installs no signal handlers. One thread at a time may use an object, several objects may be used
-/// in several threads at once.
+/// hostruntime::TransportOptions::defaults() as they were when the client was created. It runs no event loop
+/// and needs none, and installs no signal handlers. One thread at a time may use an object, several objects
+/// may be used in several threads at once.
 ///
 /// Repeating a request is a decision about money, so it is never made here: **one call of post() puts at most
 /// one request on the wire**. The connection is kept between calls; a post() uses it again only where
@@ -74,14 +76,14 @@ protected:
     virtual void sending();
 
 private:
-    explicit RestClient(const TransportOptions& options);
+    explicit RestClient(const hostruntime::TransportOptions& options);
 
-    bool exchange(const QUrl& url, const HttpRequest& request);
-    void report(const QString& what, const HttpReply& reply, qint64 milliseconds) const;
+    bool exchange(const QUrl& url, const hostruntime::HttpRequest& request);
+    void report(const QString& what, const hostruntime::HttpReply& reply, qint64 milliseconds) const;
 
     const Log4Qt::Logger* logger = nullptr;
     QString alias;
-    std::unique_ptr<HttpConnection> connection;
+    std::unique_ptr<hostruntime::HttpConnection> connection;
     QStringList proxyPasswords;
     QVariant response;
     bool sent = false;

@@ -2,6 +2,8 @@
 
 #include <mutex>
 
+namespace hostruntime {
+
 namespace {
 
 struct Shared
@@ -29,3 +31,5 @@ void TransportOptions::setDefaults(const TransportOptions& options)
     const std::lock_guard lock(shared().guard);
     shared().options = options;
 }
+
+} // namespace hostruntime

@@ -6,6 +6,8 @@
 
 #include <chrono>
 
+namespace hostruntime {
+
 /// How a RestClient reaches its peer. There is no switch that turns certificate checks off.
 ///
 /// Every limit is from 1 ms to 1 hour; a value outside is taken for the nearer end, so no wait is unlimited.
@@ -42,3 +44,5 @@ struct HOST_EXPORT TransportOptions
     [[nodiscard]] static TransportOptions defaults();
     static void setDefaults(const TransportOptions& options);
 };
+
+} // namespace hostruntime

@@ -21,6 +21,8 @@ namespace till {
 
 namespace {
 
+using hostruntime::TransportOptions;
+
 const QString registerSection = u"register"_s;
 const QString optionSection = u"driverOptions"_s;
 const QString transportSection = u"transport"_s;
@@ -88,7 +90,7 @@ QString readPasswordFile(RegisterConfig& config, const QString& name)
 
 void addPassword(RegisterConfig& config, const QString& password, int line)
 {
-    secrets::addCredential(password);
+    hostruntime::secrets::addCredential(password);
     config.settings << Setting{passwordKey, password, line};
 }
 

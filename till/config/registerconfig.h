@@ -28,7 +28,7 @@ struct RegisterConfig
     QList<Setting> settings;
     hw::fr::DriverOptions driverOptions;
     /// How the service is reached; the defaults where the file says nothing.
-    TransportOptions transport;
+    hostruntime::TransportOptions transport;
     /// Warnings for the user; the configuration can be used all the same.
     QStringList warnings;
 

@@ -14,6 +14,8 @@ namespace till {
 
 namespace {
 
+namespace secrets = hostruntime::secrets;
+
 QString className(const std::exception& exception)
 {
     const char* mangled = typeid(exception).name();

@@ -16,7 +16,7 @@ namespace {
 RegisterConfig applied(const RegisterConfig& config)
 {
     requireConnection(config);
-    TransportOptions::setDefaults(config.transport);
+    hostruntime::TransportOptions::setDefaults(config.transport);
     return config;
 }
 

@@ -8,6 +8,8 @@ namespace till {
 
 namespace {
 
+namespace secrets = hostruntime::secrets;
+
 // The register behind the service has codes of its own in the range of the service's; the error's type tells
 // them apart.
 bool isOfRegister(const QString& errorType)

@@ -13,9 +13,9 @@ const Authority& authority()
     return instance;
 }
 
-TransportOptions trusting()
+hostruntime::TransportOptions trusting()
 {
-    TransportOptions options;
+    hostruntime::TransportOptions options;
     options.caFile = QString::fromStdString(authority().caFile());
     return options;
 }

@@ -23,13 +23,16 @@ const Authority& authority();
 class Defaults
 {
 public:
-    explicit Defaults(const TransportOptions& options) { TransportOptions::setDefaults(options); }
-    ~Defaults() { TransportOptions::setDefaults(TransportOptions()); }
+    explicit Defaults(const hostruntime::TransportOptions& options)
+    {
+        hostruntime::TransportOptions::setDefaults(options);
+    }
+    ~Defaults() { hostruntime::TransportOptions::setDefaults(hostruntime::TransportOptions()); }
     Q_DISABLE_COPY_MOVE(Defaults)
 };
 
 /// Options that trust authority().
-TransportOptions trusting();
+hostruntime::TransportOptions trusting();
 
 /// The requests that a register makes of the service.
 enum class Operation

@@ -19,6 +19,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
+using hostruntime::TransportOptions;
 
 constexpr std::size_t mebibyte = 1024 * 1024;
 

@@ -13,6 +13,7 @@
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+using hostruntime::TransportOptions;
 
 // The few kinds of HTTP/2 frames that a server needs to refuse a request.
 constexpr char headersFrame = 1;

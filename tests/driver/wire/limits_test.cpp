@@ -23,6 +23,7 @@ namespace {
 
 using namespace std::chrono_literals;
 using namespace Qt::Literals::StringLiterals;
+using hostruntime::TransportOptions;
 
 constexpr auto unknownName = "unknown.invalid";
 

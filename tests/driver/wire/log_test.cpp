@@ -14,6 +14,8 @@ namespace {
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace secrets = hostruntime::secrets;
+
 class Log : public testing::Test
 {
 protected:

@@ -10,6 +10,9 @@
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+using hostruntime::TransportOptions;
+
+namespace secrets = hostruntime::secrets;
 
 constexpr auto reply = R"({"token":"T","uuid":"U","status":"done"})";
 

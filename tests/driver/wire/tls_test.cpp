@@ -10,6 +10,7 @@
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+using hostruntime::TransportOptions;
 using Wanted = Authority::Wanted;
 
 constexpr auto reply = R"({"token":"canary-token-0123456789","uuid":"U","status":"done"})";

@@ -21,6 +21,7 @@
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+using hostruntime::TransportOptions;
 
 constexpr auto reply = R"({"uuid":"U","status":"done"})";
 constexpr auto systemBundle = "/etc/ssl/certs/ca-certificates.crt";

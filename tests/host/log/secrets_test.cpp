@@ -14,6 +14,7 @@
 namespace {
 
 using namespace Qt::Literals::StringLiterals;
+namespace secrets = hostruntime::secrets;
 using secrets::Audience;
 
 class Secrets : public testing::Test

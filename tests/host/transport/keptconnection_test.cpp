@@ -9,6 +9,8 @@
 
 namespace {
 
+using hostruntime::KeptConnection;
+
 class Kept : public testing::Test
 {
 protected:

@@ -12,6 +12,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+using hostruntime::TransportOptions;
+
 constexpr auto okBody = R"({"status":"done"})";
 
 const Authority& authority()

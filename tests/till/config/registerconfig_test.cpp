@@ -13,6 +13,9 @@ using namespace Qt::Literals::StringLiterals;
 namespace {
 
 using namespace till;
+using hostruntime::TransportOptions;
+
+namespace secrets = hostruntime::secrets;
 
 class RegisterConfiguration : public testing::Test
 {
