@@ -1,40 +1,14 @@
 #pragma once
 
+#include "host/transport/httpmessage.h"
 #include "host/transport/transportoptions.h"
 
-#include <QByteArray>
-#include <QHash>
-#include <QString>
+#include <QtGlobal>
 
 #include <functional>
 #include <memory>
 
 namespace hostruntime {
-
-struct HttpRequest
-{
-    enum class Verb
-    {
-        Get,
-        Post
-    };
-
-    Verb verb = Verb::Get;
-    /// Percent-encoded.
-    QByteArray url;
-    QHash<QString, QString> headers;
-    QByteArray body;
-};
-
-struct HttpReply
-{
-    /// Why there is no reply; empty when there is one.
-    QString failure;
-    /// Whether any part of the request may have reached the peer.
-    bool sent = false;
-    int status = 0;
-    QByteArray body;
-};
 
 /// Carries one request at a time over HTTP. One thread at a time.
 ///
@@ -43,9 +17,6 @@ struct HttpReply
 class HttpConnection
 {
 public:
-    static constexpr qsizetype maxBody = 16 * 1024 * 1024;
-    static constexpr qsizetype maxHeaders = 64 * 1024;
-
     explicit HttpConnection(const TransportOptions& options);
     ~HttpConnection();
     Q_DISABLE_COPY_MOVE(HttpConnection)

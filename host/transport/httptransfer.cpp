@@ -10,6 +10,9 @@ using namespace std::chrono_literals;
 
 namespace {
 
+constexpr qsizetype maxHeaders = 64 * 1024;
+constexpr qsizetype maxBody = 16 * 1024 * 1024;
+
 std::chrono::milliseconds bounded(std::chrono::milliseconds limit)
 {
     return std::clamp<std::chrono::milliseconds>(limit, 1ms, HttpTransfer::longest);
@@ -51,7 +54,7 @@ bool HttpTransfer::addHeader(std::string_view line)
 {
     progressed = Clock::now();
     headersSize += static_cast<qsizetype>(line.size());
-    if (headersSize > HttpConnection::maxHeaders) {
+    if (headersSize > maxHeaders) {
         cause = u"заголовки ответа больше 64 КиБ"_s;
         return false;
     }
@@ -68,7 +71,7 @@ bool HttpTransfer::addHeader(std::string_view line)
 bool HttpTransfer::addBody(std::string_view part)
 {
     progressed = Clock::now();
-    if (reply.size() + static_cast<qsizetype>(part.size()) > HttpConnection::maxBody) {
+    if (reply.size() + static_cast<qsizetype>(part.size()) > maxBody) {
         cause = u"тело ответа больше 16 МиБ"_s;
         return false;
     }

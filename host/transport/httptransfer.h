@@ -1,10 +1,16 @@
 #pragma once
 
-#include "host/transport/httpconnection.h"
+#include "host/transport/httpmessage.h"
+#include "host/transport/transportoptions.h"
+
+#include <QByteArray>
+#include <QString>
 
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <string_view>
+#include <utility>
 
 namespace hostruntime {
 
