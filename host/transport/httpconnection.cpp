@@ -1,12 +1,10 @@
 #include "host/transport/httpconnection.h"
 
 #include "host/transport/httptransfer.h"
-#include "host/transport/keptconnection.h"
-
-#include <curl/curl.h>
 
 #include <array>
 #include <mutex>
+#include <new>
 #include <tuple>
 #include <utility>
 
@@ -94,188 +92,146 @@ int beforeRequest(void* context, char*, char*, int, int)
 
 } // namespace
 
-class HttpConnection::Session
+HttpConnection::HttpConnection(const TransportOptions& transportOptions)
+    : options(transportOptions)
+    , caFile(options.caFile.toUtf8())
+    , proxy(options.proxy.toUtf8())
+    , userAgent(options.userAgent.toUtf8())
 {
-public:
-    explicit Session(const TransportOptions& wanted)
-        : options(wanted)
-        , caFile(wanted.caFile.toUtf8())
-        , proxy(wanted.proxy.toUtf8())
-        , userAgent(wanted.userAgent.toUtf8())
-    {
-        static std::once_flag initialised;
-        std::call_once(initialised, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
-        easy.reset(curl_easy_init());
-        multi.reset(curl_multi_init());
-        if (!easy || !multi)
-            throw std::bad_alloc();
-        // The connection in use and none besides.
-        curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, 1L);
-    }
-
-    HttpReply perform(const HttpRequest& request, const std::function<void()>& beforeSending)
-    {
-        const HeaderList headers = headerLines(request);
-        HttpTransfer transfer(request, options, beforeSending);
-        prepare(request, headers, transfer);
-        QString failure = run(transfer);
-        if (!transfer.refusal().isEmpty())
-            failure = transfer.refusal();
-        long status = 0;
-        curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &status);
-        return {failure, transfer.wasSent(), static_cast<int>(status), transfer.takeReply()};
-    }
-
-private:
-    struct CleanupEasy
-    {
-        void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
-    };
-    struct CleanupMulti
-    {
-        void operator()(CURLM* handle) const { curl_multi_cleanup(handle); }
-    };
-
-    template <typename Value>
-    void set(CURLoption option, Value value)
-    {
-        curl_easy_setopt(easy.get(), option, value);
-    }
-
-    void prepare(const HttpRequest& request, const HeaderList& headers, HttpTransfer& transfer)
-    {
-        curl_easy_reset(easy.get());
-        errorText[0] = '\0';
-        set(CURLOPT_ERRORBUFFER, errorText);
-        set(CURLOPT_URL, request.url.constData());
-        set(CURLOPT_PROTOCOLS_STR, "http,https");
-        set(CURLOPT_HTTPHEADER, headers.get());
-        set(CURLOPT_USERAGENT, userAgent.constData());
-        set(CURLOPT_ACCEPT_ENCODING, "gzip");
-        set(CURLOPT_FOLLOWLOCATION, 0L);
-        set(CURLOPT_NOSIGNAL, 1L);
-        // Limits are kept by run(); the library's own must not come first.
-        set(CURLOPT_CONNECTTIMEOUT_MS, HttpTransfer::longest.count());
-        // A name server that does not answer must not hold the caller beyond its limit.
-        set(CURLOPT_QUICK_EXIT, 1L);
-        setVerb(request, transfer);
-        setRoute();
-        setTls();
-        set(CURLOPT_HEADERFUNCTION, &writeHeader);
-        set(CURLOPT_HEADERDATA, &transfer);
-        set(CURLOPT_WRITEFUNCTION, &writeReply);
-        set(CURLOPT_WRITEDATA, &transfer);
-        set(CURLOPT_PREREQFUNCTION, &beforeRequest);
-        set(CURLOPT_PREREQDATA, &transfer);
-    }
-
-    void setVerb(const HttpRequest& request, HttpTransfer& transfer)
-    {
-        const bool isPost = request.verb == HttpRequest::Verb::Post;
-        set(CURLOPT_FRESH_CONNECT, isPost && !kept.mayCarryPost() ? 1L : 0L);
-        set(CURLOPT_MAXAGE_CONN, static_cast<long>(KeptConnection::longestIdle.count()));
-        if (!isPost && request.body.isEmpty()) {
-            set(CURLOPT_HTTPGET, 1L);
-            return;
-        }
-        // A read callback without a seek callback: the library cannot rewind the body, so it cannot send it
-        // again.
-        set(CURLOPT_POST, 1L);
-        set(CURLOPT_CUSTOMREQUEST, isPost ? "POST" : "GET");
-        set(CURLOPT_READFUNCTION, &readBody);
-        set(CURLOPT_READDATA, &transfer);
-        set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
-    }
-
-    void setRoute()
-    {
-        // An empty text, unlike none, also keeps the environment's variables out.
-        set(CURLOPT_PROXY, proxy.constData());
-        set(CURLOPT_NOPROXY, "");
-        set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
-        set(CURLOPT_HTTP_VERSION,
-            static_cast<long>(options.http2 ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1));
-    }
-
-    void setTls()
-    {
-        set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
-        set(CURLOPT_SSL_VERIFYPEER, 1L);
-        set(CURLOPT_SSL_VERIFYHOST, 2L);
-        // With a certificate folder set, as Debian's default is, the library reads the whole bundle again for
-        // each connection.
-        set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
-        if (!caFile.isEmpty())
-            set(CURLOPT_CAINFO, caFile.constData());
-    }
-
-    // Returns why the exchange failed; empty when it did not.
-    QString run(HttpTransfer& transfer)
-    {
-        curl_multi_add_handle(multi.get(), easy.get());
-        QString failure;
-        for (;;) {
-            int running = 0;
-            curl_multi_perform(multi.get(), &running);
-            if (running == 0) {
-                failure = result(transfer);
-                break;
-            }
-            const auto [left, expiry] = transfer.nextLimit();
-            if (left.count() <= 0) {
-                failure = expiry;
-                break;
-            }
-            curl_multi_poll(multi.get(), nullptr, 0, static_cast<int>(left.count()), nullptr);
-        }
-        noteConnection(failure.isEmpty());
-        // Closes the connection when the exchange is not over.
-        curl_multi_remove_handle(multi.get(), easy.get());
-        return failure;
-    }
-
-    void noteConnection(bool answered)
-    {
-        curl_socket_t socket = CURL_SOCKET_BAD;
-        curl_easy_getinfo(easy.get(), CURLINFO_ACTIVESOCKET, &socket);
-        long opened = 0;
-        curl_easy_getinfo(easy.get(), CURLINFO_NUM_CONNECTS, &opened);
-        kept.exchanged({socket, opened == 0, answered});
-    }
-
-    QString result(const HttpTransfer& transfer)
-    {
-        int queued = 0;
-        const CURLMsg* message = curl_multi_info_read(multi.get(), &queued);
-        const CURLcode code = message ? message->data.result : CURLE_FAILED_INIT;
-        // A reply that ends inside its headers is a success to the library.
-        if (code == CURLE_OK)
-            return transfer.hasAllHeaders() ? QString() : u"ответ оборван в заголовках"_s;
-        const char* detail = errorText[0] != '\0' ? errorText : curl_easy_strerror(code);
-        return inWords(code) + u": "_s + QString::fromUtf8(detail);
-    }
-
-    TransportOptions options;
-    QByteArray caFile;
-    QByteArray proxy;
-    QByteArray userAgent;
-    KeptConnection kept;
-    // The easy handle is cleaned up first, so it is declared after the other.
-    std::unique_ptr<CURLM, CleanupMulti> multi;
-    std::unique_ptr<CURL, CleanupEasy> easy;
-    char errorText[CURL_ERROR_SIZE] = {};
-};
-
-HttpConnection::HttpConnection(const TransportOptions& options)
-    : session(std::make_unique<Session>(options))
-{
+    static std::once_flag initialised;
+    std::call_once(initialised, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
+    easy.reset(curl_easy_init());
+    multi.reset(curl_multi_init());
+    if (!easy || !multi)
+        throw std::bad_alloc();
+    // The connection in use and none besides.
+    curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, 1L);
 }
-
-HttpConnection::~HttpConnection() = default;
 
 HttpReply HttpConnection::perform(const HttpRequest& request, const std::function<void()>& beforeSending)
 {
-    return session->perform(request, beforeSending);
+    const HeaderList headers = headerLines(request);
+    HttpTransfer transfer(request, options, beforeSending);
+    prepare(request, headers.get(), transfer);
+    QString failure = run(transfer);
+    if (!transfer.refusal().isEmpty())
+        failure = transfer.refusal();
+    long status = 0;
+    curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &status);
+    return {failure, transfer.wasSent(), static_cast<int>(status), transfer.takeReply()};
+}
+
+void HttpConnection::prepare(const HttpRequest& request, const curl_slist* headers, HttpTransfer& transfer)
+{
+    curl_easy_reset(easy.get());
+    errorText[0] = '\0';
+    set(CURLOPT_ERRORBUFFER, errorText);
+    set(CURLOPT_URL, request.url.constData());
+    set(CURLOPT_PROTOCOLS_STR, "http,https");
+    set(CURLOPT_HTTPHEADER, headers);
+    set(CURLOPT_USERAGENT, userAgent.constData());
+    set(CURLOPT_ACCEPT_ENCODING, "gzip");
+    set(CURLOPT_FOLLOWLOCATION, 0L);
+    set(CURLOPT_NOSIGNAL, 1L);
+    // Limits are kept by run(); the library's own must not come first.
+    set(CURLOPT_CONNECTTIMEOUT_MS, HttpTransfer::longest.count());
+    // A name server that does not answer must not hold the caller beyond its limit.
+    set(CURLOPT_QUICK_EXIT, 1L);
+    setVerb(request, transfer);
+    setRoute();
+    setTls();
+    set(CURLOPT_HEADERFUNCTION, &writeHeader);
+    set(CURLOPT_HEADERDATA, &transfer);
+    set(CURLOPT_WRITEFUNCTION, &writeReply);
+    set(CURLOPT_WRITEDATA, &transfer);
+    set(CURLOPT_PREREQFUNCTION, &beforeRequest);
+    set(CURLOPT_PREREQDATA, &transfer);
+}
+
+void HttpConnection::setVerb(const HttpRequest& request, HttpTransfer& transfer)
+{
+    const bool isPost = request.verb == HttpRequest::Verb::Post;
+    set(CURLOPT_FRESH_CONNECT, isPost && !kept.mayCarryPost() ? 1L : 0L);
+    set(CURLOPT_MAXAGE_CONN, static_cast<long>(KeptConnection::longestIdle.count()));
+    if (!isPost && request.body.isEmpty()) {
+        set(CURLOPT_HTTPGET, 1L);
+        return;
+    }
+    // A read callback without a seek callback: the library cannot rewind the body, so it cannot send it
+    // again.
+    set(CURLOPT_POST, 1L);
+    set(CURLOPT_CUSTOMREQUEST, isPost ? "POST" : "GET");
+    set(CURLOPT_READFUNCTION, &readBody);
+    set(CURLOPT_READDATA, &transfer);
+    set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
+}
+
+void HttpConnection::setRoute()
+{
+    // An empty text, unlike none, also keeps the environment's variables out.
+    set(CURLOPT_PROXY, proxy.constData());
+    set(CURLOPT_NOPROXY, "");
+    set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
+    set(CURLOPT_HTTP_VERSION,
+        static_cast<long>(options.http2 ? CURL_HTTP_VERSION_2TLS : CURL_HTTP_VERSION_1_1));
+}
+
+void HttpConnection::setTls()
+{
+    set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
+    set(CURLOPT_SSL_VERIFYPEER, 1L);
+    set(CURLOPT_SSL_VERIFYHOST, 2L);
+    // With a certificate folder set, as Debian's default is, the library reads the whole bundle again for
+    // each connection.
+    set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
+    if (!caFile.isEmpty())
+        set(CURLOPT_CAINFO, caFile.constData());
+}
+
+// Returns why the exchange failed; empty when it did not.
+QString HttpConnection::run(HttpTransfer& transfer)
+{
+    curl_multi_add_handle(multi.get(), easy.get());
+    QString failure;
+    for (;;) {
+        int running = 0;
+        curl_multi_perform(multi.get(), &running);
+        if (running == 0) {
+            failure = result(transfer);
+            break;
+        }
+        const auto [left, expiry] = transfer.nextLimit();
+        if (left.count() <= 0) {
+            failure = expiry;
+            break;
+        }
+        curl_multi_poll(multi.get(), nullptr, 0, static_cast<int>(left.count()), nullptr);
+    }
+    noteConnection(failure.isEmpty());
+    // Closes the connection when the exchange is not over.
+    curl_multi_remove_handle(multi.get(), easy.get());
+    return failure;
+}
+
+void HttpConnection::noteConnection(bool answered)
+{
+    curl_socket_t socket = CURL_SOCKET_BAD;
+    curl_easy_getinfo(easy.get(), CURLINFO_ACTIVESOCKET, &socket);
+    long opened = 0;
+    curl_easy_getinfo(easy.get(), CURLINFO_NUM_CONNECTS, &opened);
+    kept.exchanged({socket, opened == 0, answered});
+}
+
+QString HttpConnection::result(const HttpTransfer& transfer)
+{
+    int queued = 0;
+    const CURLMsg* message = curl_multi_info_read(multi.get(), &queued);
+    const CURLcode code = message ? message->data.result : CURLE_FAILED_INIT;
+    // A reply that ends inside its headers is a success to the library.
+    if (code == CURLE_OK)
+        return transfer.hasAllHeaders() ? QString() : u"ответ оборван в заголовках"_s;
+    const char* detail = errorText[0] != '\0' ? errorText : curl_easy_strerror(code);
+    return inWords(code) + u": "_s + QString::fromUtf8(detail);
 }
 
 } // namespace hostruntime

@@ -1,14 +1,21 @@
 #pragma once
 
 #include "host/transport/httpmessage.h"
+#include "host/transport/keptconnection.h"
 #include "host/transport/transportoptions.h"
 
+#include <QByteArray>
+#include <QString>
 #include <QtGlobal>
+
+#include <curl/curl.h>
 
 #include <functional>
 #include <memory>
 
 namespace hostruntime {
+
+class HttpTransfer;
 
 /// Carries one request at a time over HTTP. One thread at a time.
 ///
@@ -17,16 +24,47 @@ namespace hostruntime {
 class HttpConnection
 {
 public:
-    explicit HttpConnection(const TransportOptions& options);
-    ~HttpConnection();
+    /// Throws std::bad_alloc.
+    explicit HttpConnection(const TransportOptions& transportOptions);
     Q_DISABLE_COPY_MOVE(HttpConnection)
 
-    /// `beforeSending` is called before any part of the request may reach the peer; it must not throw.
+    /// Blocks for one exchange, within the limits of the options. `beforeSending` is called before any part
+    /// of the request may reach the peer; it must not throw. Throws std::bad_alloc.
     [[nodiscard]] HttpReply perform(const HttpRequest& request, const std::function<void()>& beforeSending);
 
 private:
-    class Session;
-    std::unique_ptr<Session> session;
+    struct CleanupEasy
+    {
+        void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+    };
+    struct CleanupMulti
+    {
+        void operator()(CURLM* handle) const { curl_multi_cleanup(handle); }
+    };
+
+    template <typename Value>
+    void set(CURLoption option, Value value)
+    {
+        curl_easy_setopt(easy.get(), option, value);
+    }
+
+    void prepare(const HttpRequest& request, const curl_slist* headers, HttpTransfer& transfer);
+    void setVerb(const HttpRequest& request, HttpTransfer& transfer);
+    void setRoute();
+    void setTls();
+    [[nodiscard]] QString run(HttpTransfer& transfer);
+    void noteConnection(bool answered);
+    [[nodiscard]] QString result(const HttpTransfer& transfer);
+
+    TransportOptions options;
+    QByteArray caFile;
+    QByteArray proxy;
+    QByteArray userAgent;
+    KeptConnection kept;
+    // The easy handle is cleaned up first, so it is declared after the other.
+    std::unique_ptr<CURLM, CleanupMulti> multi;
+    std::unique_ptr<CURL, CleanupEasy> easy;
+    char errorText[CURL_ERROR_SIZE] = {};
 };
 
 } // namespace hostruntime
