@@ -219,7 +219,7 @@ void HttpConnection::noteConnection(bool answered)
     curl_easy_getinfo(easy.get(), CURLINFO_ACTIVESOCKET, &socket);
     long opened = 0;
     curl_easy_getinfo(easy.get(), CURLINFO_NUM_CONNECTS, &opened);
-    kept.exchanged({socket, opened == 0, answered});
+    kept.noteUse({socket, opened == 0, answered});
 }
 
 QString HttpConnection::result(const HttpTransfer& transfer)

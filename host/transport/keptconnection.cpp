@@ -15,14 +15,14 @@ constexpr auto atOnce = 1s;
 
 } // namespace
 
-void KeptConnection::exchanged(const Exchange& exchange)
+void KeptConnection::noteUse(const Use& use)
 {
     // With a whole answer, a closed connection was announced.
-    if (exchange.reused && (exchange.socket >= 0 || exchange.answered))
+    if (use.reused && (use.socket >= 0 || use.answered))
         ++timesKept;
     else if (openSocket >= 0 && isFresh())
         closesAtOnce = true;
-    openSocket = exchange.socket;
+    openSocket = use.socket;
     lastUse = Clock::now();
 }
 

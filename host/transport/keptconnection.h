@@ -19,18 +19,19 @@ public:
     /// Servers close idle connections after 5 to 75 seconds.
     static constexpr std::chrono::seconds longestIdle{4};
 
-    struct Exchange
+    /// How one exchange has used the connection.
+    struct Use
     {
-        /// What it has left open, -1 for none.
+        /// The socket that it has left open; -1 for none.
         int socket;
         /// Whether it took place on the connection of the exchange before it.
         bool reused;
-        /// Whether its answer came, whole.
+        /// Whether the whole answer has arrived.
         bool answered;
     };
 
-    /// Notes the end of an exchange.
-    void exchanged(const Exchange& exchange);
+    /// To be called at the end of each exchange.
+    void noteUse(const Use& use);
     /// Whether a POST may use the connection. Blocks for up to 20 milliseconds while the server has not
     /// proved itself.
     [[nodiscard]] bool mayCarryPost();

@@ -40,34 +40,34 @@ TEST_F(Kept, DoesNotExistBeforeTheFirstExchange)
 
 TEST_F(Kept, CarriesAPostWhileTheServerHoldsIt)
 {
-    connection.exchanged({client(), false, true});
+    connection.noteUse({client(), false, true});
     EXPECT_TRUE(connection.mayCarryPost());
-    connection.exchanged({client(), true, true});
+    connection.noteUse({client(), true, true});
     EXPECT_TRUE(connection.mayCarryPost());
 }
 
 TEST_F(Kept, CarriesNothingOnceTheServerHasClosedIt)
 {
-    connection.exchanged({client(), false, true});
+    connection.noteUse({client(), false, true});
     closeByServer();
     EXPECT_FALSE(connection.mayCarryPost());
 }
 
 TEST_F(Kept, CarriesNothingWhenTheServerSaysSomethingUnasked)
 {
-    connection.exchanged({client(), false, true});
+    connection.noteUse({client(), false, true});
     ASSERT_EQ(::write(ends[1], "x", 1), 1);
     EXPECT_FALSE(connection.mayCarryPost());
 }
 
 TEST_F(Kept, IsNotTrustedAgainAfterTheServerClosedAtOnce)
 {
-    connection.exchanged({client(), false, true});
+    connection.noteUse({client(), false, true});
     closeByServer();
     EXPECT_FALSE(connection.mayCarryPost());
     std::array<int, 2> later{-1, -1};
     ASSERT_EQ(::socketpair(AF_UNIX, SOCK_STREAM, 0, later.data()), 0);
-    connection.exchanged({later[0], false, true});
+    connection.noteUse({later[0], false, true});
     EXPECT_FALSE(connection.mayCarryPost());
     ::close(later[0]);
     ::close(later[1]);
@@ -75,27 +75,27 @@ TEST_F(Kept, IsNotTrustedAgainAfterTheServerClosedAtOnce)
 
 TEST_F(Kept, IsNotTrustedAgainAfterItWasGoneWhenItWasWanted)
 {
-    connection.exchanged({client(), false, true});
-    connection.exchanged({client(), false, true});
+    connection.noteUse({client(), false, true});
+    connection.noteUse({client(), false, true});
     EXPECT_FALSE(connection.mayCarryPost());
 }
 
 TEST_F(Kept, MayBeClosedByTheServerWithAnAnnouncement)
 {
-    connection.exchanged({-1, false, true});
+    connection.noteUse({-1, false, true});
     EXPECT_FALSE(connection.mayCarryPost());
-    connection.exchanged({client(), false, true});
+    connection.noteUse({client(), false, true});
     EXPECT_TRUE(connection.mayCarryPost());
-    connection.exchanged({-1, true, true});
-    connection.exchanged({client(), false, true});
+    connection.noteUse({-1, true, true});
+    connection.noteUse({client(), false, true});
     EXPECT_TRUE(connection.mayCarryPost()) << "a server may count the requests of a connection";
 }
 
 TEST_F(Kept, IsNotTrustedAgainAfterItTookARequestAway)
 {
-    connection.exchanged({client(), false, true});
-    connection.exchanged({-1, true, false});
-    connection.exchanged({client(), false, true});
+    connection.noteUse({client(), false, true});
+    connection.noteUse({-1, true, false});
+    connection.noteUse({client(), false, true});
     EXPECT_FALSE(connection.mayCarryPost());
 }
 
