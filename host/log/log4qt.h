@@ -6,7 +6,9 @@
 #include <QString>
 #include <QVariant>
 
-class RestClient;
+namespace hostruntime {
+class ExchangeLog;
+}
 
 /// The logging calls that drivers use, carried out by Qt's categorised logging.
 ///
@@ -45,7 +47,7 @@ public:
 
 private:
     // For the host's own lines that are costly to make; drivers know the calls above alone.
-    friend class ::RestClient;
+    friend class hostruntime::ExchangeLog;
     [[nodiscard]] bool isDebugEnabled() const { return category.isDebugEnabled(); }
     [[nodiscard]] bool isInfoEnabled() const { return category.isInfoEnabled(); }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/export.h"
+#include "host/log/exchangelog.h"
 #include "host/log/log4qt.h"
 #include "host/mockfactory.h"
 
@@ -17,7 +18,6 @@
 
 namespace hostruntime {
 class HttpConnection;
-struct HttpReply;
 struct HttpRequest;
 struct TransportOptions;
 } // namespace hostruntime
@@ -79,10 +79,8 @@ private:
     explicit RestClient(const hostruntime::TransportOptions& options);
 
     bool exchange(const QUrl& url, const hostruntime::HttpRequest& request);
-    void report(const QString& what, const hostruntime::HttpReply& reply, qint64 milliseconds) const;
 
-    const Log4Qt::Logger* logger = nullptr;
-    QString alias;
+    hostruntime::ExchangeLog log;
     std::unique_ptr<hostruntime::HttpConnection> connection;
     QStringList proxyPasswords;
     QVariant response;

@@ -73,29 +73,6 @@ TEST_F(Log, ShowsTheBuyersContactAtDebugOnly)
             << line.toStdString();
 }
 
-TEST_F(Log, KnowsTheBuyerHoweverTheReceiptIsWritten)
-{
-    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, "{}"); });
-    RestClient client;
-    const QByteArray receipts[] = {
-        R"({"receipt":{"client":{"email":"buyer@example.com"},"total":1}})",
-        R"({"receipt":{"client":{"phone":"+79990000000"}},"client":{"email":"other"}})",
-        R"({ "receipt" : { "client" : { "email" : "buyer@example.com" } } })",
-        R"({"receipt":{"client":{"email":"a}b@example.com"}}})",
-        R"({"receipt":{"client":{"data":{"inn":"77"},"email":"buyer@example.com"}}})",
-        R"({"receipt":{"items":[{"name":"client"}],"client":{"email":"buyer@example.com"}}})",
-        R"({"receipt":{"items":[{"name":"\"client\":{}"}],"client":{"email":"buyer@example.com"}}})",
-    };
-    for (const QByteArray& receipt : receipts) {
-        secrets::clear();
-        EXPECT_FALSE(client.post(QUrl(QString::fromStdString(server.url())), receipt, {}));
-        const QString line = QString::fromUtf8(receipt);
-        const QString masked = secrets::masked(line, secrets::Audience::Anyone);
-        EXPECT_TRUE(masked.contains(u"***"_s)) << masked.toStdString();
-        EXPECT_EQ(secrets::masked(line, secrets::Audience::Developer), line);
-    }
-}
-
 TEST_F(Log, MasksATokenInAReplyThatIsCutOff)
 {
     const RawServer server([](Peer& peer, const std::string&) {

@@ -1,0 +1,77 @@
+#include "host/log/exchangesecrets.h"
+
+#include "host/log/secrets.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+#include <QVariantMap>
+
+namespace hostruntime::secrets {
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+// The "client" object of a receipt. A long receipt takes longer to parse than to compose, so where the name
+// occurs in the text only once, only its object is parsed.
+QJsonObject buyerIn(const QByteArray& receipt)
+{
+    static const QByteArray name = "\"client\"";
+    const qsizetype at = receipt.indexOf(name);
+    const qsizetype from = at + name.size() + 1;
+    if (at >= 0 && receipt.indexOf(name, from) < 0) {
+        const qsizetype end = receipt.indexOf('}', from) + 1;
+        const auto buyer = QJsonDocument::fromJson(receipt.mid(from, end - from));
+        if (buyer.isObject())
+            return buyer.object();
+    }
+    return QJsonDocument::fromJson(receipt)["receipt"_L1]["client"_L1].toObject();
+}
+
+} // namespace
+
+void addFromRequest(const QUrl& url, const QHash<QString, QString>& headers, const QByteArray& body)
+{
+    addCredential(url.password());
+    for (auto entry = headers.begin(); entry != headers.end(); ++entry) {
+        if (entry.key().compare("token"_L1, Qt::CaseInsensitive) == 0)
+            addCredential(entry.value());
+    }
+    if (body.isEmpty())
+        return;
+    if (body.contains("\"pass\"")) {
+        const QJsonDocument login = QJsonDocument::fromJson(body);
+        addCredential(login["pass"_L1].toString());
+        addPersonal(login["login"_L1].toString());
+    }
+    const QJsonObject buyer = buyerIn(body);
+    addPersonal(buyer["email"_L1].toString());
+    addPersonal(buyer["phone"_L1].toString());
+}
+
+void addFromReply(const QByteArray& body, const QVariant& parsed)
+{
+    if (parsed.isValid()) {
+        addCredential(parsed.toMap().value(u"token"_s).toString());
+        return;
+    }
+    // A reply that was cut off is not JSON, and may hold a token all the same.
+    static const QRegularExpression token(uR"x("token"\s*:\s*"((?:[^"\\]|\\.)*+))x"_s);
+    auto found = token.globalMatch(QString::fromUtf8(body));
+    while (found.hasNext())
+        addCredential(found.next().captured(1));
+}
+
+QStringList passwordsIn(const QString& proxy)
+{
+    const qsizetype scheme = proxy.indexOf("://"_L1);
+    const QString user = proxy.first(qMax<qsizetype>(0, proxy.lastIndexOf(u'@')));
+    const qsizetype colon = user.indexOf(u':', scheme < 0 ? 0 : scheme + 3);
+    if (colon < 0)
+        return {};
+    const QString password = user.sliced(colon + 1);
+    return {password, QUrl::fromPercentEncoding(password.toUtf8())};
+}
+
+} // namespace hostruntime::secrets
