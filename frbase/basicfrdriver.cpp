@@ -1,9 +1,6 @@
 #include "frbase/basicfrdriver.h"
 
 #include "host/log/log4qt.h"
-#include "host/records/frparameter.h"
-
-#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -13,11 +10,6 @@ namespace {
 BasicFrSettings* newDefaultSettings()
 {
     return new BasicFrSettings;
-}
-
-constexpr quint64 bits(hw::fr::Option option)
-{
-    return static_cast<quint64>(option);
 }
 
 } // namespace
@@ -41,64 +33,3 @@ BasicFrDriver::BasicFrDriver(
 }
 
 BasicFrDriver::~BasicFrDriver() = default;
-
-void BasicFrDriver::setErrorNotificationHandler(const ErrorHandler& handler)
-{
-    ErrorHandler(handler).swap(errorNotificationHandler);
-}
-
-void BasicFrDriver::setOfdNotificationHandler(const OfdHandler& handler)
-{
-    OfdHandler(handler).swap(ofdNotificationHandler);
-}
-
-bool BasicFrDriver::checkOption(hw::fr::Option option) const
-{
-    return (options & bits(option)) == bits(option);
-}
-
-void BasicFrDriver::setOption(hw::fr::Option option, bool value)
-{
-    if (settings->getDriverOptions().value(option, value))
-        options |= bits(option);
-    else
-        options &= ~bits(option);
-}
-
-bool BasicFrDriver::useFN()
-{
-    return checkOption(hw::fr::Option::UseFn);
-}
-
-bool BasicFrDriver::setParams(const QList<FrParameter>& params)
-{
-    const auto narrowed = [](int value) { return static_cast<unsigned short>(value); };
-    for (const FrParameter& param : params) {
-        if (!legacySetParam(narrowed(param.getTableNum()), narrowed(param.getRowNum()),
-                narrowed(param.getFieldNum()), param.getValue()))
-            return false;
-    }
-    return true;
-}
-
-bool BasicFrDriver::legacySetParam(
-    unsigned short /*table*/, unsigned short /*row*/, unsigned short /*field*/, const QString& /*value*/)
-{
-    return false;
-}
-
-void BasicFrDriver::setNumber(int newNumber)
-{
-    number = newNumber;
-}
-
-int BasicFrDriver::getNumber() const
-{
-    return number;
-}
-
-void BasicFrDriver::msleep(int ms) const
-{
-    if (ms > 0)
-        usleep(static_cast<useconds_t>(ms) * 1000U);
-}

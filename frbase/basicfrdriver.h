@@ -285,7 +285,8 @@ public:
     [[nodiscard]] QVariant queryData(const QString& query) const override;
     void printLastZReport() override;
 
-    // === For drivers on this base; the order is part of the binary contract too ===
+    // === For drivers on this base: handshake and speeds ===
+    // From here on the order is part of the binary contract, too.
 
     /// The handshake: see "A driver for a serial register". Nothing by default.
     virtual void setConnection();
@@ -299,6 +300,9 @@ public:
     [[nodiscard]] virtual bool connectAtCurrentSpeed();
     /// Throws FrNoConnectionException when there is no port or it has not been opened.
     virtual void isPortReady() const;
+
+    // === For drivers on this base: QR codes ===
+
     /// Packs rows of modules, of which only bit 0 counts, into rows of bytes, eight modules a byte, the first
     /// in bit 7, or in bit 0 with reverse. The last byte of a row is filled up with zeros.
     [[nodiscard]] virtual std::vector<std::vector<unsigned char>> convertBytes2Bits(
@@ -307,6 +311,9 @@ public:
     /// for a light one, no quiet zone. Empty, with an error in the log, when the text does not fit (more than
     /// 1273 bytes of UTF-8) or begins with U+0000; empty for an empty text. The code ends before a U+0000.
     [[nodiscard]] virtual std::vector<std::vector<unsigned char>> generateQR(const QString& text) const;
+
+    // === For drivers on this base: pauses and parameters ===
+
     /// Blocks for so many milliseconds, or until a signal arrives; up to 4 294 967. Not at all for less
     /// than 1.
     virtual void msleep(int ms) const;

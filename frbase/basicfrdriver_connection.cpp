@@ -10,11 +10,6 @@ namespace {
 
 constexpr int attemptsWithoutSpeed = 3;
 
-QString noPort()
-{
-    return u"Ошибка инициализации драйвера порта"_s;
-}
-
 FrNoConnectionException noLink()
 {
     return FrNoConnectionException(u"Нет связи"_s);
@@ -35,11 +30,17 @@ bool hasSpeed(const AbstractSerialDriver& port)
 
 } // namespace
 
+// === Connection and lifetime ===
+
+void BasicFrDriver::portOpen() {}
+
+void BasicFrDriver::portClose() {}
+
 void BasicFrDriver::connect()
 {
     logger->info("Установка связи с устройством");
     if (!port) {
-        logger->error(noPort());
+        logger->error(u"Ошибка инициализации драйвера порта"_s);
         throw noLink();
     }
     if (hasSpeed(*port))
@@ -107,48 +108,6 @@ void BasicFrDriver::resetSpeed()
     }
 }
 
-bool BasicFrDriver::enumerateSpeed()
-{
-    logger->debug("Перебор скорости подключения к ФР");
-    const QList<int> speeds = baudRates; // a handshake may change the list
-    for (const int baudRate : speeds) {
-        if (baudRate == defaultBaudRate)
-            continue;
-        try {
-            port->setBaudRate(baudRate);
-            logger->info(" скорость: %1", baudRate);
-            setConnection();
-        } catch (const FrNoConnectionException&) {
-            continue;
-        } catch (const ComDriverException&) {
-            continue;
-        }
-        currentBaudRate = baudRate;
-        return true;
-    }
-    return false;
-}
-
-bool BasicFrDriver::connectAtCurrentSpeed()
-{
-    logger->info(" установка соединения на скорости: %1", currentBaudRate);
-    return answersAt(currentBaudRate);
-}
-
-void BasicFrDriver::isPortReady() const
-{
-    if (!port)
-        throw FrNoConnectionException(noPort());
-    if (portClosed)
-        throw FrNoConnectionException(u"Необходимо открыть порт"_s);
-}
-
-void BasicFrDriver::setConnection() {}
-
-void BasicFrDriver::portOpen() {}
-
-void BasicFrDriver::portClose() {}
-
 void BasicFrDriver::init() {}
 
 void BasicFrDriver::reinitialize()
@@ -165,7 +124,3 @@ bool BasicFrDriver::setDefaults()
 {
     return false;
 }
-
-void BasicFrDriver::ping() {}
-
-void BasicFrDriver::setDefaultBaudrate() {}

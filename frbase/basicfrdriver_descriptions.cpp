@@ -1,11 +1,22 @@
 #include "frbase/basicfrdriver.h"
 
+// === Descriptions and fiscal storage ===
+
 QString BasicFrDriver::getDeviceStateDescription()
 {
     return {};
 }
 
 QString BasicFrDriver::getFnStateDescription()
+{
+    return {};
+}
+
+void BasicFrDriver::printLastFnDocument() {}
+
+void BasicFrDriver::printFnDocument(long /*number*/) {}
+
+FnDocument BasicFrDriver::getFnDocument(unsigned long long /*number*/)
 {
     return {};
 }
@@ -33,64 +44,4 @@ DeviceInfo BasicFrDriver::getDeviceInfo()
 BasicFrSettings* BasicFrDriver::getDeviceSettings() const
 {
     return settings;
-}
-
-QString BasicFrDriver::getSendLinesTemplate() const
-{
-    return {};
-}
-
-QString BasicFrDriver::getFrModeString() const
-{
-    return {};
-}
-
-QString BasicFrDriver::getInn()
-{
-    return {};
-}
-
-QString BasicFrDriver::getFfdVersion()
-{
-    return {};
-}
-
-QVariant BasicFrDriver::queryData(const QString& /*query*/) const
-{
-    return {};
-}
-
-FnInfo BasicFrDriver::getFnInfo()
-{
-    return {};
-}
-
-FiscalInfo BasicFrDriver::getFiscalInfo(int /*documentNumber*/, bool /*lastOnly*/)
-{
-    return lastFiscalInfo;
-}
-
-OfdStatusInfo BasicFrDriver::getOfdStatusInfo()
-{
-    return {};
-}
-
-KkmRegisters BasicFrDriver::getKkmRegisterBeg()
-{
-    return {};
-}
-
-KkmRegisters BasicFrDriver::getKkmRegisterEnd()
-{
-    return {};
-}
-
-FnDocument BasicFrDriver::getFnDocument(unsigned long long /*number*/)
-{
-    return {};
-}
-
-int BasicFrDriver::getHoursDifferenceLimit() const
-{
-    return -1;
 }

@@ -52,6 +52,8 @@ unsigned char reverseBits(unsigned char byte)
     return static_cast<unsigned char>(bits);
 }
 
+// === For drivers on this base: QR codes ===
+
 std::vector<std::vector<unsigned char>> BasicFrDriver::convertBytes2Bits(
     const std::vector<std::vector<unsigned char>>& rows, bool reverse) const
 {

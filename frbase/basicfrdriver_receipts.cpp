@@ -1,11 +1,25 @@
 #include "frbase/basicfrdriver.h"
 
 #include "host/log/log4qt.h"
-#include "host/records/fdrequisite.h"
 #include "host/records/frpayment.h"
 #include "host/records/frposition.h"
 
+// === Receipts, money documents, text documents ===
+
 void BasicFrDriver::checkOpen(const FiscalDocument& /*document*/) {}
+
+QJsonObject BasicFrDriver::checkClose(const FiscalDocument& /*document*/)
+{
+    return {};
+}
+
+void BasicFrDriver::checkCancel() {}
+
+void BasicFrDriver::checkWaitForPrint() {}
+
+void BasicFrDriver::cutAfterChecksClosing() {}
+
+void BasicFrDriver::cutPaper() {}
 
 void BasicFrDriver::checkAddPosition(const FrPosition& position)
 {
@@ -23,36 +37,16 @@ void BasicFrDriver::checkPay(const FrPayment& payment)
 
 void BasicFrDriver::checkPrint(const QList<QString>& /*lines*/) {}
 
-QJsonObject BasicFrDriver::checkClose(const FiscalDocument& /*document*/)
-{
-    return {};
-}
-
-void BasicFrDriver::checkCancel() {}
-
-void BasicFrDriver::checkWaitForPrint() {}
-
-void BasicFrDriver::cancelCheckOpen(const FiscalDocument& /*document*/) {}
-
-void BasicFrDriver::cancelCheckTotal(const FiscalDocument& /*document*/) {}
-
-void BasicFrDriver::cancelCheckPay(const FiscalDocument& /*document*/) {}
-
-QJsonObject BasicFrDriver::cancelCheckClose(const FiscalDocument& /*document*/)
-{
-    return {};
-}
-
-void BasicFrDriver::moneyCheckOpen(hw::fr::CheckType /*type*/, const QString& /*checkNumber*/) {}
+void BasicFrDriver::moneyCheckOpen(hw::fr::CheckType /*type*/, const QString& /*number*/) {}
 
 void BasicFrDriver::moneyCheckPrint(const QList<QString>& /*lines*/) {}
-
-void BasicFrDriver::moneyCheckWaitForPrint() {}
 
 QJsonObject BasicFrDriver::moneyCheckClose(double /*sum*/)
 {
     return {};
 }
+
+void BasicFrDriver::moneyCheckWaitForPrint() {}
 
 void BasicFrDriver::textDocOpen(hw::fr::CheckType /*type*/)
 {
@@ -63,26 +57,7 @@ void BasicFrDriver::textDocPrint(const QList<QString>& /*lines*/) {}
 
 void BasicFrDriver::textDocClose() {}
 
-void BasicFrDriver::continuePrintClosedDoc() {}
-
-bool BasicFrDriver::isLastCheckWithNumber(const QString& /*checkNumber*/)
+void BasicFrDriver::barcodePrint(const Barcode& /*barcode*/)
 {
-    return false;
+    logger->warn("Печать штрих-кода не поддерживается устройством");
 }
-
-QJsonObject BasicFrDriver::getLastCheck(const FiscalDocument& /*document*/)
-{
-    return {};
-}
-
-void BasicFrDriver::setRequisite(const FdRequisite& requisite)
-{
-    logger->info("Запись реквизита %1 (%2) в ФР", requisite.getTag(), requisite.getDescription());
-}
-
-int BasicFrDriver::checkMarkingCode(const MarkedPosition& /*position*/, bool /*wait*/)
-{
-    return 0;
-}
-
-void BasicFrDriver::clearMarkingCodes() {}

@@ -1,39 +1,26 @@
 #include "frbase/basicfrdriver.h"
 
-bool BasicFrDriver::setDateTime(const QDateTime& /*dateTime*/)
+#include "host/log/log4qt.h"
+#include "host/records/frparameter.h"
+
+// === Number, registration, marking codes ===
+
+void BasicFrDriver::setNumber(int newNumber)
 {
-    return false;
+    number = newNumber;
 }
 
-QDateTime BasicFrDriver::getDateTime()
+int BasicFrDriver::getNumber() const
 {
-    return QDateTime::currentDateTime();
+    return number;
 }
 
-int BasicFrDriver::getDefaultPaymentType()
-{
-    return 1;
-}
-
-int BasicFrDriver::getMainPaymentType(int type)
-{
-    return type;
-}
-
-int BasicFrDriver::getDefaultTaxSystem() const
-{
-    return 0;
-}
-
-QList<hw::fr::common::TaxSystemType> BasicFrDriver::getAllTaxSystems() const
+QMap<int, MoneyCounters> BasicFrDriver::getRelatedCounters() const
 {
     return {};
 }
 
-void BasicFrDriver::fiscalization(const QString& /*oldPassword*/, const QString& /*newPassword*/,
-    const QString& /*registrationNumber*/, const QString& /*inn*/)
-{
-}
+void BasicFrDriver::continuePrintClosedDoc() {}
 
 void BasicFrDriver::registration(const QList<hw::fr::common::TaxSystemType>& /*taxSystems*/,
     hw::fr::common::TaxSystemType /*defaultTaxSystem*/, const QString& /*registrationNumber*/,
@@ -41,23 +28,67 @@ void BasicFrDriver::registration(const QList<hw::fr::common::TaxSystemType>& /*t
 {
 }
 
+void BasicFrDriver::maintenance() {}
+
+QJsonObject BasicFrDriver::loadImage(int /*imageNumber*/, const QString& /*file*/)
+{
+    return {};
+}
+
+int BasicFrDriver::checkMarkingCode(const MarkedPosition& /*position*/, bool /*wait*/)
+{
+    return 0;
+}
+
 bool BasicFrDriver::isRegistrationParametersChanged(const QMap<QString, QVariant>& /*parameters*/) const
 {
     return false;
 }
 
-void BasicFrDriver::maintenance() {}
+void BasicFrDriver::checkPaper() const {}
 
-void BasicFrDriver::cashierLogin(const FrUser& /*user*/) {}
+void BasicFrDriver::clearMarkingCodes() {}
 
-void BasicFrDriver::cashierLogout(const FrUser& /*user*/) {}
+int BasicFrDriver::getAnnulationCounter()
+{
+    return 0;
+}
 
-bool BasicFrDriver::useSKNO()
+void BasicFrDriver::setSymbolsMapping(const QMap<QChar, QChar>& /*mapping*/) {}
+
+void BasicFrDriver::setProgramCliche(const QList<QString>& /*lines*/) {}
+
+bool BasicFrDriver::isCashDrawerOpened() const
 {
     return false;
 }
 
-bool BasicFrDriver::isSKNOConnectedToServer()
+bool BasicFrDriver::setParams(const QList<FrParameter>& params)
+{
+    const auto narrowed = [](int value) { return static_cast<unsigned short>(value); };
+    for (const FrParameter& param : params) {
+        if (!legacySetParam(narrowed(param.getTableNum()), narrowed(param.getRowNum()),
+                narrowed(param.getFieldNum()), param.getValue()))
+            return false;
+    }
+    return true;
+}
+
+bool BasicFrDriver::isLastCheckWithNumber(const QString& /*checkNumber*/)
 {
     return false;
 }
+
+QJsonObject BasicFrDriver::getLastCheck(const FiscalDocument& /*document*/)
+{
+    return {};
+}
+
+void BasicFrDriver::printCodePageSymbols(int /*codePage*/) {}
+
+void BasicFrDriver::addPostLines(const QList<FrPrintData>& /*lines*/)
+{
+    logger->warn("Печать дополнительных элементов при закрытии чека не поддерживается");
+}
+
+void BasicFrDriver::clearLinesForPrint() {}

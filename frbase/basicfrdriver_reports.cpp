@@ -1,5 +1,7 @@
 #include "frbase/basicfrdriver.h"
 
+// === Reports and counters ===
+
 void BasicFrDriver::vatReport() {}
 
 QJsonObject BasicFrDriver::zReport()
@@ -17,38 +19,6 @@ QJsonObject BasicFrDriver::xReportDept()
     return {};
 }
 
-void BasicFrDriver::fpReportInDatesRange(
-    const QString& /*password*/, long /*from*/, long /*to*/, bool /*full*/)
-{
-}
-
-void BasicFrDriver::fpReportInShiftsRange(
-    const QString& /*password*/, long /*from*/, long /*to*/, bool /*full*/)
-{
-}
-
-void BasicFrDriver::d2dReport(const QDateTime& /*from*/, const QDateTime& /*to*/, bool /*full*/) {}
-
-void BasicFrDriver::z2zReport(unsigned int /*from*/, unsigned int /*to*/, bool /*full*/) {}
-
-void BasicFrDriver::printLastZReport() {}
-
-void BasicFrDriver::accountingReport() {}
-
-void BasicFrDriver::printEj() {}
-
-QList<QString> BasicFrDriver::getEj(int /*shift*/)
-{
-    return {};
-}
-
-void BasicFrDriver::openShift() {}
-
-bool BasicFrDriver::isShiftOpen()
-{
-    return true;
-}
-
 MoneyCounters BasicFrDriver::getMoneyCounters(hw::fr::CheckType /*type*/)
 {
     return {};
@@ -64,46 +34,27 @@ QMap<int, MoneyCounters> BasicFrDriver::getPositionCounters(hw::fr::CheckType /*
     return {};
 }
 
-QMap<int, MoneyCounters> BasicFrDriver::getRelatedCounters() const
-{
-    return {};
-}
-
-int BasicFrDriver::getCheckCountersTries() const
-{
-    return 1;
-}
-
 int BasicFrDriver::getLastShiftNumber()
 {
     return 0;
 }
 
-int BasicFrDriver::getAnnulationCounter()
+int BasicFrDriver::getDefaultPaymentType()
 {
-    return 0;
+    return 1;
 }
 
-QString BasicFrDriver::getFrDocNum()
-{
-    return {};
-}
-
-QString BasicFrDriver::getFrDocNumAfterClosing()
+QString BasicFrDriver::getSendLinesTemplate() const
 {
     return {};
 }
 
-QString BasicFrDriver::getFrDocCopy(long /*documentNumber*/)
+void BasicFrDriver::fpReportInDatesRange(
+    const QString& /*password*/, long /*from*/, long /*to*/, bool /*full*/)
 {
-    return {};
 }
 
-int BasicFrDriver::getFrDocOffset()
+void BasicFrDriver::fpReportInShiftsRange(
+    const QString& /*password*/, long /*from*/, long /*to*/, bool /*full*/)
 {
-    return -1;
 }
-
-void BasicFrDriver::printLastFnDocument() {}
-
-void BasicFrDriver::printFnDocument(long /*documentNumber*/) {}

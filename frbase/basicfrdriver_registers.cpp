@@ -1,0 +1,53 @@
+#include "frbase/basicfrdriver.h"
+
+#include "host/log/log4qt.h"
+
+// === Registers and document numbers ===
+
+KkmRegisters BasicFrDriver::getKkmRegisterBeg()
+{
+    return {};
+}
+
+KkmRegisters BasicFrDriver::getKkmRegisterEnd()
+{
+    return {};
+}
+
+QMap<EFrDriver::FontTypes, int> BasicFrDriver::getBandWidthFonts()
+{
+    return {};
+}
+
+QString BasicFrDriver::getInn()
+{
+    return {};
+}
+
+bool BasicFrDriver::setGraphicCliche(const QString& /*file*/)
+{
+    logger->info("Установка графического клише не поддерживается устройством");
+    return false;
+}
+
+void BasicFrDriver::clearGraphicCliche() {}
+
+QString BasicFrDriver::getFrDocNum()
+{
+    return {};
+}
+
+QString BasicFrDriver::getFrDocNumAfterClosing()
+{
+    return {};
+}
+
+QString BasicFrDriver::getFrDocCopy(long /*number*/)
+{
+    return {};
+}
+
+int BasicFrDriver::getFrDocOffset()
+{
+    return -1;
+}
