@@ -12,22 +12,25 @@ namespace hw {
 class AbstractPrinter;
 class AbstractUpgradeManager;
 
-/// The device object of a fiscal register as the host holds it. Its settings are Qt properties of the object
-/// that implements it. The order of the operations is the binary contract with plugins.
+/// A fiscal register as the host sees it. Its settings are Qt properties of the object that implements this
+/// interface. The order of the operations is part of the binary contract with plugins: a new one goes to the
+/// end.
 class HOST_EXPORT AbstractFiscalRegister
 {
 public:
     virtual ~AbstractFiscalRegister();
 
-    /// Borrowed; belongs to the device object. Null before the device has been initialised.
+    /// The driver. Borrowed, it belongs to the device object; null until the device has been initialised.
     [[nodiscard]] virtual AbstractFrDriver* getLegacyDriver() = 0;
-    /// Borrowed; null when the register is no printer.
+    /// Borrowed; null if the register cannot be used as a printer.
     [[nodiscard]] virtual AbstractPrinter* getPrinter() = 0;
+    /// Number of this register among those connected to the host.
     [[nodiscard]] virtual unsigned int getDeviceId() const = 0;
     virtual void setDeviceId(unsigned int id) = 0;
+    /// Whether the driver may try other line speeds when a reconnection fails.
     [[nodiscard]] virtual bool isSpeedEnumerate() const = 0;
     virtual void setSpeedEnumerate(bool enumerate) = 0;
-    /// Null when the register's firmware cannot be upgraded by the host.
+    /// Null if the host cannot upgrade the register's firmware.
     [[nodiscard]] virtual QSharedPointer<AbstractUpgradeManager> getUpgradeManager() const = 0;
 };
 

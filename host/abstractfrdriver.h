@@ -25,11 +25,11 @@ class FrParameter;
 class FrPayment;
 class FrPosition;
 
-/// The host's interface to a fiscal register. The order of the operations is the binary contract with
+/// The host's interface to a fiscal register. The order of the operations is part of the binary contract with
 /// plugins: a new one goes to the end.
 ///
-/// All operations are called from one thread and block until the register has answered. A failure that the
-/// host must see is thrown as a class of the BasicException family.
+/// All operations are called from one thread and block until the register has answered. Failures that concern
+/// the host are thrown as exceptions derived from BasicException.
 class HOST_EXPORT AbstractFrDriver
 {
 public:
@@ -75,7 +75,7 @@ public:
     virtual void checkPrint(const QList<QString>& lines) = 0;
     virtual void moneyCheckOpen(hw::fr::CheckType type, const QString& number) = 0;
     virtual void moneyCheckPrint(const QList<QString>& lines) = 0;
-    /// The sum is in roubles.
+    /// `sum` is in roubles.
     virtual QJsonObject moneyCheckClose(double sum) = 0;
     virtual void moneyCheckWaitForPrint() = 0;
     virtual void textDocOpen(hw::fr::CheckType type) = 0;
@@ -98,7 +98,7 @@ public:
         const QString& registrationNumber, const QString& inn) = 0;
     virtual bool setDateTime(const QDateTime& dateTime) = 0;
     virtual QDateTime getDateTime() = 0;
-    /// Largest difference between the clocks of host and register, in hours; -1 for no limit.
+    /// Largest accepted difference between the clocks of host and register, in hours; -1 for no limit.
     [[nodiscard]] virtual int getHoursDifferenceLimit() const = 0;
     virtual bool setCliche(const QList<QString>& lines) = 0;
     virtual bool setTail(const QList<QString>& lines) = 0;

@@ -6,8 +6,8 @@ BasicException::BasicException(const QString& text)
 {
 }
 
-// Destructors stand here so that the type information of each class lives in this library alone and a
-// plugin's exception is caught by class in the host program.
+// The destructors are defined here, so that the type information of each class is in this library alone and
+// the host program can catch a plugin's exception by its class.
 BasicException::~BasicException() = default;
 DriverException::~DriverException() = default;
 FrDriverException::~FrDriverException() = default;

@@ -11,19 +11,19 @@
 class HOST_EXPORT BasicException : public std::runtime_error
 {
 public:
-    explicit BasicException(const QString& message);
+    explicit BasicException(const QString& text);
     BasicException(const BasicException&) = default;
     BasicException& operator=(const BasicException&) = default;
     ~BasicException() override;
 
-    /// The message as it is shown to people.
+    /// The message for people.
     [[nodiscard]] tr::Tr tr() const;
 
 private:
     ::tr::Tr message;
 };
 
-/// Base of all driver failures.
+/// A driver has failed; base of all driver exceptions.
 class HOST_EXPORT DriverException : public BasicException
 {
 public:
@@ -33,7 +33,7 @@ public:
     ~DriverException() override;
 };
 
-/// A fiscal-register driver failed.
+/// A fiscal-register driver has failed.
 class HOST_EXPORT FrDriverException : public DriverException
 {
 public:
@@ -43,7 +43,7 @@ public:
     ~FrDriverException() override;
 };
 
-/// A command of the fiscal register failed.
+/// A command of the fiscal register has failed.
 class HOST_EXPORT FrCommandException : public FrDriverException
 {
 public:
@@ -53,7 +53,7 @@ public:
     ~FrCommandException() override;
 };
 
-/// The exchange with a service failed, or the service refused the request.
+/// The exchange with a service has failed, or the service has rejected the request.
 class HOST_EXPORT FrWorkWithServiceException : public FrCommandException
 {
 public:
@@ -73,7 +73,7 @@ public:
     ~FrNoConnectionException() override;
 };
 
-/// The fiscal register does not know the command.
+/// The fiscal register does not support the command.
 class HOST_EXPORT FrCommandNotSupportException : public FrDriverException
 {
 public:
@@ -83,7 +83,7 @@ public:
     ~FrCommandNotSupportException() override;
 };
 
-/// The serial port failed, as opposed to the device behind it not answering.
+/// The serial port itself has failed. A device that does not answer is an FrNoConnectionException.
 class HOST_EXPORT ComDriverException : public DriverException
 {
 public:

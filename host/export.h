@@ -2,7 +2,7 @@
 
 #include <QtCore/qglobal.h>
 
-/// Marks what the host's shared library offers to plugins and programs.
+/// Marks what the host's shared library exports to plugins and programs.
 #if defined(HOST_LIBRARY)
 #define HOST_EXPORT Q_DECL_EXPORT
 #else

@@ -3,8 +3,8 @@
 #include "host/abstractserialdriver.h"
 #include "host/vposfrdriver.h"
 
-// Out of line, so that the type information of each interface lives in this library alone and dynamic_cast
-// works across the plugin's border.
+// Out of line, so that the type information of each interface is in this library alone and dynamic_cast works
+// between plugin and host.
 AbstractFrDriver::~AbstractFrDriver() = default;
 AbstractSerialDriver::~AbstractSerialDriver() = default;
 VposFrDriver::~VposFrDriver() = default;

@@ -7,7 +7,7 @@ template <typename T>
 class MockFactory
 {
 public:
-    /// The substitute; null for none. Borrowed: whoever installs it keeps it alive until the last user is
+    /// The substitute; null for none. Borrowed: whoever installs it keeps it alive until its last user is
     /// gone.
     static T* mocked;
 

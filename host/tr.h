@@ -7,13 +7,13 @@
 
 namespace tr {
 
-/// A message for people: its Russian text, optionally with texts in other forms and further messages.
+/// A message for people: its Russian text, and optionally a translation, a context and further messages.
 class HOST_EXPORT Tr
 {
 public:
     Tr() = default;
     /// A message with a Russian text only.
-    explicit Tr(const QString& russian);
+    explicit Tr(const QString& russianText);
     Tr(const Tr&) = default;
     Tr(Tr&&) = default;
     Tr& operator=(const Tr&) = default;

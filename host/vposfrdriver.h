@@ -6,19 +6,20 @@
 #include <QJsonObject>
 #include <QString>
 
-/// What a register behind a web service offers beside AbstractFrDriver. Reached by dynamic_cast from the
-/// driver.
+/// What a register that is a web service offers in addition to AbstractFrDriver. Obtained from the driver by
+/// dynamic_cast.
 class HOST_EXPORT VposFrDriver
 {
 public:
     virtual ~VposFrDriver();
 
-    /// Sends the collected receipt without waiting for its registration; returns the service's identifier of
-    /// it. Blocks for one exchange. Throws what the driver throws when the service refuses or does not
-    /// answer.
+    /// Sends the collected receipt without waiting for its registration; returns the identifier that the
+    /// service has assigned to it. Blocks until the service has answered. Throws what the driver throws when
+    /// the service rejects the receipt or does not answer.
     virtual QString documentClose(const FiscalDocument& document) = 0;
-    /// Asks the service about a document; returns its whole answer. Blocks for one exchange.
+    /// Asks the service about a document; returns the complete answer. Blocks until the service has answered;
+    /// throws as documentClose() does.
     virtual QJsonObject getDocumentInfo(const QString& uuid) = 0;
-    /// The service's last answer; empty when there was none since the receipt was opened.
+    /// The service's last answer; empty when there has been none since the receipt was opened.
     [[nodiscard]] virtual QJsonObject getLastResponse() const = 0;
 };

@@ -10,21 +10,21 @@ namespace hostruntime {
 class ExchangeLog;
 }
 
-/// The logging calls that drivers use, carried out by Qt's categorised logging.
+/// The logging calls that drivers use, on top of Qt's categorised logging.
 ///
-/// The category is the logger's two names joined by a point ("frdriver.atolonline_0"), so QT_LOGGING_RULES,
-/// QLoggingCategory::setFilterRules and message handlers work as in any Qt program. Every line passes
-/// secrets::masked() on its way.
+/// The category consists of the logger's two names, joined by a dot ("frdriver.atolonline_0"), so
+/// QT_LOGGING_RULES, QLoggingCategory::setFilterRules and message handlers work as in any Qt program. Every
+/// line goes through hostruntime::secrets::masked() first.
 namespace Log4Qt {
 
-/// A named log. Owned by the LogManager; callers keep a borrowed pointer and never delete it.
+/// A named logger. It belongs to the LogManager; callers keep a borrowed pointer and never delete it.
 ///
-/// Formats are UTF-8 and hold the placeholders %1 to %3, which are filled in argument order and in one pass:
-/// an argument that itself contains "%2" stays as it is. Safe to use from several threads.
+/// Formats are UTF-8 with the placeholders %1 to %3, which are filled in argument order and in a single pass:
+/// an argument that itself contains "%2" stays as it is. Thread-safe.
 class HOST_EXPORT Logger
 {
 public:
-    explicit Logger(const QByteArray& category);
+    explicit Logger(const QByteArray& categoryName);
     Q_DISABLE_COPY_MOVE(Logger)
 
     void debug(const char* message) const;
@@ -46,7 +46,7 @@ public:
         const char* format, const QVariant& first, const QVariant& second, const QVariant& third) const;
 
 private:
-    // For the host's own lines that are costly to make; drivers know the calls above alone.
+    // Only for lines of the runtime that are costly to compose; drivers use the calls above.
     friend class hostruntime::ExchangeLog;
     [[nodiscard]] bool isDebugEnabled() const { return category.isDebugEnabled(); }
     [[nodiscard]] bool isInfoEnabled() const { return category.isInfoEnabled(); }
@@ -55,7 +55,7 @@ private:
     QLoggingCategory category;
 };
 
-/// Hands out loggers; each pair of names gives one logger for the life of the process.
+/// Hands out loggers: one for each pair of names, for the life of the process. Thread-safe.
 class HOST_EXPORT LogManager
 {
 public:

@@ -26,7 +26,7 @@ QString escaped(const QString& value)
     return QString::fromUtf8(json.sliced(2, json.size() - 4));
 }
 
-// JSON may also be written in ASCII alone.
+// JSON may also be written in pure ASCII.
 QString escapedAscii(const QString& value)
 {
     QString text;
@@ -81,10 +81,10 @@ Replacements replacementsOf(const QString& value)
     return list;
 }
 
-// The latest values of one kind, the oldest forgotten first. Registers add to them and look into them in
-// every exchange, so nothing is done under the lock that could be done elsewhere or later: how a value may be
-// spelt is worked out when it is first looked for, which most never are. A plain mutex, since a shared one
-// makes the threads queue up behind each writer, and each new buyer is one.
+// The most recent values of one kind. Every register adds values and searches for them in each exchange, so
+// as little as possible is done under the lock: the spellings of a value are computed when it is first
+// searched for, which for most values never happens. A plain mutex, because with a shared one the threads
+// queue up behind every writer, and each new buyer is a write.
 class Values
 {
 public:
@@ -114,7 +114,7 @@ public:
         prepared.reset();
     }
 
-    // What is returned stays as it is while others are added.
+    // The returned list does not change when values are added.
     [[nodiscard]] std::shared_ptr<const Replacements> replacements()
     {
         const std::lock_guard lock(guard);
@@ -138,7 +138,8 @@ private:
                 value.spelt = replacementsOf(value.text);
             list->insert(list->end(), value.spelt.begin(), value.spelt.end());
         }
-        // The longer first, so that a value that begins another one does not leave the other's tail behind.
+        // Longer spellings first: a value that is the beginning of another one would otherwise leave the rest
+        // of it readable.
         std::stable_sort(list->begin(), list->end(), [](const Replacement& left, const Replacement& right) {
             return left.wanted.size() > right.wanted.size();
         });

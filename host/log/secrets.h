@@ -4,17 +4,17 @@
 
 #include <QString>
 
-/// The values that must not be read in a log. Each is registered where it becomes known, and everything that
-/// goes through a Log4Qt::Logger is searched for them.
+/// Values that must not appear in a log. Each is registered where it becomes known; every line written
+/// through a Log4Qt::Logger is searched for all of them.
 ///
-/// A value is found as it is, percent-encoded and escaped for JSON. One of fewer than four characters is
-/// found only where it is a whole quoted text, because it would blank out innocent lines otherwise. Values
-/// given to anything that is not a Log4Qt::Logger are the caller's care.
+/// A value is found in plain, percent-encoded and JSON-escaped spelling. A value of fewer than four
+/// characters is found only as a complete quoted string, because it would otherwise blank out innocent text.
+/// Text that is not written through a Log4Qt::Logger must be masked by whoever writes it.
 ///
-/// All calls may come from any thread.
+/// Thread-safe.
 namespace hostruntime::secrets {
 
-/// Who reads a line.
+/// Who may read a text.
 enum class Audience
 {
     /// Log files as they are kept in operation: info and above.
@@ -23,19 +23,20 @@ enum class Audience
     Developer,
 };
 
-/// What stands in a log instead.
+/// What replaces a value.
 inline constexpr QStringView mask = u"***";
 
-/// A password or a token: masked for everyone. The latest 256 are remembered; an empty text is none.
+/// Registers a password or a token; it is masked for everyone. The most recent 256 are remembered; an empty
+/// text is ignored.
 HOST_EXPORT void addCredential(const QString& value);
-/// A buyer's telephone or e-mail address: masked for Audience::Anyone. The latest 64 are remembered; an empty
-/// text is none.
+/// Registers a buyer's telephone number or e-mail address, or a login; it is masked for Audience::Anyone. The
+/// most recent 64 are remembered; an empty text is ignored.
 HOST_EXPORT void addPersonal(const QString& value);
 
-/// The text with the mask in place of every registered value.
+/// The text, with the mask in place of every registered value that the audience must not read.
 [[nodiscard]] HOST_EXPORT QString masked(const QString& text, Audience audience);
 
-/// Forgets every value.
+/// Forgets all values.
 HOST_EXPORT void clear();
 
 } // namespace hostruntime::secrets

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// What a driver tells about its device.
+/// Describes the device of a driver.
 class DeviceInfo
 {
 public:

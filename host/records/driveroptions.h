@@ -5,8 +5,8 @@
 
 namespace hw::fr {
 
-/// Options of a driver: single bits of a 64-bit word. What a bit means is the host's; those that drivers of
-/// this tree switch without reading are named by their position.
+/// Options of a driver: single bits of a 64-bit word, whose meaning the host defines. Those that the drivers
+/// here set without reading them are named by their position.
 enum class Option : quint64
 {
     Bit2 = 0x4,
@@ -18,10 +18,10 @@ enum class Option : quint64
     Bit37 = 0x2000000000,
 };
 
-/// Overrides of single options, by option.
+/// Values of single options that take precedence over what a driver sets.
 using DriverOptions = QHash<Option, bool>;
 
-/// Kinds of receipts and money documents in counters.
+/// Kinds of documents, as counters distinguish them.
 enum class CheckType : int
 {
     Sale,

@@ -5,7 +5,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// Small records in the signatures of AbstractFrDriver. Drivers of printing registers read them.
+// Small records in the signatures of AbstractFrDriver; only drivers of printing registers read them.
 
 /// A font to load into the register.
 struct Font
@@ -34,20 +34,20 @@ struct FrUser
     QString inn;
 };
 
-/// A line or picture that is printed when a receipt closes.
+/// A line to print when a receipt is closed.
 struct FrPrintData
 {
     QString text;
 };
 
-/// A marked line whose code is checked before it is sold.
+/// A marked item whose code is to be checked before the item is sold.
 struct MarkedPosition
 {
     QString markingCode;
     double count = 0;
 };
 
-/// Why a register is registered anew, as the fiscal data format numbers the reasons (tag 1101).
+/// Reasons for registering a register again, numbered as in the fiscal data format (tag 1101).
 enum class RegistrationReason : int
 {
     FnChange = 1,
@@ -56,7 +56,7 @@ enum class RegistrationReason : int
     SettingsChange = 4,
 };
 
-/// Count and sum of documents; the sum in roubles.
+/// Number and sum of documents; the sum is in roubles.
 struct MoneyCounters
 {
     int count = 0;

@@ -1,10 +1,10 @@
 #pragma once
 
 /// Enumerations of the host's fiscal-register drivers. The numbers of tags, methods and objects are those of
-/// the fiscal data format 1.05; a number outside the named values may be held and passed on.
+/// the fiscal data format 1.05; a number without a name may be stored and passed on.
 namespace EFrDriver {
 
-/// Sign of the payment method of a line (tag 1214).
+/// Payment method of a line (tag 1214).
 enum PaymentMethod : int
 {
     FullPrepayment = 1,
@@ -16,7 +16,7 @@ enum PaymentMethod : int
     CreditPayment = 7,
 };
 
-/// Sign of the subject of a line (tag 1212).
+/// Subject of a line (tag 1212).
 enum PaymentObject : int
 {
     Commodity = 1,
@@ -34,7 +34,7 @@ enum PaymentObject : int
     Another = 13,
 };
 
-/// Requisites by their tag number.
+/// Requisites by tag number.
 enum RequisiteTypes : int
 {
     /// Telephone or e-mail address of the buyer; text.
@@ -47,13 +47,13 @@ enum RequisiteTypes : int
     SupplierPhone = 1171,
     /// Additional requisite of a receipt; text.
     AdditionalReceiptRequisite = 1192,
-    /// Agent sign of a line; an agent-type bit.
+    /// Agent type of a line; a single bit.
     AgentSign = 1222,
     /// Supplier of a line; composite of SupplierPhone and SupplierName.
     SupplierData = 1224,
     /// Name of the supplier; text, member of SupplierData.
     SupplierName = 1225,
-    /// Taxpayer number of the supplier; text, held on the line itself.
+    /// Taxpayer number of the supplier; text, a requisite of the line itself.
     SupplierInn = 1226,
 };
 

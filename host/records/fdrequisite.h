@@ -8,7 +8,7 @@
 #include <QString>
 #include <QVariant>
 
-/// One requisite of a fiscal document, known by its tag number.
+/// One requisite of a fiscal document, identified by its tag.
 ///
 /// An empty requisite has tag 0; its source data reads as 0 through toInt() and as empty text through
 /// toString().
@@ -18,19 +18,19 @@ public:
     using Map = QMap<EFrDriver::RequisiteTypes, FdRequisite>;
 
     FdRequisite() = default;
-    /// A requisite with one value. The description is the tag's name where the host knows it.
-    FdRequisite(EFrDriver::RequisiteTypes tag, const QVariant& sourceData);
+    /// A requisite with one value.
+    FdRequisite(EFrDriver::RequisiteTypes type, const QVariant& data);
     /// A composite requisite (a structure of the fiscal data format) with members.
-    FdRequisite(EFrDriver::RequisiteTypes tag, const Map& members);
-    /// A requisite that is known by its encoded bytes only.
-    [[nodiscard]] static FdRequisite fromRawData(EFrDriver::RequisiteTypes tag, const QByteArray& bytes);
+    FdRequisite(EFrDriver::RequisiteTypes type, const Map& parts);
+    /// A requisite of which only the encoded bytes are known.
+    [[nodiscard]] static FdRequisite fromRawData(EFrDriver::RequisiteTypes type, const QByteArray& bytes);
 
     [[nodiscard]] int getTag() const { return tag; }
     /// The value as the host received it.
     [[nodiscard]] QVariant getSourceData() const { return sourceData; }
-    /// The encoded bytes; empty where the host did not encode the requisite.
+    /// The encoded bytes; empty if the host has not encoded the requisite.
     [[nodiscard]] QByteArray getRawData() const { return rawData; }
-    /// The name of the requisite for people, in Russian; empty for a tag that the host has no name for.
+    /// The requisite's name for people, in Russian; empty when the host has no name for the tag.
     [[nodiscard]] QString getDescription() const;
     /// The members of a composite requisite; empty for any other.
     [[nodiscard]] Map toMap() const { return members; }

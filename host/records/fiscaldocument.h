@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// The document being closed.
+/// The document that is being opened or closed.
 class FiscalDocument
 {
 public:
@@ -18,7 +18,7 @@ public:
     [[nodiscard]] int getDocumentType() const { return documentType; }
     void setDocumentType(int value) { documentType = value; }
 
-    /// The host's own identifier of the document, unique among all documents it ever sends.
+    /// The host's own identifier of the document, unique among all documents that the host ever sends.
     [[nodiscard]] QString getInternalIdentifier() const { return internalIdentifier; }
     void setInternalIdentifier(const QString& value) { internalIdentifier = value; }
 

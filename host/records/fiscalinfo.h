@@ -5,10 +5,11 @@
 
 #include <limits>
 
-/// Result of a fiscal document. Empty texts, zeros and an invalid date and time until a driver fills it.
+/// Result of a fiscal document. Texts are empty, numbers 0 and the date and time invalid until a driver fills
+/// it.
 struct FiscalInfo
 {
-    /// Date and time on the receipt, as the register printed it.
+    /// Date and time of the receipt, as printed by the register.
     QDateTime dateTime;
     /// Number of the fiscal storage; 16 digits, may begin with zeros.
     QString fnNumber;
@@ -18,7 +19,7 @@ struct FiscalInfo
     int fiscalDocumentNumber = 0;
     /// Taxation system of the receipt, in words.
     QString taxSystem;
-    /// Fiscal sign of the document; a number that may exceed 2^31, as text.
+    /// Fiscal sign of the document; text, because the number may exceed 2^31.
     QString fiscalSign;
     /// Total of the receipt, in roubles.
     double total = 0;
@@ -35,7 +36,7 @@ struct FnInfo
     QDateTime validUntil;
 };
 
-/// State of the link to the fiscal data operator.
+/// State of the connection to the fiscal data operator.
 struct OfdStatusInfo
 {
     /// -1 when unknown.
@@ -44,7 +45,7 @@ struct OfdStatusInfo
     QDateTime firstUnsent;
 };
 
-/// Registers of the device at the beginning or end of a shift, in roubles.
+/// Registers of the device at the beginning or end of a shift; sums in roubles.
 struct KkmRegisters
 {
     QDateTime dateTime;
@@ -54,7 +55,7 @@ struct KkmRegisters
     double cash = 0;
 };
 
-/// One document read from the fiscal storage.
+/// One document read from the fiscal storage; the total in roubles.
 struct FnDocument
 {
     QDateTime dateTime;

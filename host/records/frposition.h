@@ -7,7 +7,7 @@
 
 #include <QString>
 
-/// One line of a receipt. Amounts are roubles.
+/// One line of a receipt. Amounts are in roubles.
 class HOST_EXPORT FrPosition
 {
 public:
@@ -18,7 +18,7 @@ public:
     [[nodiscard]] double getPriceWithDisc() const { return priceWithDisc; }
     void setPriceWithDisc(double value) { priceWithDisc = value; }
 
-    /// Quantity, in units of the line.
+    /// Quantity, in the unit of the line.
     [[nodiscard]] double getCount() const { return count; }
     void setCount(double value) { count = value; }
 
@@ -40,13 +40,13 @@ public:
     [[nodiscard]] EFrDriver::PaymentObject getPaymentObject() const { return paymentObject; }
     void setPaymentObject(EFrDriver::PaymentObject value) { paymentObject = value; }
 
-    /// Whether the line is sold on behalf of a supplier, whatever its requisites hold.
+    /// Whether the line is sold on behalf of a supplier, regardless of its requisites.
     [[nodiscard]] bool hasSupplierRequisites() const { return supplierRequisites; }
     void setSupplierRequisites(bool value) { supplierRequisites = value; }
 
     /// Requisites of the line, by tag.
     [[nodiscard]] const FdRequisite::Map& getRequisites() const { return requisites; }
-    /// Keeps the requisite under its tag, in place of an earlier one.
+    /// Stores the requisite under its tag, replacing an earlier one.
     void setRequisite(const FdRequisite& requisite);
 
     /// Excise or marking stamp as the host keeps it; empty for an unmarked line.
@@ -60,7 +60,7 @@ public:
     [[nodiscard]] ExciseMarkType getExciseMarkType() const { return exciseMarkType; }
     void setExciseMarkType(ExciseMarkType value) { exciseMarkType = value; }
 
-    /// The line in one line of text, for logs.
+    /// The receipt line as one line of text, for logs.
     [[nodiscard]] QString toString() const;
 
 private:

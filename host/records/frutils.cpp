@@ -12,7 +12,7 @@ namespace {
 constexpr qsizetype maxCodeSize = 32;
 constexpr qsizetype gtinSize = 6;
 
-// Leading bytes of the code: the kind of thing that carries it.
+// Leading bytes of the code, which tell its kind.
 constexpr quint16 dataMatrix = 0x444D;
 constexpr quint16 ean13 = 0x450D;
 constexpr quint16 furSign = 0x5246;
@@ -31,7 +31,7 @@ QByteArray productCode(quint16 kind, const QString& gtin, const QString& serial)
     return code.first(std::min(code.size(), maxCodeSize));
 }
 
-// What scanners put before the data: the symbology identifier and the leading FNC1 of a GS1 symbol.
+// Scanners put the symbology identifier and the leading FNC1 of a GS1 symbol in front of the data.
 QString withoutPrefix(QString code)
 {
     static const QRegularExpression prefix(u"^(?:\\](?:d2|C1|Q3|e0))?\\x1D?"_s);

@@ -6,19 +6,19 @@
 
 #include <QString>
 
+/// Helpers for fiscal records.
 class HOST_EXPORT FrUtils
 {
 public:
-    /// The product code (tag 1162, fiscal data format 1.05) of a marking code as scanned: two bytes of kind,
-    /// for trade items six bytes of GTIN, then the serial; 32 bytes at most.
+    /// The product code (tag 1162, fiscal data format 1.05) of a marking code as scanned: two bytes for the
+    /// kind, six bytes of GTIN for trade items, then the serial; at most 32 bytes.
     ///
     /// Known forms are GS1 DataMatrix (01 + GTIN + 21 + serial), packs and blocks of tobacco, EAN-13 and the
-    /// control sign of a fur product. A code of any other form gives a requisite without raw data: nothing is
+    /// control sign of a fur product. For a code of any other form the requisite has no raw data: nothing is
     /// guessed.
     ///
     /// A DataMatrix serial ends at the GS character (0x1D). Where the scanner has dropped the GS characters,
-    /// a serial longer than 13 characters that is followed by the identifiers 91, 92 or 93 is taken to end
-    /// before them.
+    /// a serial that continues with 91, 92 or 93 after 13 characters is taken to end there.
     [[nodiscard]] static FdRequisite createNomenclatureCodeRequisite(
         const QString& markingCode, ExciseMarkType type);
 };

@@ -6,7 +6,7 @@
 
 namespace hw::fr::common {
 
-/// Taxation system as tag 1055 carries it: one bit set.
+/// Taxation systems, as single bits of tag 1055.
 enum class TaxSystemType : int
 {
     General = 1,
@@ -17,10 +17,12 @@ enum class TaxSystemType : int
     Patent = 32,
 };
 
+/// Texts about taxation systems.
 class HOST_EXPORT TaxSystem
 {
 public:
-    /// A Russian text for people; a value that is no single known bit is named as unknown.
+    /// The system's name for people, in Russian; "unknown" in Russian for a value that is not exactly one
+    /// known bit.
     [[nodiscard]] static QString getDescription(TaxSystemType type);
 };
 

@@ -28,7 +28,7 @@ void append(HeaderList& list, const QByteArray& line)
 HeaderList headerLines(const HttpRequest& request)
 {
     HeaderList list(nullptr, &curl_slist_free_all);
-    // A large body would otherwise wait for a second for a "100 Continue" that few servers send.
+    // Otherwise a large body would wait for a second for a "100 Continue" that few servers send.
     append(list, "Expect:");
     for (auto entry = request.headers.begin(); entry != request.headers.end(); ++entry) {
         const QByteArray name = entry.key().toUtf8();
@@ -55,7 +55,7 @@ QString inWords(CURLcode code)
         std::pair{CURLE_PARTIAL_FILE, "ответ оборван"},
         std::pair{CURLE_BAD_CONTENT_ENCODING, "сжатие ответа не понято"},
         std::pair{CURLE_WEIRD_SERVER_REPLY, "ответ не HTTP"},
-        // What the library says of one header line over 100 KB, too.
+        // Also reported for a single header line over 100 KB.
         std::pair{CURLE_OUT_OF_MEMORY, "заголовок ответа слишком велик или не хватает памяти"},
         std::pair{CURLE_HTTP2, "ошибка HTTP/2"},
         std::pair{CURLE_HTTP2_STREAM, "ошибка HTTP/2"},
@@ -84,7 +84,7 @@ std::size_t writeReply(char* from, std::size_t size, std::size_t count, void* co
     return taken ? size * count : 0;
 }
 
-// Called each time the library is about to put a request on the wire, also when it repeats one by itself.
+// Called each time the library is about to put a request on the wire, even when it repeats one by itself.
 int beforeRequest(void* context, char*, char*, int, int)
 {
     return static_cast<HttpTransfer*>(context)->begin() ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
@@ -104,7 +104,7 @@ HttpConnection::HttpConnection(const TransportOptions& transportOptions)
     multi.reset(curl_multi_init());
     if (!easy || !multi)
         throw std::bad_alloc();
-    // The connection in use and none besides.
+    // No connection is kept besides the one in use.
     curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, 1L);
 }
 
@@ -133,9 +133,9 @@ void HttpConnection::prepare(const HttpRequest& request, const curl_slist* heade
     set(CURLOPT_ACCEPT_ENCODING, "gzip");
     set(CURLOPT_FOLLOWLOCATION, 0L);
     set(CURLOPT_NOSIGNAL, 1L);
-    // Limits are kept by run(); the library's own must not come first.
+    // run() enforces the limits; the library's own must not expire first.
     set(CURLOPT_CONNECTTIMEOUT_MS, HttpTransfer::longest.count());
-    // A name server that does not answer must not hold the caller beyond its limit.
+    // A name server that does not answer must not hold the caller up beyond the limit.
     set(CURLOPT_QUICK_EXIT, 1L);
     setVerb(request, transfer);
     setRoute();
@@ -157,7 +157,7 @@ void HttpConnection::setVerb(const HttpRequest& request, HttpTransfer& transfer)
         set(CURLOPT_HTTPGET, 1L);
         return;
     }
-    // A read callback without a seek callback: the library cannot rewind the body, so it cannot send it
+    // With a read callback but no seek callback, the library cannot rewind the body and so cannot send it
     // again.
     set(CURLOPT_POST, 1L);
     set(CURLOPT_CUSTOMREQUEST, isPost ? "POST" : "GET");
@@ -168,7 +168,7 @@ void HttpConnection::setVerb(const HttpRequest& request, HttpTransfer& transfer)
 
 void HttpConnection::setRoute()
 {
-    // An empty text, unlike none, also keeps the environment's variables out.
+    // Unlike a null pointer, an empty text also disables the environment's proxy variables.
     set(CURLOPT_PROXY, proxy.constData());
     set(CURLOPT_NOPROXY, "");
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
@@ -181,14 +181,14 @@ void HttpConnection::setTls()
     set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
     set(CURLOPT_SSL_VERIFYPEER, 1L);
     set(CURLOPT_SSL_VERIFYHOST, 2L);
-    // With a certificate folder set, as Debian's default is, the library reads the whole bundle again for
+    // With a certificate directory, which is Debian's default, the library reads the whole bundle again for
     // each connection.
     set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
     if (!caFile.isEmpty())
         set(CURLOPT_CAINFO, caFile.constData());
 }
 
-// Returns why the exchange failed; empty when it did not.
+// Returns why the exchange has failed; empty if it has not.
 QString HttpConnection::run(HttpTransfer& transfer)
 {
     curl_multi_add_handle(multi.get(), easy.get());
@@ -208,7 +208,7 @@ QString HttpConnection::run(HttpTransfer& transfer)
         curl_multi_poll(multi.get(), nullptr, 0, static_cast<int>(left.count()), nullptr);
     }
     noteConnection(failure.isEmpty());
-    // Closes the connection when the exchange is not over.
+    // Closes the connection if the exchange is not finished.
     curl_multi_remove_handle(multi.get(), easy.get());
     return failure;
 }
@@ -227,7 +227,7 @@ QString HttpConnection::result(const HttpTransfer& transfer)
     int queued = 0;
     const CURLMsg* message = curl_multi_info_read(multi.get(), &queued);
     const CURLcode code = message ? message->data.result : CURLE_FAILED_INIT;
-    // A reply that ends inside its headers is a success to the library.
+    // To the library, a reply that ends inside its headers is a success.
     if (code == CURLE_OK)
         return transfer.hasAllHeaders() ? QString() : u"ответ оборван в заголовках"_s;
     const char* detail = errorText[0] != '\0' ? errorText : curl_easy_strerror(code);

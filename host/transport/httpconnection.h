@@ -17,10 +17,10 @@ namespace hostruntime {
 
 class HttpTransfer;
 
-/// Carries one request at a time over HTTP. One thread at a time.
+/// Sends one request at a time over HTTP. To be used by one thread at a time.
 ///
-/// A POST is put on the wire at most once. The connection is kept between exchanges, and KeptConnection says
-/// when a POST may use it again; a GET whose kept connection turns out to be closed is repeated once.
+/// A POST is put on the wire at most once. The connection is kept between exchanges; KeptConnection decides
+/// whether a POST may use it again. A GET whose kept connection turns out to be closed is repeated once.
 class HttpConnection
 {
 public:
@@ -61,7 +61,7 @@ private:
     QByteArray proxy;
     QByteArray userAgent;
     KeptConnection kept;
-    // The easy handle is cleaned up first, so it is declared after the other.
+    // In this order, because the easy handle must be cleaned up first.
     std::unique_ptr<CURLM, CleanupMulti> multi;
     std::unique_ptr<CURL, CleanupEasy> easy;
     char errorText[CURL_ERROR_SIZE] = {};

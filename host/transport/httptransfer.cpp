@@ -5,7 +5,6 @@
 namespace hostruntime {
 
 using namespace Qt::Literals::StringLiterals;
-
 using namespace std::chrono_literals;
 
 namespace {
@@ -21,10 +20,10 @@ std::chrono::milliseconds bounded(std::chrono::milliseconds limit)
 } // namespace
 
 HttpTransfer::HttpTransfer(
-    const HttpRequest& what, const TransportOptions& how, const std::function<void()>& before)
-    : request(what)
-    , options(how)
-    , beforeSending(before)
+    const HttpRequest& outgoing, const TransportOptions& limits, const std::function<void()>& onSending)
+    : request(outgoing)
+    , options(limits)
+    , beforeSending(onSending)
 {
 }
 

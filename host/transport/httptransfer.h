@@ -14,39 +14,41 @@
 
 namespace hostruntime {
 
-/// The course of one exchange: what has been sent and received, and which limit runs out next.
+/// The course of one exchange: what has been sent and received, and which limit expires next.
 class HttpTransfer
 {
 public:
+    /// Every limit is cut to this.
     static constexpr std::chrono::milliseconds longest = std::chrono::hours(1);
 
     struct Limit
     {
-        /// Not above zero when the limit has run out.
+        /// Zero or less when the limit has expired.
         std::chrono::milliseconds left;
-        /// What to say of that; empty until then.
+        /// The Russian message about the expiry; empty before.
         QString expiry;
     };
 
-    /// All are borrowed. `beforeSending` is called each time the request is about to be put on the wire; it
-    /// must not throw.
-    HttpTransfer(const HttpRequest& request, const TransportOptions& options,
-        const std::function<void()>& beforeSending);
+    /// All are borrowed and must outlive the transfer. `onSending` is called each time the request is about
+    /// to be put on the wire; it must not throw.
+    HttpTransfer(
+        const HttpRequest& outgoing, const TransportOptions& limits, const std::function<void()>& onSending);
 
-    /// A request is about to be put on the wire; returns whether it may be.
+    /// To be called when a request is about to be put on the wire; returns whether it may be.
     bool begin();
     /// Copies the next part of the request's body; returns its size, 0 at the end.
     std::size_t takeBody(char* to, std::size_t room);
-    /// Adds one line of headers; false when there are too many of them.
+    /// Adds one header line; returns false when the headers exceed 64 KiB.
     bool addHeader(std::string_view line);
-    /// Adds a part of the reply's body, uncompressed; false when it grows too large.
+    /// Adds a part of the uncompressed body of the reply; returns false when the body exceeds 16 MiB.
     bool addBody(std::string_view part);
 
+    /// The limit that expires next in the current phase of the exchange.
     [[nodiscard]] Limit nextLimit() const;
-    /// Why this object has ended the exchange; empty when it has not.
+    /// Why this object has ended the exchange, in Russian; empty if it has not.
     [[nodiscard]] QString refusal() const { return cause; }
     [[nodiscard]] bool wasSent() const { return attempts > 0; }
-    /// Whether the headers of a final answer have come to their end.
+    /// Whether all headers of a final answer have arrived.
     [[nodiscard]] bool hasAllHeaders() const { return headersEnded; }
     [[nodiscard]] QByteArray takeReply() { return std::move(reply); }
 

@@ -8,16 +8,17 @@ namespace {
 
 using namespace std::chrono_literals;
 
+// Once a server has kept a connection this often, the check for a closed one need not wait.
 constexpr int proof = 3;
 constexpr auto patience = 20ms;
-// A connection that ends sooner than this after an answer was not idle: closing is the server's habit.
+// A connection closed sooner than this after an answer was not idle for too long: the server closes by habit.
 constexpr auto atOnce = 1s;
 
 } // namespace
 
 void KeptConnection::noteUse(const Use& use)
 {
-    // With a whole answer, a closed connection was announced.
+    // After a whole answer, a missing socket means that the server has announced the end of the connection.
     if (use.reused && (use.socket >= 0 || use.answered))
         ++timesKept;
     else if (openSocket >= 0 && isFresh())
@@ -42,8 +43,8 @@ bool KeptConnection::isFresh() const
     return Clock::now() - lastUse < atOnce;
 }
 
-// Between exchanges nothing is expected, so whatever can be read is the end of the connection or announces
-// it.
+// Nothing is expected between exchanges, so anything that can be read is the end of the connection or
+// announces it.
 bool KeptConnection::isClosedWithin(std::chrono::milliseconds wait) const
 {
     pollfd connection{openSocket, POLLIN | POLLRDHUP, 0};

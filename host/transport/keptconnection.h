@@ -6,17 +6,18 @@
 
 namespace hostruntime {
 
-/// Decides whether a POST may travel on the connection that the exchange before it has left open.
+/// Decides whether a POST may use the connection that the previous exchange has left open.
 ///
-/// A server may close a connection at any moment, also while a request is on its way to it, and then nobody
-/// knows whether the request was read. So the connection is used again only while it is younger than any
-/// common idle limit, after a look whether the server has closed it, and not at all with a server that was
-/// seen to close connections at once without saying so. Before a server has proved that it keeps them, the
-/// look waits a moment: the end of a connection arrives just behind the answer that came before it.
+/// A server may close a connection at any moment, even while a request is on its way, and then nobody knows
+/// whether the request was read. The connection is therefore used again only if it has been idle for less
+/// than any common idle limit, if a check shows that the server has not closed it, and if this server has
+/// never been seen to close a connection right after an answer without announcing it. Until a server has kept
+/// a connection a few times, the check waits for a moment, because the end of a connection arrives shortly
+/// after the answer.
 class HOST_EXPORT KeptConnection
 {
 public:
-    /// Servers close idle connections after 5 to 75 seconds.
+    /// The longest idle time; servers close idle connections after 5 to 75 seconds.
     static constexpr std::chrono::seconds longestIdle{4};
 
     /// How one exchange has used the connection.
@@ -32,8 +33,8 @@ public:
 
     /// To be called at the end of each exchange.
     void noteUse(const Use& use);
-    /// Whether a POST may use the connection. Blocks for up to 20 milliseconds while the server has not
-    /// proved itself.
+    /// Whether a POST may use the connection. Blocks for up to 20 milliseconds until the server has kept a
+    /// connection three times.
     [[nodiscard]] bool mayCarryPost();
 
 private:

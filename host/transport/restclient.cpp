@@ -28,10 +28,10 @@ bool hasLineBreak(const QString& text)
     return text.contains(u'\r') || text.contains(u'\n');
 }
 
-// Why the request must not be tried; empty when it may be.
+// Why the request must not be sent; empty if it may be.
 QString flaw(const QUrl& url, const RestClient::Headers& headers)
 {
-    // The library would guess what is missing and go to a host of its own invention.
+    // The library would guess what is missing and might contact a host that nobody has named.
     if ((url.scheme() != "http"_L1 && url.scheme() != "https"_L1) || url.host().isEmpty())
         return u"адрес не http и не https"_s;
     for (auto entry = headers.begin(); entry != headers.end(); ++entry) {
@@ -44,7 +44,7 @@ QString flaw(const QUrl& url, const RestClient::Headers& headers)
 struct Parsed
 {
     QVariant value;
-    /// Why nobody can use the value; empty when it is an object with something in it.
+    // Why the value is of no use; empty if it is an object that is not empty.
     QString failure;
 };
 
@@ -106,7 +106,7 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
     for (const QString& password : proxyPasswords)
         secrets::addCredential(password);
     secrets::addFromRequest(url, request.headers, request.body);
-    // The query is left out: a caller may carry a token there.
+    // Without the query, where a caller may have put a token.
     const QString what = (request.verb == HttpRequest::Verb::Post ? u"POST "_s : u"GET "_s) + url.path();
     log.logRequest(what, request.body);
 
