@@ -76,7 +76,8 @@ void BasicFiscalRegister::qt_static_metacall(
         qt_static_metacall(static_cast<QObject*>(device), call, index, arguments);
         return;
     }
-    // As QMetaProperty::read() calls: the result stands behind the second argument once the third says so.
+    // QMetaProperty::read() returns the variant in the second argument if the status in the third has
+    // changed.
     if (arguments[1]) {
         *static_cast<QVariant*>(arguments[1]) = QVariant();
         *static_cast<int*>(arguments[2]) = 0;

@@ -11,10 +11,10 @@
 
 namespace hw {
 
-/// Base of the device object of a fiscal register: its driver, and its settings as Qt properties.
+/// Base of a fiscal register's device object: holds the driver, and offers the settings as Qt properties.
 ///
-/// A derived object passes its own settings record to the constructor, and later, when the host has written
-/// the properties, creates its driver with the raw pointer of settings and stores it in legacyDriver.
+/// A derived class passes its own settings record to the constructor. Later, when the host has written the
+/// properties, it creates its driver with the raw pointer of settings and stores it in legacyDriver.
 ///
 /// The class-info pairs label the properties for the host's settings editor; nothing here enforces their
 /// limits.
@@ -36,42 +36,44 @@ class BasicFiscalRegister : public QObject, public AbstractFiscalRegister
     Q_PROPERTY(int hardwareClass READ getHardwareClass DESIGNABLE false)
     Q_PROPERTY(uint deviceId READ getDeviceId WRITE setDeviceId)
     Q_PROPERTY(bool speedEnumerate READ isSpeedEnumerate WRITE setSpeedEnumerate)
-    /// Write only: reading it gives an invalid value.
+    /// Write only: reading it returns an invalid value.
     Q_PROPERTY(hw::fr::DriverOptions driverOptions WRITE setDriverOptions DESIGNABLE false)
 public:
-    /// Shares the settings, which must not be null. There is no driver yet.
-    BasicFiscalRegister(const QSharedPointer<BasicFrSettings>& settings, QObject* parent);
+    /// Shares the settings, which must not be null. Does not create a driver.
+    BasicFiscalRegister(const QSharedPointer<BasicFrSettings>& sharedSettings, QObject* parent);
     ~BasicFiscalRegister() override;
     Q_DISABLE_COPY_MOVE(BasicFiscalRegister)
 
-    /// Borrowed; null until the derived object has created its driver.
+    /// Borrowed; null until the derived class has created its driver.
     [[nodiscard]] AbstractFrDriver* getLegacyDriver() override;
-    /// Null: no printer of its own.
+    /// Null: the register cannot be used as a printer.
     [[nodiscard]] AbstractPrinter* getPrinter() override;
     [[nodiscard]] unsigned int getDeviceId() const override;
-    /// Null: no upgrades.
+    /// Null: the firmware cannot be upgraded by the host.
     [[nodiscard]] QSharedPointer<AbstractUpgradeManager> getUpgradeManager() const override;
     [[nodiscard]] bool isSpeedEnumerate() const override;
     void setSpeedEnumerate(bool enumerate) override;
     void setDeviceId(unsigned int id) override;
 
-    /// The host's class of fiscal registers.
+    /// The number of the host's device class "fiscal register".
     [[nodiscard]] int getHardwareClass() const { return 64; }
-    /// Adds the options to those of the settings; one that is there takes the new value.
+    /// Adds the options to those in the settings; an option that is already there takes the new value.
     void setDriverOptions(const fr::DriverOptions& options);
-    /// Names inherited properties that the device does not use. The host reads all names so far from the
-    /// dynamic property "unusedProps". For the constructors of derived objects.
+    /// Names inherited properties that the device does not use; for the constructors of derived classes. The
+    /// host reads all names given so far from the dynamic property "unusedProps".
     void addUnusedProperties(const QList<QString>& names);
 
 protected:
-    /// Owned: deleted with this object, before the settings are released. One that is replaced is not.
+    /// Owned: deleted with this object, before the settings are released. A driver that is replaced is not
+    /// deleted.
     AbstractFrDriver* legacyDriver = nullptr;
     QSharedPointer<BasicFrSettings> settings;
     QList<QString> unusedProps;
 
 private:
-    // Qt reads a property without READ as a default value of its type. The generated qt_metacall() passes
-    // `this`, so it prefers this overload to the generated function, and the read is answered as invalid.
+    // Qt reads a property without READ as a default value of its type, but the host expects an invalid value.
+    // The generated qt_metacall() passes `this`, so overload resolution prefers this function to the
+    // generated one.
     static void qt_static_metacall(
         BasicFiscalRegister* device, QMetaObject::Call call, int index, void** arguments);
 };

@@ -15,21 +15,22 @@ class Logger;
 /// Base of every fiscal-register driver: the host's whole driver interface with harmless defaults, so that a
 /// driver overrides only what its device can do.
 ///
-/// A default does nothing, returns a neutral value, or says in the log that the device does not support the
-/// operation. No default throws. The work of the base itself is connecting (connect() and what it calls), QR
-/// codes (generateQR(), convertBytes2Bits()) and the options.
+/// A default does nothing, returns a neutral value, or logs that the device does not support the operation.
+/// No default throws, except connect(), connectAtCurrentSpeed() and isPortReady(), which report a missing
+/// link. The base itself implements connecting (connect() and what it calls), QR codes (generateQR(),
+/// convertBytes2Bits()) and the options.
 ///
 /// ## Order of calls
 ///
-/// 1. The device object constructs the driver with borrowed settings and the host opens its port: portOpen().
-/// 2. connect(); again whenever the link is to be established anew. Then init().
+/// 1. The device object creates the driver with borrowed settings, and the host opens its port: portOpen().
+/// 2. connect(), and again whenever the link has to be re-established. Then init().
 /// 3. A receipt: checkOpen(), setRequisite() and checkAddPosition() as often as needed, checkTotal(),
 ///    checkPay() for each payment, checkClose(), checkWaitForPrint(); or checkCancel() instead of closing.
-///    After closing, getFiscalInfo() tells the fiscal result. A money document or a text document is its
-///    Open, Print and Close.
+///    After closing, getFiscalInfo() returns the fiscal result. For a money document or a text document, its
+///    Open, Print and Close operations.
 /// 4. portClose(); the device object deletes the driver.
 ///
-/// Descriptions, settings, options, counters and handlers may be asked for and set in any order.
+/// Descriptions, settings, options, counters and handlers may be read and set at any time.
 ///
 /// ## Threads
 ///
@@ -38,17 +39,17 @@ class Logger;
 ///
 /// ## What blocks
 ///
-/// Of the base: connect(), enumerateSpeed() and connectAtCurrentSpeed() for as long as the handshakes take
-/// that they run, with no pause and no time-out of their own; msleep() for the time given. Nothing else. An
-/// override that talks to a device blocks until the device has answered or its own time-out has passed.
+/// In the base: connect(), enumerateSpeed() and connectAtCurrentSpeed() as long as their handshakes take,
+/// without pauses or time-outs of their own, and msleep() for the given time. Nothing else. An override that
+/// talks to a device blocks until the device has answered or the override's own time-out has expired.
 ///
 /// ## What holds on entry and on exit
 ///
 /// The port, the settings and the logger are borrowed and outlive the driver. settings and logger are never
-/// null; port is null for a driver without a line. When connect() returns, the device answers, and on a
-/// serial line at currentBaudRate; when it throws, see there. A failure that the host must see is thrown as
-/// a class of the BasicException family with a Russian text; a callback that has been set is never called by
-/// the base.
+/// null; port is null for a driver without a line. When connect() has returned, the device has answered, on a
+/// serial line at currentBaudRate; its failures are described there. Failures that concern the host are
+/// thrown as exceptions derived from BasicException, with a Russian text. The base never calls the
+/// notification handlers.
 ///
 /// ## A driver for a serial register
 ///
@@ -56,47 +57,47 @@ class Logger;
 ///   The base never writes portClosed.
 /// - setConnection() is the handshake: it returns when the device has answered, throws
 ///   FrNoConnectionException when it has not, and ComDriverException when the port has failed.
-/// - The constructor fills baudRates with the speeds that the device knows, in the order in which they are to
-///   be tried, and sets deviceInfo. setDefaultBaudrate() may choose defaultBaudRate by the model.
+/// - The constructor fills baudRates with the speeds that the device supports, in the order in which to try
+///   them, and sets deviceInfo. setDefaultBaudrate() may choose defaultBaudRate according to the model.
 /// - Each operation that uses the line calls isPortReady() first.
-/// - Then the operations that the device can do. lastFiscalInfo is filled by checkClose() and reset by
-///   checkOpen().
+/// - The driver overrides the operations that the device supports. checkOpen() resets lastFiscalInfo, and
+///   checkClose() fills it.
 ///
-/// connect() and the search for the speed are used as they are. examples/serialdriver/ is such a driver.
+/// connect() and the search for the speed need no override. examples/serialdriver/ is such a driver.
 class BasicFrDriver : public AbstractFrDriver
 {
 public:
-    /// A driver without a port, with default settings of its own and the logger "frdriver".
+    /// Creates a driver without a port, with default settings of its own and the logger "frdriver".
     BasicFrDriver();
-    /// Port and settings are borrowed and must outlive the driver; a null port is a driver without a line,
-    /// null settings stand for default ones of the driver's own (which are never freed). The logger is
-    /// "frdriver.<loggerName>", and loggerName stands in getDeviceInfo().
+    /// Port and settings are borrowed and must outlive the driver. A null port makes a driver without a line;
+    /// in place of null settings the driver creates default ones, which are never freed. The logger is
+    /// "frdriver.<loggerName>", and getDeviceInfo() holds loggerName.
     ///
-    /// Options Bit2, Bit19 and Bit24 are switched on through setOption() of the base, where the settings can
-    /// turn each of them off.
-    BasicFrDriver(AbstractSerialDriver* port, const QString& loggerName, BasicFrSettings* settings);
+    /// Switches on the options Bit2, Bit19 and Bit24 by setOption() of the base, unless the settings turn
+    /// them off.
+    BasicFrDriver(AbstractSerialDriver* serialPort, const QString& loggerName, BasicFrSettings* frSettings);
     ~BasicFrDriver() override;
     Q_DISABLE_COPY_MOVE(BasicFrDriver)
 
     // === Connection and lifetime ===
-    // By default nothing happens, with a warning for reinitialize() and reboot(); setDefaults() returns
-    // false: not applied.
+    // Apart from connect(), these do nothing by default; reinitialize() and reboot() log a warning,
+    // setDefaults() returns false: not applied.
 
     void portOpen() override;
     void portClose() override;
     /// Establishes the link to the device; needs the port.
     ///
-    /// A serial line is tried at defaultBaudRate and, when the device does not answer, at the other speeds by
-    /// enumerateSpeed(). If the settings forbid the search (BasicFrSettings::isSpeedEnumerate()), that holds
-    /// for reconnecting only: until the first success the search runs all the same, later
-    /// connectAtCurrentSpeed() stands in for it. A line without a speed (port kinds 3 and 4) is tried three
-    /// times. The port is asked for its kind exactly twice.
+    /// A serial line is tried at defaultBaudRate. If the device does not answer, enumerateSpeed() searches
+    /// the other speeds. Once a connection has succeeded, it does so only if the settings allow it
+    /// (BasicFrSettings::isSpeedEnumerate()); otherwise connectAtCurrentSpeed() is called instead. A line
+    /// without a speed (port kinds 3 and 4) is tried three times. The port is asked for its kind exactly
+    /// twice.
     ///
-    /// Throws FrNoConnectionException, "Нет связи" when the port failed at the first speed or at
-    /// currentBaudRate, "Нет связи с ФР" when the device answered at no speed tried (the port is then back at
-    /// defaultBaudRate, unless it refuses that) or a line without a speed failed. Without a port it is
-    /// "Нет связи". Any other exception of the handshake or the port passes through. A failure changes
-    /// neither currentBaudRate nor connectedOnce.
+    /// Throws FrNoConnectionException: "Нет связи" without a port, or when the port has failed at the first
+    /// speed or at currentBaudRate; "Нет связи с ФР" when the device has not answered at any speed tried (the
+    /// port is then back at defaultBaudRate, unless it refuses that), or when a line without a speed has
+    /// failed. Any other exception of the handshake or the port passes through. A failure changes neither
+    /// currentBaudRate nor connectedOnce.
     void connect() override;
     void init() override;
     void reinitialize() override;
@@ -104,8 +105,8 @@ public:
     bool setDefaults() override;
 
     // === Descriptions and fiscal storage ===
-    // Empty texts and records. getDump() returns the stream untouched, getDeviceInfo() a copy of deviceInfo,
-    // getDeviceSettings() the settings in force (borrowed).
+    // Texts and records are empty by default. getDump() returns the stream untouched, getDeviceInfo() a copy
+    // of deviceInfo, getDeviceSettings() the settings in force (borrowed).
 
     QString getDeviceStateDescription() override;
     QString getFnStateDescription() override;
@@ -119,8 +120,8 @@ public:
     [[nodiscard]] BasicFrSettings* getDeviceSettings() const override;
 
     // === Fonts, sound and drawer ===
-    // setFont() and setLineSpacing() write a debug line (setLineSpacing(-1) stands for "as it is" and writes
-    // none), beep() an info line; loadFont() returns false: not applied.
+    // By default setFont() and setLineSpacing() log a debug line, except for setLineSpacing(-1), which leaves
+    // the spacing as it is; beep() logs an info line; loadFont() returns false: not applied.
 
     void setFont(const QList<EFrDriver::FontTypes>& fonts) override;
     void setLineSpacing(int spacing) override;
@@ -130,8 +131,8 @@ public:
     void drawerOpen() override;
 
     // === Receipts, money documents, text documents ===
-    // checkAddPosition(), checkPay() and textDocOpen() write an info line, barcodePrint() a warning; the rest
-    // does nothing and returns an empty object.
+    // By default checkAddPosition(), checkPay() and textDocOpen() log an info line, and barcodePrint() logs a
+    // warning; the rest do nothing and return an empty object.
 
     void checkOpen(const FiscalDocument& document) override;
     QJsonObject checkClose(const FiscalDocument& document) override;
@@ -154,7 +155,8 @@ public:
     void barcodePrint(const Barcode& barcode) override;
 
     // === Reports and counters ===
-    // Nothing, empty objects, empty maps and zeros; getDefaultPaymentType() is 1.
+    // By default these do nothing and return empty objects, maps and texts, and zeros;
+    // getDefaultPaymentType() returns 1.
 
     void vatReport() override;
     QJsonObject zReport() override;
@@ -170,8 +172,8 @@ public:
     void fpReportInShiftsRange(const QString& password, long from, long to, bool full) override;
 
     // === Fiscalisation, clock, cliché and line ===
-    // getDateTime() is the host's own clock, getHoursDifferenceLimit() is -1: no limit. setDateTime() and the
-    // cliché operations return false: not applied, the latter with an info line.
+    // By default getDateTime() returns the local time of the host, getHoursDifferenceLimit() -1: no limit.
+    // setDateTime(), setCliche() and setTail() return false: not applied; the last two also log an info line.
 
     void fiscalization(const QString& oldPassword, const QString& newPassword,
         const QString& registrationNumber, const QString& inn) override;
@@ -180,15 +182,15 @@ public:
     [[nodiscard]] int getHoursDifferenceLimit() const override;
     bool setCliche(const QList<QString>& lines) override;
     bool setTail(const QList<QString>& lines) override;
-    /// Nothing; a driver may set defaultBaudRate here.
+    /// Does nothing by default; a driver may set defaultBaudRate here.
     void setDefaultBaudrate() override;
     [[nodiscard]] QString getFrModeString() const override;
     void printLogo(const Logo& logo) override;
     void ping() override;
 
     // === Registers and document numbers ===
-    // Empty records, texts and maps; getFrDocOffset() is -1. setGraphicCliche() returns false with an info
-    // line.
+    // Records, texts and maps are empty by default; getFrDocOffset() returns -1. setGraphicCliche() returns
+    // false and logs an info line.
 
     KkmRegisters getKkmRegisterBeg() override;
     KkmRegisters getKkmRegisterEnd() override;
@@ -202,7 +204,7 @@ public:
     int getFrDocOffset() override;
 
     // === Annulment, users, national services ===
-    // Nothing, an empty object, false.
+    // By default these do nothing and return an empty object or false.
 
     void cancelCheckOpen(const FiscalDocument& document) override;
     void cancelCheckTotal(const FiscalDocument& document) override;
@@ -217,19 +219,20 @@ public:
 
     /// Whether every bit of the option is on; true for an option without bits.
     [[nodiscard]] bool checkOption(hw::fr::Option option) const override;
-    /// Switches the option's bits. An entry of the settings for this very option holds instead of value.
+    /// Switches the option's bits. An entry for this very option in the settings takes precedence over
+    /// `value`.
     void setOption(hw::fr::Option option, bool value) override;
 
     // === Shifts, electronic journal, requisites, fiscal information ===
-    // A shift is always open. setRequisite() writes an info line. getFiscalInfo() returns lastFiscalInfo
-    // whatever the arguments are; the other records are empty. getMainPaymentType() returns its argument,
-    // getCheckCountersTries() 1, getDefaultTaxSystem() 0.
+    // By default a shift is always open. setRequisite() logs an info line. getFiscalInfo() returns
+    // lastFiscalInfo whatever the arguments are; the other records are empty. getMainPaymentType() returns
+    // its argument, getCheckCountersTries() 1, getDefaultTaxSystem() 0.
 
     void d2dReport(const QDateTime& from, const QDateTime& to, bool full) override;
     void z2zReport(unsigned int from, unsigned int to, bool full) override;
     void openShift() override;
     bool isShiftOpen() override;
-    /// checkOption(UseFn).
+    /// Returns checkOption(UseFn).
     bool useFN() override;
     void printEj() override;
     QList<QString> getEj(int shift) override;
@@ -246,8 +249,8 @@ public:
     [[nodiscard]] QList<hw::fr::common::TaxSystemType> getAllTaxSystems() const override;
 
     // === Number, registration, marking codes ===
-    // setNumber() and getNumber() write and read one field. checkMarkingCode() is 0: no result.
-    // addPostLines() writes a warning; the rest does nothing and returns a neutral value.
+    // setNumber() writes one field and getNumber() reads it. By default checkMarkingCode() returns 0: no
+    // result. addPostLines() logs a warning; the rest do nothing and return a neutral value.
 
     void setNumber(int newNumber) override;
     [[nodiscard]] int getNumber() const override;
@@ -267,8 +270,8 @@ public:
     void setSymbolsMapping(const QMap<QChar, QChar>& mapping) override;
     void setProgramCliche(const QList<QString>& lines) override;
     [[nodiscard]] bool isCashDrawerOpened() const override;
-    /// Hands each parameter to legacySetParam() in list order, its numbers narrowed to 16 bits, and stops at
-    /// the first that is refused. Returns whether none was; true for an empty list.
+    /// Passes each parameter to legacySetParam() in list order, its numbers narrowed to 16 bits, and stops at
+    /// the first that is refused. Returns whether none was refused; true for an empty list.
     bool setParams(const QList<FrParameter>& params) override;
     bool isLastCheckWithNumber(const QString& checkNumber) override;
     QJsonObject getLastCheck(const FiscalDocument& document) override;
@@ -277,8 +280,8 @@ public:
     void clearLinesForPrint() override;
 
     // === Notifications and queries ===
-    // A handler is kept as a copy; the one it replaces is destroyed after the new one is in place. The base
-    // calls neither, a driver may. queryData() is an invalid value.
+    // A handler is copied; the one that it replaces is destroyed once the new one is in place. The base calls
+    // neither handler, a driver may. queryData() returns an invalid value by default.
 
     void setErrorNotificationHandler(const ErrorHandler& handler) override;
     void setOfdNotificationHandler(const OfdHandler& handler) override;
@@ -288,12 +291,12 @@ public:
     // === For drivers on this base: handshake and speeds ===
     // From here on the order is part of the binary contract, too.
 
-    /// The handshake: see "A driver for a serial register". Nothing by default.
+    /// The handshake: see "A driver for a serial register". Does nothing by default.
     virtual void setConnection();
-    /// Tries the speeds of baudRates except defaultBaudRate, in list order, until setConnection() succeeds;
-    /// that speed becomes currentBaudRate. Returns whether one did; if not, the port stays at the last speed
-    /// tried. FrNoConnectionException and ComDriverException lead to the next speed, any other passes
-    /// through. Needs the port.
+    /// Tries the speeds of baudRates, except defaultBaudRate, in list order until setConnection() succeeds,
+    /// and makes that speed currentBaudRate. Returns whether one has succeeded; if not, the port stays at the
+    /// last speed tried. After FrNoConnectionException and ComDriverException it tries the next speed; any
+    /// other exception passes through. Needs the port.
     [[nodiscard]] virtual bool enumerateSpeed();
     /// Tries currentBaudRate. Returns false when the device does not answer; throws FrNoConnectionException
     /// ("Нет связи") when the port fails. Any other exception passes through. Needs the port.
@@ -303,21 +306,22 @@ public:
 
     // === For drivers on this base: QR codes ===
 
-    /// Packs rows of modules, of which only bit 0 counts, into rows of bytes, eight modules a byte, the first
-    /// in bit 7, or in bit 0 with reverse. The last byte of a row is filled up with zeros.
+    /// Packs rows of modules, of which only bit 0 counts, into rows of bytes, eight modules to a byte, the
+    /// first in bit 7, or in bit 0 with `reverse`. The last byte of a row is padded with zeros.
     [[nodiscard]] virtual std::vector<std::vector<unsigned char>> convertBytes2Bits(
         const std::vector<std::vector<unsigned char>>& rows, bool reverse) const;
     /// The text as a QR code of error correction level H: rows from the top, 0xFF for a dark module and 0x00
-    /// for a light one, no quiet zone. Empty, with an error in the log, when the text does not fit (more than
-    /// 1273 bytes of UTF-8) or begins with U+0000; empty for an empty text. The code ends before a U+0000.
+    /// for a light one, without a quiet zone. The text ends before its first U+0000. Empty for an empty text;
+    /// empty, with an error in the log, for a text that does not fit (more than 1273 bytes of UTF-8) or
+    /// begins with U+0000.
     [[nodiscard]] virtual std::vector<std::vector<unsigned char>> generateQR(const QString& text) const;
 
     // === For drivers on this base: pauses and parameters ===
 
-    /// Blocks for so many milliseconds, or until a signal arrives; up to 4 294 967. Not at all for less
-    /// than 1.
+    /// Blocks for `ms` milliseconds, at most 4 294 967, or until a signal arrives; returns at once if `ms` is
+    /// less than 1.
     virtual void msleep(int ms) const;
-    /// Programs one cell of the device's parameter tables; returns whether it was applied. The base returns
+    /// Writes one cell of the device's parameter tables; returns whether it was applied. The base returns
     /// false.
     virtual bool legacySetParam(
         unsigned short table, unsigned short row, unsigned short field, const QString& value);
@@ -325,25 +329,26 @@ public:
 protected:
     /// Borrowed; null for a driver without a line.
     AbstractSerialDriver* port;
-    /// Borrowed, or the constructor's own default settings; never null.
+    /// Borrowed, or the default settings that the constructor has created; never null.
     BasicFrSettings* settings;
     /// Belongs to the logging library; never null.
     const Log4Qt::Logger* logger;
-    /// Whether the port is still or again closed. Written by portOpen() and portClose() of a driver only.
+    /// Whether the port is closed. Written only by portOpen() and portClose() of a driver.
     bool portClosed = true;
     /// Speed that connect() tries first, in baud.
     int defaultBaudRate = 19200;
     /// Speed of the last successful connection, in baud.
     int currentBaudRate = 19200;
-    /// Speeds to try when the device does not answer at defaultBaudRate, in baud and in this order.
+    /// Speeds to try, in this order, when the device does not answer at defaultBaudRate; in baud.
     QList<int> baudRates;
     DeviceInfo deviceInfo;
     /// The bits of hw::fr::Option in force.
     quint64 options = 0;
     /// Not used by the base; a driver may give it a meaning.
     bool driverFlag = false;
-    /// Whether a serial line has been connected; never goes back to false.
+    /// Whether a serial line has ever been connected.
     bool connectedOnce = false;
+    /// What setNumber() has written.
     int number = 0;
     /// Result of the last fiscal document.
     FiscalInfo lastFiscalInfo;

@@ -20,7 +20,7 @@ FrNoConnectionException noAnswer()
     return FrNoConnectionException(u"Нет связи с ФР"_s);
 }
 
-// Asks twice whatever the first answer is, so that the number of questions does not depend on the kind.
+// Always asks twice, so that the number of questions does not depend on the kind.
 bool hasSpeed(const AbstractSerialDriver& port)
 {
     const bool thirdKind = port.getPortKind() == 3;
@@ -104,7 +104,7 @@ void BasicFrDriver::resetSpeed()
     try {
         port->setBaudRate(defaultBaudRate);
     } catch (const ComDriverException&) {
-        // The caller is about to report that there is no link; why the port refuses adds nothing.
+        // The caller is about to report a missing link; why the port refuses the speed adds nothing.
     }
 }
 

@@ -9,7 +9,7 @@ namespace {
 using Row = std::vector<unsigned char>;
 using Rows = std::vector<Row>;
 
-// Deliberate: the symbol is never given back, a few kilobytes for each code.
+// The symbol is deliberately never freed: a few kilobytes for each code.
 const QRcode* newQrSymbol(const QByteArray& text)
 {
     return QRcode_encodeString(text.constData(), 0, QR_ECLEVEL_H, QR_MODE_8, 1);

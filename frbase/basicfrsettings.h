@@ -6,7 +6,7 @@
 
 /// Settings that every fiscal register has. A plain record: nothing is checked here.
 ///
-/// The device object owns it through a QSharedPointer; the driver borrows it.
+/// It belongs to the device object, through a QSharedPointer; the driver borrows it.
 class BasicFrSettings : public QObject
 {
     Q_OBJECT
@@ -23,7 +23,7 @@ public:
     [[nodiscard]] bool isSpeedEnumerate() const { return speedEnumerate; }
     void setSpeedEnumerate(bool enumerate) { speedEnumerate = enumerate; }
 
-    /// Options that hold whatever a driver asks for.
+    /// Options that take precedence over what a driver sets.
     [[nodiscard]] const hw::fr::DriverOptions& getDriverOptions() const { return driverOptions; }
     void setDriverOption(hw::fr::Option option, bool value) { driverOptions.insert(option, value); }
 
