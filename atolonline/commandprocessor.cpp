@@ -102,7 +102,7 @@ QVariantMap CommandProcessor::checkResponse()
     const QVariantMap response = restClient->getResponseData().toMap();
     if (response.isEmpty())
         throw FrWorkWithServiceException(u"Нет связи с ФР"_s);
-    // Kept before the errors are looked at, so that the host can read an error reply too.
+    // Stored before the error check, so that the host can read error replies too.
     lastResponse = QJsonObject::fromVariantMap(response);
     processResponseErrors(response);
     const QVariantMap payload = response.value(u"payload"_s).toMap();
@@ -114,7 +114,7 @@ QVariantMap CommandProcessor::checkResponse()
 QJsonObject CommandProcessor::createReceipt(const QList<FrPosition>& positions,
     const QMap<int, double>& payments, const QMap<EFrDriver::RequisiteTypes, FdRequisite>& requisites) const
 {
-    // Put into a copy: a JSON object keeps the bytes of every text that was ever put into it, so one that
+    // Inserted into a copy: a JSON object keeps the bytes of every text that was ever inserted, so one that
     // lives as long as the register would grow with each receipt.
     QJsonObject company = companyInfo;
     const int taxSystem = requisites.value(EFrDriver::AppliedTaxSystem).getSourceData().toInt();

@@ -16,10 +16,10 @@ namespace atolonline {
 
 namespace {
 
-// QJsonDocument turns each key and value into a QString and that into a QByteArray before it appends it. The
-// same object as CBOR is one buffer that holds texts in UTF-8 already; what is left is to replace its marks
-// by those of JSON. The buffer is Qt's own work, so nothing in it is checked. One thing is lost on the way:
-// half a surrogate pair, which JSON can write, has become a question mark.
+// QJsonDocument converts each key and value to a QString and then to a QByteArray before it appends it. The
+// same object as CBOR is one buffer whose texts are already UTF-8; only its markup has to be replaced by that
+// of JSON. The buffer comes from Qt, so nothing in it is checked. CBOR loses one thing: half a surrogate
+// pair, which JSON can express, has become a question mark.
 class Transcriber
 {
 public:

@@ -5,8 +5,7 @@
 
 namespace atolonline {
 
-/// Byte for byte what QJsonDocument::toJson(QJsonDocument::Compact) makes of the object, in less
-/// time.
+/// Returns the same bytes as QJsonDocument::toJson(QJsonDocument::Compact), in less time.
 [[nodiscard]] QByteArray compactJson(const QJsonObject& object);
 
 } // namespace atolonline

@@ -23,7 +23,7 @@ void raise(const char* message)
     throw E(QString::fromUtf8(message));
 }
 
-// The service's own exceptions carry their message themselves.
+// The exceptions of this namespace have messages of their own.
 template <typename E>
 void raiseOwn(const char*)
 {

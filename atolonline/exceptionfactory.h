@@ -4,13 +4,13 @@
 
 namespace atolonline {
 
-/// What each error code of the service (protocol v4) means to the host.
+/// Maps the error codes of the service (protocol v4) to the exceptions of the host.
 class ExceptionFactory
 {
 public:
-    /// Throws the exception of the code; a code without a message of its own throws
-    /// FrWorkWithServiceException with the service's text. Returns for code -1 only, which stands for an
-    /// error object without a code.
+    /// Throws the exception for the code; for a code without an exception of its own,
+    /// FrWorkWithServiceException with the service's text. Returns only for code -1, which means an error
+    /// object without a code.
     static void throwException(int code, const QString& text);
 };
 

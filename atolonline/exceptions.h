@@ -2,19 +2,20 @@
 
 #include "host/exceptions.h"
 
-/// What the service answers that the driver acts on itself. The host sees them as BasicException.
+/// Errors of the service that the driver handles itself. The host sees them as BasicException.
 namespace atolonline {
 
+/// Base of the errors that the driver handles itself.
 class Exception : public BasicException
 {
 public:
-    explicit Exception(const QString& message);
+    explicit Exception(const QString& text);
     Exception(const Exception&) = default;
     Exception& operator=(const Exception&) = default;
     ~Exception() override;
 };
 
-/// The token has expired; a new one is to be requested and the call repeated. "Срок действия токена истёк".
+/// The token has expired; the driver requests a new one and repeats the call. "Срок действия токена истёк".
 class TokenExpired : public Exception
 {
 public:
@@ -24,7 +25,8 @@ public:
     ~TokenExpired() override;
 };
 
-/// A document with this external id was sent before. "Документ с переданным идентификатором уже существует".
+/// A document with this external id has been sent before. "Документ с переданным идентификатором уже
+/// существует".
 class DocumentExists : public Exception
 {
 public:
@@ -34,7 +36,7 @@ public:
     ~DocumentExists() override;
 };
 
-/// The document is queued and not registered yet. "Документ еще не обработан".
+/// The document is queued but not registered yet. "Документ еще не обработан".
 class DocumentInProgress : public Exception
 {
 public:

@@ -12,7 +12,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Names by value, from `first` on; any other value takes the fallback.
+// The name of a value, where the names begin at `first`; the fallback for a value without a name.
 template <std::size_t Size>
 QLatin1StringView nameOf(
     int value, int first, const QLatin1StringView (&names)[Size], QLatin1StringView fallback)
@@ -20,8 +20,8 @@ QLatin1StringView nameOf(
     return value >= first && value - first < static_cast<int>(Size) ? names[value - first] : fallback;
 }
 
-// Half away from zero. The thousandth of a kopeck makes up for the binary representation: 1.005 is a little
-// less than it looks, and still rounds up.
+// Rounds half away from zero. The thousandth of a kopeck compensates for the binary representation: 1.005 is
+// stored as slightly less and has to round up all the same.
 double roundedToKopecks(double amount)
 {
     const double sign = amount > 0 ? 1 : amount < 0 ? -1 : 0;
@@ -30,8 +30,8 @@ double roundedToKopecks(double amount)
     return kopecks / 100 + 0.0;
 }
 
-// Copying an object that has the keys and assigning its values takes a third of the time of inserting them.
-// The iterator meets the keys in alphabetical order.
+// Copying an object that already has the keys and assigning its values takes a third of the time that
+// inserting them takes. The iterator visits the keys in alphabetical order.
 QJsonObject createItem(const FrPosition& position)
 {
     static const QJsonObject keys{{u"name"_s, {}}, {u"payment_method"_s, {}}, {u"payment_object"_s, {}},
