@@ -124,13 +124,13 @@ QString AtolOnlineFRDriver::submit(const FiscalDocument& document)
     return commandProcessor->sell(positions, payments, requisites);
 }
 
-// The service ends a token's life whenever it likes, so there is no limit on the repeats.
-template <typename Exchange>
-auto AtolOnlineFRDriver::renewingToken(Exchange exchange)
+// The service may end the life of a token at any moment, so the number of repeats has no limit.
+template <typename Call>
+auto AtolOnlineFRDriver::renewingToken(Call call)
 {
     for (;;) {
         try {
-            return exchange();
+            return call();
         } catch (const atolonline::TokenExpired&) {
         }
         commandProcessor->requestToken(true);
