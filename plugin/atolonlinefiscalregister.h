@@ -13,7 +13,7 @@ namespace hw {
 /// The device object of one cloud fiscal register. The host owns it, writes its properties from its
 /// configuration, calls init() once and then uses getLegacyDriver().
 ///
-/// Setters throw nothing and report nothing: a value that is refused leaves the old one in force.
+/// Setters neither throw nor report anything: a value that is refused leaves the old one in force.
 class AtolOnlineFiscalRegister : public BasicFiscalRegister
 {
     Q_OBJECT
@@ -58,7 +58,7 @@ public:
     [[nodiscard]] QSharedPointer<AtolOnlineSettings> getSettings() const;
 
     [[nodiscard]] QString getUrl() const;
-    /// Appends the "/" that the address of the service ends in.
+    /// Appends the final "/" of the service's address if it is missing.
     void setUrl(const QString& url);
     [[nodiscard]] QString getLogin() const;
     void setLogin(const QString& login);
@@ -66,20 +66,20 @@ public:
     void setPassword(const QString& password);
     /// Milliseconds.
     [[nodiscard]] int getRequestInterval() const;
-    /// Refuses less than 200 milliseconds.
+    /// Milliseconds; refuses a value below 200.
     void setRequestInterval(int interval);
     [[nodiscard]] QString getEmail() const;
     void setEmail(const QString& email);
     [[nodiscard]] QString getInn() const;
     void setInn(const QString& inn);
     [[nodiscard]] QString getPaymentAddress() const;
-    /// Refuses more than 256 characters.
+    /// Refuses a text of more than 256 characters.
     void setPaymentAddress(const QString& address);
     [[nodiscard]] QString getGroupCode() const;
     void setGroupCode(const QString& code);
 
 public Q_SLOTS:
-    /// Creates the driver. To be called once: a driver of an earlier call is not destroyed.
+    /// Creates the driver. To be called once: a second call does not destroy the driver of the first.
     void init();
 };
 

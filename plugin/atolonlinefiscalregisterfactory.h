@@ -5,8 +5,8 @@
 
 namespace hw {
 
-/// The root object of the plugin. It implements no host interface: the host reaches it by the meta-object
-/// system.
+/// The root object of the plugin. It does not implement a host interface: the host calls it through the
+/// meta-object system.
 class AtolOnlineFiscalRegisterFactory : public QObject
 {
     Q_OBJECT

@@ -7,7 +7,7 @@
 /// Settings of one cloud fiscal register. A plain record: the device object checks values before it writes
 /// them.
 ///
-/// Owned by the device object through a QSharedPointer; the driver and the service client borrow it.
+/// It belongs to the device object, through a QSharedPointer; the driver and the service client borrow it.
 class AtolOnlineSettings : public BasicFrSettings
 {
 public:
@@ -38,7 +38,7 @@ public:
     [[nodiscard]] QString getGroupCode() const { return groupCode; }
     void setGroupCode(const QString& value) { groupCode = value; }
 
-    /// Pause before each question about a document's status, in milliseconds.
+    /// Pause before each status request, in milliseconds.
     [[nodiscard]] int getRequestInterval() const { return requestInterval; }
     void setRequestInterval(int value) { requestInterval = value; }
 
