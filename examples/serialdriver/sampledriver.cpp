@@ -34,7 +34,7 @@ void SampleDriver::portClose()
     portClosed = true;
 }
 
-// The handshake: connect() calls it at each speed that it tries.
+// The handshake, which connect() calls at each speed that it tries.
 void SampleDriver::setConnection()
 {
     if (answerTo(enquiry) != QByteArray(1, acknowledged))

@@ -21,8 +21,8 @@ public:
     [[nodiscard]] int getPortKind() const override { return 1; }
     void setBaudRate(int baudRate) override;
 
-    /// Sends the request and returns the first bytes that come back; none when nothing does in time. What
-    /// came before is dropped. Blocks for at most twice the time.
+    /// Discards earlier input, sends the request and returns the first bytes that come back; nothing when
+    /// none come in time. Blocks for at most twice `time`.
     [[nodiscard]] QByteArray exchange(const QByteArray& request, std::chrono::milliseconds time);
 
 private:
