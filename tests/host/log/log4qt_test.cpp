@@ -7,7 +7,7 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-TEST(Logger, WritesEveryCallAtItsLevelWithItsPlaceholdersFilled)
+TEST(Logger, WritesEveryCallAtItsLevelWithPlaceholdersFilled)
 {
     const LogCapture log;
     const Log4Qt::Logger* logger = Log4Qt::LogManager::logger(u"frdriver"_s, u"a"_s);
@@ -66,7 +66,7 @@ TEST(Logger, ObeysTheRulesOfItsCategory)
     EXPECT_EQ(log.lines(), (QStringList{u"warn: видно"_s, u"info: снова видно"_s}));
 }
 
-TEST(LogManager, GivesOneLoggerForOnePairOfNames)
+TEST(LogManager, ReturnsOneLoggerForOnePairOfNames)
 {
     const auto logger = [](const char* second) {
         return Log4Qt::LogManager::logger(u"frdriver"_s, QString::fromUtf8(second));

@@ -45,28 +45,28 @@ TEST_F(Secrets, MasksACredentialInEverySpelling)
                           u"***"_s, u"***"_s, u"***"_s}));
 }
 
-TEST_F(Secrets, LeavesNoTailOfALongerValueThatBeginsWithAnother)
+TEST_F(Secrets, MasksALongerValueThatBeginsWithAnotherCompletely)
 {
     secrets::addCredential(u"secret"_s);
     secrets::addCredential(u"secret-and-more"_s);
     EXPECT_EQ(secrets::masked(u"a secret-and-more b secret c"_s, Audience::Anyone), u"a *** b *** c"_s);
 }
 
-TEST_F(Secrets, MasksAShortValueOnlyAsAWholeQuotedText)
+TEST_F(Secrets, MasksAShortValueOnlyAsACompleteQuotedText)
 {
     secrets::addCredential(u"1"_s);
     EXPECT_EQ(secrets::masked(uR"({"pass":"1","n":11,"s":"11"} 1)"_s, Audience::Anyone),
         uR"({"pass":"***","n":11,"s":"11"} 1)"_s);
 }
 
-TEST_F(Secrets, TakesAnEmptyTextForNone)
+TEST_F(Secrets, IgnoresAnEmptyText)
 {
     secrets::addCredential(QString());
     secrets::addPersonal(QString());
     EXPECT_EQ(secrets::masked(uR"("" text)"_s, Audience::Anyone), uR"("" text)"_s);
 }
 
-TEST_F(Secrets, ForgetsTheOldestBeyondItsLimits)
+TEST_F(Secrets, ForgetsTheOldestBeyondTheLimit)
 {
     secrets::addCredential(u"credential-0"_s);
     for (int i = 1; i <= 255; ++i)

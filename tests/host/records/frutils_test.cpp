@@ -33,7 +33,7 @@ constexpr Scan scans[] = {
         "91EE06\x1D"
         "92abcdef",
         ExciseMarkType::ByForm, "44 4D 04 36 03 89 39 FC 43 4D 4B 34 35 42 72 68 4E 30 57 4C 66"},
-    {"DataMatrixWhoseSeparatorsWereDropped", "010463003407001221CMK45BrhN0WLf91EE0692abcdef",
+    {"DataMatrixWithDroppedSeparators", "010463003407001221CMK45BrhN0WLf91EE0692abcdef",
         ExciseMarkType::ByForm, "44 4D 04 36 03 89 39 FC 43 4D 4B 34 35 42 72 68 4E 30 57 4C 66"},
     {"DataMatrixWithScannerPrefix",
         "]d2\x1D"
@@ -43,7 +43,7 @@ constexpr Scan scans[] = {
         "010463003407001221abc123\x1D"
         "93XyZw",
         ExciseMarkType::ByForm, "44 4D 04 36 03 89 39 FC 61 62 63 31 32 33"},
-    {"LongSerialIsCutAt32Bytes", "010463003407001221ABCDEFGHIJKLMNOPQRSTUVWXYZ", ExciseMarkType::ByForm,
+    {"LongSerialIsCutTo32Bytes", "010463003407001221ABCDEFGHIJKLMNOPQRSTUVWXYZ", ExciseMarkType::ByForm,
         "44 4D 04 36 03 89 39 FC 41 42 43 44 45 46 47 48 49 4A 4B 4C 4D 4E 4F 50 51 52 53 54 55 56 57 58"},
     {"TobaccoBlock",
         "010460043993125621JgXJ5.T\x1D"

@@ -22,7 +22,7 @@ TEST(Requisites, MissingTagReadsAsZeroAndEmptyText)
     EXPECT_TRUE(missing.toMap().isEmpty());
 }
 
-TEST(Requisites, CompositeGivesItsMembersByTag)
+TEST(Requisites, CompositeReturnsItsMembersByTag)
 {
     const FdRequisite supplier(EFrDriver::SupplierData,
         FdRequisite::Map{{EFrDriver::SupplierName, FdRequisite(EFrDriver::SupplierName, u"ООО"_s)}});
@@ -49,14 +49,14 @@ TEST(Position, DescribesItselfInOneLine)
         position.toString(), u"Молоко, цена 80.00, количество 2.000, сумма 160.00, скидка 0.00, налог 5"_s);
 }
 
-TEST(DefaultRecords, HoldTheHostsNotSetValues)
+TEST(DefaultRecords, HoldTheValuesForNotSet)
 {
     EXPECT_EQ(OfdStatusInfo().state, -1);
     EXPECT_EQ(static_cast<quint64>(FnInfo().documentCount), 0x8000000000000000ULL);
     EXPECT_FALSE(FiscalInfo().dateTime.isValid());
 }
 
-TEST(TaxSystem, NamesSingleBitsAndSaysSoOfOthers)
+TEST(TaxSystem, NamesSingleBitsAndCallsOthersUnknown)
 {
     EXPECT_EQ(TaxSystem::getDescription(TaxSystemType::General), u"Общая"_s);
     EXPECT_EQ(TaxSystem::getDescription(TaxSystemType(3)), u"Неизвестная система налогообложения"_s);

@@ -33,12 +33,12 @@ protected:
     KeptConnection connection;
 };
 
-TEST_F(Kept, DoesNotExistBeforeTheFirstExchange)
+TEST_F(Kept, CarriesNothingBeforeTheFirstExchange)
 {
     EXPECT_FALSE(connection.mayCarryPost());
 }
 
-TEST_F(Kept, CarriesAPostWhileTheServerHoldsIt)
+TEST_F(Kept, CarriesAPostWhileTheServerKeepsIt)
 {
     connection.noteUse({client(), false, true});
     EXPECT_TRUE(connection.mayCarryPost());
@@ -53,7 +53,7 @@ TEST_F(Kept, CarriesNothingOnceTheServerHasClosedIt)
     EXPECT_FALSE(connection.mayCarryPost());
 }
 
-TEST_F(Kept, CarriesNothingWhenTheServerSaysSomethingUnasked)
+TEST_F(Kept, CarriesNothingWhenTheServerSendsSomethingUnasked)
 {
     connection.noteUse({client(), false, true});
     ASSERT_EQ(::write(ends[1], "x", 1), 1);
@@ -73,14 +73,14 @@ TEST_F(Kept, IsNotTrustedAgainAfterTheServerClosedAtOnce)
     ::close(later[1]);
 }
 
-TEST_F(Kept, IsNotTrustedAgainAfterItWasGoneWhenItWasWanted)
+TEST_F(Kept, IsNotTrustedAgainAfterItWasGoneWhenNeeded)
 {
     connection.noteUse({client(), false, true});
     connection.noteUse({client(), false, true});
     EXPECT_FALSE(connection.mayCarryPost());
 }
 
-TEST_F(Kept, MayBeClosedByTheServerWithAnAnnouncement)
+TEST_F(Kept, MayBeClosedByAServerThatAnnouncesIt)
 {
     connection.noteUse({-1, false, true});
     EXPECT_FALSE(connection.mayCarryPost());
@@ -91,7 +91,7 @@ TEST_F(Kept, MayBeClosedByTheServerWithAnAnnouncement)
     EXPECT_TRUE(connection.mayCarryPost()) << "a server may count the requests of a connection";
 }
 
-TEST_F(Kept, IsNotTrustedAgainAfterItTookARequestAway)
+TEST_F(Kept, IsNotTrustedAgainAfterARequestWasLostOnIt)
 {
     connection.noteUse({client(), false, true});
     connection.noteUse({-1, true, false});

@@ -22,7 +22,7 @@ const Authority& authority()
     return instance;
 }
 
-// How a server ends a connection on which it has read a request.
+// How a server ends a connection from which it has read a request.
 enum class Ending
 {
     Close,
@@ -55,7 +55,7 @@ protected:
             peer.reset();
     }
 
-    // Sells 200 receipts, each asked about once, and returns how many of the 400 exchanges had no answer.
+    // Posts 200 receipts and asks about each one once; returns how many of the 400 exchanges had no answer.
     int failuresOf200Receipts(const RawServer& server, const std::function<void()>& afterEach = {})
     {
         int failures = 0;
@@ -93,7 +93,7 @@ TEST_P(Once, APostThatIsReadAndNotAnswered)
     }
 }
 
-TEST_P(Once, APostAfterAnExchangeOnAConnectionThatTheServerKept)
+TEST_P(Once, APostOnAConnectionThatTheServerHasKept)
 {
     for (const Ending ending : {Ending::Close, Ending::Reset}) {
         for (const qsizetype size : {2, 3'000'000}) {
@@ -179,7 +179,7 @@ TEST_P(Once, SellsToAServerThatClosesAfterEverySecondAnswer)
     EXPECT_EQ(posts(server), 200);
 }
 
-// The server closes while the till is idle, and the till knows only when it looks.
+// The server closes the connection while the till is idle; the till finds out only when it checks.
 TEST_P(Once, SellsToAServerThatClosesAnIdleConnection)
 {
     const RawServer server(

@@ -30,7 +30,7 @@ protected:
         return QUrl(QString::fromStdString(server.url()) + QString::fromLatin1(path));
     }
 
-    // The lines at info level and above since the last call, with the durations, which vary, as "N".
+    // The lines at info level and above since the last call, with "N" in place of the durations.
     QStringList takeLines()
     {
         static const QRegularExpression duration(u"\\d+ мс"_s);
@@ -62,7 +62,7 @@ TEST_F(Client, SendsVerbAddressHeadersAndBodyAsGiven)
             u"info: Атол.Онлайн: POST /v4/g/sell: HTTP 200, 17 байт, N мс"_s}));
 }
 
-TEST_F(Client, GetsWithoutABodyAndWithOneWhenGiven)
+TEST_F(Client, GetsWithAndWithoutABody)
 {
     const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
     EXPECT_TRUE(client.get(at(server, "/report/u"), {}, {}));
