@@ -2,6 +2,8 @@
 
 #include "host/exceptions.h"
 
+#include <QString>
+
 /// Errors of the service that the driver handles itself. The host sees them as BasicException.
 namespace atolonline {
 

@@ -5,6 +5,8 @@
 #include "host/records/frposition.h"
 #include "host/vposfrdriver.h"
 
+#include <QDateTime>
+#include <QJsonObject>
 #include <QList>
 #include <QMap>
 #include <QSharedPointer>

@@ -4,6 +4,15 @@
 #include "host/abstractfrdriver.h"
 #include "host/records/deviceinfo.h"
 
+#include <QChar>
+#include <QDateTime>
+#include <QJsonObject>
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QVariant>
+
+#include <iosfwd>
 #include <vector>
 
 class AbstractSerialDriver;

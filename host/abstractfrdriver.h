@@ -8,10 +8,12 @@
 #include "host/records/taxsystem.h"
 #include "host/tr.h"
 
+#include <QChar>
 #include <QDateTime>
 #include <QJsonObject>
 #include <QList>
 #include <QMap>
+#include <QObject>
 #include <QString>
 #include <QVariant>
 

@@ -3,6 +3,8 @@
 #include "examples/serialdriver/serialline.h"
 #include "frbase/basicfrdriver.h"
 
+#include <QByteArray>
+
 #include <chrono>
 
 /// A driver for a fictitious register on a serial line. The register answers every command of one byte with

@@ -2,6 +2,7 @@
 
 #include "host/export.h"
 
+#include <QByteArray>
 #include <QLoggingCategory>
 #include <QString>
 #include <QVariant>

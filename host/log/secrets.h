@@ -3,6 +3,7 @@
 #include "host/export.h"
 
 #include <QString>
+#include <QStringView>
 
 /// Values that must not appear in a log. Each is registered where it becomes known; every line written
 /// through a Log4Qt::Logger is searched for all of them.
