@@ -4,7 +4,6 @@
 #include "atolonline/compactjson.h"
 #include "bench/baselines/qjsonsale.h"
 #include "bench/support/golden.h"
-#include "bench/support/heapcount.h"
 #include "bench/support/hostsale.h"
 #include "bench/support/quietlog.h"
 #include "host/log/log4qt.h"
@@ -72,8 +71,6 @@ void addSize(int lines)
     requireGolden("QJsonObject", baseline(), lines);
     add("ours", lines, ours);
     add("qjson", lines, baseline);
-    add("ours-object", lines, [composer] { return composer->object(); });
-    add("ours-text", lines, [object = composer->object()] { return atolonline::compactJson(object); });
 }
 
 } // namespace
@@ -82,11 +79,8 @@ int main(int argc, char** argv)
 {
     quietLog();
     benchmark::Initialize(&argc, argv);
-    HeapCount heap;
-    benchmark::RegisterMemoryManager(&heap);
     for (const int lines : {1, 10, 100, 1000, 10000})
         addSize(lines);
     benchmark::RunSpecifiedBenchmarks();
-    benchmark::RegisterMemoryManager(nullptr);
     benchmark::ClearRegisteredBenchmarks();
 }

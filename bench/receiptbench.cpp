@@ -52,7 +52,6 @@ const Named contenders[] = {
     {"plugin", make<Device, HostSale>},
     {"driver", make<WakefulDriver, HostSale>},
     {"curl", make<CurlQJson>},
-    {"curlnew", make<CurlQJsonNew>},
     {"qnam", make<Qnam>},
     {"raw", make<RawSocket>},
 };
@@ -102,21 +101,6 @@ void addPhp(const Ground& ground, int lines)
         ->Iterations(phpBatches);
 }
 
-// The exchange without composing and reading: what the network and the library cost.
-template <typename Contender>
-void addExchange(const char* name, const Ground& ground, int lines)
-{
-    std::string body;
-    glueSale(body, sampleSale(lines));
-    const auto contender = std::make_shared<Contender>(ground.responder.endpoint());
-    benchmark::RegisterBenchmark(title("exchange", name, ground, lines).c_str(),
-        [contender, body](benchmark::State& state) {
-            for (auto _ : state)
-                benchmark::DoNotOptimize(contender->exchangeOnly(body));
-        })
-        ->UseRealTime();
-}
-
 } // namespace
 
 int main(int argc, char** argv)
@@ -138,9 +122,6 @@ int main(int argc, char** argv)
             addReceipts(ground, lines);
             if (hasPhp)
                 addPhp(ground, lines);
-            addExchange<RawSocket>("raw", ground, lines);
-            addExchange<CurlQJson>("curl", ground, lines);
-            addExchange<CurlQJsonNew>("curlnew", ground, lines);
         }
     }
     benchmark::RunSpecifiedBenchmarks();

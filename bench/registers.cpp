@@ -5,7 +5,6 @@
 #include "bench/support/child.h"
 #include "bench/support/device.h"
 #include "bench/support/golden.h"
-#include "bench/support/lockcount.h"
 #include "bench/support/process.h"
 #include "bench/support/quietlog.h"
 
@@ -78,19 +77,14 @@ void run(const char* name, int threads, const Round& round)
     ready.arrive_and_wait();
     const auto start = Clock::now();
     const double processor = processorSeconds();
-    const LockCount locks = lockCount();
     std::this_thread::sleep_for(round.length);
     over = true;
     running.clear();
     const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
     const auto receipts = static_cast<double>(sold);
-    const LockCount after = lockCount();
-    std::printf(R"({"contender": "%s", "threads": %d, "sells_per_second": %.1f, "cpu_us": %.2f, )"
-                R"("receipts": %.0f, "waits": %lld, "qt_futex_calls": %.4f})"
+    std::printf(R"({"contender": "%s", "threads": %d, "sells_per_second": %.1f, "cpu_us": %.2f})"
                 "\n",
-        name, threads, receipts / seconds, (processorSeconds() - processor) / receipts * 1e6, receipts,
-        static_cast<long long>(after.waited - locks.waited),
-        static_cast<double>(after.futexCallsOfQt - locks.futexCallsOfQt) / receipts);
+        name, threads, receipts / seconds, (processorSeconds() - processor) / receipts * 1e6);
 }
 
 } // namespace
@@ -110,7 +104,6 @@ int main(int argc, char** argv)
         for (const int threads : {1, 5, 20, 100}) {
             run<Device, HostSale>("ours", threads, round);
             run<CurlQJson, Sale>("curl", threads, round);
-            run<CurlQJsonNew, Sale>("curlnew", threads, round);
         }
     }
 }

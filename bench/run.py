@@ -1,8 +1,6 @@
 """Runs the benchmark programs of build/release and prints their results as one table. Started by scripts/bench."""
 
 import argparse
-import concurrent.futures
-import contextlib
 import datetime
 import json
 import platform
@@ -11,12 +9,10 @@ import statistics
 import subprocess
 import sys
 import tempfile
-import threading
 import time
 from pathlib import Path
 
-from picture import stacked_bars
-from wholeprogram import Frhost, instructions, measured, median_of
+from wholeprogram import Frhost, median_of
 
 TOP = Path(__file__).resolve().parent.parent
 BUILD = TOP / "build" / "release"
@@ -36,11 +32,11 @@ def output_of(*command):
 
 
 def google_benchmark(program, repetitions, min_time):
-    """By name the microseconds of each round, and bytes and allocations where they were counted."""
+    """By name the microseconds of each round."""
     say(f"{program}: {repetitions} rounds in random order")
     text = output_of(BENCH / program, "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
                      f"--benchmark_repetitions={repetitions}", f"--benchmark_min_time={min_time}")
-    rounds, heap = {}, {}
+    rounds = {}
     for run in json.loads(text)["benchmarks"]:
         if run["run_type"] != "iteration":
             continue
@@ -49,9 +45,7 @@ def google_benchmark(program, repetitions, min_time):
         name = "/".join(part for part in run["run_name"].split("/")
                         if part not in ("real_time", "manual_time") and ":" not in part)
         rounds.setdefault(name, []).append(run["real_time"] / 1e3)
-        if "allocs_per_iter" in run:
-            heap[name] = (run["allocs_per_iter"], run["max_bytes_used"])
-    return rounds, heap
+    return rounds
 
 
 def medians(rounds):
@@ -119,12 +113,11 @@ def number(value):
 
 
 def receipts(repetitions):
-    rounds, _ = google_benchmark("receiptbench", repetitions, 0.08)
+    rounds = google_benchmark("receiptbench", repetitions, 0.08)
     times = medians(rounds)
     has_php = "receipt/php/plain/1" in times
     table = Table("1. Whole receipt, microseconds",
-                  ["lines", "ours", "±%", "to libcurl", "to libcurl, new connection a POST", "to Qt", "to PHP", "libcurl",
-                   "libcurl, new", "Qt", "PHP", "bare socket"])
+                  ["lines", "ours", "±%", "to libcurl", "to Qt", "to PHP", "libcurl", "Qt", "PHP", "bare socket"])
     for wire in ("plain", "tls"):
         for contender, name in (("plugin", "documentClose"), ("driver", "checkClose")):
             for size in SIZES:
@@ -135,31 +128,26 @@ def receipts(repetitions):
                 php = at("php")
                 to_php = "-" if php is None else Limited(ours / php, 1.0) if size <= 10 else ours / php
                 table.add(f"{size} {wire} {name}", ours, spread(rounds[f"receipt/{contender}/{wire}/{size}"]),
-                          Limited(ours / at("curl"), 1.10), ours / at("curlnew"), Limited(ours / at("qnam"), 0.45),
-                          to_php, at("curl"), at("curlnew"), at("qnam"), php or "-", at("raw"))
+                          Limited(ours / at("curl"), 1.10), Limited(ours / at("qnam"), 0.45),
+                          to_php, at("curl"), at("qnam"), php or "-", at("raw"))
     if not has_php:
         say("PHP with its curl extension is not installed; its columns stay empty (php-cli, php-curl)")
-    return [table], times
+    return [table]
 
 
 def composer(repetitions):
-    rounds, heap = google_benchmark("composerbench", repetitions, 0.05)
-    times = medians(rounds)
+    times = medians(google_benchmark("composerbench", repetitions, 0.05))
     sizes = (*SIZES, 1000, 10000)
-    table = Table("2. Composer", ["lines", "us a line", "to QJsonObject", "QJsonObject us a line", "allocations a line",
-                                  "peak bytes a line"])
+    table = Table("2. Composer", ["lines", "us a line", "to QJsonObject", "QJsonObject us a line"])
     for size in sizes:
         ours, baseline = times[f"compose/ours/{size}"], times[f"compose/qjson/{size}"]
-        allocations, peak = heap[f"compose/ours/{size}"]
-        table.add(f"{size}", ours / size, Limited(ours / baseline, 1.0), baseline / size, allocations / size,
-                  peak / size)
+        table.add(f"{size}", ours / size, Limited(ours / baseline, 1.0), baseline / size)
     slopes = Table("2. Composer, slopes to 10,000 lines", ["of", "from 10", "from 100", "from 1,000"])
     for of, values, limit in (("time", {n: times[f"compose/ours/{n}"] for n in sizes}, 1.05),
-                              ("time of QJsonObject", {n: times[f"compose/qjson/{n}"] for n in sizes}, None),
-                              ("peak memory", {n: heap[f"compose/ours/{n}"][1] for n in sizes}, 1.05)):
+                              ("time of QJsonObject", {n: times[f"compose/qjson/{n}"] for n in sizes}, None)):
         found = [slope([(n, values[n]) for n in sizes[first:]]) for first in (1, 2, 3)]
         slopes.add(of, *(Limited(value, limit) if limit else value for value in found))
-    return [table, slopes], times
+    return [table, slopes]
 
 
 def slope(points):
@@ -171,50 +159,31 @@ def slope(points):
 
 
 def replies(repetitions):
-    times = medians(google_benchmark("replybench", repetitions, 0.05)[0])
+    times = medians(google_benchmark("replybench", repetitions, 0.05))
     table = Table("3. Reply to lastResponse and payload, microseconds", ["bytes", "ours", "bare parse", "ratio"])
     for size in (300, 5000000):
         ours, parse = times[f"reply/ours/{size}"], times[f"reply/parse/{size}"]
         table.add(f"{size:,}", ours, parse, ours / parse)
-    return [table], times
-
-
-def loading(rounds):
-    say(f"benchload: {rounds} fresh processes for each plugin")
-    plugins = {"ours": BUILD / "plugins" / "libatolonline.so", "empty": BUILD / "lib" / "libemptyplugin.so"}
-    runs = {name: [] for name in plugins}
-    for _ in range(rounds):
-        for name, file in plugins.items():
-            runs[name].append(json.loads(output_of(BENCH / "benchload", file, 20)))
-    table = Table("4. Load, medians of fresh processes", ["plugin", "load us", "getObject and init us",
-                                                         "first register kB", "each further kB"])
-    columns = {name: [float(statistics.median(run[key] for run in results))
-                      for key in ("load_us", "init_us", "first_kb", "further_kb")] for name, results in runs.items()}
-    for name, column in columns.items():
-        table.add(name, *column)
-    table.add("ratio", *(ours / empty for ours, empty in zip(columns["ours"], columns["empty"])))
     return [table]
 
 
 def registers(rounds, milliseconds):
     say(f"benchregisters: {rounds} rounds")
     runs = [json.loads(line) for line in output_of(BENCH / "benchregisters", rounds, milliseconds).splitlines()]
-    table = Table("5. Many registers, a thread each, receipts of 3 lines",
-                  ["registers", "sells a second", "to libcurl", "to libcurl, new", "CPU us a receipt", "to libcurl",
-                   "to libcurl, new", "waits for a lock", "in receipts", "futex calls of Qt's locks a receipt"])
+    table = Table("4. Many registers, a thread each, receipts of 3 lines",
+                  ["registers", "sells a second", "to libcurl", "CPU us a receipt", "to libcurl"])
     for threads in (1, 5, 20, 100):
         at = lambda who, key: float(statistics.median(
             run[key] for run in runs if run["contender"] == who and run["threads"] == threads))
-        ratios = lambda key: (at("ours", key), at("ours", key) / at("curl", key), at("ours", key) / at("curlnew", key))
-        table.add(f"{threads}", *ratios("sells_per_second"), *ratios("cpu_us"), int(at("ours", "waits")),
-                  int(at("ours", "receipts")), at("ours", "qt_futex_calls"))
+        ratios = lambda key: (at("ours", key), at("ours", key) / at("curl", key))
+        table.add(f"{threads}", *ratios("sells_per_second"), *ratios("cpu_us"))
     return [table]
 
 
 def soak(count):
     say(f"benchsoak: {count} receipts through one driver")
     run = json.loads(output_of(BENCH / "benchsoak", count))
-    table = Table("6. Soak", ["receipts", "seconds", "resident kB at start", "growth kB", "files at start",
+    table = Table("5. Soak", ["receipts", "seconds", "resident kB at start", "growth kB", "files at start",
                               "growth of files"])
     table.add(f"{count:,}", run["seconds"], run["rss_start_kb"],
               Limited(run["rss_end_kb"] - run["rss_start_kb"], 0, 0), run["files_start"],
@@ -222,68 +191,33 @@ def soak(count):
     return [table]
 
 
-@contextlib.contextmanager
-def running_emulator():
-    """Its address; it ends with the block."""
-    command = [BUILD / "bin" / "fremulator", "--login", "bench", "--password", "bench", "--group", "shop_group"]
-    with subprocess.Popen(command, stdout=subprocess.PIPE, text=True) as process:
-        try:
-            url = next(line for line in process.stdout if line.startswith("listening on ")).split()[-1]
-            threading.Thread(target=process.stdout.read, daemon=True).start()
-            yield url
-        finally:
-            process.terminate()
-
-
-def whole_program(count, sold, meanwhile):
-    """The sale sleeps between its questions, so `meanwhile` runs beside it. Returns its tables and ours."""
-    say(f"frhost: describe, compose of {count}, sell of {sold}")
-    with tempfile.TemporaryDirectory() as folder, running_emulator() as url:
-        frhost = Frhost(BUILD / "bin" / "frhost", folder, url)
+def whole_program(count):
+    say(f"frhost: describe, compose of {count}")
+    with tempfile.TemporaryDirectory() as folder:
+        frhost = Frhost(BUILD / "bin" / "frhost", folder)
         frhost.require_golden(TOP / "bench" / "golden" / "request-1.json")
-        table = Table("7. frhost as a process", ["command", "ms", "CPU ms", "peak MB", "million instructions"])
-        for name, command in (("describe", frhost.describe()), ("compose 1", frhost.compose(1))):
-            table.add(name, *median_of(9, command), instructions(command) or "-")
+        table = Table("6. frhost as a process", ["command", "ms", "CPU ms", "peak MB"])
+        table.add("describe", *median_of(9, frhost.describe()))
+        table.add("compose 1", *median_of(9, frhost.compose(1)))
         many = median_of(3, frhost.compose(count))
-        table.add(f"compose {count:,}", *many, "-")
-        with concurrent.futures.ThreadPoolExecutor() as pool:
-            sale = pool.submit(measured, frhost.sell(sold))
-            others = meanwhile()
-            text, *figures = sale.result()
-        if text.count('"outcome":"registered"') != sold:
-            sys.exit("frhost sell: not all receipts were registered")
-        table.add(f"sell {sold:,}, a sleep of 200 ms in each", *figures, "-")
+        table.add(f"compose {count:,}", *many)
         # One receipt alone does not touch all code.
         few = median_of(3, frhost.compose(count // 10))
-        memory = Table("7. Memory with the length of the file",
+        memory = Table("6. Memory with the length of the file",
                        ["receipts", f"peak MB above that of {count // 10:,}"])
         memory.add(f"compose {count:,}", Limited(many[2] - few[2], 2.0, 1))
-    return [*others, table, memory]
+    return [table, memory]
 
 
 def emulator():
     """The emulator's own load test."""
     runner = TOP / "bench" / "emulator" / "run"
     say("the emulator under load")
-    table = Table("8. Sells a second that the emulator takes", ["emulator", "sells a second", "median ms", "99th ms"])
+    table = Table("7. Sells a second that the emulator takes", ["emulator", "sells a second", "median ms", "99th ms"])
     pattern = r"^(.*?): .* (\d+) a second, median ([\d.]+) ms, 99th ([\d.]+) ms$"
     for title, rate, median, slowest in re.findall(pattern, output_of(runner, BUILD), re.MULTILINE):
         table.add(title, int(rate) if title == "in a file" else AtLeast(int(rate), 5000), float(median), float(slowest))
     return [table]
-
-
-def breakdown(receipt, compose, reply):
-    """Where the microseconds of one receipt over plain HTTP go, by number of lines."""
-    bars = {}
-    for size in SIZES:
-        wire, kept = (receipt[f"exchange/{who}/plain/{size}"] for who in ("raw", "curl"))
-        parts = {"network and service": wire, "libcurl": kept - wire,
-                 "building the JSON": compose[f"compose/ours-object/{size}"],
-                 "writing its text": compose[f"compose/ours-text/{size}"],
-                 "from two answers to JSON objects": reply["reply/ours/accepted"] + reply["reply/ours/done"]}
-        parts["the rest of ours"] = receipt[f"receipt/plugin/plain/{size}"] - sum(parts.values())
-        bars[f"{size} line" + ("s" if size > 1 else "")] = parts
-    return bars
 
 
 def busy_share():
@@ -318,10 +252,8 @@ def machine():
         found = subprocess.run(["dpkg-query", "-W", "-f=${Package} ${Version}", package], capture_output=True, text=True,
                                check=False)
         versions += [found.stdout] if found.returncode == 0 and found.stdout.split()[1:] else []
-    ceiling = output_of(BENCH / "benchresponder", "--answers", TOP / "bench" / "golden", "--ceiling").strip()
     return [f"{model}, {cores} cores, Linux {platform.release()}, {busy:.0%} busy at the start",
-            ", ".join(versions), f"{datetime.datetime.now():%Y-%m-%d %H:%M}, scripts/bench {' '.join(sys.argv[1:])}".rstrip(),
-            f"the responder answers {int(ceiling):,} small requests a second"]
+            ", ".join(versions), f"{datetime.datetime.now():%Y-%m-%d %H:%M}, scripts/bench {' '.join(sys.argv[1:])}".rstrip()]
 
 
 def main():
@@ -329,7 +261,7 @@ def main():
     parser.add_argument("--json", action="store_true", help="print the results as JSON")
     parser.add_argument("--quick", action="store_true", help="few rounds: whether it runs, not how fast")
     parser.add_argument("--docs", action="store_true",
-                        help="also write the table into docs/performance.md and the picture beside it")
+                        help="also write the tables into docs/performance.md")
     options = parser.parse_args()
     about = machine()
     tables, shown = [], sys.stderr if options.json else sys.stdout
@@ -341,26 +273,20 @@ def main():
 
     print("\n".join(about) + "\n", file=shown)
     repetitions = 3 if options.quick else 9
-    receipt_tables, receipt_times = receipts(repetitions)
-    show(*receipt_tables)
-    compose_tables, compose_times = composer(repetitions)
-    show(*compose_tables)
-    reply_tables, reply_times = replies(repetitions)
-    show(*reply_tables)
-    show(*loading(5 if options.quick else 21))
+    show(*receipts(repetitions))
+    show(*composer(repetitions))
+    show(*replies(repetitions))
     show(*registers(1 if options.quick else 5, 200 if options.quick else 700))
-    show(*whole_program(2000 if options.quick else 20000, 20 if options.quick else 1000,
-                        lambda: soak(5000 if options.quick else 200000)))
+    show(*soak(5000 if options.quick else 200000))
+    show(*whole_program(2000 if options.quick else 20000))
     show(*emulator())
     if options.json:
         print(json.dumps({"about": about, "results": [record for table in tables for record in table.records]}, indent=1))
     if options.docs:
-        report = "\n".join(about) + "\n\n" + "\n".join(table.text() for table in tables)
-        write_docs(report, stacked_bars(breakdown(receipt_times, compose_times, reply_times)))
+        write_docs("\n".join(about) + "\n\n" + "\n".join(table.text() for table in tables))
 
 
-def write_docs(report, picture):
-    (TOP / "docs" / "performance.svg").write_text(picture)
+def write_docs(report):
     page = TOP / "docs" / "performance.md"
     begin, end = "<!-- begin: scripts/bench --docs -->\n", "<!-- end -->\n"
     before, rest = page.read_text().split(begin)

@@ -1,10 +1,9 @@
-"""frhost as a whole process: seconds, peak memory, instructions."""
+"""frhost as a whole process: seconds and peak memory."""
 
 import json
 import os
 import re
 import select
-import shutil
 import statistics
 import subprocess
 import sys
@@ -38,15 +37,6 @@ def measured(command):
     return text, milliseconds, (usage.ru_utime + usage.ru_stime) * 1e3, peak
 
 
-def instructions(command):
-    """Millions of them, by callgrind; None where there is no valgrind."""
-    if not shutil.which("valgrind"):
-        return None
-    run = subprocess.run(["valgrind", "--tool=callgrind", "--callgrind-out-file=/dev/null", *map(str, command)],
-                         capture_output=True, text=True, check=True)
-    return int(re.search(r"Collected : (\d+)", run.stderr)[1]) / 1e6
-
-
 def receipt(number, lines):
     positions = [{"name": f"Молоко «Луговое» 3,2 %, бутылка № {i + 1}", "price": 15 + i, "quantity": 1, "sum": 15 + i,
                   "taxCode": i % 6} for i in range(lines)]
@@ -55,10 +45,10 @@ def receipt(number, lines):
 
 
 class Frhost:
-    def __init__(self, program, folder, url):
+    def __init__(self, program, folder):
         self.folder = Path(folder)
         config = self.folder / "register.ini"
-        config.write_text(f"[register]\nurl={url}\nlogin=bench\npassword=bench\ngroupCode=shop_group\nrequestInterval=200\n"
+        config.write_text("[register]\nurl=http://127.0.0.1/v4/\nlogin=bench\npassword=bench\ngroupCode=shop_group\n"
                           "email=shop@example.com\ninn=7700000000\npaymentAddress=https://shop.example.com\n")
         config.chmod(0o600)
         self.command = [program, "--config", config]
@@ -83,9 +73,6 @@ class Frhost:
 
     def compose(self, count):
         return [*self.command, "compose", self.file_of(count)]
-
-    def sell(self, count):
-        return [*self.command, "--json", "sell", self.file_of(count)]
 
 
 def median_of(rounds, command):

@@ -18,11 +18,10 @@ std::size_t appendReply(char* from, std::size_t size, std::size_t count, void* c
 
 } // namespace
 
-CurlQJson::CurlQJson(const Endpoint& endpoint, Posts how)
+CurlQJson::CurlQJson(const Endpoint& endpoint)
     : handle(curl_easy_init())
     , headers(curl_slist_append(nullptr, "Content-type: application/json; charset=utf-8"))
     , group(endpoint.url() + groupCode)
-    , posts(how)
 {
     CURL* curl = handle.get();
     curl_easy_setopt(curl, CURLOPT_NOSIGNAL, 1L);
@@ -30,8 +29,6 @@ CurlQJson::CurlQJson(const Endpoint& endpoint, Posts how)
     curl_easy_setopt(curl, CURLOPT_WRITEFUNCTION, &appendReply);
     curl_easy_setopt(curl, CURLOPT_WRITEDATA, &reply);
     curl_easy_setopt(curl, CURLOPT_HTTPHEADER, headers.get());
-    // The old connection is closed when a new one is made.
-    curl_easy_setopt(curl, CURLOPT_MAXCONNECTS, 1L);
     // With the folder set, libcurl reads the system's bundle again for each connection.
     curl_easy_setopt(curl, CURLOPT_CAPATH, nullptr);
     if (endpoint.isTls())
@@ -55,24 +52,16 @@ std::int64_t CurlQJson::registerSale(const Sale& sale)
     return done[QLatin1StringView("payload")][QLatin1StringView("fiscal_document_attribute")].toInteger();
 }
 
-std::size_t CurlQJson::exchangeOnly(const std::string& body)
-{
-    post(group + "/sell", body.data(), static_cast<qsizetype>(body.size()));
-    return static_cast<std::size_t>(get(group + "/report/2ea26f17-0884-4f08-b120-306fc096a58f").size());
-}
-
 const QByteArray& CurlQJson::post(const std::string& url, const char* body, qsizetype size)
 {
     curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
     curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDS, body);
-    curl_easy_setopt(handle.get(), CURLOPT_FRESH_CONNECT, posts == Posts::OnNewConnection ? 1L : 0L);
     return perform(url);
 }
 
 const QByteArray& CurlQJson::get(const std::string& url)
 {
     curl_easy_setopt(handle.get(), CURLOPT_HTTPGET, 1L);
-    curl_easy_setopt(handle.get(), CURLOPT_FRESH_CONNECT, 0L);
     return perform(url);
 }
 

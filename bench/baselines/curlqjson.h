@@ -15,17 +15,9 @@ namespace bench {
 class CurlQJson : public Contender
 {
 public:
-    enum class Posts
-    {
-        OnKeptConnection,
-        OnNewConnection,
-    };
-
-    explicit CurlQJson(const Endpoint& endpoint, Posts posts = Posts::OnKeptConnection);
+    explicit CurlQJson(const Endpoint& endpoint);
 
     std::int64_t registerSale(const Sale& sale) override;
-    /// The exchange alone, with a text made beforehand; returns the size of the last answer.
-    std::size_t exchangeOnly(const std::string& body);
 
 private:
     struct Free
@@ -42,19 +34,7 @@ private:
     std::unique_ptr<CURL, Free> handle;
     std::unique_ptr<curl_slist, Free> headers;
     std::string group;
-    Posts posts;
     QByteArray reply;
-};
-
-/// The same, with a connection of its own for each POST, as our transport makes one after an idle time of 4
-/// s.
-class CurlQJsonNew : public CurlQJson
-{
-public:
-    explicit CurlQJsonNew(const Endpoint& endpoint)
-        : CurlQJson(endpoint, Posts::OnNewConnection)
-    {
-    }
 };
 
 } // namespace bench

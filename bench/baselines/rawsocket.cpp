@@ -55,8 +55,7 @@ void appendItem(std::string& text, const SaleLine& line)
     text += R"("}})";
 }
 
-} // namespace
-
+// The keys stand in the order in which Qt sorts them.
 void glueSale(std::string& text, const Sale& sale)
 {
     text = R"({"external_id":")";
@@ -84,6 +83,8 @@ void glueSale(std::string& text, const Sale& sale)
     text += timestampNow();
     text += R"("})";
 }
+
+} // namespace
 
 RawSocket::RawSocket(const Endpoint& endpoint)
     : handle(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
@@ -132,12 +133,6 @@ std::int64_t RawSocket::registerSale(const Sale& sale)
     if (std::from_chars(sign.data(), sign.data() + sign.size(), number).ec != std::errc())
         throw std::runtime_error("raw socket: no fiscal sign");
     return number;
-}
-
-std::size_t RawSocket::exchangeOnly(const std::string& text)
-{
-    exchange(text);
-    return replyBody.size();
 }
 
 QByteArray RawSocket::lastReceipt()

@@ -22,8 +22,6 @@ public:
     RawSocket& operator=(const RawSocket&) = delete;
 
     std::int64_t registerSale(const Sale& sale) override;
-    /// The exchange alone, with a text made beforehand; returns the size of the last answer.
-    std::size_t exchangeOnly(const std::string& body);
     /// What a recording responder was sent last.
     [[nodiscard]] QByteArray lastReceipt();
 
@@ -49,8 +47,5 @@ private:
     std::string reply;
     std::string_view replyBody;
 };
-
-/// Writes the request of a sale over `text`: the keys in the order in which Qt sorts them.
-void glueSale(std::string& text, const Sale& sale);
 
 } // namespace bench

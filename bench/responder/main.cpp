@@ -1,4 +1,3 @@
-#include "bench/responder/ceiling.h"
 #include "bench/responder/server.h"
 
 #include <cstdio>
@@ -10,14 +9,13 @@
 
 namespace {
 
-constexpr auto usage = "benchresponder --answers DIR [--tls CAFILE] [--record] [--ceiling]\n"
+constexpr auto usage = "benchresponder --answers DIR [--tls CAFILE] [--record]\n"
                        "  --answers DIR  where token.json, accepted.json and done.json stand\n"
                        "  --tls CAFILE   speak TLS; the certificate to trust is written to CAFILE\n"
                        "  --record       keep the last receipt and hand it out at /last\n"
-                       "  --ceiling      print how fast this program answers bare sockets, and end\n"
                        "Prints its port and ends when its standard input does.\n";
 
-responder::Options parsed(int argc, char** argv, bool& ceiling)
+responder::Options parsed(int argc, char** argv)
 {
     responder::Options options;
     for (int i = 1; i < argc; ++i) {
@@ -28,8 +26,6 @@ responder::Options parsed(int argc, char** argv, bool& ceiling)
             options.caFile = argv[++i];
         else if (argument == "--record")
             options.record = true;
-        else if (argument == "--ceiling")
-            ceiling = true;
         else
             options.answers.clear();
     }
@@ -47,8 +43,7 @@ void waitForEndOfInput()
 
 int main(int argc, char** argv)
 {
-    bool ceiling = false;
-    const responder::Options options = parsed(argc, argv, ceiling);
+    const responder::Options options = parsed(argc, argv);
     if (options.answers.empty()) {
         std::fputs(usage, stderr);
         return EXIT_FAILURE;
@@ -56,18 +51,13 @@ int main(int argc, char** argv)
     try {
         responder::Server server(options);
         server.start();
-        if (ceiling) {
-            std::printf("%.0f\n", responder::exchangesPerSecond(server.port()));
-        } else {
-            std::printf("%d\n", server.port());
-            std::fflush(stdout);
-            waitForEndOfInput();
-        }
+        std::printf("%d\n", server.port());
+        std::fflush(stdout);
+        waitForEndOfInput();
     } catch (const std::exception& e) {
         std::fprintf(stderr, "benchresponder: %s\n", e.what());
         return EXIT_FAILURE;
     }
     // The serving threads wait in the kernel; ending the process ends them.
-    std::fflush(stdout);
     std::_Exit(EXIT_SUCCESS);
 }

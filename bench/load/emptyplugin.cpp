@@ -1,1 +1,0 @@
-#include "bench/load/emptyplugin.h"
