@@ -2,8 +2,8 @@
 // line of JSON for each round. Arguments: rounds and milliseconds a round.
 
 #include "bench/baselines/curlqjson.h"
+#include "bench/ours/device.h"
 #include "bench/support/child.h"
-#include "bench/support/device.h"
 #include "bench/support/golden.h"
 #include "bench/support/process.h"
 #include "bench/support/quietlog.h"

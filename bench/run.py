@@ -12,7 +12,7 @@ import tempfile
 import time
 from pathlib import Path
 
-from wholeprogram import Frhost, median_of
+from frhost import Frhost, median_of
 
 TOP = Path(__file__).resolve().parent.parent
 BUILD = TOP / "build" / "release"

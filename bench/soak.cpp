@@ -1,8 +1,8 @@
 // Many receipts through one driver; prints resident memory and open files after the warm-up and at the end,
 // as one line of JSON. Argument: how many receipts.
 
+#include "bench/ours/device.h"
 #include "bench/support/child.h"
-#include "bench/support/device.h"
 #include "bench/support/golden.h"
 #include "bench/support/process.h"
 #include "bench/support/quietlog.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bench/support/contender.h"
+#include "bench/baselines/contender.h"
 
 #include <QByteArray>
 #include <QNetworkAccessManager>

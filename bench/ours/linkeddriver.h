@@ -1,17 +1,17 @@
 #pragma once
 
-#include "bench/support/contender.h"
-#include "bench/support/hostsale.h"
+#include "bench/baselines/contender.h"
+#include "bench/ours/hostsale.h"
 #include "driver/atolonlinefrdriver.h"
 #include "plugin/atolonlinesettings.h"
 
 namespace bench {
 
 /// Ours, closing with checkClose: the driver linked in, its sleeps left out.
-class WakefulDriver
+class LinkedDriver
 {
 public:
-    explicit WakefulDriver(const Endpoint& endpoint);
+    explicit LinkedDriver(const Endpoint& endpoint);
 
     /// From opening the receipt to its fiscal result; returns the fiscal sign.
     std::int64_t registerSale(const HostSale& sale);

@@ -1,6 +1,6 @@
-#include "bench/support/device.h"
+#include "bench/ours/device.h"
 
-#include "bench/support/trust.h"
+#include "bench/ours/trust.h"
 #include "host/abstractfiscalregister.h"
 #include "host/abstractfrdriver.h"
 #include "host/vposfrdriver.h"

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "bench/support/contender.h"
-#include "bench/support/hostsale.h"
+#include "bench/baselines/contender.h"
+#include "bench/ours/hostsale.h"
 
 #include <QObject>
 #include <QPluginLoader>

@@ -1,16 +1,16 @@
-#include "bench/support/wakefuldriver.h"
+#include "bench/ours/linkeddriver.h"
 
-#include "bench/support/trust.h"
+#include "bench/ours/trust.h"
 
 namespace bench {
 
-WakefulDriver::WakefulDriver(const Endpoint& endpoint)
+LinkedDriver::LinkedDriver(const Endpoint& endpoint)
     : driver(filled(settings, endpoint))
 {
     driver.connect();
 }
 
-AtolOnlineSettings* WakefulDriver::filled(AtolOnlineSettings& settings, const Endpoint& endpoint)
+AtolOnlineSettings* LinkedDriver::filled(AtolOnlineSettings& settings, const Endpoint& endpoint)
 {
     trust(endpoint);
     settings.setUrl(QString::fromStdString(endpoint.url()));
@@ -23,7 +23,7 @@ AtolOnlineSettings* WakefulDriver::filled(AtolOnlineSettings& settings, const En
     return &settings;
 }
 
-std::int64_t WakefulDriver::registerSale(const HostSale& sale)
+std::int64_t LinkedDriver::registerSale(const HostSale& sale)
 {
     collect(driver, sale);
     driver.checkClose(sale.document);

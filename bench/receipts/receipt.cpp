@@ -3,12 +3,12 @@
 #include "bench/baselines/curlqjson.h"
 #include "bench/baselines/qnam.h"
 #include "bench/baselines/rawsocket.h"
+#include "bench/ours/device.h"
+#include "bench/ours/linkeddriver.h"
 #include "bench/support/child.h"
 #include "bench/support/cores.h"
-#include "bench/support/device.h"
 #include "bench/support/golden.h"
 #include "bench/support/quietlog.h"
-#include "bench/support/wakefuldriver.h"
 
 #include <QCoreApplication>
 
@@ -50,7 +50,7 @@ struct Named
 
 const Named contenders[] = {
     {"plugin", make<Device, HostSale>},
-    {"driver", make<WakefulDriver, HostSale>},
+    {"driver", make<LinkedDriver, HostSale>},
     {"curl", make<CurlQJson>},
     {"qnam", make<Qnam>},
     {"raw", make<RawSocket>},

@@ -1,4 +1,4 @@
-#include "bench/support/hostsale.h"
+#include "bench/ours/hostsale.h"
 
 #include "host/abstractfrdriver.h"
 
