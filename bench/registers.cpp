@@ -1,5 +1,5 @@
-// Many registers at once, each in a thread of its own, and as many threads of bare libcurl, in turn. Prints a
-// line of JSON for each round. Arguments: rounds and milliseconds a round.
+// Registers of the loaded plugin at work: many at once, each in a thread of its own, in turn with bare
+// libcurl; and many receipts through one of them. Prints lines of JSON.
 
 #include "bench/baselines/curlqjson.h"
 #include "bench/ours/device.h"
@@ -13,11 +13,13 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <latch>
-#include <memory>
+#include <string_view>
 #include <thread>
+#include <tuple>
 #include <vector>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -26,58 +28,43 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int linesOfSale = 3;
 
-struct Round
+void sell(const char* name, Contender& contender)
 {
-    std::chrono::milliseconds length;
-    const Endpoint& endpoint;
-    const Endpoint& recorder;
-};
-
-// A shop's next receipt has another buyer, whom our log must mask; the bare contenders have nothing to do
-// then.
-void nextBuyer(HostSale& sale, int thread, long count)
-{
-    sale.contact =
-        FdRequisite(EFrDriver::BuyerContact, QStringLiteral("buyer%1-%2@example.com").arg(thread).arg(count));
+    require(name, contender.registerSale() == goldenSign, u"another answer"_s);
 }
 
-void nextBuyer(Sale&, int, long) {}
-
-template <typename Contender, typename Goods>
-void run(const char* name, int threads, const Round& round)
+void sellInThreads(
+    const char* name, Maker maker, int threads, std::chrono::milliseconds length, const Endpoint& endpoint)
 {
-    const Goods sale(sampleSale(linesOfSale));
-    requireGoldenSale(
-        name, round.recorder, linesOfSale, [&] { return Contender(round.recorder).registerSale(sale); });
     std::vector<std::unique_ptr<Contender>> contenders;
     for (int i = 0; i < threads; ++i)
-        contenders.push_back(std::make_unique<Contender>(round.endpoint));
+        contenders.push_back(maker(endpoint, linesOfSale));
+    requireGoldenSale(name, *contenders.front(), endpoint, linesOfSale);
 
     std::atomic<bool> over = false;
     std::atomic<long> sold = 0;
     std::latch ready(threads + 1);
     std::vector<std::jthread> running;
-    for (int i = 0; i < threads; ++i) {
-        running.emplace_back(
-            [&, i, mine = contenders[static_cast<std::size_t>(i)].get(), goods = sale]() mutable {
-                const auto sell = [&](long count) {
-                    nextBuyer(goods, i, count);
-                    require(name, mine->registerSale(goods) == goldenSign, QStringLiteral("another answer"));
-                };
-                // Our transport trusts a connection at once only after three exchanges on it.
-                for (long count = -3; count < 0; ++count)
-                    sell(count);
-                ready.arrive_and_wait();
-                long count = 0;
-                for (; !over.load(std::memory_order_relaxed); ++count)
-                    sell(count);
-                sold += count;
-            });
+    for (const auto& contender : contenders) {
+        running.emplace_back([&, &mine = *contender, firstBuyer = std::int64_t(running.size()) << 32] {
+            long count = 0;
+            const auto sellToNext = [&] {
+                mine.setBuyer(firstBuyer + count++);
+                sell(name, mine);
+            };
+            // Our transport waits before a POST until a connection has lasted for three exchanges.
+            while (count < 3)
+                sellToNext();
+            ready.arrive_and_wait();
+            while (!over.load(std::memory_order_relaxed))
+                sellToNext();
+            sold += count - 3;
+        });
     }
     ready.arrive_and_wait();
     const auto start = Clock::now();
     const double processor = processorSeconds();
-    std::this_thread::sleep_for(round.length);
+    std::this_thread::sleep_for(length);
     over = true;
     running.clear();
     const double seconds = std::chrono::duration<double>(Clock::now() - start).count();
@@ -87,23 +74,58 @@ void run(const char* name, int threads, const Round& round)
         name, threads, receipts / seconds, (processorSeconds() - processor) / receipts * 1e6);
 }
 
+void measureThreads(int rounds, int milliseconds)
+{
+    const Responder responder(Responder::Wire::Plain);
+    const std::chrono::milliseconds length(milliseconds);
+    for (int i = 0; i < rounds; ++i) {
+        for (const int threads : {1, 5, 20, 100}) {
+            sellInThreads("ours", make<Device>, threads, length, responder.endpoint());
+            sellInThreads("curl", make<CurlQJson>, threads, length, responder.endpoint());
+        }
+    }
+}
+
+// Resident memory and open files after a warm-up and at the end.
+void soak(int receipts)
+{
+    const Responder responder(Responder::Wire::Plain);
+    Device device(responder.endpoint(), linesOfSale);
+    requireGoldenSale("soak", device, responder.endpoint(), linesOfSale);
+    const auto sellAll = [&](int count) {
+        for (int i = 0; i < count; ++i)
+            sell("soak", device);
+    };
+    // The first times, reading the figures takes pages too.
+    for (int i = 0; i < 4; ++i) {
+        sellAll(receipts / 80);
+        std::ignore = residentKilobytes();
+        std::ignore = openFiles();
+    }
+    const int files = openFiles();
+    const long memory = residentKilobytes();
+    sellAll(receipts);
+    const long memoryAtEnd = residentKilobytes();
+    std::printf(R"({"rss_growth_kb": %ld, "files_growth": %d})"
+                "\n",
+        memoryAtEnd - memory, openFiles() - files);
+}
+
 } // namespace
 
 int main(int argc, char** argv)
 {
     const QCoreApplication application(argc, argv);
-    const int rounds = argc == 3 ? std::atoi(argv[1]) : 0;
-    if (rounds < 1)
-        return EXIT_FAILURE;
     quietLog();
-    const Responder responder(Responder::Wire::Plain);
-    const Responder recorder(Responder::Wire::Plain, {QStringLiteral("--record")});
-    const Round round{
-        std::chrono::milliseconds(std::atoi(argv[2])), responder.endpoint(), recorder.endpoint()};
-    for (int i = 0; i < rounds; ++i) {
-        for (const int threads : {1, 5, 20, 100}) {
-            run<Device, HostSale>("ours", threads, round);
-            run<CurlQJson, Sale>("curl", threads, round);
-        }
+    const std::string_view mode = argc > 1 ? argv[1] : "";
+    if (mode == "threads" && argc == 4)
+        measureThreads(std::stoi(argv[2]), std::stoi(argv[3]));
+    else if (mode == "soak" && argc == 3)
+        soak(std::stoi(argv[2]));
+    else {
+        std::fputs("usage: registersbench threads ROUNDS MILLISECONDS\n"
+                   "       registersbench soak RECEIPTS\n",
+            stderr);
+        return EXIT_FAILURE;
     }
 }

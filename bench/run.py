@@ -31,10 +31,10 @@ def output_of(*command):
     return done.stdout
 
 
-def google_benchmark(program, repetitions, min_time):
+def google_benchmark(group, repetitions, min_time):
     """By name the microseconds of each round."""
-    say(f"{program}: {repetitions} rounds in random order")
-    text = output_of(BENCH / program, "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
+    say(f"{group}: {repetitions} rounds in random order")
+    text = output_of(BENCH / "receiptbench", f"--benchmark_filter=^{group}/", "--benchmark_format=json", "--benchmark_enable_random_interleaving=true",
                      f"--benchmark_repetitions={repetitions}", f"--benchmark_min_time={min_time}")
     rounds = {}
     for run in json.loads(text)["benchmarks"]:
@@ -113,7 +113,7 @@ def number(value):
 
 
 def receipts(repetitions):
-    rounds = google_benchmark("receiptbench", repetitions, 0.08)
+    rounds = google_benchmark("receipt", repetitions, 0.08)
     times = medians(rounds)
     has_php = "receipt/php/plain/1" in times
     table = Table("1. Whole receipt, microseconds",
@@ -136,7 +136,7 @@ def receipts(repetitions):
 
 
 def composer(repetitions):
-    times = medians(google_benchmark("composerbench", repetitions, 0.05))
+    times = medians(google_benchmark("compose", repetitions, 0.05))
     sizes = (*SIZES, 1000, 10000)
     table = Table("2. Composer", ["lines", "us a line", "to QJsonObject", "QJsonObject us a line"])
     for size in sizes:
@@ -159,7 +159,7 @@ def slope(points):
 
 
 def replies(repetitions):
-    times = medians(google_benchmark("replybench", repetitions, 0.05))
+    times = medians(google_benchmark("reply", repetitions, 0.05))
     table = Table("3. Reply to lastResponse and payload, microseconds", ["bytes", "ours", "bare parse", "ratio"])
     for size in (300, 5000000):
         ours, parse = times[f"reply/ours/{size}"], times[f"reply/parse/{size}"]
@@ -168,8 +168,8 @@ def replies(repetitions):
 
 
 def registers(rounds, milliseconds):
-    say(f"benchregisters: {rounds} rounds")
-    runs = [json.loads(line) for line in output_of(BENCH / "benchregisters", rounds, milliseconds).splitlines()]
+    say(f"registersbench: {rounds} rounds")
+    runs = [json.loads(line) for line in output_of(BENCH / "registersbench", "threads", rounds, milliseconds).splitlines()]
     table = Table("4. Many registers, a thread each, receipts of 3 lines",
                   ["registers", "sells a second", "to libcurl", "CPU us a receipt", "to libcurl"])
     for threads in (1, 5, 20, 100):
@@ -181,13 +181,10 @@ def registers(rounds, milliseconds):
 
 
 def soak(count):
-    say(f"benchsoak: {count} receipts through one driver")
-    run = json.loads(output_of(BENCH / "benchsoak", count))
-    table = Table("5. Soak", ["receipts", "seconds", "resident kB at start", "growth kB", "files at start",
-                              "growth of files"])
-    table.add(f"{count:,}", run["seconds"], run["rss_start_kb"],
-              Limited(run["rss_end_kb"] - run["rss_start_kb"], 0, 0), run["files_start"],
-              Limited(run["files_end"] - run["files_start"], 0, 0))
+    say(f"registersbench: {count} receipts through one driver")
+    run = json.loads(output_of(BENCH / "registersbench", "soak", count))
+    table = Table("5. Soak", ["receipts", "growth kB", "growth of files"])
+    table.add(f"{count:,}", Limited(run["rss_growth_kb"], 0, 0), Limited(run["files_growth"], 0, 0))
     return [table]
 
 

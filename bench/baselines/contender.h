@@ -1,38 +1,32 @@
 #pragma once
 
-#include "bench/support/sale.h"
+#include "bench/support/endpoint.h"
 
 #include <cstdint>
-#include <string>
+#include <memory>
 
 namespace bench {
 
-/// Where the responder listens.
-struct Endpoint
-{
-    int port = 0;
-    /// The certificate to trust; empty for plain HTTP.
-    std::string caFile;
-
-    [[nodiscard]] bool isTls() const { return !caFile.empty(); }
-    /// Base address of the service; ends in "/".
-    [[nodiscard]] std::string url() const
-    {
-        return (isTls() ? "https://127.0.0.1:" : "http://127.0.0.1:") + std::to_string(port) + "/v4/";
-    }
-};
-
-inline constexpr const char* groupCode = "shop_group";
-
-/// One way of registering a sale: compose it, post it, ask once for its state, read the answer. A contender
-/// holds its token and its connection.
+/// One way of registering the sample sale: compose it, post it, ask once for its state, read the answer. A
+/// contender prepares the sale and obtains its token when it is constructed, and keeps its connection.
 class Contender
 {
 public:
     virtual ~Contender() = default;
 
-    /// Returns the fiscal sign that the service answered; throws when there is none.
-    virtual std::int64_t registerSale(const Sale& sale) = 0;
+    /// Returns the fiscal sign in the service's answer; throws when there is none.
+    virtual std::int64_t registerSale() = 0;
+    /// Changes the buyer of later sales. Only ours, whose log masks buyers, has work to do for another one.
+    virtual void setBuyer(std::int64_t) {}
 };
+
+/// Makes a contender for sales of so many lines.
+using Maker = std::unique_ptr<Contender> (*)(const Endpoint& endpoint, int lines);
+
+template <typename T>
+std::unique_ptr<Contender> make(const Endpoint& endpoint, int lines)
+{
+    return std::make_unique<T>(endpoint, lines);
+}
 
 } // namespace bench

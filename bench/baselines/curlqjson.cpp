@@ -6,6 +6,8 @@
 
 #include <stdexcept>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace bench {
 
 namespace {
@@ -18,8 +20,9 @@ std::size_t appendReply(char* from, std::size_t size, std::size_t count, void* c
 
 } // namespace
 
-CurlQJson::CurlQJson(const Endpoint& endpoint)
-    : handle(curl_easy_init())
+CurlQJson::CurlQJson(const Endpoint& endpoint, int lines)
+    : sale(sampleSale(lines))
+    , handle(curl_easy_init())
     , headers(curl_slist_append(nullptr, "Content-type: application/json; charset=utf-8"))
     , group(endpoint.url() + groupCode)
 {
@@ -33,29 +36,25 @@ CurlQJson::CurlQJson(const Endpoint& endpoint)
     curl_easy_setopt(curl, CURLOPT_CAPATH, nullptr);
     if (endpoint.isTls())
         curl_easy_setopt(curl, CURLOPT_CAINFO, endpoint.caFile.c_str());
-    const std::string login = R"({"login":"bench","pass":"bench"})";
-    const QByteArray answer =
-        post(endpoint.url() + "getToken", login.data(), static_cast<qsizetype>(login.size()));
-    const QByteArray token = QJsonDocument::fromJson(answer)[QLatin1StringView("token")].toString().toUtf8();
+    const QByteArray answer = post(endpoint.url() + "getToken", R"({"login":"bench","pass":"bench"})"_ba);
+    const QByteArray token = QJsonDocument::fromJson(answer)["token"_L1].toString().toUtf8();
     curl_slist_append(headers.get(), ("token: " + token).constData());
-    // A long body would wait for the service's consent first.
+    // Otherwise a long body would wait for the service's consent.
     curl_slist_append(headers.get(), "Expect:");
 }
 
-std::int64_t CurlQJson::registerSale(const Sale& sale)
+std::int64_t CurlQJson::registerSale()
 {
-    const QByteArray body = qjsonText(sale);
-    const QJsonDocument accepted =
-        QJsonDocument::fromJson(post(group + "/sell", body.constData(), body.size()));
-    const QString uuid = accepted[QLatin1StringView("uuid")].toString();
-    const QJsonDocument done = QJsonDocument::fromJson(get(group + "/report/" + uuid.toStdString()));
-    return done[QLatin1StringView("payload")][QLatin1StringView("fiscal_document_attribute")].toInteger();
+    const QJsonDocument accepted = QJsonDocument::fromJson(post(group + "/sell", qjsonText(sale)));
+    const std::string uuid = accepted["uuid"_L1].toString().toStdString();
+    const QJsonDocument done = QJsonDocument::fromJson(get(group + "/report/" + uuid));
+    return done["payload"_L1]["fiscal_document_attribute"_L1].toInteger();
 }
 
-const QByteArray& CurlQJson::post(const std::string& url, const char* body, qsizetype size)
+const QByteArray& CurlQJson::post(const std::string& url, const QByteArray& body)
 {
-    curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(size));
-    curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDS, body);
+    curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(body.size()));
+    curl_easy_setopt(handle.get(), CURLOPT_POSTFIELDS, body.constData());
     return perform(url);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bench/baselines/contender.h"
+#include "bench/support/sale.h"
 
 #include <QByteArray>
 
@@ -15,9 +16,9 @@ namespace bench {
 class CurlQJson : public Contender
 {
 public:
-    explicit CurlQJson(const Endpoint& endpoint);
+    CurlQJson(const Endpoint& endpoint, int lines);
 
-    std::int64_t registerSale(const Sale& sale) override;
+    std::int64_t registerSale() override;
 
 private:
     struct Free
@@ -26,11 +27,12 @@ private:
         void operator()(curl_slist* list) const { curl_slist_free_all(list); }
     };
 
-    /// Returns the answer's body.
-    const QByteArray& post(const std::string& url, const char* body, qsizetype size);
+    /// Each returns the body of the answer.
+    const QByteArray& post(const std::string& url, const QByteArray& body);
     const QByteArray& get(const std::string& url);
     const QByteArray& perform(const std::string& url);
 
+    Sale sale;
     std::unique_ptr<CURL, Free> handle;
     std::unique_ptr<curl_slist, Free> headers;
     std::string group;

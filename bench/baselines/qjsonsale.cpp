@@ -2,17 +2,18 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QJsonObject>
 
 #include <iterator>
 
-namespace bench {
-
 using namespace Qt::Literals::StringLiterals;
+
+namespace bench {
 
 namespace {
 
-// Copying an object that has its keys and assigning the values costs less than half of inserting them. The
-// iterator meets the keys in their sorted order.
+// Copying an object that has its keys and assigning the values costs less than half as much as inserting
+// them. The iterator visits the keys in sorted order.
 QJsonObject itemOf(const SaleLine& line)
 {
     static const QJsonObject prototype{{u"name"_s, {}}, {u"payment_method"_s, {}}, {u"payment_object"_s, {}},
@@ -37,7 +38,7 @@ QJsonObject itemOf(const SaleLine& line)
 
 } // namespace
 
-QJsonObject qjsonSale(const Sale& sale)
+QByteArray qjsonText(const Sale& sale)
 {
     static const QJsonObject client{{u"email"_s, QLatin1StringView(buyer)}};
     static const QJsonObject company{{u"email"_s, QLatin1StringView(companyEmail)},
@@ -46,7 +47,7 @@ QJsonObject qjsonSale(const Sale& sale)
     QJsonArray items;
     for (const SaleLine& line : sale.lines)
         items.append(itemOf(line));
-    return {
+    const QJsonObject request{
         {u"external_id"_s, QLatin1StringView(externalId)},
         {u"receipt"_s,
             QJsonObject{
@@ -58,11 +59,7 @@ QJsonObject qjsonSale(const Sale& sale)
             }},
         {u"timestamp"_s, QString::fromStdString(timestampNow())},
     };
-}
-
-QByteArray qjsonText(const Sale& sale)
-{
-    return QJsonDocument(qjsonSale(sale)).toJson(QJsonDocument::Compact);
+    return QJsonDocument(request).toJson(QJsonDocument::Compact);
 }
 
 } // namespace bench

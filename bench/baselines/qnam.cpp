@@ -11,6 +11,8 @@
 #include <memory>
 #include <stdexcept>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace bench {
 
 namespace {
@@ -30,29 +32,28 @@ QByteArray finished(QNetworkReply* raw)
 
 } // namespace
 
-Qnam::Qnam(const Endpoint& endpoint)
-    : base(QString::fromStdString(endpoint.url()))
+Qnam::Qnam(const Endpoint& endpoint, int lines)
+    : sale(sampleSale(lines))
+    , base(QString::fromStdString(endpoint.url()))
     , group(base + QLatin1StringView(groupCode))
 {
-    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json; charset=utf-8"));
+    request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json; charset=utf-8"_s);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
     if (endpoint.isTls()) {
         QSslConfiguration trust = request.sslConfiguration();
         trust.setCaCertificates(QSslCertificate::fromPath(QString::fromStdString(endpoint.caFile)));
         request.setSslConfiguration(trust);
     }
-    const QByteArray answer = post(base + QStringLiteral("getToken"), R"({"login":"bench","pass":"bench"})");
-    request.setRawHeader(
-        "token", QJsonDocument::fromJson(answer)[QLatin1StringView("token")].toString().toUtf8());
+    const QByteArray answer = post(base + "getToken"_L1, R"({"login":"bench","pass":"bench"})");
+    request.setRawHeader("token", QJsonDocument::fromJson(answer)["token"_L1].toString().toUtf8());
 }
 
-std::int64_t Qnam::registerSale(const Sale& sale)
+std::int64_t Qnam::registerSale()
 {
-    const QJsonDocument accepted =
-        QJsonDocument::fromJson(post(group + QStringLiteral("/sell"), qjsonText(sale)));
-    const QString uuid = accepted[QLatin1StringView("uuid")].toString();
-    const QJsonDocument done = QJsonDocument::fromJson(get(group + QStringLiteral("/report/") + uuid));
-    return done[QLatin1StringView("payload")][QLatin1StringView("fiscal_document_attribute")].toInteger();
+    const QJsonDocument accepted = QJsonDocument::fromJson(post(group + "/sell"_L1, qjsonText(sale)));
+    const QString uuid = accepted["uuid"_L1].toString();
+    const QJsonDocument done = QJsonDocument::fromJson(get(group + "/report/"_L1 + uuid));
+    return done["payload"_L1]["fiscal_document_attribute"_L1].toInteger();
 }
 
 QByteArray Qnam::post(const QString& path, const QByteArray& body)

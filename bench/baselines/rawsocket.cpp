@@ -5,11 +5,11 @@
 #include <charconv>
 #include <stdexcept>
 
-#include <arpa/inet.h>
+#include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <openssl/bio.h>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 namespace bench {
 
@@ -22,24 +22,19 @@ void appendNumber(std::string& text, double number)
     text.append(digits.begin(), end);
 }
 
-void appendEscaped(std::string& text, std::string_view value)
+// Looks whether the value needs escaping, as any writer of JSON must; no sample does.
+void appendText(std::string& text, std::string_view value)
 {
     const auto plain = [](char c) { return c != '"' && c != '\\' && static_cast<unsigned char>(c) >= 0x20; };
-    if (std::all_of(value.begin(), value.end(), plain)) {
-        text += value;
-        return;
-    }
-    for (const char c : value) {
-        if (c == '"' || c == '\\')
-            text += '\\';
-        text += plain(c) || c == '"' || c == '\\' ? c : ' ';
-    }
+    if (!std::all_of(value.begin(), value.end(), plain))
+        throw std::invalid_argument("raw socket: a name that needs escaping");
+    text += value;
 }
 
 void appendItem(std::string& text, const SaleLine& line)
 {
     text += R"({"name":")";
-    appendEscaped(text, line.nameUtf8);
+    appendText(text, line.nameUtf8);
     text += R"(","payment_method":")";
     text += methodNames[line.method];
     text += R"(","payment_object":")";
@@ -55,7 +50,7 @@ void appendItem(std::string& text, const SaleLine& line)
     text += R"("}})";
 }
 
-// The keys stand in the order in which Qt sorts them.
+// The keys are in the order in which Qt sorts them.
 void glueSale(std::string& text, const Sale& sale)
 {
     text = R"({"external_id":")";
@@ -84,50 +79,46 @@ void glueSale(std::string& text, const Sale& sale)
     text += R"("})";
 }
 
-} // namespace
-
-RawSocket::RawSocket(const Endpoint& endpoint)
-    : handle(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
-    , context(nullptr, &SSL_CTX_free)
-    , session(nullptr, &SSL_free)
-    , host("127.0.0.1:" + std::to_string(endpoint.port))
-    , reply(64 * 1024, '\0')
+RawSocket::Wire connected(const Endpoint& endpoint)
 {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<std::uint16_t>(endpoint.port));
-    if (connect(handle, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+    RawSocket::Wire wire(nullptr, &BIO_free_all);
+    if (endpoint.isTls()) {
+        const std::unique_ptr<SSL_CTX, decltype(&SSL_CTX_free)> context(
+            SSL_CTX_new(TLS_client_method()), &SSL_CTX_free);
+        SSL_CTX_load_verify_locations(context.get(), endpoint.caFile.c_str(), nullptr);
+        SSL_CTX_set_verify(context.get(), SSL_VERIFY_PEER, nullptr);
+        wire.reset(BIO_new_ssl_connect(context.get()));
+        BIO_set_conn_hostname(wire.get(), endpoint.host().c_str());
+    } else {
+        wire.reset(BIO_new_connect(endpoint.host().c_str()));
+    }
+    int socket = -1;
+    if (BIO_do_connect(wire.get()) != 1 || BIO_get_fd(wire.get(), &socket) < 0)
         throw std::runtime_error("raw socket: no connection");
     const int on = 1;
-    setsockopt(handle, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-    if (endpoint.isTls())
-        startTls(endpoint.caFile);
+    setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
+    return wire;
+}
+
+} // namespace
+
+RawSocket::RawSocket(const Endpoint& endpoint, int lines)
+    : sale(sampleSale(lines))
+    , wire(connected(endpoint))
+    , host(endpoint.host())
+    , reply(64 * 1024, '\0')
+{
     post("/v4/getToken", R"({"login":"bench","pass":"bench"})");
     token = textAfter(R"("token":")", '"');
 }
 
-RawSocket::~RawSocket()
-{
-    session.reset();
-    close(handle);
-}
-
-void RawSocket::startTls(const std::string& caFile)
-{
-    context.reset(SSL_CTX_new(TLS_client_method()));
-    SSL_CTX_load_verify_locations(context.get(), caFile.c_str(), nullptr);
-    SSL_CTX_set_verify(context.get(), SSL_VERIFY_PEER, nullptr);
-    session.reset(SSL_new(context.get()));
-    SSL_set_fd(session.get(), handle);
-    if (SSL_connect(session.get()) != 1)
-        throw std::runtime_error("raw socket: no TLS");
-}
-
-std::int64_t RawSocket::registerSale(const Sale& sale)
+std::int64_t RawSocket::registerSale()
 {
     glueSale(body, sale);
-    exchange(body);
+    post("/v4/shop_group/sell", body);
+    std::string path = "/v4/shop_group/report/";
+    path += textAfter(R"("uuid":")", '"');
+    get(path);
     const std::string_view sign = textAfter(R"("fiscal_document_attribute":)", ',');
     std::int64_t number = 0;
     if (std::from_chars(sign.data(), sign.data() + sign.size(), number).ec != std::errc())
@@ -141,14 +132,6 @@ QByteArray RawSocket::lastReceipt()
     return {replyBody.data(), static_cast<qsizetype>(replyBody.size())};
 }
 
-void RawSocket::exchange(std::string_view text)
-{
-    post("/v4/shop_group/sell", text);
-    std::string path = "/v4/shop_group/report/";
-    path += textAfter(R"("uuid":")", '"');
-    get(path);
-}
-
 void RawSocket::post(std::string_view path, std::string_view text)
 {
     startRequest("POST ", path);
@@ -156,16 +139,14 @@ void RawSocket::post(std::string_view path, std::string_view text)
     request += std::to_string(text.size());
     request += "\r\n\r\n";
     request += text;
-    send();
-    receive();
+    exchange();
 }
 
 void RawSocket::get(std::string_view path)
 {
     startRequest("GET ", path);
     request += "\r\n\r\n";
-    send();
-    receive();
+    exchange();
 }
 
 void RawSocket::startRequest(std::string_view verb, std::string_view path)
@@ -178,22 +159,14 @@ void RawSocket::startRequest(std::string_view verb, std::string_view path)
     request += token;
 }
 
-void RawSocket::send()
+void RawSocket::exchange()
 {
-    const auto size = static_cast<ssize_t>(request.size());
-    const ssize_t sent = session ? SSL_write(session.get(), request.data(), static_cast<int>(size))
-                                 : ::send(handle, request.data(), request.size(), MSG_NOSIGNAL);
-    if (sent != size)
+    if (BIO_write(wire.get(), request.data(), static_cast<int>(request.size())) !=
+        static_cast<int>(request.size()))
         throw std::runtime_error("raw socket: not sent");
-}
-
-void RawSocket::receive()
-{
     std::size_t filled = 0;
     do {
-        const std::size_t room = reply.size() - filled;
-        const ssize_t part = session ? SSL_read(session.get(), reply.data() + filled, static_cast<int>(room))
-                                     : recv(handle, reply.data() + filled, room, 0);
+        const int part = BIO_read(wire.get(), reply.data() + filled, static_cast<int>(reply.size() - filled));
         if (part <= 0)
             throw std::runtime_error("raw socket: no answer");
         filled += static_cast<std::size_t>(part);

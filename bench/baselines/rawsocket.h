@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bench/baselines/contender.h"
+#include "bench/support/sale.h"
 
 #include <QByteArray>
 
@@ -11,35 +12,30 @@
 
 namespace bench {
 
-/// The floor: a bare socket, the request's text glued by hand, the answer searched for the two values that
-/// are needed.
+/// The floor: a bare socket, the text of the request concatenated by hand, the answer searched for the two
+/// values that are needed.
 class RawSocket : public Contender
 {
 public:
-    explicit RawSocket(const Endpoint& endpoint);
-    ~RawSocket() override;
-    RawSocket(const RawSocket&) = delete;
-    RawSocket& operator=(const RawSocket&) = delete;
+    using Wire = std::unique_ptr<BIO, void (*)(BIO*)>;
 
-    std::int64_t registerSale(const Sale& sale) override;
-    /// What a recording responder was sent last.
+    RawSocket(const Endpoint& endpoint, int lines);
+
+    std::int64_t registerSale() override;
+    /// The first receipt that the responder has received since the previous call.
     [[nodiscard]] QByteArray lastReceipt();
 
 private:
-    void startTls(const std::string& caFile);
-    void post(std::string_view path, std::string_view body);
+    void post(std::string_view path, std::string_view text);
     void get(std::string_view path);
-    void exchange(std::string_view body);
     void startRequest(std::string_view verb, std::string_view path);
-    void send();
-    void receive();
+    void exchange();
     [[nodiscard]] bool findBody(std::string_view received);
-    /// What stands between the key and the end in the last answer.
+    /// The text between the key and the end in the last answer.
     [[nodiscard]] std::string_view textAfter(std::string_view key, char end) const;
 
-    int handle = -1;
-    std::unique_ptr<SSL_CTX, void (*)(SSL_CTX*)> context;
-    std::unique_ptr<SSL, void (*)(SSL*)> session;
+    Sale sale;
+    Wire wire;
     std::string host;
     std::string token;
     std::string body;

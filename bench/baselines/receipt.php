@@ -1,7 +1,8 @@
 <?php
-// PHP with its curl and JSON extensions: one kept handle, options set once. Reads "LINES COUNT" from standard
-// input, registers so many receipts of so many lines and prints the nanoseconds that they took and the fiscal
-// sign of the last. Arguments: base address of the service, file with the certificate to trust or "".
+// PHP with its curl and JSON extensions: one kept handle, options set once. For each line
+// "LINES COUNT" on standard input it registers COUNT receipts of LINES lines and prints the nanoseconds that they
+// took and the fiscal sign of the last one. Arguments: base address of the service, file with the certificate to
+// trust or "".
 declare(strict_types=1);
 
 [, $base, $caFile] = $argv;

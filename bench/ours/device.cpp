@@ -6,15 +6,17 @@
 #include "host/vposfrdriver.h"
 
 #include <QJsonObject>
+#include <QPluginLoader>
 #include <QVariant>
 
 #include <stdexcept>
 
-namespace bench {
-
 using namespace Qt::Literals::StringLiterals;
 
-Device::Device(const Endpoint& endpoint)
+namespace bench {
+
+Device::Device(const Endpoint& endpoint, int lines)
+    : sale(sampleSale(lines))
 {
     QPluginLoader loader(QStringLiteral(PLUGIN_FILE));
     QVariant made;
@@ -22,7 +24,7 @@ Device::Device(const Endpoint& endpoint)
         QMetaObject::invokeMethod(factory, "getObject", Qt::DirectConnection, Q_RETURN_ARG(QVariant, made));
     object.reset(made.value<QObject*>());
     if (!object)
-        throw std::runtime_error("no plugin: " + loader.errorString().toStdString());
+        throw std::runtime_error("cannot load the plugin: " + loader.errorString().toStdString());
     object->setProperty("url", QString::fromStdString(endpoint.url()));
     object->setProperty("login", u"bench"_s);
     object->setProperty("password", u"bench"_s);
@@ -37,12 +39,17 @@ Device::Device(const Endpoint& endpoint)
     driver->connect();
 }
 
-std::int64_t Device::registerSale(const HostSale& sale)
+std::int64_t Device::registerSale()
 {
     collect(*driver, sale);
     const QString uuid = cloud->documentClose(sale.document);
     const QJsonObject answer = cloud->getDocumentInfo(uuid);
     return answer.value("payload"_L1)["fiscal_document_attribute"_L1].toInteger();
+}
+
+void Device::setBuyer(std::int64_t number)
+{
+    sale.contact = FdRequisite(EFrDriver::BuyerContact, u"buyer%1@example.com"_s.arg(number));
 }
 
 } // namespace bench

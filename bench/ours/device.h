@@ -4,7 +4,6 @@
 #include "bench/ours/hostsale.h"
 
 #include <QObject>
-#include <QPluginLoader>
 
 #include <memory>
 
@@ -13,17 +12,19 @@ class VposFrDriver;
 
 namespace bench {
 
-/// Ours: a device object of the built plugin, loaded and used as a host does.
-class Device
+/// Ours, closing with documentClose(): a device object of the built plugin, loaded and used as a host does.
+class Device : public Contender
 {
 public:
-    /// Loads the plugin once a process; throws std::runtime_error.
-    explicit Device(const Endpoint& endpoint);
+    /// Throws std::runtime_error when the plugin cannot be loaded.
+    Device(const Endpoint& endpoint, int lines);
 
-    /// From opening the receipt to the answer about its state; returns the fiscal sign.
-    std::int64_t registerSale(const HostSale& sale);
+    /// From opening the receipt to the answer about its state.
+    std::int64_t registerSale() override;
+    void setBuyer(std::int64_t number) override;
 
 private:
+    HostSale sale;
     std::unique_ptr<QObject> object;
     AbstractFrDriver* driver = nullptr;
     VposFrDriver* cloud = nullptr;

@@ -23,7 +23,7 @@ struct HostSale
     FrPayment payment;
 };
 
-/// Opens a receipt and hands the driver all of the sale; what is left is to close it.
+/// Opens a receipt and hands the whole sale to the driver; only closing it is left.
 void collect(AbstractFrDriver& driver, const HostSale& sale);
 
 } // namespace bench

@@ -2,32 +2,24 @@
 
 #include "bench/baselines/contender.h"
 #include "bench/ours/hostsale.h"
-#include "driver/atolonlinefrdriver.h"
+#include "bench/ours/sleeplessdriver.h"
 #include "plugin/atolonlinesettings.h"
 
 namespace bench {
 
-/// Ours, closing with checkClose: the driver linked in, its sleeps left out.
-class LinkedDriver
+/// Ours, closing with checkClose(), with the driver linked in: the plugin's own sleeps.
+class LinkedDriver : public Contender
 {
 public:
-    explicit LinkedDriver(const Endpoint& endpoint);
+    LinkedDriver(const Endpoint& endpoint, int lines);
 
-    /// From opening the receipt to its fiscal result; returns the fiscal sign.
-    std::int64_t registerSale(const HostSale& sale);
+    /// From opening the receipt to its fiscal result.
+    std::int64_t registerSale() override;
 
 private:
-    class Driver : public AtolOnlineFRDriver
-    {
-    public:
-        using AtolOnlineFRDriver::AtolOnlineFRDriver;
-        void msleep(int) const override {}
-    };
-
-    static AtolOnlineSettings* filled(AtolOnlineSettings& settings, const Endpoint& endpoint);
-
+    HostSale sale;
     AtolOnlineSettings settings;
-    Driver driver;
+    std::unique_ptr<SleeplessDriver> driver;
 };
 
 } // namespace bench

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bench/baselines/contender.h"
+#include "bench/support/endpoint.h"
 #include "host/transport/transportoptions.h"
 
 namespace bench {

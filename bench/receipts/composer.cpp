@@ -1,26 +1,21 @@
-// A receipt's lines to the text that is posted: ours, and the best way of writing it with QJsonObject.
-
 #include "atolonline/commandprocessor.h"
 #include "atolonline/compactjson.h"
 #include "bench/baselines/qjsonsale.h"
 #include "bench/ours/hostsale.h"
+#include "bench/receipts/benchmarks.h"
 #include "bench/support/golden.h"
-#include "bench/support/quietlog.h"
 #include "host/log/log4qt.h"
 #include "plugin/atolonlinesettings.h"
 
-#include <QJsonDocument>
+#include <QJsonObject>
 
-#include <benchmark/benchmark.h>
-
-#include <functional>
 #include <memory>
-#include <string>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace bench {
 
 namespace {
-
-using namespace bench;
-using namespace Qt::Literals::StringLiterals;
 
 class Composer
 {
@@ -52,16 +47,6 @@ private:
     HostSale sale;
 };
 
-template <typename Work>
-void add(const char* name, int lines, const Work& work)
-{
-    benchmark::RegisterBenchmark((std::string("compose/") + name + '/' + std::to_string(lines)).c_str(),
-        [work](benchmark::State& state) {
-            for (auto _ : state)
-                benchmark::DoNotOptimize(work());
-        });
-}
-
 void addSize(int lines)
 {
     const auto composer = std::make_shared<Composer>(lines);
@@ -69,18 +54,16 @@ void addSize(int lines)
     const auto baseline = [sale = sampleSale(lines)] { return qjsonText(sale); };
     requireGolden("composer", ours(), lines);
     requireGolden("QJsonObject", baseline(), lines);
-    add("ours", lines, ours);
-    add("qjson", lines, baseline);
+    add("compose/ours/" + std::to_string(lines), ours);
+    add("compose/qjson/" + std::to_string(lines), baseline);
 }
 
 } // namespace
 
-int main(int argc, char** argv)
+void addComposer()
 {
-    quietLog();
-    benchmark::Initialize(&argc, argv);
     for (const int lines : {1, 10, 100, 1000, 10000})
         addSize(lines);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::ClearRegisteredBenchmarks();
 }
+
+} // namespace bench

@@ -1,46 +1,20 @@
-// One whole receipt (collect, compose, one POST, one GET, read the answer) by every contender in turn.
-
 #include "bench/baselines/curlqjson.h"
+#include "bench/baselines/php.h"
 #include "bench/baselines/qnam.h"
 #include "bench/baselines/rawsocket.h"
 #include "bench/ours/device.h"
 #include "bench/ours/linkeddriver.h"
-#include "bench/support/child.h"
-#include "bench/support/cores.h"
+#include "bench/receipts/benchmarks.h"
 #include "bench/support/golden.h"
-#include "bench/support/quietlog.h"
 
-#include <QCoreApplication>
-
-#include <benchmark/benchmark.h>
-
-#include <functional>
-#include <memory>
+namespace bench {
 
 namespace {
 
-using namespace bench;
-
+// Our transport waits before a POST until a connection has lasted for three exchanges.
+constexpr int warmUp = 3;
 constexpr int phpBatch = 20;
 constexpr int phpBatches = 10;
-
-/// Registers one sale; returns its fiscal sign.
-using Register = std::function<std::int64_t()>;
-/// A contender at work on sales of so many lines, with a connection of its own.
-using Maker = std::function<Register(const Endpoint& endpoint, int lines)>;
-
-template <typename Contender, typename Goods = Sale>
-Register make(const Endpoint& endpoint, int lines)
-{
-    const auto contender = std::make_shared<Contender>(endpoint);
-    return [contender, sale = Goods(sampleSale(lines))] { return contender->registerSale(sale); };
-}
-
-Register makePhp(const Endpoint& endpoint, int lines)
-{
-    const auto php = std::make_shared<Php>(endpoint);
-    return [php, lines] { return php->registerSales(lines, 1).fiscalSign; };
-}
 
 struct Named
 {
@@ -48,54 +22,27 @@ struct Named
     Maker maker;
 };
 
-const Named contenders[] = {
-    {"plugin", make<Device, HostSale>},
-    {"driver", make<LinkedDriver, HostSale>},
+constexpr Named contenders[] = {
+    {"plugin", make<Device>},
+    {"driver", make<LinkedDriver>},
     {"curl", make<CurlQJson>},
     {"qnam", make<Qnam>},
     {"raw", make<RawSocket>},
 };
 
-struct Ground
+std::string title(const char* contender, const std::string& wire, int lines)
 {
-    const char* name;
-    const Responder& responder;
-    const Responder& recorder;
-};
-
-// What reached a recording responder is compared before anything is timed.
-void verify(const Ground& ground, const Named& contender, int lines)
-{
-    const Endpoint& recorder = ground.recorder.endpoint();
-    requireGoldenSale(contender.name, recorder, lines, contender.maker(recorder, lines));
+    return std::string("receipt/") + contender + '/' + wire + '/' + std::to_string(lines);
 }
 
-std::string title(const char* group, const char* contender, const Ground& ground, int lines)
+void addPhp(const std::string& wire, const Endpoint& endpoint, int lines)
 {
-    return std::string(group) + '/' + contender + '/' + ground.name + '/' + std::to_string(lines);
-}
-
-void addReceipts(const Ground& ground, int lines)
-{
-    for (const Named& contender : contenders) {
-        verify(ground, contender, lines);
-        benchmark::RegisterBenchmark(title("receipt", contender.name, ground, lines).c_str(),
-            [sell = contender.maker(ground.responder.endpoint(), lines)](benchmark::State& state) {
-                for (auto _ : state)
-                    benchmark::DoNotOptimize(sell());
-            })
-            ->UseRealTime();
-    }
-}
-
-void addPhp(const Ground& ground, int lines)
-{
-    verify(ground, {"php", makePhp}, lines);
-    const auto php = std::make_shared<Php>(ground.responder.endpoint());
-    benchmark::RegisterBenchmark(title("receipt", "php", ground, lines).c_str(),
-        [php, lines](benchmark::State& state) {
+    const auto php = std::make_shared<Php>(endpoint, lines);
+    requireGoldenSale("php", *php, endpoint, lines);
+    benchmark::RegisterBenchmark(title("php", wire, lines).c_str(),
+        [php](benchmark::State& state) {
             for (auto _ : state)
-                state.SetIterationTime(php->registerSales(lines, phpBatch).seconds / phpBatch);
+                state.SetIterationTime(php->secondsOf(phpBatch) / phpBatch);
         })
         ->UseManualTime()
         ->Iterations(phpBatches);
@@ -103,27 +50,22 @@ void addPhp(const Ground& ground, int lines)
 
 } // namespace
 
-int main(int argc, char** argv)
+void addReceipts(const std::string& wire, const Endpoint& endpoint)
 {
-    const QCoreApplication application(argc, argv);
-    quietLog();
-    benchmark::Initialize(&argc, argv);
-    stayOnCore(0);
-    const bool hasPhp = Php::isInstalled();
-    const QStringList record{QStringLiteral("--record")};
-    using Wire = Responder::Wire;
-    const auto apart = Child::Core::OfItsOwn;
-    const Responder plain(Wire::Plain, {}, apart);
-    const Responder plainRecorder(Wire::Plain, record);
-    const Responder tls(Wire::Tls, {}, apart);
-    const Responder tlsRecorder(Wire::Tls, record);
-    for (const Ground& ground : {Ground{"plain", plain, plainRecorder}, Ground{"tls", tls, tlsRecorder}}) {
-        for (const int lines : {1, 10, 100}) {
-            addReceipts(ground, lines);
-            if (hasPhp)
-                addPhp(ground, lines);
+    static const bool hasPhp = Php::isInstalled();
+    for (const int lines : {1, 10, 100}) {
+        for (const Named& named : contenders) {
+            const std::shared_ptr<Contender> contender = named.maker(endpoint, lines);
+            requireGoldenSale(named.name, *contender, endpoint, lines);
+            for (int i = 0; i < warmUp; ++i)
+                contender->registerSale();
+            add(title(named.name, wire, lines), [contender] {
+                return contender->registerSale();
+            })->UseRealTime();
         }
+        if (hasPhp)
+            addPhp(wire, endpoint, lines);
     }
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::ClearRegisteredBenchmarks();
 }
+
+} // namespace bench

@@ -1,8 +1,6 @@
-// A reply's body to lastResponse and the payload map: ours, and a bare QJsonDocument parse.
-
 #include "atolonline/commandprocessor.h"
+#include "bench/receipts/benchmarks.h"
 #include "bench/support/golden.h"
-#include "bench/support/quietlog.h"
 #include "host/log/log4qt.h"
 #include "host/transport/restclient.h"
 #include "plugin/atolonlinesettings.h"
@@ -10,27 +8,22 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
-#include <benchmark/benchmark.h>
-
 #include <memory>
-#include <string>
-#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace bench {
 
 namespace {
 
-using namespace bench;
-using namespace Qt::Literals::StringLiterals;
-
-/// The transport without its network: every request is answered by one body, parsed as RestClient does.
+// The transport without its network: one body answers every request, parsed as RestClient does.
 class CannedTransport : public RestClient
 {
 public:
     explicit CannedTransport(const QByteArray& reply)
         : body(reply)
     {
-        MockFactory<RestClient>::mocked = this;
     }
-    ~CannedTransport() override { MockFactory<RestClient>::mocked = nullptr; }
 
     bool get(const QUrl&, const QJsonDocument&, const Headers&) override
     {
@@ -44,34 +37,37 @@ private:
     QVariant response;
 };
 
-class Road
+class Client
 {
 public:
-    explicit Road(const QByteArray& body)
+    explicit Client(const QByteArray& body)
         : transport(body)
-        , processor(Log4Qt::LogManager::logger(u"frdriver"_s, u"bench"_s))
     {
+        MockFactory<RestClient>::mocked = &transport;
+        processor = std::make_unique<atolonline::CommandProcessor>(
+            Log4Qt::LogManager::logger(u"frdriver"_s, u"bench"_s));
+        MockFactory<RestClient>::mocked = nullptr;
         settings.setUrl(u"http://127.0.0.1/v4/"_s);
         settings.setGroupCode(u"g"_s);
-        processor.setSettings(&settings);
+        processor->setSettings(&settings);
     }
 
-    int travel() { return processor.getDocumentStatus(u"2ea26f17-0884-4f08-b120-306fc096a58f"_s); }
-    [[nodiscard]] bool hasArrived(const QByteArray& body) const
+    int ask() { return processor->getDocumentStatus(u"2ea26f17-0884-4f08-b120-306fc096a58f"_s); }
+    [[nodiscard]] bool holds(const QByteArray& body) const
     {
         const QJsonObject all = QJsonDocument::fromJson(body).object();
-        return processor.getLastResponse() == all &&
-               QJsonObject::fromVariantMap(processor.getLastDocumentFiscalInfo()) ==
+        return processor->getLastResponse() == all &&
+               QJsonObject::fromVariantMap(processor->getLastDocumentFiscalInfo()) ==
                    all["payload"_L1].toObject();
     }
 
 private:
     CannedTransport transport;
     AtolOnlineSettings settings;
-    atolonline::CommandProcessor processor;
+    std::unique_ptr<atolonline::CommandProcessor> processor;
 };
 
-// A report of a receipt, brought to the wanted size by its link and by lines.
+// The report of a receipt, padded to the size with lines and a long link.
 QByteArray replyOf(qsizetype bytes)
 {
     QJsonObject payload{{u"total"_s, 179.8}, {u"fn_number"_s, u"0000440300046840"_s}, {u"shift_number"_s, 17},
@@ -93,30 +89,18 @@ QByteArray replyOf(qsizetype bytes)
     return text();
 }
 
-template <typename Work>
-void add(const std::string& name, Work work)
-{
-    benchmark::RegisterBenchmark(name.c_str(), [work](benchmark::State& state) {
-        for (auto _ : state)
-            benchmark::DoNotOptimize(work());
-    });
-}
-
 } // namespace
 
-int main(int argc, char** argv)
+void addReplies()
 {
-    quietLog();
-    benchmark::Initialize(&argc, argv);
-    const std::pair<const char*, QByteArray> bodies[] = {
-        {"300", replyOf(300)}, {"5000000", replyOf(5'000'000)}};
-    for (const auto& [name, body] : bodies) {
-        const auto road = std::make_shared<Road>(body);
-        road->travel();
-        require(name, road->hasArrived(body), u"another reply"_s);
-        add(std::string("reply/ours/") + name, [road] { return road->travel(); });
-        add(std::string("reply/parse/") + name, [body] { return QJsonDocument::fromJson(body); });
+    for (const qsizetype bytes : {300, 5'000'000}) {
+        const QByteArray body = replyOf(bytes);
+        const auto client = std::make_shared<Client>(body);
+        client->ask();
+        require("reply", client->holds(body), u"the body was not kept"_s);
+        add("reply/ours/" + std::to_string(bytes), [client] { return client->ask(); });
+        add("reply/parse/" + std::to_string(bytes), [body] { return QJsonDocument::fromJson(body); });
     }
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::ClearRegisteredBenchmarks();
 }
+
+} // namespace bench

@@ -6,12 +6,12 @@
 #include <cctype>
 #include <charconv>
 #include <fstream>
-#include <memory>
-#include <sstream>
+#include <iterator>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
-#include <arpa/inet.h>
+#include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <openssl/ssl.h>
 #include <sys/socket.h>
@@ -22,7 +22,6 @@ namespace responder {
 namespace {
 
 constexpr std::size_t roomForRead = 64 * 1024;
-constexpr int threadsInWaiting = 4;
 
 std::string httpAnswer(const std::string& body)
 {
@@ -30,40 +29,13 @@ std::string httpAnswer(const std::string& body)
            std::to_string(body.size()) + "\r\n\r\n" + body;
 }
 
-std::string fileText(const std::string& name)
+std::string answerFrom(const std::string& name)
 {
     std::ifstream file(name, std::ios::binary);
     if (!file)
         throw std::runtime_error("cannot read " + name);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    return httpAnswer({std::istreambuf_iterator<char>(file), {}});
 }
-
-struct PlainWire
-{
-    int socket;
-
-    [[nodiscard]] ssize_t read(char* to, std::size_t room) const { return recv(socket, to, room, 0); }
-    [[nodiscard]] bool write(std::string_view text) const
-    {
-        return send(socket, text.data(), text.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(text.size());
-    }
-};
-
-struct TlsWire
-{
-    SSL* session;
-
-    [[nodiscard]] ssize_t read(char* to, std::size_t room) const
-    {
-        return SSL_read(session, to, static_cast<int>(room));
-    }
-    [[nodiscard]] bool write(std::string_view text) const
-    {
-        return SSL_write(session, text.data(), static_cast<int>(text.size())) > 0;
-    }
-};
 
 std::size_t contentLength(std::string_view head)
 {
@@ -72,7 +44,7 @@ std::size_t contentLength(std::string_view head)
     const auto found = std::search(head.begin(), head.end(), name.begin(), name.end(), same);
     if (found == head.end())
         return 0;
-    auto from = std::find_if(found + name.size(), head.end(), [](char c) { return c != ' '; });
+    const auto from = std::find_if(found + name.size(), head.end(), [](char c) { return c != ' '; });
     std::size_t length = 0;
     std::from_chars(std::to_address(from), head.data() + head.size(), length);
     return length;
@@ -81,11 +53,10 @@ std::size_t contentLength(std::string_view head)
 } // namespace
 
 Server::Server(const Options& options)
-    : record(options.record)
-    , listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
-    , token(httpAnswer(fileText(options.answers + "/token.json")))
-    , accepted(httpAnswer(fileText(options.answers + "/accepted.json")))
-    , done(httpAnswer(fileText(options.answers + "/done.json")))
+    : listener(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    , token(answerFrom(options.answers + "/token.json"))
+    , accepted(answerFrom(options.answers + "/accepted.json"))
+    , done(answerFrom(options.answers + "/done.json"))
     , tls(nullptr, &SSL_CTX_free)
 {
     if (!options.caFile.empty())
@@ -106,21 +77,12 @@ Server::~Server()
     close(listener);
 }
 
-void Server::start()
-{
-    for (; waiting < threadsInWaiting; ++waiting)
-        std::thread([this] { acceptAndServe(); }).detach();
-}
-
-void Server::acceptAndServe()
+void Server::run()
 {
     for (;;) {
         const int socket = accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
-        --waiting;
-        start();
         if (socket >= 0)
-            serve(socket);
-        ++waiting;
+            std::thread([this, socket] { serve(socket); }).detach();
     }
 }
 
@@ -128,29 +90,22 @@ void Server::serve(int socket)
 {
     const int on = 1;
     setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &on, sizeof on);
-    if (tls) {
-        const std::unique_ptr<SSL, void (*)(SSL*)> session(SSL_new(tls.get()), &SSL_free);
-        SSL_set_fd(session.get(), socket);
-        TlsWire wire{session.get()};
-        if (SSL_accept(session.get()) == 1)
-            converse(wire);
-    } else {
-        PlainWire wire{socket};
-        converse(wire);
-    }
-    close(socket);
+    BIO* wire = BIO_new_socket(socket, BIO_CLOSE);
+    if (tls)
+        wire = BIO_push(BIO_new_ssl(tls.get(), 0), wire);
+    converse(wire);
+    BIO_free_all(wire);
 }
 
-template <typename Wire>
-void Server::converse(Wire& wire)
+void Server::converse(BIO* wire)
 {
     std::string buffer;
     std::size_t filled = 0;
     const auto more = [&] {
         if (buffer.size() - filled < roomForRead)
             buffer.resize(buffer.size() + roomForRead);
-        const ssize_t part = wire.read(buffer.data() + filled, buffer.size() - filled);
-        filled += static_cast<std::size_t>(std::max<ssize_t>(part, 0));
+        const int part = BIO_read(wire, buffer.data() + filled, static_cast<int>(buffer.size() - filled));
+        filled += static_cast<std::size_t>(std::max(part, 0));
         return part > 0;
     };
     for (;;) {
@@ -165,27 +120,33 @@ void Server::converse(Wire& wire)
             if (!more())
                 return;
         }
-        const std::string_view answer = answerTo({buffer.data(), headSize}, {buffer.data() + start, length});
-        if (!wire.write(answer))
+        const std::string_view head(buffer.data(), headSize);
+        const std::string_view answer =
+            answerTo(head.substr(0, head.find("\r\n")), {buffer.data() + start, length});
+        if (BIO_write(wire, answer.data(), static_cast<int>(answer.size())) <= 0)
             return;
         std::copy(buffer.data() + start + length, buffer.data() + filled, buffer.data());
         filled -= start + length;
     }
 }
 
-std::string_view Server::answerTo(std::string_view head, std::string_view body)
+std::string_view Server::answerTo(std::string_view path, std::string_view body)
 {
-    const std::string_view line = head.substr(0, head.find("\r\n"));
-    if (line.find("/report/") != std::string_view::npos)
+    if (path.find("/report/") != std::string_view::npos)
         return done;
-    if (line.find("/getToken") != std::string_view::npos)
+    if (path.find("/getToken") != std::string_view::npos)
         return token;
-    if (record) {
+    if (path.find("/last") != std::string_view::npos) {
+        // One client at a time asks for it, so the text outlives the answer.
         const std::lock_guard lock(guard);
-        // One connection at a time asks for what was recorded, so the text outlives the answer.
-        if (line.find("/last") != std::string_view::npos)
-            return lastReceipt;
-        lastReceipt = httpAnswer(std::string(body));
+        last = httpAnswer(std::exchange(recorded, {}));
+        recording = true;
+        return last;
+    }
+    if (recording) {
+        const std::lock_guard lock(guard);
+        recorded = body;
+        recording = false;
     }
     return accepted;
 }

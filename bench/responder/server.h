@@ -16,13 +16,13 @@ struct Options
     std::string answers;
     /// Where to write the certificate to trust; empty for plain HTTP.
     std::string caFile;
-    /// Keep the last receipt for /last; costs a lock and a copy a request.
-    bool record = false;
 };
 
-/// The service's side of an exchange and nothing more: answers every request with a text made beforehand,
-/// chosen by the path. A thread for each connection, one more of them waiting for the next, so that no thread
-/// is started while a client waits; TCP_NODELAY, loopback, a free port.
+/// The service's side of an exchange and nothing more: answers each request with a text prepared in advance,
+/// chosen by the path. Listens on a free port of loopback and runs a thread for each connection.
+///
+/// GET /last returns the first receipt that has arrived since the previous GET /last, so that what a
+/// contender sends can be compared before it is timed.
 class Server
 {
 public:
@@ -33,26 +33,24 @@ public:
     Server& operator=(const Server&) = delete;
 
     [[nodiscard]] int port() const { return listeningPort; }
-    /// Starts to accept connections; goes on until the process ends.
-    void start();
+    /// Accepts connections until the process ends.
+    [[noreturn]] void run();
 
 private:
-    [[noreturn]] void acceptAndServe();
     void serve(int socket);
-    template <typename Wire>
-    void converse(Wire& wire);
-    [[nodiscard]] std::string_view answerTo(std::string_view head, std::string_view body);
+    void converse(BIO* wire);
+    [[nodiscard]] std::string_view answerTo(std::string_view path, std::string_view body);
 
-    bool record;
     int listener = -1;
     int listeningPort = 0;
-    std::atomic<int> waiting = 0;
     std::string token;
     std::string accepted;
     std::string done;
     std::unique_ptr<SSL_CTX, void (*)(SSL_CTX*)> tls;
+    std::atomic<bool> recording = false;
     std::mutex guard;
-    std::string lastReceipt;
+    std::string recorded;
+    std::string last;
 };
 
 } // namespace responder

@@ -4,9 +4,9 @@
 
 #include <stdexcept>
 
-namespace bench {
-
 using namespace Qt::Literals::StringLiterals;
+
+namespace bench {
 
 Child::Child(const QString& program, const QStringList& arguments, Core core)
 {
@@ -31,34 +31,14 @@ QByteArray Child::readLine()
     return process.readLine().trimmed();
 }
 
-Responder::Responder(Wire wire, const QStringList& furtherArguments, Child::Core core)
-    : child(QStringLiteral(RESPONDER_FILE),
-          QStringList{u"--answers"_s, QStringLiteral(GOLDEN_DIR)} +
-              (wire == Wire::Tls ? QStringList{u"--tls"_s, folder.filePath(u"ca.pem"_s)} : QStringList()) +
-              furtherArguments,
+Responder::Responder(Wire wire, Child::Core core)
+    : where{0, wire == Wire::Tls ? folder.filePath(u"ca.pem"_s).toStdString() : std::string()}
+    , child(QStringLiteral(RESPONDER_FILE),
+          QStringList{QStringLiteral(GOLDEN_DIR)} +
+              (where.isTls() ? QStringList{QString::fromStdString(where.caFile)} : QStringList()),
           core)
 {
     where.port = child.readLine().toInt();
-    if (wire == Wire::Tls)
-        where.caFile = folder.filePath(u"ca.pem"_s).toStdString();
-}
-
-bool Php::isInstalled()
-{
-    return QProcess::execute(u"php"_s, {u"-r"_s, u"exit(extension_loaded('curl') ? 0 : 1);"_s}) == 0;
-}
-
-Php::Php(const Endpoint& endpoint)
-    : child(u"php"_s, {QStringLiteral(PHP_SCRIPT), QString::fromStdString(endpoint.url()),
-                          QString::fromStdString(endpoint.caFile)})
-{
-}
-
-Php::Result Php::registerSales(int lines, int count)
-{
-    child.write(QByteArray::number(lines) + ' ' + QByteArray::number(count) + '\n');
-    const QList<QByteArray> answer = child.readLine().split(' ');
-    return {answer.value(0).toDouble() * 1e-9, answer.value(1).toLongLong()};
 }
 
 } // namespace bench

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "bench/baselines/contender.h"
+#include "bench/support/endpoint.h"
 
 #include <QProcess>
 #include <QStringList>
@@ -40,33 +40,13 @@ public:
         Tls,
     };
 
-    explicit Responder(
-        Wire wire, const QStringList& furtherArguments = {}, Child::Core core = Child::Core::Any);
+    explicit Responder(Wire wire, Child::Core core = Child::Core::Any);
 
     [[nodiscard]] const Endpoint& endpoint() const { return where; }
 
 private:
     QTemporaryDir folder;
-    Child child;
     Endpoint where;
-};
-
-/// PHP with its curl extension, when it is installed.
-class Php
-{
-public:
-    struct Result
-    {
-        double seconds;
-        std::int64_t fiscalSign;
-    };
-
-    [[nodiscard]] static bool isInstalled();
-    explicit Php(const Endpoint& endpoint);
-    /// Registers the sample sale so often.
-    [[nodiscard]] Result registerSales(int lines, int count);
-
-private:
     Child child;
 };
 

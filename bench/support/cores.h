@@ -7,8 +7,8 @@ namespace bench {
 
 /// Keeps the calling thread, and the processes that it starts, on one core, modulo how many there are.
 ///
-/// Whether the two ends of a conversation share a core changes its time threefold, so it is not left to the
-/// scheduler: the clients stay on core 0 and the service on core 1, apart as in a shop.
+/// Whether the two ends of a conversation share a core changes its time threefold, so the scheduler is not
+/// left to choose: clients run on core 0 and the service on core 1, apart as in a shop.
 inline void stayOnCore(int core)
 {
     cpu_set_t cores;

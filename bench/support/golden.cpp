@@ -8,10 +8,11 @@
 
 #include <cstdio>
 #include <cstdlib>
-
-namespace bench {
+#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
+
+namespace bench {
 
 namespace {
 
@@ -25,6 +26,13 @@ QByteArray withGoldenTime(QByteArray request)
     return at < 0 ? request : request.replace(at + key.size(), goldenTime.size(), goldenTime);
 }
 
+QByteArray goldenFile(const QString& name)
+{
+    QFile file(QStringLiteral(GOLDEN_DIR "/") + name);
+    require("golden", file.open(QIODevice::ReadOnly), name);
+    return file.readAll();
+}
+
 bool isGolden(const QByteArray& request, int lines)
 {
     if (lines <= longestFile)
@@ -36,14 +44,7 @@ bool isGolden(const QByteArray& request, int lines)
 
 } // namespace
 
-QByteArray goldenFile(const QString& name)
-{
-    QFile file(QStringLiteral(GOLDEN_DIR "/") + name);
-    require("golden", file.open(QIODevice::ReadOnly), name);
-    return file.readAll();
-}
-
-void requireGolden(const char* contender, const QByteArray& request, int lines)
+void requireGolden(const char* name, const QByteArray& request, int lines)
 {
     const QByteArray timed = withGoldenTime(request);
     if (isGolden(timed, lines))
@@ -52,19 +53,22 @@ void requireGolden(const char* contender, const QByteArray& request, int lines)
     if (actual.open(QIODevice::WriteOnly))
         actual.write(timed);
     actual.close();
-    require(contender, false, u"another text than the golden one, now in "_s + actual.fileName());
+    require(name, false, u"not the golden text; what was sent is in "_s + actual.fileName());
 }
 
-QByteArray lastReceipt(const Endpoint& recorder)
+void requireGoldenSale(const char* name, Contender& contender, const Endpoint& endpoint, int lines)
 {
-    return RawSocket(recorder).lastReceipt();
+    RawSocket responder(endpoint, 0);
+    std::ignore = responder.lastReceipt();
+    require(name, contender.registerSale() == goldenSign, u"another answer"_s);
+    requireGolden(name, responder.lastReceipt(), lines);
 }
 
-void require(const char* contender, bool condition, const QString& what)
+void require(const char* name, bool condition, const QString& what)
 {
     if (condition)
         return;
-    std::fprintf(stderr, "%s: %s\n", contender, qPrintable(what));
+    std::fprintf(stderr, "%s: %s\n", name, qPrintable(what));
     std::exit(EXIT_FAILURE);
 }
 

@@ -5,33 +5,20 @@
 #include <QByteArray>
 #include <QString>
 
-#include <cstdint>
-
 namespace bench {
 
-/// A file of golden/; ends the program when there is none.
-[[nodiscard]] QByteArray goldenFile(const QString& name);
-
-/// The fiscal sign that the responder answers.
+/// The fiscal sign in the responder's answers.
 inline constexpr std::int64_t goldenSign = 3449555941;
 
-/// Ends the program unless the request of the sample sale of so many lines is, but for its time, the one of
-/// golden/: byte for byte up to 100 lines, by its SHA-256 above.
-void requireGolden(const char* contender, const QByteArray& request, int lines);
-
 /// Ends the program with a message unless the condition holds.
-void require(const char* contender, bool condition, const QString& what);
+void require(const char* name, bool condition, const QString& what);
 
-/// What a recording responder was sent last.
-[[nodiscard]] QByteArray lastReceipt(const Endpoint& recorder);
+/// Ends the program unless the request, apart from its time, is the golden one for the sample sale of so many
+/// lines: byte for byte up to 100 lines, by its SHA-256 above.
+void requireGolden(const char* name, const QByteArray& request, int lines);
 
-/// Lets a contender sell once to a recording responder; ends the program unless it brought the fiscal sign
-/// and requireGolden() takes what was sent.
-template <typename Sell>
-void requireGoldenSale(const char* contender, const Endpoint& recorder, int lines, const Sell& sell)
-{
-    require(contender, sell() == goldenSign, QStringLiteral("another answer"));
-    requireGolden(contender, lastReceipt(recorder), lines);
-}
+/// Has the contender register one sale at the responder; ends the program unless the answer holds
+/// goldenSign and requireGolden() accepts what was sent.
+void requireGoldenSale(const char* name, Contender& contender, const Endpoint& endpoint, int lines);
 
 } // namespace bench

@@ -5,11 +5,13 @@
 
 #include <sys/resource.h>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace bench {
 
 long residentKilobytes()
 {
-    QFile status(QStringLiteral("/proc/self/status"));
+    QFile status(u"/proc/self/status"_s);
     if (status.open(QIODevice::ReadOnly)) {
         for (const QByteArray& line : status.readAll().split('\n')) {
             if (line.startsWith("VmRSS:"))
@@ -21,8 +23,8 @@ long residentKilobytes()
 
 int openFiles()
 {
-    // Less the one that looks.
-    return static_cast<int>(QDir(QStringLiteral("/proc/self/fd"))
+    // Without the descriptor of this listing.
+    return static_cast<int>(QDir(u"/proc/self/fd"_s)
                                 .entryList(QDir::System | QDir::AllEntries | QDir::NoDotAndDotDot)
                                 .size()) -
            1;

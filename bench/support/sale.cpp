@@ -4,6 +4,8 @@
 #include <cmath>
 #include <ctime>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace bench {
 
 namespace {
@@ -15,7 +17,7 @@ SaleLine sampleLine(int number)
     const int kind = number % kinds;
     const double price = 15 + kind + (kind % 4) * 0.25;
     const double quantity = 1 + (kind % 5) * 0.5;
-    const QString name = QStringLiteral("Молоко «Луговое» 3,2 %, бутылка № %1").arg(kind + 1);
+    const QString name = u"Молоко «Луговое» 3,2 %, бутылка № %1"_s.arg(kind + 1);
     return {name, name.toStdString(), price, quantity, std::round(price * quantity * 100) / 100, kind % 6,
         3 - kind % 4, kind / 4 % 4};
 }

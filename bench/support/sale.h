@@ -18,9 +18,9 @@ struct SaleLine
     double sum;
     /// The host's code, an index of vatNames.
     int taxCode;
-    /// The host's number less one, an index of methodNames.
+    /// The host's number minus one, an index of methodNames.
     int method;
-    /// The host's number less one, an index of objectNames.
+    /// The host's number minus one, an index of objectNames.
     int object;
 };
 
@@ -28,7 +28,7 @@ inline constexpr const char* vatNames[] = {"vat0", "vat10", "vat20", "vat110", "
 inline constexpr const char* methodNames[] = {"full_prepayment", "prepayment", "advance", "full_payment"};
 inline constexpr const char* objectNames[] = {"commodity", "excise", "job", "service"};
 
-/// What every contender registers: the same receipt in the form that each finds handiest.
+/// What every contender registers: the same receipt, each value in the form that suits the contender.
 struct Sale
 {
     std::vector<SaleLine> lines;
@@ -45,7 +45,7 @@ inline constexpr const char* paymentAddress = "https://shop.example.com";
 /// Lines of 100 kinds in turn: names in Cyrillic, prices and quantities with and without a fraction.
 [[nodiscard]] Sale sampleSale(int lines);
 
-/// The local time as the service's requests carry it, without Qt.
+/// The local time in the format of the service's requests, without Qt.
 [[nodiscard]] std::string timestampNow();
 
 } // namespace bench
