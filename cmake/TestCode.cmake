@@ -1,0 +1,16 @@
+# Test code is compiled far more often than its short runs make up for: it is not optimised in any preset and shares
+# precompiled headers. The libraries and programs under test stay as the preset wants them.
+add_library(test_code INTERFACE)
+target_compile_options(test_code INTERFACE -O0 -g1)
+
+# frdriver_test_headers(TARGET HEADER): test code that precompiles the header for itself and others.
+function(frdriver_test_headers target header)
+    target_link_libraries(${target} PRIVATE test_code)
+    target_precompile_headers(${target} PRIVATE ${header})
+endfunction()
+
+# frdriver_test_code(TARGET OWNER): test code that uses the headers that the owner has precompiled, with the same flags.
+function(frdriver_test_code target owner)
+    target_link_libraries(${target} PRIVATE test_code)
+    target_precompile_headers(${target} REUSE_FROM ${owner})
+endfunction()
