@@ -2,6 +2,8 @@
 # precompiled headers. The libraries and programs under test stay as the preset wants them.
 add_library(test_code INTERFACE)
 target_compile_options(test_code INTERFACE -O0 -g1)
+# Lets ccache see through the precompiled headers.
+target_compile_options(test_code INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 
 # frdriver_test_headers(TARGET HEADER): test code that precompiles the header for itself and others.
 function(frdriver_test_headers target header)
