@@ -22,6 +22,10 @@ target_compile_options(strict INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
     -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough
     -Werror)
+# GCC takes the sources of a unity for headers, whose classes should have no members from an anonymous namespace.
+if(CMAKE_UNITY_BUILD)
+    target_compile_options(strict INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+endif()
 # Clang leaves a shared library's sanitizer calls to the program.
 if(NOT (FRDRIVER_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
     target_link_options(strict INTERFACE -Wl,--no-undefined)
