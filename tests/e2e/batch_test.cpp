@@ -1,8 +1,8 @@
+#include "tests/e2e/support/emulatorprocess.h"
 #include "tests/e2e/support/service.h"
 #include "tests/e2e/support/shop.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QRegularExpression>
 
 #include <gmock/gmock.h>
@@ -108,15 +108,13 @@ std::optional<long> peakOf(qint64 process)
 long peakWhileComposing(int count)
 {
     const Shop shop(u"http://127.0.0.1:1/"_s);
-    QProcess frhost;
-    frhost.start(frhostProgram(), {u"compose"_s, shop.receipts(ids(count, "till-7-"))});
+    Process frhost(frhostProgram(), {u"compose"_s, shop.receipts(ids(count, "till-7-"))});
     long peak = 0;
     qsizetype lines = 0;
-    while (frhost.waitForReadyRead(120000)) {
-        peak = peakOf(frhost.processId()).value_or(peak);
-        lines += frhost.readAllStandardOutput().count('\n');
+    for (QByteArray more = frhost.moreOutput(); !more.isEmpty(); more = frhost.moreOutput()) {
+        peak = peakOf(frhost.id()).value_or(peak);
+        lines += more.count('\n');
     }
-    frhost.waitForFinished();
     EXPECT_EQ(lines, count);
     return peak;
 }

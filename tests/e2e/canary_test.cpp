@@ -1,4 +1,3 @@
-#include "tests/e2e/support/running.h"
 #include "tests/e2e/support/service.h"
 #include "tests/e2e/support/shop.h"
 
@@ -200,7 +199,7 @@ TEST(CanaryOfAll, SearchesEveryLineAndKeepsItFromTheTests)
     const Service service([&](Service::Request& request) { request.answer(200, tokenAnswer); });
     const CanaryTill till(service.url());
     Running frhost(frhostProgram(), till.shop.arguments({u"check"_s}));
-    EXPECT_TRUE(frhost.hasSaid(u" debug frdriver.atolonline_0: "_s));
+    EXPECT_TRUE(frhost.hasSaid(" debug frdriver.atolonline_0: "));
     EXPECT_EQ(frhost.end().err, QString());
     qputenv("E2E_LOG_EVERYTHING", before);
 }

@@ -1,4 +1,4 @@
-#include "tests/e2e/support/running.h"
+#include "tests/e2e/support/emulatorprocess.h"
 #include "tests/e2e/support/shop.h"
 
 #include <QElapsedTimer>
@@ -150,7 +150,7 @@ TEST_P(Interruption, AfterAResultIsKnownLosesItNotAndSendsNoFurtherReceipt)
     ASSERT_TRUE(hasCalls(emulator, u"token sell report"_s));
     frhost.signal(GetParam());
     // The answer may still be on its way; what is said of the receipt then is cautious, and true.
-    ASSERT_TRUE(frhost.hasSaid(u"Interrupted. r1 "_s));
+    ASSERT_TRUE(frhost.hasSaid("Interrupted. r1 "));
     QByteArray out;
     ASSERT_TRUE(comesTrue([&] { return (out += pipe.readAll()).contains("}\n"); }));
     const Ran ran = frhost.end();
@@ -166,7 +166,7 @@ TEST_P(Interruption, ASecondTimeEndsTheProgramThoughItsOutputIsStuck)
     Running frhost(frhostProgram(), selling({u"r1"_s}), pipe.path());
     ASSERT_TRUE(hasCalls(emulator, u"token sell report"_s));
     frhost.signal(GetParam());
-    ASSERT_TRUE(frhost.hasSaid(u"Interrupted. r1 "_s));
+    ASSERT_TRUE(frhost.hasSaid("Interrupted. r1 "));
     // Signals that come too soon count as one with the first.
     EXPECT_TRUE(comesTrue([&] {
         frhost.signal(GetParam());

@@ -1,3 +1,4 @@
+#include "tests/e2e/support/emulatorprocess.h"
 #include "tests/e2e/support/shop.h"
 
 #include <gmock/gmock.h>
@@ -20,7 +21,7 @@ protected:
 TEST_F(StandardOutput, ThatIsFullLosesNoOutcome)
 {
     const QString file = shop.receipts({u"r1"_s, u"r2"_s, u"r3"_s});
-    const Ran sold = runInto(u"/dev/full"_s, frhostProgram(), shop.arguments({u"sell"_s, file}));
+    const Ran sold = Running(frhostProgram(), shop.arguments({u"sell"_s, file}), u"/dev/full"_s).end();
     EXPECT_EQ(sold.exitCode, 1);
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("id":"r1","line":1,"outcome":"registered")"));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Standard output: "));

@@ -1,3 +1,4 @@
+#include "tests/e2e/support/emulatorprocess.h"
 #include "tests/e2e/support/shop.h"
 #include "tests/support/authority.h"
 #include "tests/support/rawserver.h"

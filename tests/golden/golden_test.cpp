@@ -1,9 +1,9 @@
+#include "tests/support/process.h"
 #include "tests/support/qtprinters.h"
 
 #include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 
@@ -27,14 +27,12 @@ void writeFile(const QString& path, const QByteArray& content)
 
 QList<QByteArray> composed(const QStringList& inputs)
 {
-    QProcess frhost;
     QStringList arguments{u"--config"_s, folder.filePath(u"register.ini"_s), u"compose"_s};
     for (const QString& input : inputs)
         arguments << folder.filePath(input);
-    frhost.start(QStringLiteral(FRHOST), arguments);
-    frhost.waitForFinished();
-    EXPECT_EQ(frhost.exitCode(), 0) << frhost.readAllStandardError().toStdString();
-    QList<QByteArray> lines = frhost.readAllStandardOutput().split('\n');
+    const ProcessResult frhost = runProcess(QStringLiteral(FRHOST), arguments);
+    EXPECT_EQ(frhost.exitCode, 0) << frhost.err.toStdString();
+    QList<QByteArray> lines = frhost.out.split('\n');
     lines.removeLast();
     return lines;
 }
@@ -56,10 +54,7 @@ QByteArray unifiedDiff(const QString& expectedFile, const QByteArray& actual)
     const QTemporaryDir work;
     const QString actualFile = work.filePath(u"actual"_s);
     writeFile(actualFile, actual);
-    QProcess diff;
-    diff.start(u"diff"_s, {u"-Nu"_s, expectedFile, actualFile});
-    diff.waitForFinished();
-    return diff.readAllStandardOutput();
+    return runProcess(u"diff"_s, {u"-Nu"_s, expectedFile, actualFile}).out;
 }
 
 bool isKept(const QString& path, const QByteArray& content)

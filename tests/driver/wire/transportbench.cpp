@@ -1,16 +1,17 @@
 // Measures what the transport's choices cost and save; the figures of docs/reliability.md come from here.
 #include "host/transport/restclient.h"
 #include "tests/driver/wire/exchange.h"
+#include "tests/support/process.h"
 #include "tests/support/rawserver.h"
 
 #include <QFile>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QUrl>
 
 #include <curl/curl.h>
 
 #include <chrono>
+#include <csignal>
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -151,8 +152,10 @@ void countFailures()
     }
 }
 
-// nginx on loopback, with HTTP/2 offered; null when it is not installed.
-std::unique_ptr<QProcess> startNginx(const QTemporaryDir& folder, int port)
+constexpr auto nginxProgram = "/usr/sbin/nginx";
+
+// The arguments of nginx on loopback, with HTTP/2 offered.
+QStringList nginxArguments(const QTemporaryDir& folder, int port)
 {
     const QString certificate = folder.filePath(u"server.pem"_s);
     const QString key = folder.filePath(u"server.key"_s);
@@ -174,26 +177,24 @@ http {
                             .arg(certificate, key)
                             .toUtf8());
     configuration.close();
-    auto nginx = std::make_unique<QProcess>();
-    nginx->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    nginx->start(u"/usr/sbin/nginx"_s, {u"-p"_s, folder.path(), u"-c"_s, configuration.fileName()});
-    return nginx->waitForStarted() ? std::move(nginx) : nullptr;
+    return {u"-p"_s, folder.path(), u"-c"_s, configuration.fileName()};
 }
 
 void compareVersions()
 {
+    const QString program = QString::fromLatin1(nginxProgram);
+    if (!QFile::exists(program)) {
+        std::cout << "HTTP/1.1 and HTTP/2 are not compared: " << nginxProgram
+                  << " (package nginx-light) is missing.\n";
+        return;
+    }
     int port = 0;
     {
         const RawServer free([](Peer&, const std::string&) {});
         port = free.port();
     }
     const QTemporaryDir folder;
-    const auto nginx = startNginx(folder, port);
-    if (!nginx) {
-        std::cout
-            << "HTTP/1.1 and HTTP/2 are not compared: /usr/sbin/nginx (package nginx-light) is missing.\n";
-        return;
-    }
+    Process nginx(program, nginxArguments(folder, port));
     const QUrl url(u"https://localhost:%1/"_s.arg(port));
     const auto measure = [&](bool http2) {
         TransportOptions options = trusting();
@@ -202,7 +203,7 @@ void compareVersions()
         RestClient client;
         const QByteArray receipt(2000, 'x');
         const QHash<QString, QString> headers{{u"token"_s, QString(128, u't')}};
-        while (!client.get(url, {}, headers) && nginx->state() == QProcess::Running) {
+        while (!client.get(url, {}, headers) && !nginx.hasEndedWithin(std::chrono::milliseconds(1))) {
         }
         return millisecondsEach(300, [&] {
             require(client.post(url, receipt, headers), "post");
@@ -213,8 +214,8 @@ void compareVersions()
     std::cout << "A receipt of 2 kB and five questions about it, nginx on loopback:\n";
     for (int round = 0; round < 3; ++round)
         std::cout << "  HTTP/1.1 " << measure(false) << " ms, HTTP/2 " << measure(true) << " ms\n";
-    nginx->terminate();
-    nginx->waitForFinished();
+    nginx.signal(SIGTERM);
+    std::cerr << nginx.end().err.toStdString();
 }
 
 } // namespace

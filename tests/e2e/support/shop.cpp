@@ -76,8 +76,3 @@ QByteArray receiptLine(const QString& id, double sum)
            amount + R"(,"quantity":1,"sum":)" + amount + R"(,"taxCode":1}],"payments":[{"type":1,"sum":)" +
            amount + "}]}\n";
 }
-
-QString frhostProgram()
-{
-    return QStringLiteral(FRHOST);
-}

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/e2e/support/process.h"
+#include "tests/e2e/support/frhost.h"
 
 #include <QTemporaryDir>
 
@@ -37,6 +37,3 @@ private:
 
 /// A receipt of 160 roubles on one line.
 [[nodiscard]] QByteArray receiptLine(const QString& id, double sum = 160);
-
-/// Path of frhost.
-[[nodiscard]] QString frhostProgram();

@@ -1,0 +1,95 @@
+#include "tests/e2e/support/frhost.h"
+
+#include <QJsonDocument>
+#include <QRegularExpression>
+
+#include <gmock/gmock.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+bool isEverythingLogged()
+{
+    return !qEnvironmentVariableIsEmpty("E2E_LOG_EVERYTHING");
+}
+
+QProcessEnvironment environment()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    if (isEverythingLogged())
+        environment.insert(u"QT_LOGGING_RULES"_s, u"frdriver*=true"_s);
+    return environment;
+}
+
+void expectNoSecret(const QString& all)
+{
+    EXPECT_THAT(all.toStdString(), testing::Not(testing::HasSubstr(shopPassword)));
+    static const QRegularExpression shownToken(uR"x("token":"(?!\*\*\*)[^"])x"_s);
+    EXPECT_FALSE(all.contains(shownToken)) << all.toStdString();
+}
+
+QString withoutAdditionalLines(QString err)
+{
+    static const QRegularExpression additional(
+        u"^\\d\\d:\\d\\d:\\d\\d\\.\\d{3} (debug|info) .*\n"_s, QRegularExpression::MultilineOption);
+    return isEverythingLogged() ? err.remove(additional) : err;
+}
+
+} // namespace
+
+QList<QJsonObject> Ran::lines() const
+{
+    QList<QJsonObject> objects;
+    for (const QString& line : out.split(u'\n', Qt::SkipEmptyParts))
+        objects << QJsonDocument::fromJson(line.toUtf8()).object();
+    return objects;
+}
+
+QStringList Ran::columns(const QStringList& keys) const
+{
+    QStringList rows;
+    for (const QJsonObject& object : lines()) {
+        QStringList values;
+        for (const QString& key : keys) {
+            const QVariant value = object.value(key).toVariant();
+            values << (value.isValid() ? value.toString() : u"-"_s);
+        }
+        rows << values.join(u' ');
+    }
+    return rows;
+}
+
+Running::Running(const QString& program, const QStringList& arguments, const QString& outputFile)
+    : Process(program, arguments, {environment(), outputFile})
+{
+}
+
+Ran Running::end()
+{
+    const ProcessResult result = Process::end();
+    const Ran all{result.exitCode, QString::fromUtf8(result.out), QString::fromUtf8(result.err)};
+    expectNoSecret(all.out + all.err);
+    return {all.exitCode, all.out, withoutAdditionalLines(all.err)};
+}
+
+Ran run(const QString& program, const QStringList& arguments, const QByteArray& input)
+{
+    Running running(program, arguments);
+    running.giveInput(input);
+    return running.end();
+}
+
+Ran runOnTerminal(const QString& program, const QStringList& arguments)
+{
+    QStringList quoted;
+    for (const QString& argument : QStringList{program} + arguments)
+        quoted << u'\'' + argument + u'\'';
+    return run(u"script"_s, {u"-qec"_s, quoted.join(u' '), u"/dev/null"_s});
+}
+
+QString frhostProgram()
+{
+    return QStringLiteral(FRHOST);
+}
