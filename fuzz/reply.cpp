@@ -1,9 +1,9 @@
-#include "driver/atolonlinefrdriver.h"
 #include "host/exceptions.h"
 #include "host/records/fiscaldocument.h"
 #include "host/records/frpayment.h"
 #include "plugin/atolonlinesettings.h"
 #include "tests/support/scriptedtransport.h"
+#include "tests/support/sleeplessdriver.h"
 
 #include <QJsonDocument>
 
@@ -16,22 +16,15 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-class RestlessDriver : public AtolOnlineFRDriver
-{
-public:
-    using AtolOnlineFRDriver::AtolOnlineFRDriver;
-    void msleep(int) const override {}
-};
-
 // Runs one conversation of a register with a service that gives the answers and then none. The failures that
 // a host expects are caught; any other exception ends the run.
-void converse(const QList<QByteArray>& answers, const std::function<void(RestlessDriver&)>& conversation)
+void converse(const QList<QByteArray>& answers, const std::function<void(SleeplessDriver&)>& conversation)
 {
     ScriptedTransport transport;
     for (const QByteArray& answer : answers)
         transport.answer(answer);
     AtolOnlineSettings settings;
-    RestlessDriver driver(&settings);
+    SleeplessDriver driver(&settings);
     try {
         driver.checkOpen(FiscalDocument());
         driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, u"buyer@example.com"_s));
@@ -57,10 +50,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const QByteArray body(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     const QByteArray queued = R"({"uuid":"U"})";
     const FiscalDocument document;
-    converse({body}, [](RestlessDriver& driver) { driver.connect(); });
-    converse({body, body}, [&](RestlessDriver& driver) { driver.checkClose(document); });
-    converse({queued, body, body}, [&](RestlessDriver& driver) { driver.checkClose(document); });
-    converse({body, body}, [&](RestlessDriver& driver) { std::ignore = driver.documentClose(document); });
-    converse({body}, [](RestlessDriver& driver) { driver.getDocumentInfo(u"U"_s); });
+    converse({body}, [](SleeplessDriver& driver) { driver.connect(); });
+    converse({body, body}, [&](SleeplessDriver& driver) { driver.checkClose(document); });
+    converse({queued, body, body}, [&](SleeplessDriver& driver) { driver.checkClose(document); });
+    converse({body, body}, [&](SleeplessDriver& driver) { std::ignore = driver.documentClose(document); });
+    converse({body}, [](SleeplessDriver& driver) { driver.getDocumentInfo(u"U"_s); });
     return 0;
 }

@@ -1,5 +1,3 @@
-#include "driver/atolonlinefrdriver.h"
-
 #include "atolonline/exceptions.h"
 #include "host/records/deviceinfo.h"
 #include "host/records/fiscaldocument.h"
@@ -7,6 +5,7 @@
 #include "plugin/atolonlinesettings.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/scriptedtransport.h"
+#include "tests/support/sleeplessdriver.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -31,15 +30,6 @@ constexpr auto done = R"({"uuid":"u-1","status":"done","error":null,"payload":{
     "total":160.5,"fn_number":"0000440300046840","shift_number":17,"receipt_datetime":"05.03.2024 14:07:09",
     "fiscal_receipt_number":4,"fiscal_document_number":123,"ecr_registration_number":"0000111118041361",
     "fiscal_document_attribute":3449555941,"ofd_receipt_url":"https://ofd.example/1"}})";
-
-// Sleeps are counted instead of slept.
-class PatientDriver : public AtolOnlineFRDriver
-{
-public:
-    using AtolOnlineFRDriver::AtolOnlineFRDriver;
-    void msleep(int ms) const override { sleeps.append(ms); }
-    mutable QList<int> sleeps;
-};
 
 class CloudDriver : public testing::Test
 {
@@ -87,7 +77,7 @@ protected:
     LogCapture log;
     ScriptedTransport transport;
     AtolOnlineSettings settings;
-    PatientDriver driver{filledSettings()};
+    SleeplessDriver driver{filledSettings()};
     const FiscalDocument document{0, u"till-7-000123"_s};
 };
 

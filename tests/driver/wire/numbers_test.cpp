@@ -1,7 +1,7 @@
-#include "driver/atolonlinefrdriver.h"
 #include "host/records/fiscaldocument.h"
 #include "tests/driver/wire/exchange.h"
 #include "tests/support/rawserver.h"
+#include "tests/support/sleeplessdriver.h"
 
 #include <QJsonDocument>
 
@@ -36,8 +36,7 @@ TEST_P(Numbers, WalkFromTheWireToTheHostAsTheyAre)
     });
     AtolOnlineSettings settings;
     settings.setUrl(QString::fromStdString(server.url()) + u"/v4/"_s);
-    settings.setRequestInterval(1);
-    AtolOnlineFRDriver driver(&settings);
+    SleeplessDriver driver(&settings);
     driver.checkOpen(FiscalDocument());
     driver.setRequisite(FdRequisite(EFrDriver::BuyerContact, u"buyer@example.com"_s));
     driver.checkClose(FiscalDocument());

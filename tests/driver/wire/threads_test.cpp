@@ -1,8 +1,8 @@
-#include "driver/atolonlinefrdriver.h"
 #include "host/records/fiscaldocument.h"
 #include "host/records/frpayment.h"
 #include "tests/driver/wire/exchange.h"
 #include "tests/support/rawserver.h"
+#include "tests/support/sleeplessdriver.h"
 
 #include <gtest/gtest.h>
 
@@ -40,8 +40,7 @@ QStringList sell(unsigned number, const std::string& address)
     settings.setDeviceId(number);
     settings.setUrl(QString::fromStdString(address));
     settings.setGroupCode(u"g"_s);
-    settings.setRequestInterval(1);
-    AtolOnlineFRDriver driver(&settings);
+    SleeplessDriver driver(&settings);
     driver.connect();
     QStringList sold;
     for (int i = 0; i < receiptsEach; ++i) {
