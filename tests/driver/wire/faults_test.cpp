@@ -1,4 +1,4 @@
-#include "tests/driver/wire/exchange.h"
+#include "tests/driver/wire/wireclient.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/rawserver.h"
 
@@ -312,19 +312,19 @@ TEST_P(Faults, EndsInTimeWithOneRequestAndOneLine)
                 misbehave(fault, peer);
         },
         tls ? authority().server() : SslContext());
-    Register till(server.url() + "/v4/");
-    ASSERT_EQ(kept ? till.run(operation) : u"ok"_s, u"ok"_s);
-    const QJsonObject before = till.client().getLastResponse();
+    WireClient client(server.url() + "/v4/");
+    ASSERT_EQ(kept ? client.run(operation) : u"ok"_s, u"ok"_s);
+    const QJsonObject before = client.lastResponse();
 
     log.take();
     QElapsedTimer timer;
     timer.start();
-    const QString outcome = till.run(operation);
+    const QString outcome = client.run(operation);
     EXPECT_LT(timer.elapsed(), longestWait);
 
     EXPECT_EQ(outcome, fault.cause.empty() ? u"ok"_s : QString::fromUtf8(noConnection));
     if (!fault.cause.empty()) {
-        EXPECT_EQ(till.client().getLastResponse(), operation == Operation::Sell ? QJsonObject() : before);
+        EXPECT_EQ(client.lastResponse(), operation == Operation::Sell ? QJsonObject() : before);
     }
     const bool isGet = operation == Operation::Report;
     const bool wouldBeRepeated = kept && fault.repeatsGet;

@@ -1,5 +1,5 @@
 #include "host/transport/restclient.h"
-#include "tests/driver/wire/exchange.h"
+#include "tests/driver/wire/wireclient.h"
 #include "tests/support/rawserver.h"
 
 #include <QUrl>

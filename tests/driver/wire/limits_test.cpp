@@ -1,5 +1,5 @@
 #include "host/transport/restclient.h"
-#include "tests/driver/wire/exchange.h"
+#include "tests/driver/wire/wireclient.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/rawserver.h"
 
@@ -68,10 +68,10 @@ protected:
     // Runs every operation against the address; each must end for the cause, with nothing sent.
     void expectNothingSent(const std::string& baseAddress, const QString& cause)
     {
-        Register till(baseAddress);
+        WireClient client(baseAddress);
         for (const Operation operation : {Operation::Token, Operation::Sell, Operation::Report}) {
             log.take();
-            EXPECT_EQ(till.run(operation), u"FrWorkWithServiceException: Нет связи с ФР"_s);
+            EXPECT_EQ(client.run(operation), u"FrWorkWithServiceException: Нет связи с ФР"_s);
             const QStringList lines = transportLines(log.lines());
             ASSERT_EQ(lines.size(), 1);
             EXPECT_TRUE(lines.first().startsWith(
@@ -165,8 +165,8 @@ TEST_F(Limits, ALimitOutsideItsRangeIsTakenForTheNearerEnd)
     options.firstByte = -5s;
     options.overall = std::chrono::milliseconds::max();
     const Defaults defaults(options);
-    Register till(server.url() + "/v4/");
-    EXPECT_EQ(till.run(Operation::Token), u"FrWorkWithServiceException: Нет связи с ФР"_s);
+    WireClient client(server.url() + "/v4/");
+    EXPECT_EQ(client.run(Operation::Token), u"FrWorkWithServiceException: Нет связи с ФР"_s);
     EXPECT_TRUE(
         transportLines(log.lines()).join(u'\n').contains(u"истекло время на начало ответа (предел 1 мс)"_s))
         << log.lines().join(u'\n').toStdString();

@@ -1,7 +1,7 @@
 #include "host/log/log4qt.h"
 #include "host/log/secrets.h"
 #include "host/transport/restclient.h"
-#include "tests/driver/wire/exchange.h"
+#include "tests/driver/wire/wireclient.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/rawserver.h"
 
@@ -41,14 +41,14 @@ TEST_F(Log, TellsEachExchangeInOneLineAndTheBodiesAtDebugWithoutThePasswordAndTh
             peer.answer(200, R"({"uuid":"U","status":"done",
                 "note":"canary-token-0123456789 canary\"pass\/word canary%22pass%2Fword"})");
     });
-    Register till(server.url() + "/v4/");
-    till.run(Operation::Token);
+    WireClient client(server.url() + "/v4/");
+    client.run(Operation::Token);
     EXPECT_EQ(take(),
         QStringList({u"debug: Получение токена"_s,
             uR"(debug: Атол.Онлайн: запрос POST /v4/getToken: {"login":"canary-login","pass":"***"})"_s,
             uR"(debug: Атол.Онлайн: ответ на POST /v4/getToken: {"token":"***","error":null})"_s,
             u"info: Атол.Онлайн: POST /v4/getToken: HTTP 200, 48 байт, N мс"_s}));
-    till.run(Operation::Report);
+    client.run(Operation::Report);
     EXPECT_EQ(take(), QStringList({u"info: Получение статуса документа по uuid: U"_s,
                           uR"(debug: Атол.Онлайн: ответ на GET /v4/g/report/U: {"uuid":"U","status":"done", )"
                           uR"(                "note":"*** *** ***"})"_s,
@@ -61,8 +61,8 @@ TEST_F(Log, ShowsTheBuyersContactAtDebugOnly)
         peer.answer(
             400, R"({"error":{"code":32,"error_id":"e","text":"client.email canary@buyer.example"}})");
     });
-    Register till(server.url() + "/v4/");
-    till.run(Operation::Sell);
+    WireClient client(server.url() + "/v4/");
+    client.run(Operation::Sell);
     const QStringList lines = take();
     EXPECT_TRUE(lines.first().startsWith(u"debug: Атол.Онлайн: запрос POST /v4/g/sell: "_s));
     EXPECT_TRUE(lines.first().contains(QString::fromUtf8(canaryContact)));
@@ -80,8 +80,8 @@ TEST_F(Log, MasksATokenInAReplyThatIsCutOff)
                   R"({"token" : "canary-token-0123456789","error)");
         peer.close();
     });
-    Register till(server.url() + "/v4/");
-    till.run(Operation::Token);
+    WireClient client(server.url() + "/v4/");
+    client.run(Operation::Token);
     const QString all = take().join(u'\n');
     EXPECT_TRUE(all.contains(uR"(debug: Атол.Онлайн: ответ на POST /v4/getToken: {"token" : "***","error)"_s))
         << all.toStdString();

@@ -1,5 +1,5 @@
 #include "host/log/secrets.h"
-#include "tests/driver/wire/exchange.h"
+#include "tests/driver/wire/wireclient.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/rawserver.h"
 
@@ -27,8 +27,8 @@ TEST(Proxy, CarriesPlainHttp)
     TransportOptions options;
     options.proxy = QString::fromStdString(proxy.url());
     const Defaults defaults(options);
-    Register till("http://service.invalid/v4/");
-    EXPECT_EQ(till.run(Operation::Token), u"ok"_s);
+    WireClient client("http://service.invalid/v4/");
+    EXPECT_EQ(client.run(Operation::Token), u"ok"_s);
     EXPECT_EQ(firstLine(proxy.requests().at(0)), "POST http://service.invalid/v4/getToken HTTP/1.1");
 }
 
@@ -38,9 +38,9 @@ TEST(Proxy, OfHttpsSeesTheHostAndNothingElse)
     TransportOptions options;
     options.proxy = QString::fromStdString(proxy.url());
     const Defaults defaults(options);
-    Register till("https://service.invalid/v4/");
+    WireClient client("https://service.invalid/v4/");
     for (const Operation operation : {Operation::Token, Operation::Sell, Operation::Report})
-        EXPECT_EQ(till.run(operation), u"FrWorkWithServiceException: Нет связи с ФР"_s);
+        EXPECT_EQ(client.run(operation), u"FrWorkWithServiceException: Нет связи с ФР"_s);
     ASSERT_TRUE(proxy.waitForClosed(3));
     for (const std::string& request : proxy.requests())
         EXPECT_EQ(firstLine(request), "CONNECT service.invalid:443 HTTP/1.1");
@@ -59,8 +59,8 @@ TEST(Proxy, IsNotShownWithItsPassword)
         TransportOptions options;
         options.proxy = QString::fromLatin1(proxy);
         const Defaults defaults(options);
-        Register till("http://service.invalid/v4/");
-        EXPECT_EQ(till.run(Operation::Token), u"FrWorkWithServiceException: Нет связи с ФР"_s);
+        WireClient client("http://service.invalid/v4/");
+        EXPECT_EQ(client.run(Operation::Token), u"FrWorkWithServiceException: Нет связи с ФР"_s);
         const QString lines = log.take().join(u'\n');
         EXPECT_TRUE(lines.contains(u"нет ответа"_s)) << lines.toStdString();
         EXPECT_TRUE(lines.contains(u"till:***@"_s)) << lines.toStdString();
@@ -75,8 +75,8 @@ TEST(Proxy, IsNotTakenFromTheEnvironment)
     const RawServer proxy([](Peer& peer, const std::string&) { peer.answer(200, reply); });
     const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, reply); });
     ::setenv("http_proxy", proxy.url().c_str(), 1);
-    Register till(server.url() + "/v4/");
-    EXPECT_EQ(till.run(Operation::Token), u"ok"_s);
+    WireClient client(server.url() + "/v4/");
+    EXPECT_EQ(client.run(Operation::Token), u"ok"_s);
     ::unsetenv("http_proxy");
     EXPECT_EQ(server.requests().size(), 1U);
     EXPECT_EQ(proxy.connections(), 0U);

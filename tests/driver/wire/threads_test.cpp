@@ -1,6 +1,6 @@
 #include "host/records/fiscaldocument.h"
 #include "host/records/frpayment.h"
-#include "tests/driver/wire/exchange.h"
+#include "tests/driver/wire/wireclient.h"
 #include "tests/support/rawserver.h"
 #include "tests/support/sleeplessdriver.h"
 
@@ -99,8 +99,8 @@ TEST(Signals, AreLeftToTheHostProgram)
             EXPECT_EQ(during[i].sa_handler, before[i].sa_handler) << "signal " << i;
         peer.answer(200, R"({"token":"T"})");
     });
-    Register till(server.url() + "/v4/");
-    EXPECT_EQ(till.run(Operation::Token), u"ok"_s);
+    WireClient client(server.url() + "/v4/");
+    EXPECT_EQ(client.run(Operation::Token), u"ok"_s);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "tests/driver/wire/exchange.h"
+#include "tests/driver/wire/wireclient.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/rawserver.h"
 
@@ -46,10 +46,10 @@ protected:
     // Nothing that a stranger could use has reached the server, and the till knows that nothing was sent.
     void expectRefusal(const RawServer& server, const std::string& baseAddress, const char* cause)
     {
-        Register till(baseAddress);
+        WireClient client(baseAddress);
         for (const Operation operation : {Operation::Token, Operation::Sell, Operation::Report}) {
             log.take();
-            EXPECT_EQ(till.run(operation), QString::fromUtf8(noConnection));
+            EXPECT_EQ(client.run(operation), QString::fromUtf8(noConnection));
             const QStringList lines = transportLines(log.lines());
             ASSERT_EQ(lines.size(), 1);
             EXPECT_TRUE(lines.first().contains(QString::fromUtf8(cause))) << lines.first().toStdString();
@@ -123,8 +123,8 @@ TEST_F(Tls, RefusesPlainHttpWhereHttpsWasAsked)
     TransportOptions options = trusting();
     options.connect = std::chrono::milliseconds(500);
     const Defaults impatient(options);
-    Register till("https://127.0.0.1:" + std::to_string(server.port()) + "/v4/");
-    EXPECT_EQ(till.run(Operation::Token), QString::fromUtf8(noConnection));
+    WireClient client("https://127.0.0.1:" + std::to_string(server.port()) + "/v4/");
+    EXPECT_EQ(client.run(Operation::Token), QString::fromUtf8(noConnection));
     EXPECT_TRUE(
         transportLines(log.lines()).join(u'\n').contains(u"истекло время на соединение (предел 500 мс)"_s))
         << log.lines().join(u'\n').toStdString();
@@ -152,9 +152,9 @@ TEST_F(Tls, AcceptsWhatTheFileOfAuthoritiesVouchesFor)
     };
     for (const Wanted& wanted : good) {
         const RawServer server(&answer, authority().server(wanted));
-        Register till(server.url() + "/v4/");
+        WireClient client(server.url() + "/v4/");
         for (const Operation operation : {Operation::Token, Operation::Sell, Operation::Report})
-            EXPECT_EQ(till.run(operation), u"ok"_s) << wanted.maxVersion;
+            EXPECT_EQ(client.run(operation), u"ok"_s) << wanted.maxVersion;
         EXPECT_EQ(server.requests().size(), 3U);
     }
 }

@@ -1,6 +1,6 @@
 // Measures what the transport's choices cost and save; the figures of docs/reliability.md come from here.
 #include "host/transport/restclient.h"
-#include "tests/driver/wire/exchange.h"
+#include "tests/driver/wire/wireclient.h"
 #include "tests/support/process.h"
 #include "tests/support/rawserver.h"
 

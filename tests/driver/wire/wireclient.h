@@ -44,16 +44,16 @@ enum class Operation
 void PrintTo(Operation operation, std::ostream* out);
 
 /// A register's client of the service over a real transport.
-class Register
+class WireClient
 {
 public:
     /// A base address ends in "/".
-    explicit Register(const std::string& baseAddress);
+    explicit WireClient(const std::string& baseAddress);
 
     /// Runs the operation and tells what the caller gets: "ok", or the exception's class and Russian text.
     QString run(Operation operation);
 
-    [[nodiscard]] const atolonline::CommandProcessor& client() const { return processor; }
+    [[nodiscard]] QJsonObject lastResponse() const { return processor.getLastResponse(); }
 
 private:
     AtolOnlineSettings settings;

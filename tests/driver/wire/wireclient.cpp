@@ -1,4 +1,4 @@
-#include "tests/driver/wire/exchange.h"
+#include "tests/driver/wire/wireclient.h"
 
 #include "host/exceptions.h"
 #include "host/log/log4qt.h"
@@ -25,7 +25,7 @@ void PrintTo(Operation operation, std::ostream* out)
     *out << (operation == Operation::Token ? "token" : operation == Operation::Sell ? "sell" : "report");
 }
 
-Register::Register(const std::string& baseAddress)
+WireClient::WireClient(const std::string& baseAddress)
     : processor(Log4Qt::LogManager::logger(u"frdriver"_s, u"transport"_s))
 {
     settings.setUrl(QString::fromStdString(baseAddress));
@@ -36,7 +36,7 @@ Register::Register(const std::string& baseAddress)
     processor.setClientEmail(QString::fromUtf8(canaryContact));
 }
 
-QString Register::run(Operation operation)
+QString WireClient::run(Operation operation)
 {
     try {
         switch (operation) {
