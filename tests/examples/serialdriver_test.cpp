@@ -1,5 +1,5 @@
 #include "examples/serialdriver/sampledriver.h"
-#include "tests/frbase/ptydevice.h"
+#include "tests/examples/ptydevice.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/outcome.h"
 

@@ -1,4 +1,4 @@
-#include "tests/frbase/ptydevice.h"
+#include "tests/examples/ptydevice.h"
 
 #include <array>
 #include <cstdint>
