@@ -1,8 +1,8 @@
 #include "frbase/basicfrdriver.h"
 
-#include "host/abstractserialdriver.h"
 #include "host/log/log4qt.h"
 #include "host/records/frparameter.h"
+#include "tests/frbase/scriptedline.h"
 #include "tests/support/logcapture.h"
 
 #include <gtest/gtest.h>
@@ -18,23 +18,10 @@ namespace {
 
 std::vector<useconds_t> sleeps;
 
-class SilentLine : public AbstractSerialDriver
-{
-public:
-    [[nodiscard]] int getPortKind() const override { return 1; }
-    void setBaudRate(int /*baudRate*/) override {}
-};
-
 class Driver : public BasicFrDriver
 {
 public:
     using BasicFrDriver::BasicFrDriver;
-
-    void setOption(Option option, bool value) override
-    {
-        ++ownSetOption;
-        BasicFrDriver::setOption(option, value);
-    }
 
     using BasicFrDriver::baudRates;
     using BasicFrDriver::connectedOnce;
@@ -51,8 +38,6 @@ public:
     using BasicFrDriver::port;
     using BasicFrDriver::portClosed;
     using BasicFrDriver::settings;
-
-    int ownSetOption = 0;
 };
 
 void expectInitialFields(const Driver& driver)
@@ -61,8 +46,7 @@ void expectInitialFields(const Driver& driver)
     EXPECT_EQ(driver.defaultBaudRate, 19200);
     EXPECT_EQ(driver.currentBaudRate, 19200);
     EXPECT_EQ(driver.baudRates, QList<int>());
-    EXPECT_EQ(driver.deviceInfo.getModelCode(), QString());
-    EXPECT_EQ(driver.deviceInfo.getModelName(), QString());
+    EXPECT_EQ(driver.deviceInfo.getModelCode() + driver.deviceInfo.getModelName(), QString());
     EXPECT_EQ(driver.options, 0x1080004U);
     EXPECT_FALSE(driver.driverFlag);
     EXPECT_FALSE(driver.connectedOnce);
@@ -73,6 +57,7 @@ void expectInitialFields(const Driver& driver)
 
 TEST(NewDriver, WithoutArgumentsHasNoPortAndSettingsOfItsOwn)
 {
+    const LogCapture log;
     const Driver driver;
     EXPECT_EQ(driver.port, nullptr);
     ASSERT_NE(driver.settings, nullptr);
@@ -83,54 +68,27 @@ TEST(NewDriver, WithoutArgumentsHasNoPortAndSettingsOfItsOwn)
     EXPECT_EQ(driver.logger, Log4Qt::LogManager::logger(u"frdriver"_s, QString()));
     EXPECT_EQ(driver.deviceInfo.getLoggerName(), QString());
     expectInitialFields(driver);
-}
-
-TEST(NewDriver, TakesPortLoggerAndSettings)
-{
-    SilentLine line;
-    BasicFrSettings settings;
-    const Driver driver(&line, u"sample_3"_s, &settings);
-    EXPECT_EQ(driver.port, &line);
-    EXPECT_EQ(driver.settings, &settings);
-    EXPECT_EQ(driver.getDeviceSettings(), &settings);
-    EXPECT_EQ(driver.logger, Log4Qt::LogManager::logger(u"frdriver"_s, u"sample_3"_s));
-    EXPECT_EQ(driver.deviceInfo.getLoggerName(), u"sample_3"_s);
-    expectInitialFields(driver);
-}
-
-TEST(NewDriver, MakesSettingsWhenItIsGivenNone)
-{
-    const Driver driver(nullptr, u"sample"_s, nullptr);
-    ASSERT_NE(driver.settings, nullptr);
-    EXPECT_EQ(driver.getDeviceSettings(), driver.settings);
-    EXPECT_TRUE(driver.settings->isSpeedEnumerate());
-}
-
-TEST(NewDriver, LogsNothing)
-{
-    const LogCapture log;
-    const Driver driver(nullptr, u"sample"_s, nullptr);
     EXPECT_EQ(log.lines(), QStringList());
 }
 
-TEST(NewDriver, DoesNotReachASetOptionOfADerivedDriver)
+TEST(NewDriver, UsesPortLoggerAndSettings)
 {
-    EXPECT_EQ(Driver().ownSetOption, 0);
-}
-
-TEST(NewDriver, LogsUnderItsOwnName)
-{
-    SilentLine line;
+    WillingLine line;
     BasicFrSettings settings;
-    Driver driver(&line, u"sample_3"_s, &settings);
     const LogCapture log;
+    Driver driver(&line, u"sample_3"_s, &settings);
+    EXPECT_EQ(driver.port, &line);
+    EXPECT_EQ(driver.settings, &settings);
+    EXPECT_EQ(driver.getDeviceSettings(), &settings);
+    EXPECT_EQ(driver.deviceInfo.getLoggerName(), u"sample_3"_s);
+    expectInitialFields(driver);
     driver.beep();
     EXPECT_EQ(log.categories(), QStringList{u"frdriver.sample_3"_s});
 }
 
 TEST(DeletedDriver, LeavesPortAndSettingsAlone)
 {
-    SilentLine line;
+    WillingLine line;
     BasicFrSettings settings;
     delete new Driver(&line, u"sample"_s, &settings);
     EXPECT_EQ(line.getPortKind(), 1);
@@ -139,8 +97,9 @@ TEST(DeletedDriver, LeavesPortAndSettingsAlone)
 
 TEST(DeletedDriver, LeavesItsOwnSettingsAliveOnPurpose)
 {
-    auto driver = std::make_unique<Driver>();
+    auto driver = std::make_unique<Driver>(nullptr, u"sample"_s, nullptr);
     BasicFrSettings* own = driver->settings;
+    ASSERT_NE(own, nullptr);
     bool destroyed = false;
     QObject::connect(own, &QObject::destroyed, [&] { destroyed = true; });
     driver.reset();
@@ -149,24 +108,15 @@ TEST(DeletedDriver, LeavesItsOwnSettingsAliveOnPurpose)
     EXPECT_TRUE(destroyed);
 }
 
-TEST(Options, OfTheSettingsHoldAgainstTheConstructor)
-{
-    BasicFrSettings settings;
-    settings.setDriverOption(Option::Bit2, false);
-    Driver driver(nullptr, u"sample"_s, &settings);
-    EXPECT_FALSE(driver.checkOption(Option::Bit2));
-    EXPECT_TRUE(driver.checkOption(Option::Bit19));
-    EXPECT_TRUE(driver.checkOption(Option::Bit24));
-    driver.setOption(Option::Bit2, true);
-    EXPECT_FALSE(driver.checkOption(Option::Bit2));
-}
-
-TEST(Options, OfTheSettingsCanTurnOffEachOptionOfTheConstructor)
+TEST(Options, OfTheSettingsOverrideTheDrivers)
 {
     BasicFrSettings settings;
     for (const Option option : {Option::Bit2, Option::Bit19, Option::Bit24})
         settings.setDriverOption(option, false);
-    EXPECT_EQ(Driver(nullptr, u"sample"_s, &settings).options, 0U);
+    Driver driver(nullptr, u"sample"_s, &settings);
+    EXPECT_EQ(driver.options, 0U);
+    driver.setOption(Option::Bit2, true);
+    EXPECT_EQ(driver.options, 0U);
 }
 
 TEST(Options, OfTheSettingsComeIntoForceWhenTheOptionIsSet)
@@ -179,7 +129,7 @@ TEST(Options, OfTheSettingsComeIntoForceWhenTheOptionIsSet)
     EXPECT_TRUE(driver.useFN());
 }
 
-TEST(Options, OfTheSettingsHoldForThatVeryOptionOnly)
+TEST(Options, OfTheSettingsApplyToExactlyThatOption)
 {
     BasicFrSettings settings;
     settings.setDriverOption(Option{0x14}, false);
@@ -204,17 +154,7 @@ TEST(Options, AreOnWhenEveryBitIs)
     EXPECT_EQ(driver.options, ~quint64{0} >> 1);
 }
 
-TEST(Options, UseFnFollowsItsOption)
-{
-    Driver driver;
-    EXPECT_FALSE(driver.useFN());
-    driver.setOption(Option::UseFn, true);
-    EXPECT_TRUE(driver.useFN());
-    driver.setOption(Option::UseFn, false);
-    EXPECT_FALSE(driver.useFN());
-}
-
-TEST(Options, UseFnAsksAnOverriddenCheck)
+TEST(Options, UseFnIsThatOfAnOverriddenCheck)
 {
     class Asked : public BasicFrDriver
     {
@@ -237,11 +177,11 @@ public:
     QStringList calls;
 };
 
-TEST(Parameters, AreProgrammedInListOrder)
+TEST(Parameters, AreProgrammedInListOrderIn16Bits)
 {
     Programmed driver;
-    EXPECT_TRUE(driver.setParams({FrParameter(1, 2, 3, u"a"_s), FrParameter(4, 5, 6, u"b"_s)}));
-    EXPECT_EQ(driver.calls, (QStringList{u"1 2 3 a"_s, u"4 5 6 b"_s}));
+    EXPECT_TRUE(driver.setParams({FrParameter(1, 2, 3, u"a"_s), FrParameter(65535, 65536, -1, u"b"_s)}));
+    EXPECT_EQ(driver.calls, (QStringList{u"1 2 3 a"_s, u"65535 0 65535 b"_s}));
 }
 
 TEST(Parameters, EndAtTheFirstThatIsRefused)
@@ -252,18 +192,8 @@ TEST(Parameters, EndAtTheFirstThatIsRefused)
     EXPECT_EQ(driver.calls, (QStringList{u"1 1 1 a"_s, u"2 2 2 refused"_s}));
 }
 
-TEST(Parameters, AreNarrowedTo16Bits)
+TEST(Parameters, AreAppliedWhenThereAreNone)
 {
-    Programmed driver;
-    EXPECT_TRUE(driver.setParams({FrParameter(65535, 65536, -1, QString())}));
-    EXPECT_EQ(driver.calls, QStringList{u"65535 0 65535 "_s});
-}
-
-TEST(Parameters, NoneAreAlwaysApplied)
-{
-    Programmed driver;
-    EXPECT_TRUE(driver.setParams({}));
-    EXPECT_EQ(driver.calls, QStringList());
     EXPECT_TRUE(BasicFrDriver().setParams({}));
 }
 
@@ -275,31 +205,9 @@ TEST(Information, IsACopyOfWhatTheDriverHasStored)
     driver.lastFiscalInfo.fiscalSign = u"3449555941"_s;
     driver.lastFiscalInfo.total = 12.5;
     FiscalInfo info = driver.getFiscalInfo(5, true);
-    EXPECT_EQ(info.fiscalSign, u"3449555941"_s);
-    EXPECT_EQ(info.total, 12.5);
     info.total = 0;
     EXPECT_EQ(driver.getFiscalInfo(0, false).total, 12.5);
     EXPECT_EQ(driver.getFiscalInfo(0, false).fiscalSign, u"3449555941"_s);
-}
-
-TEST(Information, IsEmptyToBeginWith)
-{
-    Driver driver;
-    const FiscalInfo fiscal = driver.getFiscalInfo(0, false);
-    EXPECT_FALSE(fiscal.dateTime.isValid());
-    EXPECT_EQ(fiscal.fnNumber + fiscal.registrationNumber + fiscal.shiftNumber + fiscal.taxSystem +
-                  fiscal.fiscalSign,
-        QString());
-    EXPECT_EQ(fiscal.fiscalDocumentNumber, 0);
-    EXPECT_EQ(fiscal.total, 0);
-    EXPECT_EQ(static_cast<quint64>(driver.getFnInfo().documentCount), 0x8000000000000000U);
-    EXPECT_EQ(driver.getOfdStatusInfo().state, -1);
-}
-
-/// Writes its name when the last copy of it is gone.
-std::shared_ptr<void> token(QStringList& gone, const QString& name)
-{
-    return {nullptr, [&gone, name](void*) { gone << name; }};
 }
 
 TEST(Handlers, AreKeptAsCopies)
@@ -321,36 +229,26 @@ TEST(Handlers, AreKeptAsCopies)
     EXPECT_EQ(heard, (QStringList{u"Бумага, нет"_s, u"ok ОФД 2024"_s}));
 }
 
-TEST(Handlers, ThatAreReplacedAreDestroyedOnce)
+/// Something that a handler holds on to: calls the function when the last copy of it is gone.
+std::shared_ptr<void> held(const std::function<void()>& whenGone)
 {
-    Driver driver;
-    QStringList gone;
-    driver.setErrorNotificationHandler([t = token(gone, u"error"_s)](const tr::Tr&, const QString&) {});
-    driver.setOfdNotificationHandler([t = token(gone, u"ofd"_s)](bool, const tr::Tr&, const QDateTime&) {});
-    EXPECT_EQ(gone, QStringList());
-    driver.setErrorNotificationHandler({});
-    EXPECT_EQ(gone, QStringList{u"error"_s});
-    driver.setOfdNotificationHandler({});
-    EXPECT_EQ(gone, (QStringList{u"error"_s, u"ofd"_s}));
+    return {nullptr, [whenGone](void*) { whenGone(); }};
 }
 
-TEST(Handlers, AreDestroyedAfterTheNewOneIsInPlace)
+TEST(Handlers, AreDestroyedWhenReplacedAfterTheNewOneIsInPlace)
 {
     Driver driver;
     QStringList heard;
-    const auto callsTheOther = [&](const QString& name, const std::function<void()>& call) {
-        return std::shared_ptr<void>(nullptr, [&heard, name, call](void*) {
-            heard << name + u" goes"_s;
-            call();
-        });
-    };
-    driver.setErrorNotificationHandler([t = callsTheOther(u"error"_s, [&] {
+    driver.setErrorNotificationHandler([t = held([&] {
+        heard << u"error goes"_s;
         driver.errorNotificationHandler({}, {});
     })](const tr::Tr&, const QString&) {});
-    driver.setErrorNotificationHandler([&](const tr::Tr&, const QString&) { heard << u"new error"_s; });
-    driver.setOfdNotificationHandler([t = callsTheOther(u"ofd"_s, [&] {
+    driver.setOfdNotificationHandler([t = held([&] {
+        heard << u"ofd goes"_s;
         driver.ofdNotificationHandler(true, {}, {});
     })](bool, const tr::Tr&, const QDateTime&) {});
+    EXPECT_EQ(heard, QStringList());
+    driver.setErrorNotificationHandler([&](const tr::Tr&, const QString&) { heard << u"new error"_s; });
     driver.setOfdNotificationHandler([&](bool, const tr::Tr&, const QDateTime&) { heard << u"new ofd"_s; });
     EXPECT_EQ(heard, (QStringList{u"error goes"_s, u"new error"_s, u"ofd goes"_s, u"new ofd"_s}));
 }
@@ -361,33 +259,25 @@ TEST(Handlers, DieWithTheDriverTheErrorHandlerFirst)
     {
         Driver driver;
         driver.setOfdNotificationHandler(
-            [t = token(gone, u"ofd"_s)](bool, const tr::Tr&, const QDateTime&) {});
-        driver.setErrorNotificationHandler([t = token(gone, u"error"_s)](const tr::Tr&, const QString&) {});
+            [t = held([&] { gone << u"ofd"_s; })](bool, const tr::Tr&, const QDateTime&) {});
+        driver.setErrorNotificationHandler(
+            [t = held([&] { gone << u"error"_s; })](const tr::Tr&, const QString&) {});
     }
     EXPECT_EQ(gone, (QStringList{u"error"_s, u"ofd"_s}));
 }
 
-TEST(Sleeping, IsAThousandMicrosecondsForEachMillisecond)
+TEST(Sleeping, IsInMicrosecondsAndOnlyForAPositiveTime)
 {
     const BasicFrDriver driver;
     sleeps.clear();
-    for (const int ms : {1, 200, 1000, 4294967})
+    for (const int ms : {1, 200, 4294967, 0, -1, std::numeric_limits<int>::min()})
         driver.msleep(ms);
-    EXPECT_EQ(sleeps, (std::vector<useconds_t>{1000, 200000, 1000000, 4294967000}));
-}
-
-TEST(Sleeping, IsSkippedForNothingAndLess)
-{
-    const BasicFrDriver driver;
-    sleeps.clear();
-    for (const int ms : {0, -1, std::numeric_limits<int>::min()})
-        driver.msleep(ms);
-    EXPECT_EQ(sleeps, std::vector<useconds_t>());
+    EXPECT_EQ(sleeps, (std::vector<useconds_t>{1000, 200000, 4294967000}));
 }
 
 } // namespace
 
-// Stands in for the C library's, so that the test need not wait.
+// Replaces the C library's, so that the test need not wait.
 extern "C" int usleep(useconds_t microseconds)
 {
     sleeps.push_back(microseconds);

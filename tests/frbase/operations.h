@@ -8,39 +8,34 @@
 
 #include <functional>
 
-/// One operation of a driver: how it is called here, and what the base answers and logs.
+/// One operation of a driver: how it is called here, and what the base returns and logs.
 struct Operation
 {
-    QString topic;
     QString name;
-    /// Calls it with example arguments and returns its result in words; "nothing" for none. An exception is
-    /// "throws " with its class and text.
+    /// Calls it with example arguments and returns its result in words: "nothing" for void.
     std::function<QString(BasicFrDriver&)> call;
-    QString expectedValue;
+    QString value;
     /// "level: text", in order.
-    QStringList expectedLog = {};
-    /// What the base does, in words, where the value does not tell.
+    QStringList log = {};
+    /// What the base does, in words, where the value does not say it.
     QString does = {};
     /// What the cloud driver does instead; empty where it keeps the default.
     QString cloud = {};
-    /// Whether the call touches the line, so that the driver needs a port.
+    /// Whether the driver must have a port.
     bool needsPort = false;
 };
 
-/// What a call did.
-struct OperationOutcome
+struct OperationTopic
 {
-    QString value;
-    QStringList log;
-
-    [[nodiscard]] bool operator==(const OperationOutcome&) const = default;
+    QString title;
+    QList<Operation> operations;
 };
 
-/// Every operation of a driver, by topic.
-[[nodiscard]] const QList<Operation>& operations();
+/// Every operation of a driver.
+[[nodiscard]] const QList<OperationTopic>& operationTopics();
+[[nodiscard]] QList<Operation> allOperations();
 
-/// Calls the operation; the log must not be captured by anyone else meanwhile.
-[[nodiscard]] OperationOutcome outcomeOf(const Operation& operation, BasicFrDriver& driver);
-
-/// The table as a document for readers.
-[[nodiscard]] QString operationsDocument();
+/// What a call of the operation should come to: its value, then the log lines.
+[[nodiscard]] QStringList expectedOf(const Operation& operation);
+/// What it does come to; the value of a call that throws is "throws " with the exception's class and text.
+[[nodiscard]] QStringList outcomeOf(const Operation& operation, BasicFrDriver& driver);

@@ -18,7 +18,7 @@ namespace words {
 
 inline QString of(bool value)
 {
-    return value ? QStringLiteral("true") : QStringLiteral("false");
+    return QVariant(value).toString();
 }
 
 inline QString of(int value)
@@ -64,16 +64,17 @@ inline QString of(const MoneyCounters& counters)
     return QStringLiteral("count %1, sum %2").arg(counters.count).arg(counters.sum);
 }
 
-inline QString record(bool empty)
+inline QString record(bool isEmpty)
 {
-    return empty ? QStringLiteral("empty record") : QStringLiteral("filled record");
+    return isEmpty ? QStringLiteral("empty record") : QStringLiteral("filled record");
 }
 
 inline QString of(const FiscalInfo& info)
 {
-    return record(!info.dateTime.isValid() && info.fnNumber.isEmpty() && info.registrationNumber.isEmpty() &&
-                  info.shiftNumber.isEmpty() && info.fiscalDocumentNumber == 0 && info.taxSystem.isEmpty() &&
-                  info.fiscalSign.isEmpty() && info.total == 0);
+    const QString texts =
+        info.fnNumber + info.registrationNumber + info.shiftNumber + info.taxSystem + info.fiscalSign;
+    return record(
+        !info.dateTime.isValid() && texts.isEmpty() && info.fiscalDocumentNumber == 0 && info.total == 0);
 }
 
 inline QString of(const FnInfo& info)
@@ -100,11 +101,8 @@ inline QString of(const FnDocument& document)
 
 inline QString of(const DeviceInfo& info)
 {
-    const bool empty =
-        info.getModelCode().isEmpty() && info.getModelName().isEmpty() && info.getProducerCode().isEmpty();
-    return empty ? QStringLiteral("empty model and producer")
-                 : QStringLiteral("model %1 \"%2\", producer %3")
-                       .arg(info.getModelCode(), info.getModelName(), info.getProducerCode());
+    const QString all = info.getModelCode() + info.getModelName() + info.getProducerCode();
+    return all.isEmpty() ? QStringLiteral("empty model and producer") : all;
 }
 
 inline QString of(const BasicFrSettings* settings)

@@ -9,6 +9,15 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+void note(const QString& call)
+{
+    Log4Qt::LogManager::logger(u"calls"_s, QString())->debug(call);
+}
+
+} // namespace
+
 void Script::play()
 {
     const char answer = next < answers.size() ? answers[next++] : '?';
@@ -26,13 +35,8 @@ void Script::play()
     case 's':
         throw std::runtime_error("other");
     default:
-        ADD_FAILURE() << "a call that is not in the script";
+        ADD_FAILURE() << "a call beyond the script";
     }
-}
-
-void note(const QString& call)
-{
-    Log4Qt::LogManager::logger(u"calls"_s, QString())->debug(call);
 }
 
 int ScriptedLine::getPortKind() const
@@ -41,11 +45,10 @@ int ScriptedLine::getPortKind() const
     return kinds.at(asked++ % kinds.size());
 }
 
-void ScriptedLine::setBaudRate(int newBaudRate)
+void ScriptedLine::setBaudRate(int baudRate)
 {
-    note(u"speed %1"_s.arg(newBaudRate));
+    note(u"speed %1"_s.arg(baudRate));
     script.play();
-    baudRate = newBaudRate;
 }
 
 void ScriptedDriver::setConnection()

@@ -7,9 +7,9 @@
 
 #include <string>
 
-/// What a line or a device does when it is called, a letter a call:
-/// '+' succeeds, '-' FrNoConnectionException, 'p' ComDriverException, 'c' FrCommandException,
-/// 'd' DriverException, 's' std::runtime_error. A call that is not in the script fails the test.
+/// What a line or a device does when it is called, one letter per call:
+/// '+' succeeds, '-' throws FrNoConnectionException, 'p' ComDriverException, 'c' FrCommandException,
+/// 'd' DriverException, 's' std::runtime_error. A call beyond the script fails the test.
 class Script
 {
 public:
@@ -19,8 +19,7 @@ public:
     }
 
     void play();
-    void append(const std::string& letters) { answers += letters; }
-    /// What has not been called.
+    /// The letters that were not used.
     [[nodiscard]] std::string rest() const { return answers.substr(next); }
 
 private:
@@ -28,27 +27,30 @@ private:
     std::size_t next = 0;
 };
 
-/// Writes to the log, so that calls and log lines stand in one sequence.
-void note(const QString& call);
+/// A line that accepts everything.
+class WillingLine : public AbstractSerialDriver
+{
+public:
+    [[nodiscard]] int getPortKind() const override { return 1; }
+    void setBaudRate(int /*baudRate*/) override {}
+};
 
-/// A line that answers as its script says and notes each call.
+/// A line that follows its script and logs each call, so that calls and log lines are in one sequence.
 class ScriptedLine : public AbstractSerialDriver
 {
 public:
     [[nodiscard]] int getPortKind() const override;
     void setBaudRate(int baudRate) override;
 
-    /// Answers of getPortKind(), taken in turn and from the beginning again.
+    /// What getPortKind() returns, in turn and from the beginning again.
     QList<int> kinds{1};
     Script script;
-    /// The speed that was set last and was not refused.
-    int baudRate = 1200;
 
 private:
     mutable qsizetype asked = 0;
 };
 
-/// A driver whose device answers as its script says, with the inside of the base to look at.
+/// A driver whose device follows its script and logs each handshake; the inside of the base is visible.
 class ScriptedDriver : public BasicFrDriver
 {
 public:

@@ -206,7 +206,11 @@ TEST_F(Plugin, OffersItsSettingsAsPropertiesInOrder)
         properties << QString::fromLatin1(property.name()) + u' ' + QString::fromLatin1(type) + u' ' +
                           flag(property.isReadable(), "r") + flag(property.isWritable(), "w") +
                           flag(property.isStored(), "s") + flag(property.isScriptable(), "c") +
-                          flag(property.isDesignable(), "d") + flag(property.hasNotifySignal(), "n");
+                          flag(property.isDesignable(), "d") +
+                          flag(property.hasNotifySignal() || property.isConstant() ||
+                                   property.isResettable() || property.isFinal() || property.isRequired() ||
+                                   property.isUser(),
+                              "x");
     }
     const QStringList expected{u"hardwareClass int rsc"_s, u"deviceId uint rwscd"_s,
         u"speedEnumerate bool rwscd"_s, u"driverOptions hw::fr::DriverOptions wsc"_s, u"url QString rwscd"_s,
