@@ -32,7 +32,7 @@ enum class Then
     Hang
 };
 
-// The limit that is made short in a row which runs into it; the others stay at their long defaults.
+// The limit that a row runs into, which is therefore short; the others keep their long defaults.
 enum class Short
 {
     None,
@@ -41,8 +41,8 @@ enum class Short
     Overall
 };
 
-// What goes over the wire; a function where it is large, because each case of the table is a process of its
-// own.
+// What goes over the wire. Made by a function where it is long, because every row of the table runs in a
+// process of its own.
 struct Bytes
 {
     Bytes(const char* text)
@@ -65,10 +65,10 @@ struct Bytes
 struct Fault
 {
     std::string name;
-    // Sent one by one, a tenth of a second apart, when the overall limit is the short one.
+    // Sent one by one, a tenth of a second apart, if the overall limit is the short one.
     Bytes bytes;
     Then then = Then::Keep;
-    // The beginning of the cause in the log; none for a reply that the caller gets.
+    // How the cause in the log begins; empty for a reply that reaches the caller.
     std::string cause = {};
     Short limit = Short::None;
     // The library repeats a GET on a kept connection that ended before the first byte.
@@ -90,7 +90,7 @@ std::string times(std::size_t count, const std::string& text)
     return all;
 }
 
-// A reply that each operation is content with, and besides it the given members.
+// A reply that satisfies every operation, with the given members added.
 std::string reply(const std::string& members = {})
 {
     return R"({"token":")" + std::string(canaryToken) + R"(","uuid":"U","status":"done")" + members + "}";
@@ -260,7 +260,7 @@ void misbehave(const Fault& fault, Peer& peer)
     }
 }
 
-// One line, which names the request, the cause, the duration and what became of the request.
+// One line with the request, the cause, the duration and whether the request was sent.
 void expectOneLine(const QStringList& lines, Operation operation, const std::string& cause, bool sent = true)
 {
     ASSERT_EQ(lines.size(), 1) << lines.join(u'\n').toStdString();
@@ -277,29 +277,29 @@ void expectOneLine(const QStringList& lines, Operation operation, const std::str
 }
 
 constexpr auto noConnection = "FrWorkWithServiceException: Нет связи с ФР";
-// Far below the default limits, far above what a busy machine takes.
+// Far less than the default limits, far more than a busy machine needs.
 constexpr qint64 longestWait = 15'000;
 
-// An operation on a connection of its own, or on that of the exchange before it.
-struct Road
+// An operation on a new connection, or on one that an earlier exchange left open.
+struct Attempt
 {
     Operation operation;
     bool kept;
 };
 
-void PrintTo(const Road& road, std::ostream* out)
+void PrintTo(const Attempt& attempt, std::ostream* out)
 {
-    *out << testing::PrintToString(road.operation) << (road.kept ? "Kept" : "");
+    *out << testing::PrintToString(attempt.operation) << (attempt.kept ? "Kept" : "");
 }
 
-class Faults : public testing::TestWithParam<std::tuple<Road, bool, std::size_t>>
+class Faults : public testing::TestWithParam<std::tuple<Attempt, bool, std::size_t>>
 {
 };
 
 TEST_P(Faults, EndsInTimeWithOneRequestAndOneLine)
 {
-    const auto [road, tls, row] = GetParam();
-    const auto [operation, kept] = road;
+    const auto [attempt, tls, row] = GetParam();
+    const auto [operation, kept] = attempt;
     const Fault& fault = faults()[row];
     const Defaults defaults(optionsFor(fault.limit));
     LogCapture log;
@@ -313,7 +313,7 @@ TEST_P(Faults, EndsInTimeWithOneRequestAndOneLine)
         },
         tls ? authority().server() : SslContext());
     WireClient client(server.url() + "/v4/");
-    ASSERT_EQ(kept ? client.run(operation) : u"ok"_s, u"ok"_s);
+    ASSERT_EQ(kept ? client.run(operation) : u"returned"_s, u"returned"_s);
     const QJsonObject before = client.lastResponse();
 
     log.take();
@@ -322,7 +322,7 @@ TEST_P(Faults, EndsInTimeWithOneRequestAndOneLine)
     const QString outcome = client.run(operation);
     EXPECT_LT(timer.elapsed(), longestWait);
 
-    EXPECT_EQ(outcome, fault.cause.empty() ? u"ok"_s : QString::fromUtf8(noConnection));
+    EXPECT_EQ(outcome, fault.cause.empty() ? u"returned"_s : QString::fromUtf8(noConnection));
     if (!fault.cause.empty()) {
         EXPECT_EQ(client.lastResponse(), operation == Operation::Sell ? QJsonObject() : before);
     }
@@ -336,8 +336,8 @@ TEST_P(Faults, EndsInTimeWithOneRequestAndOneLine)
 
 std::string nameOf(const testing::TestParamInfo<Faults::ParamType>& run)
 {
-    const auto [road, tls, row] = run.param;
-    std::string name = testing::PrintToString(road) + (tls ? "_Tls_" : "_Plain_") + faults()[row].name;
+    const auto [attempt, tls, row] = run.param;
+    std::string name = testing::PrintToString(attempt) + (tls ? "_Tls_" : "_Plain_") + faults()[row].name;
     for (char& c : name) {
         if (!std::isalnum(static_cast<unsigned char>(c)))
             c = '_';
@@ -346,8 +346,8 @@ std::string nameOf(const testing::TestParamInfo<Faults::ParamType>& run)
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, Faults,
-    testing::Combine(testing::Values(Road{Operation::Token, false}, Road{Operation::Sell, false},
-                         Road{Operation::Sell, true}, Road{Operation::Report, true}),
+    testing::Combine(testing::Values(Attempt{Operation::Token, false}, Attempt{Operation::Sell, false},
+                         Attempt{Operation::Sell, true}, Attempt{Operation::Report, true}),
         testing::Bool(), testing::Range<std::size_t>(0, faults().size())),
     nameOf);
 

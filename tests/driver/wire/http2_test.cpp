@@ -15,7 +15,7 @@ namespace {
 using namespace Qt::Literals::StringLiterals;
 using hostruntime::TransportOptions;
 
-// The few kinds of HTTP/2 frames that a server needs to refuse a request.
+// The kinds of HTTP/2 frames that a server needs to refuse a request.
 constexpr char headersFrame = 1;
 constexpr char resetFrame = 3;
 constexpr char settingsFrame = 4;
@@ -61,12 +61,12 @@ Frame readFrame(Peer& peer)
     return {head[3], head.substr(5)};
 }
 
-// Refuses each request in the way that invites a client to send it again.
+// Both refusals invite the client to send the request again.
 class Http2 : public testing::TestWithParam<char>
 {
 };
 
-TEST_P(Http2, APostThatIsRefusedIsNotSentAgain)
+TEST_P(Http2, DoesNotRepeatARefusedPost)
 {
     std::atomic<int> requests = 0;
     const RawServer server(

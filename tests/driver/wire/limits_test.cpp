@@ -65,7 +65,7 @@ namespace {
 class Limits : public testing::Test
 {
 protected:
-    // Runs every operation against the address; each must end for the cause, with nothing sent.
+    // Runs every operation against the address; each must fail for this cause with nothing sent.
     void expectNothingSent(const std::string& baseAddress, const QString& cause)
     {
         WireClient client(baseAddress);
@@ -84,7 +84,7 @@ protected:
     LogCapture log;
 };
 
-TEST_F(Limits, RefusedConnection)
+TEST_F(Limits, RefusedConnectionSendsNothing)
 {
     std::string gone;
     {
@@ -94,17 +94,17 @@ TEST_F(Limits, RefusedConnection)
     expectNothingSent(gone, u"соединение не установлено: "_s);
 }
 
-TEST_F(Limits, NameThatCannotBeResolved)
+TEST_F(Limits, UnknownNameSendsNothing)
 {
     expectNothingSent(std::string("http://") + unknownName + "/v4/", u"имя сервера не найдено: "_s);
 }
 
-TEST_F(Limits, AddressThatIsNone)
+TEST_F(Limits, AddressWithoutASchemeSendsNothing)
 {
     expectNothingSent("/v4/", u"адрес не http и не https"_s);
 }
 
-TEST_F(Limits, NameServerThatDoesNotAnswer)
+TEST_F(Limits, ConnectLimitEndsASilentNameLookup)
 {
     TransportOptions options;
     options.connect = 300ms;
@@ -113,7 +113,7 @@ TEST_F(Limits, NameServerThatDoesNotAnswer)
         expectNothingSent(
             std::string("http://") + slowName + "/v4/", u"истекло время на соединение (предел 300 мс)"_s);
     }
-    // The look-ups that were given up still run; they end before the test does.
+    // The abandoned look-ups still run; they must end before the test does.
     std::unique_lock lock(slowLookup.guard);
     slowLookup.answers = true;
     slowLookup.changed.notify_all();
@@ -121,7 +121,7 @@ TEST_F(Limits, NameServerThatDoesNotAnswer)
     slowLookup.answers = false;
 }
 
-TEST_F(Limits, TlsServerThatDoesNotAnswerTheGreeting)
+TEST_F(Limits, ConnectLimitEndsASilentTlsHandshake)
 {
     const RawServer silent([](Peer& peer, const std::string&) { peer.hang(); });
     TransportOptions options;
@@ -133,9 +133,9 @@ TEST_F(Limits, TlsServerThatDoesNotAnswerTheGreeting)
     EXPECT_EQ(silent.everything().find("canary"), std::string::npos);
 }
 
-TEST_F(Limits, ServerThatDoesNotReadTheBody)
+TEST_F(Limits, StallLimitEndsAnUploadThatNobodyReads)
 {
-    // Connections wait in its queue; nobody ever takes them out.
+    // Connections wait in its queue and are never accepted.
     const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
@@ -158,7 +158,7 @@ TEST_F(Limits, ServerThatDoesNotReadTheBody)
     ::close(listener);
 }
 
-TEST_F(Limits, ALimitOutsideItsRangeIsTakenForTheNearerEnd)
+TEST_F(Limits, LimitOutsideItsRangeBecomesTheNearestInside)
 {
     const RawServer server([](Peer& peer, const std::string&) { peer.hang(); });
     TransportOptions options;
@@ -172,7 +172,7 @@ TEST_F(Limits, ALimitOutsideItsRangeIsTakenForTheNearerEnd)
         << log.lines().join(u'\n').toStdString();
 }
 
-TEST_F(Limits, AClientKeepsTheOptionsOfItsCreation)
+TEST_F(Limits, ClientKeepsTheOptionsItWasCreatedWith)
 {
     const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, R"({"a":1})"); });
     TransportOptions options;

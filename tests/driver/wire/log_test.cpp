@@ -22,7 +22,7 @@ protected:
     Log() { secrets::clear(); }
     ~Log() override { secrets::clear(); }
 
-    // Everything logged since the last call, the durations as N.
+    // Everything logged since the last call, with N for the durations.
     QStringList take()
     {
         static const QRegularExpression duration(u"\\d+ мс"_s);
@@ -32,7 +32,7 @@ protected:
     LogCapture log;
 };
 
-TEST_F(Log, TellsEachExchangeInOneLineAndTheBodiesAtDebugWithoutThePasswordAndTheToken)
+TEST_F(Log, HasOneLinePerExchangeAndItsMaskedBodiesAtDebug)
 {
     const RawServer server([](Peer& peer, const std::string& request) {
         if (request.find("getToken") != std::string::npos)
@@ -73,7 +73,7 @@ TEST_F(Log, ShowsTheBuyersContactAtDebugOnly)
             << line.toStdString();
 }
 
-TEST_F(Log, MasksATokenInAReplyThatIsCutOff)
+TEST_F(Log, MasksTheTokenInATruncatedReply)
 {
     const RawServer server([](Peer& peer, const std::string&) {
         peer.send("HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\n"
@@ -88,7 +88,7 @@ TEST_F(Log, MasksATokenInAReplyThatIsCutOff)
     EXPECT_FALSE(all.contains(u"canary-token"_s)) << all.toStdString();
 }
 
-TEST_F(Log, ShowsTheBeginningOfALongBodyWithNoSecretCutInTwo)
+TEST_F(Log, TruncatesALongBodyWithoutSplittingASecret)
 {
     const std::string edge(16 * 1024 - 19, 'x');
     const RawServer server([&](Peer& peer, const std::string&) {
@@ -105,8 +105,8 @@ TEST_F(Log, ShowsTheBeginningOfALongBodyWithNoSecretCutInTwo)
     EXPECT_TRUE(take().first().endsWith(u"canary-token-…"_s));
 }
 
-// Nothing that a server says can pretend to be a line of the log.
-TEST_F(Log, KeepsABodyInOneLine)
+// A server must not be able to forge a line of the log.
+TEST_F(Log, ShowsABodyInOneLine)
 {
     const RawServer server(
         [](Peer& peer, const std::string&) { peer.answer(200, "{\"a\":1,\r\n\"b\":2}\n\x1b[2J"); });

@@ -14,7 +14,7 @@ using namespace Qt::Literals::StringLiterals;
 struct Number
 {
     const char* written;
-    // As a text, as a double, and as the raw answer is written again.
+    // As text, as a double, and in the raw answer when it is written again.
     const char* text;
     double value;
     const char* rewritten;
@@ -24,7 +24,7 @@ class Numbers : public testing::TestWithParam<Number>
 {
 };
 
-TEST_P(Numbers, WalkFromTheWireToTheHostAsTheyAre)
+TEST_P(Numbers, ReachTheHostUnchanged)
 {
     const auto [written, text, value, rewritten] = GetParam();
     const RawServer server([&](Peer& peer, const std::string& request) {

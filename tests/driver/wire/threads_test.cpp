@@ -17,7 +17,7 @@ using namespace Qt::Literals::StringLiterals;
 constexpr int registers = 20;
 constexpr int receiptsEach = 5;
 
-// Queues a receipt under its own external id and reports it under the same number.
+// Accepts a receipt with its external id as uuid, and reports that as the number of its fiscal storage.
 void serve(Peer& peer, const std::string& request)
 {
     const auto between = [&](const std::string& from, char to) {
@@ -33,7 +33,7 @@ void serve(Peer& peer, const std::string& request)
         peer.answer(200, R"({"uuid":")" + between(R"("external_id":")", '"') + R"("})");
 }
 
-// Sells the receipts of one register; returns what it was told that it sold.
+// Sells the receipts of one register; returns what the service reported for each.
 QStringList sell(unsigned number, const std::string& address)
 {
     AtolOnlineSettings settings;
@@ -60,7 +60,7 @@ class Threads : public testing::TestWithParam<bool>
 {
 };
 
-TEST_P(Threads, TwentyRegistersSellAtOnceAndEachGetsItsOwnReceipts)
+TEST_P(Threads, GiveEachOfTwentyRegistersItsOwnReceipts)
 {
     const Defaults defaults(trusting());
     const RawServer server(&serve, GetParam() ? authority().server() : SslContext());
@@ -100,7 +100,7 @@ TEST(Signals, AreLeftToTheHostProgram)
         peer.answer(200, R"({"token":"T"})");
     });
     WireClient client(server.url() + "/v4/");
-    EXPECT_EQ(client.run(Operation::Token), u"ok"_s);
+    EXPECT_EQ(client.run(Operation::Token), u"returned"_s);
 }
 
 } // namespace

@@ -30,7 +30,7 @@ const std::vector<Refused>& refused()
         {"expired", {.notBefore = -7200, .notAfter = -60}, certificate},
         {"not yet valid", {.notBefore = 3600, .notAfter = 7200}, certificate},
         {"wrong host", {.host = "other.example"}, certificate},
-        {"a name that only begins alike", {.host = "localhost.example"}, certificate},
+        {"a name with the same beginning", {.host = "localhost.example"}, certificate},
         {"self-signed", {.signer = Wanted::Signer::Itself}, certificate},
         {"missing intermediate", {.signer = Wanted::Signer::Intermediate, .showIntermediate = false},
             certificate},
@@ -43,7 +43,7 @@ const std::vector<Refused>& refused()
 class Tls : public testing::Test
 {
 protected:
-    // Nothing that a stranger could use has reached the server, and the till knows that nothing was sent.
+    // Nothing of use to a stranger has reached the server, and the client knows that nothing was sent.
     void expectRefusal(const RawServer& server, const std::string& baseAddress, const char* cause)
     {
         WireClient client(baseAddress);
@@ -73,11 +73,11 @@ protected:
     const Defaults defaults{trusting()};
 };
 
-class TlsRefuses : public Tls, public testing::WithParamInterface<std::size_t>
+class TlsRefusal : public Tls, public testing::WithParamInterface<std::size_t>
 {
 };
 
-TEST_P(TlsRefuses, AndSendsNothing)
+TEST_P(TlsRefusal, SendsNothing)
 {
     const Refused& row = refused()[GetParam()];
     const RawServer server(&answer, authority().server(row.server));
@@ -86,7 +86,7 @@ TEST_P(TlsRefuses, AndSendsNothing)
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Matrix, TlsRefuses, testing::Range<std::size_t>(0, refused().size()), [](const auto& run) {
+    Matrix, TlsRefusal, testing::Range<std::size_t>(0, refused().size()), [](const auto& run) {
         std::string name = refused()[run.param].name;
         for (char& c : name) {
             if (!std::isalnum(static_cast<unsigned char>(c)))
@@ -95,31 +95,31 @@ INSTANTIATE_TEST_SUITE_P(
         return name;
     });
 
-TEST_F(Tls, RefusesAnAuthorityThatIsNotTrusted)
+TEST_F(Tls, RefusesAnUntrustedAuthority)
 {
     const Authority stranger;
     const RawServer server(&answer, stranger.server());
     expectRefusal(server, server.url() + "/v4/", "сертификат сервера не принят");
 }
 
-TEST_F(Tls, TrustsTheSystemsAuthoritiesWhenNoFileIsGiven)
+TEST_F(Tls, DoesNotTrustTheTestsAuthorityByDefault)
 {
     const Defaults system{TransportOptions()};
     const RawServer server(&answer, authority().server());
     expectRefusal(server, server.url() + "/v4/", "сертификат сервера не принят");
 }
 
-TEST_F(Tls, RefusesAnAddressThatTheCertificateDoesNotName)
+TEST_F(Tls, RefusesAnAddressThatIsNotInTheCertificate)
 {
     const RawServer server(&answer, authority().server());
     expectRefusal(server, "https://127.0.0.1:" + std::to_string(server.port()) + "/v4/",
         "сертификат сервера не принят");
 }
 
-TEST_F(Tls, RefusesPlainHttpWhereHttpsWasAsked)
+TEST_F(Tls, RefusesPlainHttpInsteadOfHttps)
 {
     const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, reply); });
-    // The server takes the greeting for the beginning of a request and waits for its end.
+    // The server mistakes the TLS greeting for the beginning of a request and waits for the rest.
     TransportOptions options = trusting();
     options.connect = std::chrono::milliseconds(500);
     const Defaults impatient(options);
@@ -133,7 +133,7 @@ TEST_F(Tls, RefusesPlainHttpWhereHttpsWasAsked)
     expectNoSecret(server.everything());
 }
 
-TEST_F(Tls, RefusesAFileOfAuthoritiesThatCannotBeRead)
+TEST_F(Tls, RefusesAnUnreadableFileOfAuthorities)
 {
     TransportOptions options;
     options.caFile = u"/nonexistent/ca.pem"_s;
@@ -142,7 +142,7 @@ TEST_F(Tls, RefusesAFileOfAuthoritiesThatCannotBeRead)
     expectRefusal(server, server.url() + "/v4/", "файл сертификатов не читается");
 }
 
-TEST_F(Tls, AcceptsWhatTheFileOfAuthoritiesVouchesFor)
+TEST_F(Tls, AcceptsCertificatesOfTheGivenAuthority)
 {
     const std::vector<Wanted> good{
         {},
@@ -154,13 +154,13 @@ TEST_F(Tls, AcceptsWhatTheFileOfAuthoritiesVouchesFor)
         const RawServer server(&answer, authority().server(wanted));
         WireClient client(server.url() + "/v4/");
         for (const Operation operation : {Operation::Token, Operation::Sell, Operation::Report})
-            EXPECT_EQ(client.run(operation), u"ok"_s) << wanted.maxVersion;
+            EXPECT_EQ(client.run(operation), u"returned"_s) << wanted.maxVersion;
         EXPECT_EQ(server.requests().size(), 3U);
     }
 }
 
-// A server that talks TLS 1.1 does so with whoever asks for it: the refusal above is the client's.
-TEST_F(Tls, TheOldServerOfTheMatrixWorks)
+// The server with TLS 1.1 serves a client that asks for it, so the refusals above are the client's.
+TEST_F(Tls, OldServerOfTheMatrixWorks)
 {
     const RawServer server(&answer, authority().server({.maxVersion = TLS1_1_VERSION}));
     const std::string command =

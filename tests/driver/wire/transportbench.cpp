@@ -1,4 +1,4 @@
-// Measures what the transport's choices cost and save; the figures of docs/reliability.md come from here.
+// Measures what the transport's choices cost and save; the source of the figures in docs/reliability.md.
 #include "host/transport/restclient.h"
 #include "tests/driver/wire/wireclient.h"
 #include "tests/support/process.h"
@@ -43,7 +43,7 @@ void require(bool done, const char* what)
         throw std::runtime_error(what);
 }
 
-// The library used the plain way, to compare with.
+// Plain use of the library, for comparison.
 class PlainCurl
 {
 public:
@@ -220,7 +220,7 @@ void compareVersions()
 
 } // namespace
 
-// transport_bench [certificates|answers|versions]: one measurement, or all of them.
+// transport_bench [certificates|answers|versions]: one measurement, or all.
 int main(int argc, char** argv)
 {
     constexpr std::pair<std::string_view, void (*)()> measurements[] = {

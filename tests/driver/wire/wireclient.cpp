@@ -1,7 +1,7 @@
 #include "tests/driver/wire/wireclient.h"
 
-#include "host/exceptions.h"
 #include "host/log/log4qt.h"
+#include "tests/support/outcome.h"
 
 #include <gtest/gtest.h>
 
@@ -38,24 +38,17 @@ WireClient::WireClient(const std::string& baseAddress)
 
 QString WireClient::run(Operation operation)
 {
-    try {
+    return outcomeOf([&] {
         switch (operation) {
         case Operation::Token:
-            processor.requestToken(true);
-            break;
+            return processor.requestToken(true);
         case Operation::Sell:
             EXPECT_EQ(processor.sell({FrPosition()}, {{1, 10.0}}, {}), u"U"_s);
-            break;
+            return;
         case Operation::Report:
             EXPECT_EQ(processor.getDocumentStatus(u"U"_s), atolonline::Done);
-            break;
         }
-        return u"ok"_s;
-    } catch (const FrWorkWithServiceException& e) {
-        return u"FrWorkWithServiceException: "_s + e.tr().ru();
-    } catch (const BasicException& e) {
-        return u"BasicException: "_s + e.tr().ru();
-    }
+    });
 }
 
 QString requestOf(Operation operation)

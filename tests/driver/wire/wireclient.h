@@ -10,16 +10,16 @@
 
 #include <ostream>
 
-// What leaves the till in every test of the transport, to be found in a log or on a wire.
+// What the client sends in every test, easy to find in a log or on the wire.
 inline constexpr auto canaryLogin = "canary-login";
 inline constexpr auto canaryPassword = "canary\"pass/word";
 inline constexpr auto canaryToken = "canary-token-0123456789";
 inline constexpr auto canaryContact = "canary@buyer.example";
 
-/// The authority that every TLS server of these tests belongs to.
+/// The authority that certifies every TLS server of these tests.
 const Authority& authority();
 
-/// Options for every RestClient created while it lives.
+/// While it lives, every new RestClient has these options.
 class Defaults
 {
 public:
@@ -47,10 +47,10 @@ void PrintTo(Operation operation, std::ostream* out);
 class WireClient
 {
 public:
-    /// A base address ends in "/".
+    /// The base address ends in "/".
     explicit WireClient(const std::string& baseAddress);
 
-    /// Runs the operation and tells what the caller gets: "ok", or the exception's class and Russian text.
+    /// Runs the operation; what the caller sees, in the words of outcomeOf().
     QString run(Operation operation);
 
     [[nodiscard]] QJsonObject lastResponse() const { return processor.getLastResponse(); }
@@ -62,5 +62,5 @@ private:
 
 /// The request line's verb and path of the operation.
 QString requestOf(Operation operation);
-/// The lines of the log that the transport has written at info level and above.
+/// The lines that the transport has logged at info level and above.
 QStringList transportLines(const QStringList& lines);
