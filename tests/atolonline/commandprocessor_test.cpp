@@ -3,6 +3,7 @@
 #include "atolonline/exceptions.h"
 #include "plugin/atolonlinesettings.h"
 #include "tests/support/logcapture.h"
+#include "tests/support/outcome.h"
 #include "tests/support/scriptedtransport.h"
 
 #include <QDateTime>
@@ -10,7 +11,6 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <functional>
 #include <tuple>
 #include <utility>
 
@@ -59,16 +59,6 @@ protected:
         return {{EFrDriver::AppliedTaxSystem, FdRequisite(EFrDriver::AppliedTaxSystem, value)}};
     }
 
-    QString failureOf(const std::function<void()>& call)
-    {
-        try {
-            call();
-        } catch (const BasicException& e) {
-            return e.tr().ru();
-        }
-        return u"no failure"_s;
-    }
-
     AtolOnlineSettings settings;
     LogCapture log;
     ScriptedTransport transport;
@@ -80,7 +70,7 @@ using Sell = Service;
 using Status = Service;
 using Reply = Service;
 
-TEST_F(Token, IsAskedForWithLoginAndPasswordAndTheContentHeaderAlone)
+TEST_F(Token, IsRequestedWithLoginPasswordAndTheContentHeader)
 {
     transport.answer(good);
     processor.requestToken(false);
@@ -91,7 +81,7 @@ TEST_F(Token, IsAskedForWithLoginAndPasswordAndTheContentHeaderAlone)
     EXPECT_EQ(log.lines(), QStringList{u"debug: Получение токена"_s});
 }
 
-TEST_F(Token, TravelsAsAHeaderWithEveryLaterRequest)
+TEST_F(Token, IsSentAsAHeaderOfEveryLaterRequest)
 {
     transport.answer(good);
     transport.answer(accepted);
@@ -101,7 +91,7 @@ TEST_F(Token, TravelsAsAHeaderWithEveryLaterRequest)
     EXPECT_FALSE(transport.requests().last().url.contains(u"T1"_s));
 }
 
-TEST_F(Token, IsAskedForOnceUnlessForced)
+TEST_F(Token, IsRequestedOnceUnlessForced)
 {
     transport.answer(good);
     processor.requestToken(false);
@@ -118,7 +108,7 @@ TEST_F(Token, IsAskedForOnceUnlessForced)
     EXPECT_EQ(transport.requests().last().headers.value(u"token"_s), u"T2"_s);
 }
 
-TEST_F(Token, MissingInTheReplyLeavesAnEmptyHeaderThatCountsAsHeld)
+TEST_F(Token, IsEmptyButPresentWhenTheReplyLacksIt)
 {
     transport.answer(R"({"timestamp":"x"})");
     processor.requestToken(false);
@@ -130,16 +120,17 @@ TEST_F(Token, MissingInTheReplyLeavesAnEmptyHeaderThatCountsAsHeld)
     EXPECT_EQ(transport.requests().last().headers.value(u"token"_s), QString());
 }
 
-TEST_F(Token, RefusedLeavesTheHeadersAsTheyWere)
+TEST_F(Token, IsNotSentAfterARefusal)
 {
     transport.answer(refusal(12));
-    EXPECT_EQ(failureOf([&] { processor.requestToken(false); }), u"Неверный логин или пароль"_s);
+    EXPECT_EQ(outcomeOf([&] { processor.requestToken(false); }),
+        u"FrWorkWithServiceException: Неверный логин или пароль"_s);
     transport.answer(accepted);
     sell();
     EXPECT_FALSE(transport.requests().last().headers.contains(u"token"_s));
 }
 
-TEST_F(Token, AddressIsJoinedAsItStands)
+TEST_F(Token, IsRequestedFromTheAddressWithGetTokenAppended)
 {
     settings.setUrl(u"https://service.example/v4"_s);
     transport.answer(good);
@@ -147,7 +138,7 @@ TEST_F(Token, AddressIsJoinedAsItStands)
     EXPECT_EQ(transport.requests().last().url, u"https://service.example/v4getToken"_s);
 }
 
-TEST_F(Token, FollowsALaterChangeOfTheLoginButReceiptsKeepTheCompany)
+TEST_F(Token, IsRequestedWithTheCurrentLoginWhileReceiptsKeepTheCompany)
 {
     settings.setLogin(u"other"_s);
     settings.setCompanyInn(u"5000000000"_s);
@@ -158,7 +149,7 @@ TEST_F(Token, FollowsALaterChangeOfTheLoginButReceiptsKeepTheCompany)
     EXPECT_EQ(company.value(u"inn"_s).toString(), u"7700000000"_s);
 }
 
-TEST(Transport, ThatWasSubstitutedOutlivesTheProcessor)
+TEST(SubstitutedTransport, OutlivesTheProcessor)
 {
     ScriptedTransport transport;
     transport.answer(accepted);
@@ -190,7 +181,7 @@ TEST_F(Sell, PostsTheEnvelopeToTheGroup)
     EXPECT_EQ(log.lines(), QStringList{u"info: Установка идентификатора документа till-7-000123"_s});
 }
 
-TEST_F(Sell, LeavesOutTheTaxationSystemOfAnEarlierReceipt)
+TEST_F(Sell, ForgetsTheTaxationSystemOfAnEarlierReceipt)
 {
     const auto company = [&](const FdRequisite::Map& requisites) {
         return receiptSentWith(requisites).value(u"company"_s).toObject();
@@ -199,15 +190,15 @@ TEST_F(Sell, LeavesOutTheTaxationSystemOfAnEarlierReceipt)
     EXPECT_FALSE(company({}).contains(u"sno"_s));
 }
 
-TEST_F(Sell, TakesTaxationSystemZeroForNone)
+TEST_F(Sell, OmitsTaxationSystemZero)
 {
     const QJsonObject company = receiptSentWith(taxSystem(0)).value(u"company"_s).toObject();
     EXPECT_FALSE(company.contains(u"sno"_s));
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-// The sanitizers replace the allocator that is asked here.
-TEST_F(Sell, TakesNoMoreMemoryAfterThousandsOfReceipts)
+// The sanitizers replace the allocator whose statistics are read here.
+TEST_F(Sell, LeaksNoMemoryOverThousandsOfReceipts)
 {
     const auto used = [] {
         const struct mallinfo2 info = mallinfo2();
@@ -224,7 +215,7 @@ TEST_F(Sell, TakesNoMoreMemoryAfterThousandsOfReceipts)
 }
 #endif
 
-TEST_F(Sell, CarriesTheContactThatWasSetLast)
+TEST_F(Sell, SendsTheContactThatWasSetLast)
 {
     processor.setClientPhone(u"+79990000000"_s);
     processor.setClientEmail(u"buyer@example.com"_s);
@@ -248,7 +239,7 @@ TEST_F(Sell, ForgetsThePreviousDocumentBeforeItSends)
     transport.answer(R"({"status":"done","payload":{"total":1}})");
     processor.getDocumentStatus(u"u"_s);
     transport.dropAnswer();
-    EXPECT_EQ(failureOf([&] { sell(); }), u"Нет связи с ФР"_s);
+    EXPECT_EQ(outcomeOf([&] { sell(); }), u"FrWorkWithServiceException: Нет связи с ФР"_s);
     EXPECT_EQ(processor.getLastResponse(), QJsonObject());
     EXPECT_EQ(processor.getLastDocumentFiscalInfo(), QVariantMap());
 }
@@ -263,7 +254,7 @@ TEST_F(Sell, PostsOnceWhateverTheServiceAnswers)
     }
 }
 
-TEST_F(Status, IsAskedForByUuidInTheGroupWithoutABody)
+TEST_F(Status, IsRequestedByUuidWithoutABody)
 {
     transport.answer(R"({"status":"wait"})");
     EXPECT_EQ(processor.getDocumentStatus(u"u-1"_s), atolonline::Wait);
@@ -273,7 +264,7 @@ TEST_F(Status, IsAskedForByUuidInTheGroupWithoutABody)
     EXPECT_EQ(log.lines(), QStringList{u"info: Получение статуса документа по uuid: u-1"_s});
 }
 
-TEST(StatusText, IsComparedToTheLetter)
+TEST(StatusText, IsMatchedExactly)
 {
     const std::pair<const char*, int> rows[] = {
         {"wait", 1}, {"done", 2}, {"fail", 3}, {"DONE", 0}, {"Wait", 0}, {" done", 0}, {"", 0}};
@@ -281,7 +272,7 @@ TEST(StatusText, IsComparedToTheLetter)
         EXPECT_EQ(CommandProcessor::getStatusFromString(QString::fromLatin1(status)), code) << status;
 }
 
-TEST_F(Status, DoneKeepsThePayload)
+TEST_F(Status, KeepsThePayloadOfADoneDocument)
 {
     transport.answer(R"({"status":"done","payload":{"fiscal_document_attribute":3449555941}})");
     EXPECT_EQ(processor.getDocumentStatus(u"u"_s), atolonline::Done);
@@ -289,7 +280,7 @@ TEST_F(Status, DoneKeepsThePayload)
         u"3449555941"_s);
 }
 
-TEST_F(Status, WithoutPayloadEmptiesTheKeptOne)
+TEST_F(Status, ClearsThePayloadWhenTheReplyHasNone)
 {
     transport.answer(R"({"status":"done","payload":{"total":1}})");
     processor.getDocumentStatus(u"u"_s);
@@ -298,7 +289,7 @@ TEST_F(Status, WithoutPayloadEmptiesTheKeptOne)
     EXPECT_EQ(processor.getLastDocumentFiscalInfo(), QVariantMap());
 }
 
-TEST_F(Status, NotProcessedYetIsWaitAndKeepsThePayload)
+TEST_F(Status, IsWaitAfterCode34AndKeepsThePayload)
 {
     transport.answer(R"({"status":"done","payload":{"total":1}})");
     processor.getDocumentStatus(u"u"_s);
@@ -311,7 +302,7 @@ TEST_F(Status, NotProcessedYetIsWaitAndKeepsThePayload)
                                u"debug: Документ еще не обработан"_s}));
 }
 
-TEST_F(Status, OtherErrorsLeaveAsExceptions)
+TEST_F(Status, ThrowsAfterOtherErrors)
 {
     transport.answer(refusal(30));
     EXPECT_THROW(processor.getDocumentStatus(u"u"_s), FrDriverException);
@@ -319,19 +310,21 @@ TEST_F(Status, OtherErrorsLeaveAsExceptions)
     EXPECT_THROW(processor.getDocumentStatus(u"u"_s), atolonline::TokenExpired);
 }
 
-TEST_F(Reply, ThatIsEmptyRaisesNoConnectionAndKeepsTheLastOne)
+TEST_F(Reply, IsNoConnectionWhenEmptyAndLeavesThePreviousOne)
 {
     transport.answer(R"({"status":"wait","n":1})");
     processor.getDocumentStatus(u"u"_s);
     for (const char* empty : {"", "[]", "{}", "[1]", "17", "null"}) {
         transport.answer(empty);
-        EXPECT_EQ(failureOf([&] { processor.getDocumentStatus(u"u"_s); }), u"Нет связи с ФР"_s) << empty;
+        EXPECT_EQ(outcomeOf([&] { processor.getDocumentStatus(u"u"_s); }),
+            u"FrWorkWithServiceException: Нет связи с ФР"_s)
+            << empty;
         EXPECT_THROW((transport.dropAnswer(), processor.requestToken(true)), FrWorkWithServiceException);
     }
     EXPECT_EQ(processor.getLastResponse().value(u"n"_s).toInt(), 1);
 }
 
-TEST_F(Reply, WithAnErrorIsKeptForTheHost)
+TEST_F(Reply, IsKeptForTheHostEvenWithAnError)
 {
     transport.answer(refusal(32));
     EXPECT_THROW(sell(), FrWorkWithServiceException);
@@ -346,7 +339,7 @@ TEST_F(Reply, KeepsIntegersExact)
         R"({"payload":{"a":9007199254740993,"b":0.1,"c":42949672.95},"status":"done"})");
 }
 
-TEST_F(Reply, WithAReceiptLinkLogsItWhateverTheRequest)
+TEST_F(Reply, HasItsReceiptLinkLoggedWhateverTheRequest)
 {
     const QString link = u"info: Просмотр чека на сайте ОФД: https://ofd.example/1"_s;
     constexpr auto body = R"({"token":"T","uuid":"u","payload":{"ofd_receipt_url":"https://ofd.example/1"}})";
@@ -359,7 +352,7 @@ TEST_F(Reply, WithAReceiptLinkLogsItWhateverTheRequest)
     EXPECT_EQ(log.lines().filter(link).size(), 3);
 }
 
-TEST_F(Reply, OfTheWholeReplyIsKeptAndCleared)
+TEST_F(Reply, IsKeptWholeUntilItIsCleared)
 {
     transport.answer(R"({"token":"T","timestamp":"x"})");
     processor.requestToken(true);

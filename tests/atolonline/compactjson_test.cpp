@@ -34,8 +34,7 @@ Gen<QString> textOf(const Gen<char32_t>& character)
     });
 }
 
-// Characters of one to four bytes. None is a question mark or half a surrogate pair, which leave the fast
-// road.
+// Characters of one to four bytes, without question marks and lone surrogates, which take the slow path.
 Gen<QString> properText()
 {
     return textOf(rc::gen::suchThat(
@@ -49,7 +48,7 @@ Gen<QString> improperText()
     return textOf(rc::gen::oneOf(rc::gen::inRange<char32_t>(0xD800, 0xE000), rc::gen::element(U'?', U'a')));
 }
 
-// Any bit pattern, not-a-number and the infinities among them, and amounts of money.
+// Any bit pattern, including not-a-number and the infinities, and amounts of money.
 Gen<double> anyNumber()
 {
     const auto bits = rc::gen::map(
@@ -106,12 +105,12 @@ void isWrittenAsQtWritesIt(const Gen<QString>& text)
         RC_FAIL((ours + " instead of " + byQt(object)).toStdString());
 }
 
-TEST(CompactJson, IsByteForByteTheTextOfQJsonDocument)
+TEST(CompactJson, MatchesQJsonDocumentByteForByte)
 {
     EXPECT_TRUE(rc::check([] { isWrittenAsQtWritesIt(properText()); }));
 }
 
-TEST(CompactJson, KeepsHalvesOfSurrogatePairs)
+TEST(CompactJson, MatchesQJsonDocumentForLoneSurrogates)
 {
     EXPECT_TRUE(rc::check([] { isWrittenAsQtWritesIt(improperText()); }));
 }
@@ -131,7 +130,7 @@ TEST(CompactJson, WritesEveryLengthOfTextsArraysAndObjects)
     }
 }
 
-TEST(CompactJson, WritesTheEndsOfTheNumbers)
+TEST(CompactJson, WritesExtremeNumbers)
 {
     using Double = std::numeric_limits<double>;
     using Integer = std::numeric_limits<qint64>;

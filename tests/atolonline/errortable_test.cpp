@@ -3,76 +3,48 @@
 #include "atolonline/exceptions.h"
 #include "host/log/log4qt.h"
 #include "tests/support/logcapture.h"
+#include "tests/support/outcome.h"
 
 #include <QJsonDocument>
 
 #include <gtest/gtest.h>
 
 #include <map>
-#include <typeinfo>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-struct Thrown
+QString thrownBy(int code)
 {
-    const std::type_info* type = nullptr;
-    QString message;
-
-    bool operator==(const Thrown& other) const
-    {
-        return (type == other.type || (type && other.type && *type == *other.type)) &&
-               message == other.message;
-    }
-};
-
-void PrintTo(const Thrown& thrown, std::ostream* out)
-{
-    *out << (thrown.type ? thrown.type->name() : "nothing") << " \"" << thrown.message.toStdString() << '"';
+    return outcomeOf([&] { atolonline::ExceptionFactory::throwException(code, u"текст сервиса"_s); });
 }
 
-template <typename E>
-Thrown row(const char* message)
+TEST(ErrorTable, MapsEachCodeToItsExceptionAndMessage)
 {
-    return {&typeid(E), QString::fromUtf8(message)};
-}
-
-Thrown thrownBy(int code)
-{
-    try {
-        atolonline::ExceptionFactory::throwException(code, u"текст сервиса"_s);
-    } catch (const BasicException& e) {
-        return {&typeid(e), e.tr().ru()};
-    }
-    return {};
-}
-
-TEST(ErrorTable, GivesEachCodeItsExceptionAndMessage)
-{
-    const std::map<int, Thrown> ofTheirOwn{
-        {-1, Thrown{}},
-        {1, row<FrWorkWithServiceException>("Не удалось обработать полученный чек")},
-        {2, row<FrWorkWithServiceException>("Некорректный ИНН организации")},
-        {10, row<FrWorkWithServiceException>("Некорректный токен")},
-        {11, row<atolonline::TokenExpired>("Срок действия токена истёк")},
-        {12, row<FrWorkWithServiceException>("Неверный логин или пароль")},
-        {13, row<FrWorkWithServiceException>("Ошибка валидации входящего запроса")},
-        {20, row<FrWorkWithServiceException>("Некорректный токен или код группы")},
-        {21, row<FrWorkWithServiceException>("Код группы не поддерживает данную версию протокола")},
-        {30, row<FrDriverException>("Документ с указанным идентификатором не найден")},
-        {31, row<FrCommandNotSupportException>("Команда не поддерживается")},
-        {32, row<FrWorkWithServiceException>("Некорректные данные в запросе")},
-        {33, row<atolonline::DocumentExists>("Документ с переданным идентификатором уже существует")},
-        {34, row<atolonline::DocumentInProgress>("Документ еще не обработан")},
-        {40, row<FrNoConnectionException>("Нет связи с ФР")},
-        {41, row<FrNoConnectionException>("Нет связи с ФР")},
-        {50, row<FrNoConnectionException>("Нет связи с ФР")},
+    const std::map<int, QString> ofTheirOwn{
+        {-1, u"returned"_s},
+        {1, u"FrWorkWithServiceException: Не удалось обработать полученный чек"_s},
+        {2, u"FrWorkWithServiceException: Некорректный ИНН организации"_s},
+        {10, u"FrWorkWithServiceException: Некорректный токен"_s},
+        {11, u"atolonline::TokenExpired: Срок действия токена истёк"_s},
+        {12, u"FrWorkWithServiceException: Неверный логин или пароль"_s},
+        {13, u"FrWorkWithServiceException: Ошибка валидации входящего запроса"_s},
+        {20, u"FrWorkWithServiceException: Некорректный токен или код группы"_s},
+        {21, u"FrWorkWithServiceException: Код группы не поддерживает данную версию протокола"_s},
+        {30, u"FrDriverException: Документ с указанным идентификатором не найден"_s},
+        {31, u"FrCommandNotSupportException: Команда не поддерживается"_s},
+        {32, u"FrWorkWithServiceException: Некорректные данные в запросе"_s},
+        {33, u"atolonline::DocumentExists: Документ с переданным идентификатором уже существует"_s},
+        {34, u"atolonline::DocumentInProgress: Документ еще не обработан"_s},
+        {40, u"FrNoConnectionException: Нет связи с ФР"_s},
+        {41, u"FrNoConnectionException: Нет связи с ФР"_s},
+        {50, u"FrNoConnectionException: Нет связи с ФР"_s},
     };
     for (int code = -3; code <= 3000; ++code) {
         const auto found = ofTheirOwn.find(code);
-        const Thrown expected =
-            found != ofTheirOwn.end() ? found->second : row<FrWorkWithServiceException>("текст сервиса");
+        const QString expected =
+            found != ofTheirOwn.end() ? found->second : u"FrWorkWithServiceException: текст сервиса"_s;
         EXPECT_EQ(thrownBy(code), expected) << "code " << code;
     }
 }
@@ -84,24 +56,21 @@ TEST(ErrorTable, ServiceExceptionsAreOneFamily)
     EXPECT_THROW(throw atolonline::DocumentInProgress(), BasicException);
 }
 
-// What a reply leads to: the log lines, and the exception's message or "good".
-QStringList outcomeOf(const char* reply)
+// The log lines of a reply, then how it ends.
+QStringList effectOf(const char* reply)
 {
     const LogCapture log;
     const atolonline::CommandProcessor processor(Log4Qt::LogManager::logger(u"frdriver"_s, u"test"_s));
-    try {
-        processor.processResponseErrors(QJsonDocument::fromJson(reply).toVariant().toMap());
-    } catch (const BasicException& e) {
-        return log.lines() << e.tr().ru();
-    }
-    return log.lines() << u"good"_s;
+    const QString end = outcomeOf(
+        [&] { processor.processResponseErrors(QJsonDocument::fromJson(reply).toVariant().toMap()); });
+    return log.lines() << end;
 }
 
 struct Reply
 {
     const char* name;
     const char* json;
-    QStringList outcome;
+    QStringList effect;
 };
 
 void PrintTo(const Reply& reply, std::ostream* out)
@@ -115,7 +84,7 @@ class ErrorReply : public testing::TestWithParam<Reply>
 
 TEST_P(ErrorReply, IsLoggedOnceAndThenThrown)
 {
-    EXPECT_EQ(outcomeOf(GetParam().json), GetParam().outcome);
+    EXPECT_EQ(effectOf(GetParam().json), GetParam().effect);
 }
 
 QString logged(const char* places)
@@ -124,19 +93,21 @@ QString logged(const char* places)
 }
 
 INSTANTIATE_TEST_SUITE_P(Replies, ErrorReply,
-    testing::Values(Reply{"ExpiredToken", R"({"error": {"code": 11, "error_id": "x", "text": "t"}})",
-                        {logged("11, идентификатор x (t)"), u"Срок действия токена истёк"_s}},
+    testing::Values(
+        Reply{"ExpiredToken", R"({"error": {"code": 11, "error_id": "x", "text": "t"}})",
+            {logged("11, идентификатор x (t)"), u"atolonline::TokenExpired: Срок действия токена истёк"_s}},
         Reply{"CodeWithoutMessage", R"({"error": {"code": 7, "error_id": "x", "text": "нет места"}})",
-            {logged("7, идентификатор x (нет места)"), u"нет места"_s}},
+            {logged("7, идентификатор x (нет места)"), u"FrWorkWithServiceException: нет места"_s}},
         Reply{"WithoutCodeIsLoggedAndIgnored", R"({"error": {"text": "t"}})",
-            {logged("-1, идентификатор  (t)"), u"good"_s}},
-        Reply{"CodeThatIsNoNumber", R"({"error": {"code": "many", "text": "t"}})",
-            {logged("many, идентификатор  (t)"), u"t"_s}},
+            {logged("-1, идентификатор  (t)"), u"returned"_s}},
+        Reply{"CodeThatIsNotANumber", R"({"error": {"code": "many", "text": "t"}})",
+            {logged("many, идентификатор  (t)"), u"FrWorkWithServiceException: t"_s}},
         Reply{"PlaceholdersInTheTextStay", R"({"error": {"code": 32, "error_id": "%3", "text": "%1"}})",
-            {logged("32, идентификатор %3 (%1)"), u"Некорректные данные в запросе"_s}},
-        Reply{"EmptyError", R"({"error": {}})", {u"good"_s}},
-        Reply{"NullError", R"({"error": null})", {u"good"_s}},
-        Reply{"NoError", R"({"uuid": "u"})", {u"good"_s}}),
+            {logged("32, идентификатор %3 (%1)"),
+                u"FrWorkWithServiceException: Некорректные данные в запросе"_s}},
+        Reply{"EmptyError", R"({"error": {}})", {u"returned"_s}},
+        Reply{"NullError", R"({"error": null})", {u"returned"_s}},
+        Reply{"NoError", R"({"uuid": "u"})", {u"returned"_s}}),
     [](const testing::TestParamInfo<Reply>& reply) { return reply.param.name; });
 
 } // namespace

@@ -43,12 +43,12 @@ FdRequisite supplier(const FdRequisite::Map& members)
     return FdRequisite(EFrDriver::SupplierData, members);
 }
 
-TEST(Items, OfNoPositionsAreAnEmptyArray)
+TEST(Items, AreAnEmptyArrayWithoutPositions)
 {
     EXPECT_EQ(text(atolonline::createItems({})), "[]");
 }
 
-TEST(Items, FollowTheOrderOfThePositions)
+TEST(Items, KeepTheOrderOfThePositions)
 {
     FrPosition second = line();
     second.setName(u"Второй"_s);
@@ -59,7 +59,7 @@ TEST(Items, FollowTheOrderOfThePositions)
     EXPECT_EQ(names, (QStringList{u"Товар"_s, u"Второй"_s, u"Товар"_s}));
 }
 
-TEST(Items, HoldTheseKeysAndNoOthers)
+TEST(Items, HaveExactlyTheseKeys)
 {
     FrPosition position = line(160);
     position.setPriceWithDisc(80.123456);
@@ -99,7 +99,7 @@ TEST(Items, RoundTheSumHalfAwayFromZeroToKopecks)
     }
 }
 
-TEST(Items, RoundEveryWholeKopeckToItself)
+TEST(Items, KeepSumsOfWholeKopecks)
 {
     for (int kopecks = -200000; kopecks <= 200000; kopecks += 7) {
         const double amount = kopecks / 100.0;
@@ -107,7 +107,7 @@ TEST(Items, RoundEveryWholeKopeckToItself)
     }
 }
 
-TEST(Vat, NamesEveryTaxCodeAndTakesOthersForTwentyPercent)
+TEST(Vat, NamesEveryTaxCodeAndDefaultsToTwentyPercent)
 {
     const std::pair<int, const char*> rows[] = {{0, "vat0"}, {1, "vat10"}, {2, "vat20"}, {3, "vat110"},
         {4, "vat120"}, {5, "none"}, {6, "vat20"}, {-1, "vat20"}, {100, "vat20"}};
@@ -115,7 +115,7 @@ TEST(Vat, NamesEveryTaxCodeAndTakesOthersForTwentyPercent)
         EXPECT_EQ(text(atolonline::getVat(code)), QByteArray("{\"type\":\"") + name + "\"}") << code;
 }
 
-TEST(PaymentMethod, NamesEveryValueAndTakesOthersForFullPayment)
+TEST(PaymentMethod, NamesEveryValueAndDefaultsToFullPayment)
 {
     const char* names[] = {"full_payment", "full_prepayment", "prepayment", "advance", "full_payment",
         "partial_payment", "credit", "credit_payment", "full_payment", "full_payment"};
@@ -125,7 +125,7 @@ TEST(PaymentMethod, NamesEveryValueAndTakesOthersForFullPayment)
     EXPECT_EQ(atolonline::getPaymentMethodName(EFrDriver::PaymentMethod(-1)), u"full_payment"_s);
 }
 
-TEST(PaymentObject, NamesEveryValueAndTakesOthersForCommodity)
+TEST(PaymentObject, NamesEveryValueAndDefaultsToCommodity)
 {
     const char* names[] = {"commodity", "commodity", "excise", "job", "service", "gambling_bet",
         "gambling_prize", "lottery", "lottery_prize", "intellectual_activity", "payment", "agent_commission",
@@ -136,7 +136,7 @@ TEST(PaymentObject, NamesEveryValueAndTakesOthersForCommodity)
     EXPECT_EQ(atolonline::getPaymentObjectName(EFrDriver::PaymentObject(-1)), u"commodity"_s);
 }
 
-TEST(NomenclatureCode, IsUpperCaseHexBytesSetApartByBlanks)
+TEST(NomenclatureCode, IsUpperCaseHexBytesSeparatedBySpaces)
 {
     FrPosition position = line();
     position.setExciseMark(u"mark"_s);
@@ -144,21 +144,21 @@ TEST(NomenclatureCode, IsUpperCaseHexBytesSetApartByBlanks)
     EXPECT_EQ(item(position).value(u"nomenclature_code"_s).toString(), u"45 0D 04 30 77 19 57 61"_s);
 }
 
-TEST(NomenclatureCode, IsLeftOutWithoutAnExciseMarkWhateverTheMarkingCode)
+TEST(NomenclatureCode, IsOmittedWithoutAnExciseMarkWhateverTheMarkingCode)
 {
     FrPosition position = line();
     position.setMarkingCode(u"4606203090785"_s);
     EXPECT_FALSE(item(position).contains(u"nomenclature_code"_s));
 }
 
-TEST(NomenclatureCode, IsEmptyTextWhenTheMarkingCodeGivesNoBytes)
+TEST(NomenclatureCode, IsEmptyTextWhenTheMarkingCodeYieldsNoBytes)
 {
     FrPosition position = line();
     position.setExciseMark(u"mark"_s);
     EXPECT_EQ(item(position).value(u"nomenclature_code"_s), QJsonValue(u""_s));
 }
 
-TEST(Supplier, IsLeftOutOfALineThatIsNotMarkedAsASuppliers)
+TEST(Supplier, IsOmittedFromALineNotMarkedAsASuppliers)
 {
     FrPosition position = line();
     position.setRequisite(FdRequisite(EFrDriver::SupplierInn, u"7700000000"_s));
@@ -166,7 +166,7 @@ TEST(Supplier, IsLeftOutOfALineThatIsNotMarkedAsASuppliers)
     EXPECT_FALSE(item(position).contains(u"agent_info"_s));
 }
 
-TEST(Supplier, TakesTelephoneAndNameFromTheCompositeAndTheTaxpayerNumberFromTheLine)
+TEST(Supplier, HasPhoneAndNameOfTheCompositeAndTaxpayerNumberOfTheLine)
 {
     FrPosition position = line();
     position.setSupplierRequisites(true);
@@ -182,7 +182,7 @@ TEST(Supplier, TakesTelephoneAndNameFromTheCompositeAndTheTaxpayerNumberFromTheL
     EXPECT_EQ(text(sent.value(u"agent_info"_s).toObject()), R"({"type":"commission_agent"})");
 }
 
-TEST(Supplier, WithoutDataHasAllKeysWithEmptyTexts)
+TEST(Supplier, HasAllKeysEvenWithoutData)
 {
     FrPosition position = line();
     position.setSupplierRequisites(true);
@@ -191,14 +191,14 @@ TEST(Supplier, WithoutDataHasAllKeysWithEmptyTexts)
     EXPECT_EQ(text(sent.value(u"agent_info"_s).toObject()), R"({"type":""})");
 }
 
-TEST(Supplier, TaxpayerNumberInsideTheCompositeIsNotFound)
+TEST(Supplier, IgnoresATaxpayerNumberInTheComposite)
 {
     const FdRequisite::Map requisites{{EFrDriver::SupplierData,
         supplier({{EFrDriver::SupplierInn, FdRequisite(EFrDriver::SupplierInn, u"7700000000"_s)}})}};
     EXPECT_EQ(text(atolonline::getSupplierInfo(requisites)), R"({"inn":"","name":"","phones":[""]})");
 }
 
-TEST(Agent, NamesTheSevenBitsAndNothingElse)
+TEST(Agent, NamesExactlyTheSevenTypes)
 {
     const std::map<int, QString> names{{1, u"bank_paying_agent"_s}, {2, u"bank_paying_subagent"_s},
         {4, u"paying_agent"_s}, {8, u"paying_subagent"_s}, {16, u"attorney"_s}, {32, u"commission_agent"_s},
@@ -211,7 +211,7 @@ TEST(Agent, NamesTheSevenBitsAndNothingElse)
     }
 }
 
-TEST(Payments, AreInAscendingOrderOfTypesAndAddUpToTheTotal)
+TEST(Payments, AreSortedByTypeAndAddUpToTheTotal)
 {
     const QMap<int, double> payments{{1, 50.0}, {0, 100.0}};
     EXPECT_EQ(text(atolonline::createPayments(payments)), R"([{"sum":100,"type":0},{"sum":50,"type":1}])");
@@ -225,13 +225,13 @@ TEST(Payments, AreNotRounded)
     EXPECT_EQ(text(atolonline::createPayments({{2, 10.123456}})), R"([{"sum":10.123456,"type":2}])");
 }
 
-TEST(Payments, OfAnEmptyReceiptAreOnePaymentOfNothing)
+TEST(Payments, OfAnEmptyReceiptAreOneOfZero)
 {
     EXPECT_EQ(text(atolonline::createPayments({})), R"([{"sum":0,"type":0}])");
     EXPECT_EQ(atolonline::getTotal({}), 0.0);
 }
 
-TEST(TaxationSystem, NamesTheFiveSpecialSystemsAndTakesOthersForTheGeneral)
+TEST(TaxationSystem, NamesTheFiveSpecialSystemsAndDefaultsToTheGeneral)
 {
     const std::map<int, QString> names{{2, u"usn_income"_s}, {4, u"usn_income_outcome"_s}, {8, u"envd"_s},
         {16, u"esn"_s}, {32, u"patent"_s}};

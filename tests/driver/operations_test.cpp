@@ -10,11 +10,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Overridden, or filled by an override, with the same outcome when called on its own.
+// Overridden, or filled by an override, but with the same outcome when called by itself.
 const QStringList sameOnTheirOwn{
     u"checkAddPosition"_s, u"checkOption"_s, u"getDateTime"_s, u"getFiscalInfo"_s};
 
-TEST(CloudDriversOperations, DifferFromTheDefaultsOnlyWhereTheTableSaysSo)
+TEST(CloudDriversOperations, DifferFromTheDefaultsExactlyWhereTheTableSaysSo)
 {
     QStringList expected;
     QStringList different;

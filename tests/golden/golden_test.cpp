@@ -13,8 +13,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// A case is a receipt (NAME.in.json) and what is sent for it (NAME.out.json), laid out for people and with
-// its time masked. scripts/accept-golden makes this test write the second instead of comparing it.
+// A case is a receipt (NAME.in.json) and what is sent for it (NAME.out.json), indented and with its time
+// masked. scripts/accept-golden makes this test write the second file instead of comparing it.
 const QDir folder(QStringLiteral(GOLDEN));
 const bool isAccepting = qEnvironmentVariableIsSet("ACCEPT_GOLDEN");
 
@@ -57,13 +57,13 @@ QByteArray unifiedDiff(const QString& expectedFile, const QByteArray& actual)
     return runProcess(u"diff"_s, {u"-Nu"_s, expectedFile, actualFile}).out;
 }
 
-bool isKept(const QString& path, const QByteArray& content)
+bool hasContent(const QString& path, const QByteArray& content)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) && file.readAll() == content;
 }
 
-TEST(Golden, EveryReceiptIsComposedAsItIsKept)
+TEST(Golden, EveryReceiptIsComposedAsExpected)
 {
     const QStringList inputs = folder.entryList({u"*.in.json"_s}, QDir::Files, QDir::Name);
     ASSERT_FALSE(inputs.isEmpty());
@@ -75,8 +75,9 @@ TEST(Golden, EveryReceiptIsComposedAsItIsKept)
         const QByteArray actual = laidOut(bodies.at(i));
         if (isAccepting)
             writeFile(output, actual);
-        EXPECT_TRUE(isKept(output, actual)) << unifiedDiff(output, actual).toStdString()
-                                            << "scripts/accept-golden keeps the new text when it is meant.";
+        EXPECT_TRUE(hasContent(output, actual))
+            << unifiedDiff(output, actual).toStdString()
+            << "If the change is intended, scripts/accept-golden accepts it.";
     }
 }
 

@@ -5,7 +5,7 @@
 
 namespace {
 
-TEST(CloudSettings, AreEmptyWithAnIntervalOfASecondWhenNew)
+TEST(CloudSettings, StartEmptyWithAnIntervalOfOneSecond)
 {
     const AtolOnlineSettings settings;
     EXPECT_EQ(settings.getUrl() + settings.getLogin() + settings.getPassword() + settings.getCompanyInn() +

@@ -48,7 +48,7 @@ protected:
     QPluginLoader loader;
 };
 
-TEST_F(Plugin, SaysWhatItIsWithoutBeingLoaded)
+TEST_F(Plugin, HasReadableMetadataWithoutBeingLoaded)
 {
     QJsonObject metadata = loader.metaData();
     EXPECT_FALSE(loader.isLoaded());
@@ -65,7 +65,7 @@ struct MetadataBlock
     std::size_t size;
 };
 
-TEST_F(Plugin, HandsOutAMetadataBlockOf104BytesWithItsMap)
+TEST_F(Plugin, ReturnsAMetadataBlockOf104BytesWithItsMap)
 {
     QLibrary library(QStringLiteral(PLUGIN_FILE));
     const auto query = reinterpret_cast<MetadataBlock (*)()>(library.resolve("qt_plugin_query_metadata_v2"));
@@ -109,7 +109,7 @@ TEST_F(Plugin, MakesANewFactoryAfterTheFirstWasDestroyed)
     EXPECT_STREQ(second->metaObject()->className(), "hw::AtolOnlineFiscalRegisterFactory");
 }
 
-TEST_F(Plugin, GivesIndependentDevicesAsPointersToTheirOwnType)
+TEST_F(Plugin, CreatesIndependentDevicesAsPointersToTheirOwnType)
 {
     QVariant object;
     ASSERT_TRUE(QMetaObject::invokeMethod(
@@ -124,7 +124,7 @@ TEST_F(Plugin, GivesIndependentDevicesAsPointersToTheirOwnType)
     EXPECT_EQ(first->parent(), nullptr);
 }
 
-TEST_F(Plugin, AnswersCastsByClassAndByInterface)
+TEST_F(Plugin, CreatesDevicesThatCanBeCastByClassAndByInterface)
 {
     const std::unique_ptr<QObject> object = device();
     hw::AbstractFiscalRegister* fiscal = registerOf(object);
@@ -137,7 +137,7 @@ TEST_F(Plugin, AnswersCastsByClassAndByInterface)
     EXPECT_EQ(object->qt_metacast("AbstractFiscalRegister/4.5"), nullptr);
 }
 
-TEST_F(Plugin, IsDeletedThroughTheInterfaceToo)
+TEST_F(Plugin, CreatesDevicesThatCanBeDeletedThroughTheInterface)
 {
     QObject* object = device().release();
     const QPointer<QObject> watch(object);
@@ -232,7 +232,7 @@ TEST_F(Plugin, OffersOneMethodOfItsOwn)
     EXPECT_EQ(methods, QStringList{u"init()"_s});
 }
 
-TEST_F(Plugin, EndsTheAddressInASlash)
+TEST_F(Plugin, AppendsASlashToTheAddress)
 {
     const std::unique_ptr<QObject> object = device();
     const std::pair<const char*, const char*> rows[] = {
@@ -243,7 +243,7 @@ TEST_F(Plugin, EndsTheAddressInASlash)
     }
 }
 
-TEST_F(Plugin, RefusesAnIntervalOfLessThan200MillisecondsSilently)
+TEST_F(Plugin, SilentlyIgnoresAnIntervalBelow200Milliseconds)
 {
     const std::unique_ptr<QObject> object = device();
     const std::pair<int, int> rows[] = {
@@ -254,7 +254,7 @@ TEST_F(Plugin, RefusesAnIntervalOfLessThan200MillisecondsSilently)
     }
 }
 
-TEST_F(Plugin, RefusesAPlaceOfSettlementOfOver256CharactersSilently)
+TEST_F(Plugin, SilentlyIgnoresAPaymentAddressOver256Characters)
 {
     const std::unique_ptr<QObject> object = device();
     object->setProperty("paymentAddress", QString(256, u'я'));
@@ -273,7 +273,7 @@ TEST_F(Plugin, StoresEveryOtherSettingUnchanged)
     EXPECT_EQ(registerOf(object)->getDeviceId(), 25U);
 }
 
-TEST_F(Plugin, HasNoDriverBeforeInitAndACloudDriverAfterIt)
+TEST_F(Plugin, CreatesItsCloudDriverInInit)
 {
     const std::unique_ptr<QObject> object = device();
     hw::AbstractFiscalRegister* fiscal = registerOf(object);
@@ -284,7 +284,7 @@ TEST_F(Plugin, HasNoDriverBeforeInitAndACloudDriverAfterIt)
     EXPECT_NE(dynamic_cast<VposFrDriver*>(fiscal->getLegacyDriver()), nullptr);
 }
 
-TEST_F(Plugin, ReplacesTheDriverOfAnEarlierInitWithoutDestroyingIt)
+TEST_F(Plugin, ReplacesTheDriverInASecondInitWithoutDeletingIt)
 {
     const std::unique_ptr<QObject> object = device();
     QMetaObject::invokeMethod(object.get(), "init");
@@ -295,7 +295,7 @@ TEST_F(Plugin, ReplacesTheDriverOfAnEarlierInitWithoutDestroyingIt)
     EXPECT_EQ(first->getNumber(), 7);
 }
 
-TEST_F(Plugin, SeesTheHostsTransportAndItsExceptionsAreCaughtByClass)
+TEST_F(Plugin, SharesTransportAndExceptionsWithTheHost)
 {
     ScriptedTransport transport;
     transport.answer(R"({"error":{"code":12,"text":"t"}})");
@@ -310,7 +310,7 @@ TEST_F(Plugin, SeesTheHostsTransportAndItsExceptionsAreCaughtByClass)
     EXPECT_EQ(transport.requests().first().json().value(u"login"_s).toString(), u"later"_s);
 }
 
-TEST_F(Plugin, TakesDriverOptionsUnderTheHostsTypeName)
+TEST_F(Plugin, AcceptsDriverOptionsUnderTheHostsTypeName)
 {
     const std::unique_ptr<QObject> object = device();
     EXPECT_EQ(QMetaType::fromName("hw::fr::DriverOptions"), QMetaType::fromType<hw::fr::DriverOptions>());
