@@ -27,7 +27,7 @@ QStringList ids(int count, const char* prefix)
     return list;
 }
 
-TEST(Batch, OfFiftyReceiptsIsRegisteredInItsOrder)
+TEST(Batch, OfFiftyReceiptsIsRegisteredInOrder)
 {
     const EmulatorProcess emulator;
     const Shop shop(emulator.url());
@@ -40,7 +40,7 @@ TEST(Batch, OfFiftyReceiptsIsRegisteredInItsOrder)
     EXPECT_EQ(sold.err, u"Receipts: 50. Registered: 50, refused: 0, unknown: 0.\n"_s);
 }
 
-TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
+TEST(Batch, StopsAfterAnUnknownOutcome)
 {
     const EmulatorProcess emulator;
     emulator.addFault(
@@ -61,8 +61,8 @@ TEST(Batch, StopsAfterAReceiptWhoseOutcomeIsUnknown)
             u"r4 registered -"_s, u"r5 registered -"_s}));
 }
 
-// The service is there for the token and the first receipt, and gone for the second.
-TEST(Batch, StopsAtAReceiptThatIsNotSentForWantOfAConnection)
+// The service answers for the token and the first receipt and is gone before the second.
+TEST(Batch, StopsWhenAReceiptCannotBeSent)
 {
     Service* self = nullptr;
     std::atomic<int> sells = 0;
@@ -92,7 +92,7 @@ TEST(Batch, StopsAtAReceiptThatIsNotSentForWantOfAConnection)
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
-// The largest resident set of a running process so far, in KiB; none when it has ended.
+// The largest resident set of a running process so far, in KiB; nullopt if it has ended.
 std::optional<long> peakOf(qint64 process)
 {
     QFile file(u"/proc/%1/status"_s.arg(process));
@@ -103,8 +103,8 @@ std::optional<long> peakOf(qint64 process)
     return match.hasMatch() ? std::optional(match.captured(1).toLong()) : std::nullopt;
 }
 
-// The peak of frhost while it composes so many receipts. All but the last few have been written, and so
-// composed, when it is looked at for the last time: a pipe holds 64 KiB.
+// The peak of frhost while it composes so many receipts. When it is read for the last time, all receipts but
+// the last few have been composed, because the pipe of its output holds 64 KiB.
 long peakWhileComposing(int count)
 {
     const Shop shop(u"http://127.0.0.1:1/"_s);

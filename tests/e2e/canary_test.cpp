@@ -33,7 +33,7 @@ constexpr auto done =
     "fiscal_document_number":29414,"fiscal_document_attribute":3449555941,
     "ecr_registration_number":"0000000004059261"}})";
 
-// The service's answers, the last one of each kind again and again. They repeat what must not be read, as an
+// The service's answers, the last one of each kind repeated without end. They contain the secrets, as an
 // answer may.
 struct Case
 {
@@ -56,16 +56,16 @@ const Case cases[] = {
     {"WrongPassword",
         {R"({"error":{"error_id":"e","code":12,"type":"system","text":"canary-password of canary-login is wrong"}})"},
         {}, {}, 1},
-    {"ErrorThatNobodyKnows",
+    {"UnknownError",
         {R"({"error":{"error_id":"e","code":99,"type":"system","text":"canary-password is wrong"}})"}, {}, {},
         4},
-    {"TokenThatIsCutOff", {R"({"error":null,"token":"canary-token","timest)"}, {}, {}, 4},
+    {"TruncatedToken", {R"({"error":null,"token":"canary-token","timest)"}, {}, {}, 4},
     {"ExpiredToken", {tokenAnswer},
         {R"({"status":"fail","error":{"error_id":"e","code":11,"type":"system","text":"canary-token"}})",
             accepted},
         {done}, 0},
-    {"SellOfAGateway", {tokenAnswer}, {"<html>canary-token canary-password</html>"}, {}, 4},
-    {"ReportOfAGateway", {tokenAnswer}, {accepted}, {"<html>canary-token canary-password</html>"}, 4},
+    {"SellAnsweredByAGateway", {tokenAnswer}, {"<html>canary-token canary-password</html>"}, {}, 4},
+    {"ReportAnsweredByAGateway", {tokenAnswer}, {accepted}, {"<html>canary-token canary-password</html>"}, 4},
 };
 
 const char* taken(const std::vector<const char*>& answers, std::size_t& used)
@@ -79,7 +79,7 @@ QByteArray contentOf(const QString& path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-// A till whose frhost has a folder of its own to work in.
+// A till whose frhost runs in a folder of its own.
 class CanaryTill
 {
 public:
@@ -106,7 +106,7 @@ public:
     {
         return {u"-C"_s, work.path(), u"HOME="_s + work.path(), u"TMPDIR="_s + work.path()};
     }
-    // The names of all files there, and all that they hold.
+    // The names of all files there, and their content.
     [[nodiscard]] std::pair<QStringList, QByteArray> written() const
     {
         QStringList names;
@@ -175,7 +175,7 @@ TEST_P(Canary, IsFoundNowhere)
     const auto [names, files] = till.written();
     EXPECT_EQ(names, answers.exitCode == 0 ? QStringList{u"qr/r1.png"_s} : QStringList());
     EXPECT_THAT(seen.toStdString(), testing::HasSubstr("--log-level"));
-    // Who is not root cannot read the environment of a process that keeps its memory to itself.
+    // Only root can read the environment of a process that protects its memory.
     EXPECT_EQ(seen.contains("HOME="), geteuid() == 0);
     const bool isDebug = level == std::string("debug");
     const std::string logged = (ran.err + ran.out).toStdString();
@@ -192,7 +192,7 @@ INSTANTIATE_TEST_SUITE_P(Of, Canary,
     testing::Combine(testing::ValuesIn(cases), testing::Values("debug", "info")),
     [](const auto& of) { return std::string(std::get<0>(of.param).name) + "At" + std::get<1>(of.param); });
 
-TEST(CanaryOfAll, SearchesEveryLineAndKeepsItFromTheTests)
+TEST(CanaryOfAll, SearchesEveryLogLineAndHidesItFromTheTests)
 {
     const QByteArray before = qgetenv("E2E_LOG_EVERYTHING");
     qputenv("E2E_LOG_EVERYTHING", "1");
@@ -204,7 +204,7 @@ TEST(CanaryOfAll, SearchesEveryLineAndKeepsItFromTheTests)
     qputenv("E2E_LOG_EVERYTHING", before);
 }
 
-// Runs a program that may leave a core dump of any size in the folder, and crashes it when it is ready.
+// The arguments of a shell that runs the command with core dumps of any size allowed.
 QStringList allowedToDumpCore(const QStringList& command)
 {
     return QStringList{u"-c"_s, u"ulimit -c unlimited && exec \"$0\" \"$@\""_s, u"env"_s} + command;

@@ -62,7 +62,7 @@ TEST(Compose, NeedsNoConfigurationAndSendsNothing)
     EXPECT_EQ(composed.err, QString());
 }
 
-TEST(Compose, GoesOnAfterAReceiptThatTheDriverRefuses)
+TEST(Compose, ContinuesAfterAReceiptThatTheDriverRefuses)
 {
     const Ran composed = run(frhostProgram(), {u"compose"_s, u"-"_s},
         R"({"id":"a","positions":[],"payments":[]})"
@@ -81,7 +81,7 @@ TEST(Configuration, IsNeededToReachTheService)
         refused.err, u"This command talks to the service: name a configuration with --config FILE.\n"_s);
 }
 
-TEST(Configuration, ThatTheRegisterRefusesIsReported)
+TEST(Configuration, WithAValueThatTheRegisterRefusesIsReported)
 {
     Shop shop(nowhere);
     shop.configure(u"requestInterval"_s, u"100"_s);
@@ -92,7 +92,7 @@ TEST(Configuration, ThatTheRegisterRefusesIsReported)
                   "статуса отправленного документа в миллисекундах. Не может быть меньше 200 мс."));
 }
 
-TEST(Configuration, WithAnUnknownKeyNamesTheNearest)
+TEST(Configuration, WithAnUnknownKeyIsReportedWithTheNearestKey)
 {
     Shop shop(nowhere);
     shop.configure(u"group"_s, u"x"_s);
@@ -102,7 +102,7 @@ TEST(Configuration, WithAnUnknownKeyNamesTheNearest)
         HasSubstr("register.ini:10: unknown key \"group\"; did you mean \"groupCode\"?"));
 }
 
-TEST(Configuration, SwitchesOptionsOfTheDriver)
+TEST(Configuration, SetsOptionsOfTheDriver)
 {
     const Shop shop(nowhere);
     const QString file = shop.file(u"options.ini"_s, "[driverOptions]\n0x10 = off\n0x80000 = on\n");
@@ -111,7 +111,7 @@ TEST(Configuration, SwitchesOptionsOfTheDriver)
     EXPECT_EQ(composed.exitCode, 0) << composed.err.toStdString();
 }
 
-TEST(LogLevel, ChoosesTheLinesAndTheEnvironmentGoesFirst)
+TEST(LogLevel, SelectsTheLinesUnlessTheEnvironmentDoes)
 {
     const auto logged = [](const QStringList& environment, const char* level) {
         return run(u"env"_s,
@@ -140,7 +140,7 @@ TEST(Language, IsThatOfTheLocale)
         told("C.UTF-8"), u"This command talks to the service: name a configuration with --config FILE.\n"_s);
 }
 
-TEST(Plugin, ThatIsNoneIsReported)
+TEST(Plugin, FileThatIsNotAPluginIsReported)
 {
     const Shop shop(nowhere);
     const QString file = shop.file(u"libx.so"_s, "x");

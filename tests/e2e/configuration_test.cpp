@@ -16,12 +16,12 @@ using testing::Not;
 class Password : public testing::Test
 {
 protected:
-    // Runs `frhost check` with variables of the environment.
+    // Runs `frhost check` with these environment variables.
     [[nodiscard]] Ran check(const QStringList& variables) const
     {
         return run(u"env"_s, variables + QStringList{frhostProgram()} + shop.arguments({u"check"_s}));
     }
-    // The variable that names the folder with the credential.
+    // The variable that names the folder of the credential.
     [[nodiscard]] QString credential(const QByteArray& password) const
     {
         const QString file = shop.file(u"frhost.password"_s, password);
@@ -44,7 +44,7 @@ TEST_F(Password, ComesFromTheServiceManagersCredential)
     EXPECT_EQ(check({credential("wrong")}).exitCode, 1);
 }
 
-TEST_F(Password, OfTheConfigurationGoesBeforeTheCredential)
+TEST_F(Password, OfTheConfigurationOverridesTheCredential)
 {
     const Ran checked = check({credential("wrong")});
     EXPECT_EQ(checked.exitCode, 0);

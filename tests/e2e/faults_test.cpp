@@ -23,8 +23,8 @@ constexpr auto unknown = "4 unknown -";
 constexpr auto noService = "4";
 constexpr auto noLogin = "1";
 
-// A row of the table: how the emulator misbehaves as long as it does, what frhost makes of the sale meanwhile
-// and of the same file afterwards: its exit code, the outcome and whether it was recovered.
+// A row of the table: how the emulator misbehaves, and what frhost reports of the sale meanwhile and, from
+// the same file, afterwards: its exit code, the outcome and whether it was recovered.
 struct Row
 {
     const char* name;
@@ -35,9 +35,9 @@ struct Row
     const char* document = "total=160.00&status=done";
 };
 
-// Left out, because they end with the client's limit of 30 seconds: `silent`, and `wrong-length` with too
-// large a length. Because they never end: `never` of a sell or of every report, and a token that is always
-// expired, which the driver renews without limit.
+// Not here because they only end at the client's limit of 30 seconds: `silent`, and `wrong-length` with a
+// length that is too large. Because they never end: `never` of a sell or of every report, and a token that is
+// always expired, which the driver renews without limit.
 const Row rows[] = {
     {"TokenErrorOfThePassword", R"("endpoint":"token","effect":"error","code":12)", noLogin, nothing,
         registered},
@@ -168,7 +168,7 @@ const Row rows[] = {
     {"ReportEverySecond", R"("endpoint":"report","effect":"not-json","match":{"every":2})", registered,
         nothing, recovered, "total=160.00&status=done&wire_requests=3"},
 
-    // No client can tell this from the truth; the next run can.
+    // No client can see that this is not true; the next run does.
     {"ReportFail", R"("endpoint":"report","effect":"fail")", refused, newId, recovered},
 };
 
@@ -182,7 +182,7 @@ QString summary(const Ran& ran)
         .join(u' ');
 }
 
-TEST_P(Fault, LeavesOneReceiptAndTheTruthAboutIt)
+TEST_P(Fault, LeavesOneReceiptAndATrueReport)
 {
     const Row& row = GetParam();
     const EmulatorProcess emulator;
@@ -204,7 +204,7 @@ TEST_P(Fault, LeavesOneReceiptAndTheTruthAboutIt)
     EXPECT_EQ(emulator.expect(u"count=1"_s), u"receipts: 1, all as expected"_s);
 }
 
-// A row of the table: which of six receipts a fault hits, which refuses them.
+// A row of the table: which of six receipts a fault hits, and so refuses.
 struct Match
 {
     const char* name;
@@ -226,7 +226,7 @@ class FaultOfMany : public testing::TestWithParam<Match>
 {
 };
 
-TEST_P(FaultOfMany, HitsTheReceiptsThatItIsToldTo)
+TEST_P(FaultOfMany, HitsExactlyTheMatchingReceipts)
 {
     const EmulatorProcess emulator;
     emulator.addFault(QByteArray(R"("endpoint":"sell","effect":"fail","match":)") + GetParam().match);

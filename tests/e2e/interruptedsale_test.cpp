@@ -12,7 +12,7 @@ using testing::HasSubstr;
 
 const QStringList result{u"id"_s, u"outcome"_s, u"recovered"_s};
 
-TEST(InterruptedSale, WhoseAnswerIsLostIsUnknownAndThenRecovered)
+TEST(InterruptedSale, IsUnknownWhenItsAnswerIsLostAndThenRecovered)
 {
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"sell","effect":"close","phase":"after","match":{"next":1})");
@@ -25,14 +25,14 @@ TEST(InterruptedSale, WhoseAnswerIsLostIsUnknownAndThenRecovered)
     EXPECT_EQ(lost.lines().first().value(u"error"_s).toObject(),
         (QJsonObject{{u"type"_s, u"FrWorkWithServiceException"_s}, {u"message"_s, u"Нет связи с ФР"_s}}));
     EXPECT_THAT(lost.err.toStdString(), HasSubstr("Running the same file again is safe"));
-    EXPECT_EQ(emulator.calls(), u"token sell"_s) << "nobody repeats a receipt without being told";
+    EXPECT_EQ(emulator.calls(), u"token sell"_s) << "nothing repeats a receipt by itself";
 
     const Ran again = shop.frhost(command);
     EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
     EXPECT_EQ(again.columns(result), QStringList{u"r1 registered true"_s});
 }
 
-TEST(InterruptedSale, WhoseStatusAnswersAreLostIsAskedAbout)
+TEST(InterruptedSale, IsAskedAboutAgainWhenStatusAnswersAreLost)
 {
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"report","effect":"close","match":{"next":2})");
@@ -43,7 +43,7 @@ TEST(InterruptedSale, WhoseStatusAnswersAreLostIsAskedAbout)
     EXPECT_EQ(emulator.calls().count(u"sell"_s), 1);
 }
 
-TEST(InterruptedSale, ThatTheServiceAcceptedAndNeverSpeaksOfIsUnknownWithItsIdentifier)
+TEST(InterruptedSale, IsUnknownWithItsUuidWhenEveryStatusAnswerIsLost)
 {
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"report","effect":"close")");

@@ -30,7 +30,7 @@ bool hasCalls(const EmulatorProcess& emulator, const QString& calls)
     return comesTrue([&] { return emulator.calls().startsWith(calls); });
 }
 
-// A named pipe that takes nothing more until it is read.
+// A named pipe that is full until it is read.
 class StuckPipe
 {
 public:
@@ -46,7 +46,7 @@ public:
     Q_DISABLE_COPY_MOVE(StuckPipe)
 
     [[nodiscard]] QString path() const { return folder.filePath(u"pipe"_s); }
-    // What is there now.
+    // What is in it now.
     [[nodiscard]] QByteArray readAll() const
     {
         QByteArray all(64 * 1024, Qt::Uninitialized);
@@ -75,7 +75,7 @@ const auto names = [](const auto& of) { return of.param == SIGINT ? "ByCtrlC" : 
 
 INSTANTIATE_TEST_SUITE_P(Is, Interruption, testing::Values(SIGINT, SIGTERM), names);
 
-TEST_P(Interruption, OfASaleThatIsNotAnsweredSaysThatItWasSent)
+TEST_P(Interruption, OfAnUnansweredSaleSaysThatItWasSent)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"silent","phase":"after")");
     Running frhost(frhostProgram(), selling({u"r1"_s}));
@@ -91,7 +91,7 @@ TEST_P(Interruption, OfASaleThatIsNotAnsweredSaysThatItWasSent)
     EXPECT_EQ(again.columns({u"outcome"_s, u"recovered"_s}), QStringList{u"registered true"_s});
 }
 
-TEST_P(Interruption, OfAReceiptThatIsNeverDoneTellsItsIdentifier)
+TEST_P(Interruption, OfAReceiptThatIsNeverDoneReportsItsUuid)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"never")");
     Running frhost(frhostProgram(), selling({u"r1"_s}));
@@ -104,7 +104,7 @@ TEST_P(Interruption, OfAReceiptThatIsNeverDoneTellsItsIdentifier)
     EXPECT_FALSE(ran.lines().value(0).value(u"uuid"_s).toString().isEmpty());
 }
 
-TEST_P(Interruption, DoesNotWaitForThePauseBetweenTwoQuestions)
+TEST_P(Interruption, CutsThePauseBetweenTwoStatusRequestsShort)
 {
     shop.configure(u"requestInterval"_s, u"600000"_s);
     Running frhost(frhostProgram(), selling({u"r1"_s}));
@@ -128,7 +128,7 @@ TEST_P(Interruption, BeforeTheTokenSaysThatNothingWasSent)
     EXPECT_EQ(ran.out, QString());
 }
 
-TEST_P(Interruption, OfABatchTellsHowManyAreDone)
+TEST_P(Interruption, OfABatchReportsHowManyAreDone)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"silent","match":{"external_id":"r2"})");
     Running frhost(frhostProgram(), selling({u"r1"_s, u"r2"_s, u"r3"_s}));
@@ -143,13 +143,13 @@ TEST_P(Interruption, OfABatchTellsHowManyAreDone)
         "Receipts: 3. Registered: 1, refused: 0, unknown: 1.\nReceipts not sent: 1.\n");
 }
 
-TEST_P(Interruption, AfterAResultIsKnownLosesItNotAndSendsNoFurtherReceipt)
+TEST_P(Interruption, AfterAResultKeepsItAndSendsNoFurtherReceipt)
 {
     const StuckPipe pipe;
     Running frhost(frhostProgram(), selling({u"r1"_s, u"r2"_s}), pipe.path());
     ASSERT_TRUE(hasCalls(emulator, u"token sell report"_s));
     frhost.signal(GetParam());
-    // The answer may still be on its way; what is said of the receipt then is cautious, and true.
+    // The answer may still be on its way; the message about the receipt is then cautious, and true.
     ASSERT_TRUE(frhost.hasSaid("Interrupted. r1 "));
     QByteArray out;
     ASSERT_TRUE(comesTrue([&] { return (out += pipe.readAll()).contains("}\n"); }));
@@ -160,14 +160,14 @@ TEST_P(Interruption, AfterAResultIsKnownLosesItNotAndSendsNoFurtherReceipt)
     EXPECT_EQ(emulator.calls(), u"token sell report"_s);
 }
 
-TEST_P(Interruption, ASecondTimeEndsTheProgramThoughItsOutputIsStuck)
+TEST_P(Interruption, ASecondTimeEndsTheProgramEvenIfItsOutputIsStuck)
 {
     const StuckPipe pipe;
     Running frhost(frhostProgram(), selling({u"r1"_s}), pipe.path());
     ASSERT_TRUE(hasCalls(emulator, u"token sell report"_s));
     frhost.signal(GetParam());
     ASSERT_TRUE(frhost.hasSaid("Interrupted. r1 "));
-    // Signals that come too soon count as one with the first.
+    // Signals that arrive too soon count as one with the first.
     EXPECT_TRUE(comesTrue([&] {
         frhost.signal(GetParam());
         return frhost.hasEndedWithin(std::chrono::milliseconds(50));
@@ -175,7 +175,7 @@ TEST_P(Interruption, ASecondTimeEndsTheProgramThoughItsOutputIsStuck)
     EXPECT_EQ(frhost.end().exitCode, 128 + GetParam());
 }
 
-TEST_P(Interruption, ByASignalSentTwiceAtOnceIsOneInterruption)
+TEST_P(Interruption, BySeveralSignalsAtOnceIsOneInterruption)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"silent")");
     Running frhost(frhostProgram(), selling({u"r1"_s}));
@@ -187,7 +187,7 @@ TEST_P(Interruption, ByASignalSentTwiceAtOnceIsOneInterruption)
     EXPECT_EQ(ran.err.toStdString(), sent);
 }
 
-TEST_P(Interruption, OfACommandThatOnlyAsks)
+TEST_P(Interruption, OfACommandThatOnlyAsksSaysNothingElse)
 {
     emulator.addFault(R"("endpoint":"report","effect":"silent")");
     Running info(frhostProgram(), shop.arguments({u"info"_s, u"u"_s}));
@@ -217,14 +217,14 @@ TEST_P(Interruption, OfSendingSaysThatTheReceiptWasSent)
     EXPECT_EQ(ran.err.toStdString(), sent);
 }
 
-TEST_P(Interruption, OfACommandThatSendsNothingEndsItAsUsual)
+TEST_P(Interruption, OfACommandThatStaysOfflineEndsItAsUsual)
 {
     Running frhost(frhostProgram(), {u"compose"_s, u"-"_s});
     frhost.signal(GetParam());
     EXPECT_EQ(frhost.end().exitCode, 128 + GetParam());
 }
 
-TEST_P(Interruption, ThatTheCallerHasSwitchedOffStaysOff)
+TEST_P(Interruption, IsIgnoredIfTheCallerIgnoresTheSignal)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"delay","milliseconds":500)");
     const QString trap = u"trap '' %1; exec \"$0\" \"$@\""_s.arg(GetParam());

@@ -18,8 +18,8 @@ constexpr auto known =
 constexpr auto done =
     R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":160.0}})";
 
-// A row of the table: what the service answers to the receipt and then to every question about it, and what
-// frhost makes of that.
+// A row of the table: how the service answers the receipt and then every status request, and what frhost
+// reports.
 struct Row
 {
     const char* name;
@@ -37,7 +37,7 @@ constexpr auto correct = "Correct the cause and run the receipt again";
 
 const Row rows[] = {
     {"Done", 200, accepted, done, "registered", 0, ""},
-    {"DoneOfAnEarlierTry", 400, known, done, "registered", 0, ""},
+    {"DoneInAnEarlierAttempt", 400, known, done, "registered", 0, ""},
     {"Failed", 200, accepted, R"({"uuid":"u-1","status":"fail","error":null,"payload":null})", "refused", 3,
         newId},
     {"FailedInTheRegister", 200, accepted,
@@ -49,7 +49,7 @@ const Row rows[] = {
     {"FailedInTheRegisterWithTheCodeOfAWait", 200, accepted,
         R"({"uuid":"u-1","status":"fail","payload":null,"error":{"error_id":"e","code":34,"text":"t","type":"driver"}})",
         "refused", 3, newId},
-    {"FailedInAnEarlierTry", 400, known,
+    {"FailedInAnEarlierAttempt", 400, known,
         R"({"uuid":"u-1","status":"fail","payload":null,"error":{"error_id":"e","code":11,"text":"t","type":"driver"}})",
         "refused", 3, newId},
     {"NotValid", 400, R"({"status":"fail","error":{"error_id":"e","code":32,"text":"t","type":"system"}})",
@@ -61,20 +61,20 @@ const Row rows[] = {
         4, safe},
     {"ServerError", 500, R"({"status":"fail","error":{"error_id":"e","code":50,"text":"t","type":"system"}})",
         "", "unknown", 4, safe},
-    {"CodeThatNobodyKnows", 400,
+    {"UnknownCode", 400,
         R"({"status":"fail","error":{"error_id":"e","code":429,"text":"t","type":"system"}})", "", "unknown",
         4, safe},
-    {"AnswerOfAGateway", 502, "<html>502</html>", "", "unknown", 4, safe},
-    {"NoIdentifier", 200, R"({"status":"wait","error":null})", done, "unknown", 4, safe},
-    {"StatusThatNobodyKnows", 200, accepted,
-        R"({"uuid":"u-1","external_id":"r1","status":"ready","error":null})", "unknown", 4, safe},
+    {"AnsweredByAGateway", 502, "<html>502</html>", "", "unknown", 4, safe},
+    {"WithoutUuid", 200, R"({"status":"wait","error":null})", done, "unknown", 4, safe},
+    {"UnknownStatus", 200, accepted, R"({"uuid":"u-1","external_id":"r1","status":"ready","error":null})",
+        "unknown", 4, safe},
     {"AnswerAboutAnotherReceipt", 200, accepted,
         R"({"uuid":"u-1","external_id":"r2","status":"done","error":null,"payload":{"total":160.0}})",
         "unknown", 4, safe},
-    {"EarlierTryOfAnotherReceipt", 400, known,
+    {"EarlierAttemptOfAnotherReceipt", 400, known,
         R"({"uuid":"u-1","external_id":"r2","status":"done","error":null,"payload":{"total":160.0}})",
         "unknown", 4, safe},
-    {"DocumentThatTheServiceHasLost", 200, accepted,
+    {"LostByTheService", 200, accepted,
         R"({"status":"fail","error":{"error_id":"e","code":30,"text":"t","type":"system"}})", "unknown", 4,
         safe},
 };
@@ -101,7 +101,7 @@ Ran sellAt(const Row& row)
     return shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
 }
 
-TEST_P(Outcome, IsTold)
+TEST_P(Outcome, IsReported)
 {
     const Row& row = GetParam();
     const Ran sold = sellAt(row);
@@ -113,8 +113,8 @@ TEST_P(Outcome, IsTold)
 
 INSTANTIATE_TEST_SUITE_P(Of, Outcome, testing::ValuesIn(rows), [](const auto& of) { return of.param.name; });
 
-// The register's own codes overlap with the service's: 12 is no wrong password here.
-TEST(FailedDocument, IsToldInTheWordsOfTheRegister)
+// The register's own codes overlap with the service's: 12 does not mean a wrong password here.
+TEST(FailedDocument, IsReportedInTheWordsOfTheRegister)
 {
     const char* failed = R"({"uuid":"u-1","status":"fail","payload":null,)"
                          R"("error":{"error_id":"e","code":12,"text":"Нет бумаги","type":"driver"}})";

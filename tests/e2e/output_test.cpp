@@ -18,7 +18,7 @@ protected:
     Shop shop{emulator.url()};
 };
 
-TEST_F(StandardOutput, ThatIsFullLosesNoOutcome)
+TEST_F(StandardOutput, LosesNoOutcomeWhenItIsFull)
 {
     const QString file = shop.receipts({u"r1"_s, u"r2"_s, u"r3"_s});
     const Ran sold = Running(frhostProgram(), shop.arguments({u"sell"_s, file}), u"/dev/full"_s).end();
@@ -30,7 +30,7 @@ TEST_F(StandardOutput, ThatIsFullLosesNoOutcome)
     EXPECT_EQ(again.columns({u"id"_s, u"recovered"_s}), (QStringList{u"r1 true"_s, u"r2 -"_s, u"r3 -"_s}));
 }
 
-TEST_F(StandardOutput, ThatIsClosedIsNotMistakenForTheConnection)
+TEST_F(StandardOutput, IsNotMistakenForTheConnectionWhenItIsClosed)
 {
     const QString file = shop.receipts({u"r1"_s});
     const Ran sold = run(u"sh"_s, QStringList{u"-c"_s, u"exec \"$0\" \"$@\" >&-"_s, frhostProgram()} +
@@ -39,7 +39,7 @@ TEST_F(StandardOutput, ThatIsClosedIsNotMistakenForTheConnection)
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("outcome":"registered")"));
 }
 
-TEST_F(StandardOutput, WhoseReaderHasGoneDoesNotEndTheProgram)
+TEST_F(StandardOutput, DoesNotEndTheProgramWhenItsReaderIsGone)
 {
     const QString file = shop.receipts({u"r1"_s});
     const Ran sold = run(u"sh"_s,
@@ -49,7 +49,7 @@ TEST_F(StandardOutput, WhoseReaderHasGoneDoesNotEndTheProgram)
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("outcome":"registered")"));
 }
 
-TEST_F(StandardOutput, IsATableForPeople)
+TEST_F(StandardOutput, IsATableWithoutJson)
 {
     QStringList arguments = shop.arguments({u"sell"_s, shop.receipts({u"r1"_s})});
     arguments.removeAll(u"--json"_s);
@@ -59,7 +59,7 @@ TEST_F(StandardOutput, IsATableForPeople)
     EXPECT_EQ(sold.err, QString());
 }
 
-TEST_F(StandardOutput, OfATerminalIsAccompaniedByAStatusLine)
+TEST_F(StandardOutput, HasAStatusLineOnATerminal)
 {
     const Ran sold = runOnTerminal(frhostProgram(), shop.arguments({u"sell"_s, shop.receipts({u"r1"_s})}));
     EXPECT_EQ(sold.exitCode, 0);

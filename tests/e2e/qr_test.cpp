@@ -40,7 +40,7 @@ protected:
     QTemporaryDir folder;
 };
 
-TEST_F(SoldReceiptsQr, IsWrittenAsAPictureThatReadsAsTheText)
+TEST_F(SoldReceiptsQr, IsWrittenAsAPictureOfTheText)
 {
     const Ran sold =
         shop.frhost({u"sell"_s, u"--qr-dir"_s, folder.path(), shop.receipts({u"r1"_s, u"r/2"_s})});
@@ -52,7 +52,7 @@ TEST_F(SoldReceiptsQr, IsWrittenAsAPictureThatReadsAsTheText)
     EXPECT_EQ(readBack(folder.filePath(u"r%2F2.png"_s)), sold.lines().at(1).value(u"qr"_s).toString());
 }
 
-TEST_F(SoldReceiptsQr, IsDrawnOnATerminalOnly)
+TEST_F(SoldReceiptsQr, IsDrawnOnlyOnATerminal)
 {
     QStringList arguments = selling(u"r1"_s);
     EXPECT_THAT(runOnTerminal(frhostProgram(), arguments).out.toStdString(), Not(HasSubstr("█")))
@@ -62,7 +62,7 @@ TEST_F(SoldReceiptsQr, IsDrawnOnATerminalOnly)
     EXPECT_THAT(run(frhostProgram(), arguments).out.toStdString(), Not(HasSubstr("█")));
 }
 
-TEST_F(SoldReceiptsQr, FailureIsReportedAndTheSaleIsNot)
+TEST_F(SoldReceiptsQr, FailureIsReportedWithTheSaleStillRegistered)
 {
     ASSERT_TRUE(QDir(folder.path()).mkdir(u"r1.png"_s));
     const Ran sold =
@@ -72,7 +72,7 @@ TEST_F(SoldReceiptsQr, FailureIsReportedAndTheSaleIsNot)
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("r1.png: the picture of the QR code was not written"));
 }
 
-TEST_F(SoldReceiptsQr, FolderThatCannotBeMadeStopsTheRunBeforeAnythingIsSent)
+TEST_F(SoldReceiptsQr, FolderThatCannotBeCreatedStopsTheRunBeforeSending)
 {
     const Ran sold = shop.frhost({u"sell"_s, u"--qr-dir"_s, u"/proc/none"_s, shop.receipts({u"r1"_s})});
     EXPECT_EQ(sold.exitCode, 1);

@@ -30,7 +30,7 @@ protected:
 
 const QStringList outcome{u"id"_s, u"outcome"_s};
 
-TEST_F(Sale, GoesFromAReceiptFileToItsFiscalResult)
+TEST_F(Sale, TurnsAReceiptFileIntoAFiscalResult)
 {
     const Ran sold = shop.frhost({u"sell"_s, shop.file(u"r.json"_s, receiptLine(u"sale-1"_s))});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
@@ -49,7 +49,7 @@ TEST_F(Sale, GoesFromAReceiptFileToItsFiscalResult)
     EXPECT_EQ(fiscal.value(u"registrationNumber"_s).toString().size(), 16);
     EXPECT_FALSE(fiscal.value(u"shiftNumber"_s).toString().isEmpty());
     const QString sign = fiscal.value(u"fiscalSign"_s).toString();
-    EXPECT_GT(sign.toLongLong(), 1LL << 31) << "digits that do not fit into 32 bits come through";
+    EXPECT_GT(sign.toLongLong(), 1LL << 31) << "more than 32 bits arrive intact";
     const QString dateTime = fiscal.value(u"dateTime"_s).toString();
     EXPECT_TRUE(
         QRegularExpression(u"^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d$"_s).match(dateTime).hasMatch())
@@ -60,7 +60,7 @@ TEST_F(Sale, GoesFromAReceiptFileToItsFiscalResult)
             QString::number(fiscal.value(u"fiscalDocumentNumber"_s).toInt()), sign));
 }
 
-TEST_F(Sale, TakesEveryExample)
+TEST_F(Sale, AcceptsEveryExample)
 {
     const Ran sold = shop.frhost({u"sell"_s, QStringLiteral(EXAMPLES "/plain.json"),
         QStringLiteral(EXAMPLES "/agent.json"), QStringLiteral(EXAMPLES "/marked.json"),
@@ -71,7 +71,7 @@ TEST_F(Sale, TakesEveryExample)
         EXPECT_EQ(row, u"registered"_s);
 }
 
-TEST_F(Sale, TakesReceiptsFromStandardInput)
+TEST_F(Sale, ReadsReceiptsFromStandardInput)
 {
     const Ran sold = shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"stdin-1"_s) + receiptLine(u"stdin-2"_s));
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
@@ -79,7 +79,7 @@ TEST_F(Sale, TakesReceiptsFromStandardInput)
         sold.columns({u"file"_s, u"line"_s, u"id"_s}), (QStringList{u"- 1 stdin-1"_s, u"- 2 stdin-2"_s}));
 }
 
-TEST_F(Sale, OfAnIdThatTheServiceKnowsBringsTheFirstResult)
+TEST_F(Sale, OfAKnownIdReturnsTheFirstResult)
 {
     const QString file = shop.receipts({u"twice-1"_s});
     const Ran first = shop.frhost({u"sell"_s, file});
@@ -90,7 +90,7 @@ TEST_F(Sale, OfAnIdThatTheServiceKnowsBringsTheFirstResult)
     EXPECT_EQ(second.lines(), QList<QJsonObject>{expected});
 }
 
-TEST_F(Sale, UnderAnIdOfAnotherReceiptIsRefused)
+TEST_F(Sale, UnderTheIdOfAnotherReceiptIsRefused)
 {
     EXPECT_EQ(shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"mixed-up-1"_s, 160)).exitCode, 0);
     const Ran other = shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"mixed-up-1"_s, 160.01));
@@ -104,7 +104,7 @@ TEST_F(Sale, UnderAnIdOfAnotherReceiptIsRefused)
         HasSubstr("This sale is NOT registered. Give it an id of its own and run it again."));
 }
 
-TEST_F(Sale, GoesOnAfterAReceiptThatIsRefused)
+TEST_F(Sale, ContinuesAfterARefusedReceipt)
 {
     const QByteArray wrong = receiptLine(u"refused-2"_s).replace("\"sum\":160.00}]", "\"sum\":100.00}]");
     const QByteArray noBuyer = R"({"id":"refused-3","positions":[],"payments":[]})"
@@ -128,7 +128,7 @@ TEST_F(Sale, GoesOnAfterAReceiptThatIsRefused)
                              {u"message"_s, u"Тип чека не поддерживается ФР"_s}}));
 }
 
-TEST_F(Sale, WithAWrongReceiptAmongItsFilesSendsNothing)
+TEST_F(Sale, SendsNothingIfOneReceiptIsInvalid)
 {
     const Ran sold =
         shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"nothing-1"_s) + "{\"id\":\"nothing-2\"}\n");
@@ -157,7 +157,7 @@ TEST_F(Sale, CanBeSentFirstAndAskedAboutLater)
     EXPECT_EQ(again.columns({u"uuid"_s, u"recovered"_s}), QStringList{uuid + u" true"_s});
 }
 
-TEST_F(Sale, UnknownToTheServiceCannotBeAskedAbout)
+TEST_F(Sale, CannotBeAskedAboutUnderAnUnknownUuid)
 {
     const Ran asked = shop.frhost({u"info"_s, u"no-such-document"_s});
     EXPECT_EQ(asked.exitCode, 3);
@@ -178,7 +178,7 @@ TEST_F(Sale, NeedsTheRightPassword)
     }
 }
 
-TEST_F(Sale, CanBeCheckedBeforehand)
+TEST_F(Sale, HasAConnectionThatCanBeChecked)
 {
     const Ran checked = shop.frhost({u"check"_s});
     EXPECT_EQ(checked.exitCode, 0) << checked.err.toStdString();

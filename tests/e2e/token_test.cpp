@@ -26,7 +26,7 @@ TEST(ExpiredToken, IsRenewedBeforeTheSaleIsSentAgain)
     EXPECT_EQ(emulator.calls(), u"token sell token sell report"_s);
 }
 
-TEST(ExpiredToken, IsRenewedWhileTheReceiptIsWaitedFor)
+TEST(ExpiredToken, IsRenewedWhileWaitingForTheReceipt)
 {
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"report","effect":"error","code":11,"match":{"next":2})");
@@ -34,12 +34,12 @@ TEST(ExpiredToken, IsRenewedWhileTheReceiptIsWaitedFor)
     const Ran sold = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
     EXPECT_EQ(sold.columns(result), QStringList{u"registered -"_s});
-    // The driver does not renew it at the first question; the second one, asked again, does.
+    // The driver does not renew the token at the first status request, but does at the repeated one.
     EXPECT_EQ(emulator.calls(), u"token sell report report token report"_s)
-        << "a receipt that was accepted is not sent again";
+        << "an accepted receipt is not sent again";
 }
 
-TEST(ShortToken, RunsOutInTheMiddleOfABatch)
+TEST(ShortLivedToken, IsRenewedInTheMiddleOfABatch)
 {
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"token","effect":"old-token","milliseconds":1000,"match":{"next":1})");
@@ -53,7 +53,7 @@ TEST(ShortToken, RunsOutInTheMiddleOfABatch)
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(renewed));
 }
 
-TEST(Waits, AreCountedInQuestions)
+TEST(Waits, AreCountedInStatusRequests)
 {
     const EmulatorProcess emulator({u"--waits"_s, u"3"_s});
     const Shop shop(emulator.url());

@@ -23,7 +23,7 @@ Ran sell(const Shop& shop)
     return shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
 }
 
-TEST(Transport, TrustsTheFileOfAuthoritiesBesideTheConfiguration)
+TEST(Transport, TrustsTheAuthoritiesInAFileNextToTheConfiguration)
 {
     const Authority authority;
     const QTemporaryDir folder;
@@ -46,7 +46,7 @@ TEST(Transport, TrustsTheFileOfAuthoritiesBesideTheConfiguration)
     EXPECT_EQ(sold.columns(outcome), QStringList{u"r1 registered"_s});
 }
 
-TEST(Transport, SaysWhoItIs)
+TEST(Transport, SendsTheConfiguredUserAgent)
 {
     const EmulatorProcess emulator;
     Shop shop(emulator.url());
@@ -56,7 +56,7 @@ TEST(Transport, SaysWhoItIs)
     EXPECT_EQ(emulator.requests().count(u"\r\nUser-Agent: till-7/1.2 (shop)\r\n"_s), 3);
 }
 
-TEST(Transport, GoesThroughTheProxyWhosePasswordNobodyReads)
+TEST(Transport, UsesTheProxyWithoutShowingItsPassword)
 {
     const RawServer proxy([](Peer& peer, const std::string& request) {
         if (request.starts_with("GET "))
@@ -80,8 +80,7 @@ TEST(Transport, GoesThroughTheProxyWhosePasswordNobodyReads)
                            "GET http://service.invalid/possystem/v4/shop_1/report/u HTTP/1.1"));
 }
 
-// A row of the table: a limit in milliseconds, what the emulator does to the sale, and what the log says
-// then.
+// A row of the table: a limit in milliseconds, what the emulator does to the sale, and what is then logged.
 struct Row
 {
     const char* name;
@@ -120,7 +119,7 @@ TEST_P(Limit, IsThatOfTheConfiguration)
 INSTANTIATE_TEST_SUITE_P(
     Of, Limit, testing::ValuesIn(rows), [](const auto& of) { return std::string(of.param.name); });
 
-// Connected, and then no word of TLS: that belongs to the connection.
+// Silence in the TLS handshake counts as connecting.
 TEST(ConnectionLimit, IsThatOfTheConfiguration)
 {
     const RawServer silent([](Peer&, const std::string&) {});

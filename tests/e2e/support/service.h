@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-/// A service of the tests' own in front of frhost, for answers that no fault of the emulator gives.
+/// A scripted service for answers that no fault of the emulator produces.
 class Service
 {
 public:
@@ -26,7 +26,7 @@ public:
 
         [[nodiscard]] Call call() const;
         void answer(int status, const char* body) { peer.answer(status, body); }
-        /// Answers, announces that the connection ends with it, and hangs up.
+        /// Answers with the announcement that the connection closes, and closes it.
         void answerLast(int status, const char* body)
         {
             peer.answer(status, body, "Connection: close\r\n");

@@ -4,7 +4,8 @@
 
 #include <QTemporaryDir>
 
-/// A shop with a till that runs frhost: its configuration and its receipts, in a folder that goes with it.
+/// A shop with a till that runs frhost: its configuration and its receipts, in a folder that is deleted with
+/// the object.
 class Shop
 {
 public:
@@ -13,18 +14,18 @@ public:
 
     /// Replaces or adds a line of the configuration's section [register].
     void configure(const QString& key, const QString& value);
-    /// Takes a line out of it.
+    /// Removes a line from it.
     void unconfigure(const QString& key);
     /// The same as configure() for the section [transport].
     void configureTransport(const QString& key, const QString& value);
-    /// Writes a file that only its owner can read and returns its path.
+    /// Writes a file that only its owner can read; returns its path.
     [[nodiscard]] QString file(const QString& name, const QByteArray& content) const;
-    /// Writes a file with one receipt for each id, on a line each, of 160 roubles.
+    /// Writes a file with a receipt of 160 roubles for each id, one per line.
     [[nodiscard]] QString receipts(const QStringList& ids) const;
 
     /// Runs frhost with the configuration and --json.
     [[nodiscard]] Ran frhost(const QStringList& arguments, const QByteArray& input = {}) const;
-    /// All arguments that frhost() would give.
+    /// All arguments that frhost() would use.
     [[nodiscard]] QStringList arguments(const QStringList& more) const;
 
 private:
