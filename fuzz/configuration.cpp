@@ -13,7 +13,7 @@ namespace {
 
 using namespace till;
 
-// The folder of the configuration, with a password file that it may name.
+// The folder of the configuration, with a password file that the configuration may name.
 const InputFile& folder()
 {
     static const InputFile input;
@@ -30,7 +30,7 @@ void swallow(QtMsgType, const QMessageLogContext&, const QString&) {}
 
 } // namespace
 
-// A configuration: from the text to the properties of the register.
+// The input is a configuration; it goes from its text to the properties of the register.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     qInstallMessageHandler(swallow);

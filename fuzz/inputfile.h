@@ -8,8 +8,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-/// Input as a file, for code that reads files. The folder goes with the object; the file is written over each
-/// time.
+/// Input as a file, for code that reads files. Each input overwrites the one before; the folder is deleted
+/// with the object.
 class InputFile
 {
 public:

@@ -26,7 +26,7 @@ void require(bool holds)
         std::abort();
 }
 
-// Composes the receipt as it would be sent. What is sent is always JSON and has the receipt's id.
+// Composes the receipt as it would be sent: always JSON with the receipt's id.
 void compose(const QJsonObject& json)
 {
     RecordingTransport transport;
@@ -45,7 +45,7 @@ void compose(const QJsonObject& json)
     require(sent.value(u"external_id"_s) == json.value(u"id"_s));
 }
 
-// Reads all receipts; what the file can be, it is at the second time too.
+// Reads all receipts; reading them a second time must give the same texts.
 void read(const QString& path)
 {
     static const ReceiptParser parser;
@@ -70,7 +70,7 @@ void swallow(QtMsgType, const QMessageLogContext&, const QString&) {}
 
 } // namespace
 
-// A file of receipts: from the reader to the body that would be sent.
+// The input is a file of receipts; it goes from the reader to the body that would be sent.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     qInstallMessageHandler(swallow);

@@ -16,8 +16,8 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// Runs one conversation of a register with a service that gives the answers and then none. The failures that
-// a host expects are caught; any other exception ends the run.
+// Runs one conversation of a register with a service that gives these answers and then errors. The failures
+// that a host expects are caught; any other exception ends the run.
 void converse(const QList<QByteArray>& answers, const std::function<void(SleeplessDriver&)>& conversation)
 {
     ScriptedTransport transport;
@@ -43,7 +43,7 @@ void swallow(QtMsgType, const QMessageLogContext&, const QString&) {}
 
 } // namespace
 
-// The body of a reply of the service, as the answer to each request that a register makes.
+// The input is the body of a reply; it answers each request that a register makes.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     qInstallMessageHandler(swallow);

@@ -8,7 +8,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-// Runs a fuzz target over every file of a folder, without the fuzzer.
+// Runs a fuzz target on every file of a folder, without the fuzzer.
 int main(int argc, char** argv)
 {
     if (argc != 2) {

@@ -43,7 +43,7 @@ PtyDevice::PtyDevice(int speed, AtAnotherSpeed behaviour)
 {
     checked(grantpt(master), "grantpt");
     checked(unlockpt(master), "unlockpt");
-    // While no one has the near end open the far end reports a hang-up; so this keeps it open.
+    // Kept open, because the far end reports a hang-up while the near end is closed.
     slave = checked(open(ptsname(master), O_RDWR | O_NOCTTY), "open");
     stopEvent = checked(eventfd(0, 0), "eventfd");
     server = std::thread([this] { serve(); });

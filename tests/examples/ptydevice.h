@@ -7,10 +7,10 @@
 #include <mutex>
 #include <thread>
 
-/// A device at the far end of a pseudo-terminal, the near end of which a driver opens as a serial port.
+/// A device at the far end of a pseudo-terminal; a driver opens the near end as a serial port.
 ///
-/// It answers each byte with ACK while the line is set to its own speed, which it reads from the terminal's
-/// settings. At another speed it hears nothing it understands: it stays silent, or sends a garbled byte.
+/// It answers each byte with ACK if the terminal is set to the device's own speed. At another speed it stays
+/// silent, or sends a garbled byte.
 class PtyDevice
 {
 public:
@@ -26,11 +26,11 @@ public:
 
     /// The device file for the driver.
     [[nodiscard]] QString path() const;
-    void moveTo(int speed) { ownSpeed = speed; }
-    /// The device is gone, as when a cable is pulled; the line fails from now on.
+    void changeSpeed(int speed) { ownSpeed = speed; }
+    /// Removes the device, as when a cable is pulled; the line fails from now on.
     void unplug();
 
-    /// The speed that the line is set to now.
+    /// The speed that the line is set to.
     [[nodiscard]] int lineSpeed() const;
     /// Each byte received so far, as "byte at speed".
     [[nodiscard]] QList<QString> heard() const;

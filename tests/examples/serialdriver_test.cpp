@@ -12,13 +12,13 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// Far more than an answer takes: a device that answers at every speed, if only garbled, is never waited for.
+// Far longer than an answer takes; a device that answers at every speed, even if garbled, never uses it up.
 constexpr auto longTime = 20s;
 
 const QString noLink = u"FrNoConnectionException: Нет связи"_s;
 const QString noAnswer = u"FrNoConnectionException: Нет связи с ФР"_s;
 
-/// A driver on the near end of a line, with a device on the far end.
+// A driver on the near end of a line, with a device on the far end.
 struct Desk
 {
     explicit Desk(int speed, PtyDevice::AtAnotherSpeed behaviour = PtyDevice::AtAnotherSpeed::Garbled,
@@ -40,7 +40,7 @@ struct Desk
     SampleDriver driver;
 };
 
-TEST(SerialDriver, IsFoundAtTheOnlySpeedThatTheDeviceAnswersAt)
+TEST(SerialDriver, FindsTheOnlySpeedThatTheDeviceAnswersAt)
 {
     Desk desk(57600);
     desk.driver.portOpen();
@@ -54,7 +54,7 @@ TEST(SerialDriver, IsFoundAtTheOnlySpeedThatTheDeviceAnswersAt)
             u"info:  скорость: 57600"_s}));
 }
 
-TEST(SerialDriver, AnswersAtTheDefaultSpeedAtOnce)
+TEST(SerialDriver, ConnectsAtTheDefaultSpeedWithoutASearch)
 {
     Desk desk(19200);
     desk.driver.portOpen();
@@ -69,32 +69,32 @@ TEST(SerialDriver, WorksOnceItIsConnected)
     EXPECT_EQ(desk.connect(), u"returned"_s);
     EXPECT_EQ(outcomeOf([&] { desk.driver.beep(); }), u"returned"_s);
     EXPECT_EQ(desk.device.heard().last(), u"7 at 9600"_s);
-    desk.device.moveTo(4800);
+    desk.device.changeSpeed(4800);
     EXPECT_EQ(outcomeOf([&] { desk.driver.beep(); }), u"FrCommandException: ФР не выполнил команду"_s);
 }
 
-TEST(SerialDriver, FindsADeviceThatHasMoved)
+TEST(SerialDriver, FindsADeviceThatHasChangedItsSpeed)
 {
     Desk desk(57600);
     desk.driver.portOpen();
     EXPECT_EQ(desk.connect(), u"returned"_s);
-    desk.device.moveTo(9600);
+    desk.device.changeSpeed(9600);
     EXPECT_EQ(desk.connect(), u"returned"_s);
     EXPECT_EQ(desk.device.lineSpeed(), 9600);
 }
 
-TEST(SerialDriver, DoesNotLookForADeviceThatHasMovedWhenTheSettingsForbidIt)
+TEST(SerialDriver, DoesNotSearchOnReconnectingIfTheSettingsForbidIt)
 {
     Desk desk(57600);
     desk.settings.setSpeedEnumerate(false);
     desk.driver.portOpen();
     EXPECT_EQ(desk.connect(), u"returned"_s);
     const qsizetype before = desk.device.heard().size();
-    desk.device.moveTo(9600);
+    desk.device.changeSpeed(9600);
     EXPECT_EQ(desk.connect(), noAnswer);
     EXPECT_EQ(desk.device.heard().mid(before), (QList<QString>{u"5 at 19200"_s, u"5 at 57600"_s}));
     EXPECT_EQ(desk.device.lineSpeed(), 19200);
-    desk.device.moveTo(57600);
+    desk.device.changeSpeed(57600);
     EXPECT_EQ(desk.connect(), u"returned"_s);
 }
 
@@ -115,7 +115,7 @@ TEST(SerialDriver, HasNoLinkWhenTheDeviceIsUnplugged)
     EXPECT_EQ(desk.connect(), noLink);
 }
 
-TEST(SerialDriver, NeedsItsPortOpen)
+TEST(SerialDriver, NeedsAnOpenPort)
 {
     Desk desk(19200);
     const QString closed = u"FrNoConnectionException: Необходимо открыть порт"_s;
@@ -127,7 +127,7 @@ TEST(SerialDriver, NeedsItsPortOpen)
     EXPECT_EQ(desk.device.heard(), QList<QString>());
 }
 
-TEST(SerialDriver, StaysClosedWhenThereIsNoSuchPort)
+TEST(SerialDriver, StaysClosedIfThePortDoesNotExist)
 {
     BasicFrSettings settings;
     SerialLine line(u"/dev/no-such-port"_s);
@@ -148,6 +148,6 @@ TEST(SerialDriver, NamesItsModelAndItsLogger)
 int main(int argc, char** argv)
 {
     testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv); // a serial port waits through the event dispatcher
+    const QCoreApplication application(argc, argv); // a serial port waits in the event dispatcher
     return RUN_ALL_TESTS();
 }

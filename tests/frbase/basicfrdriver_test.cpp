@@ -210,7 +210,7 @@ TEST(Information, IsACopyOfWhatTheDriverHasStored)
     EXPECT_EQ(driver.getFiscalInfo(0, false).fiscalSign, u"3449555941"_s);
 }
 
-TEST(Handlers, AreKeptAsCopies)
+TEST(Handlers, AreStoredAsCopies)
 {
     Driver driver;
     QStringList heard;
@@ -229,7 +229,7 @@ TEST(Handlers, AreKeptAsCopies)
     EXPECT_EQ(heard, (QStringList{u"Бумага, нет"_s, u"ok ОФД 2024"_s}));
 }
 
-/// Something that a handler holds on to: calls the function when the last copy of it is gone.
+// Something for a handler to hold: calls the function when its last copy is destroyed.
 std::shared_ptr<void> held(const std::function<void()>& whenGone)
 {
     return {nullptr, [whenGone](void*) { whenGone(); }};
@@ -253,7 +253,7 @@ TEST(Handlers, AreDestroyedWhenReplacedAfterTheNewOneIsInPlace)
     EXPECT_EQ(heard, (QStringList{u"error goes"_s, u"new error"_s, u"ofd goes"_s, u"new ofd"_s}));
 }
 
-TEST(Handlers, DieWithTheDriverTheErrorHandlerFirst)
+TEST(Handlers, AreDestroyedWithTheDriverTheErrorHandlerFirst)
 {
     QStringList gone;
     {

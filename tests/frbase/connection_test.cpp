@@ -26,7 +26,7 @@ QString tryingTheCurrentSpeed(ScriptedDriver& driver)
     return driver.connectAtCurrentSpeed() ? u"true"_s : u"false"_s;
 }
 
-// What holds before the call.
+// The state before the call.
 struct Given
 {
     QList<int> baudRates = {};
@@ -37,7 +37,7 @@ struct Given
     QList<int> kinds = {1};
 };
 
-// A row of a table: the steps of a call, from which line and device take what they do, and how it ends.
+// A row of the table: the steps of a call, which are also the script of line and device, and its outcome.
 //
 //   19200+     the line is set to a speed    search, off, current9600   log lines
 //   try9600+   the same, by the search       portError, lineError       log lines of a failed port
@@ -58,7 +58,7 @@ void PrintTo(const Row& row, std::ostream* out)
     *out << row.steps;
 }
 
-// The steps as the log shows them, with the calls of line and device in it.
+// The steps as log lines, calls of line and device among them, and the scripts for these.
 struct Expected
 {
     QStringList log;

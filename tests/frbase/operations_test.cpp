@@ -17,7 +17,7 @@ void PrintTo(const Operation& operation, std::ostream* out)
 
 namespace {
 
-/// The base with nothing overridden and its fields to look at.
+// The base with nothing overridden and its fields visible.
 class Defaults : public BasicFrDriver
 {
 public:

@@ -17,7 +17,7 @@ This file is generated from the table that the tests run (`tests/frbase/operatio
 `operations_document` writes it anew, and a stale copy fails the tests.
 )"_s;
 
-// "info: text" as level and text; the text in code marks, so that a leading space stays.
+// Turns "info: text" into level and text; the text as code, so that a leading space is kept.
 QString shown(const QStringList& log)
 {
     QStringList marked;
@@ -34,7 +34,7 @@ QString row(const Operation& operation)
 
 } // namespace
 
-// Writes the table of operations as a document for readers to standard output.
+// Writes the table of operations to standard output as a document.
 int main()
 {
     QString document = beginning;

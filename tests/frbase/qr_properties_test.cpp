@@ -10,7 +10,7 @@ namespace {
 using Row = std::vector<unsigned char>;
 using Rows = std::vector<Row>;
 
-// The modules of a packed row, those that fill up its last byte too.
+// The modules of a packed row, including the padding of its last byte.
 Row unpacked(const Row& packed, bool reverse)
 {
     Row modules;
@@ -21,7 +21,7 @@ Row unpacked(const Row& packed, bool reverse)
     return modules;
 }
 
-TEST(PackedRows, HoldTheLowestBitOfEachModuleAndAreFilledUpWithZeros)
+TEST(PackedRows, HoldTheLowestBitOfEachModulePaddedWithZeros)
 {
     BasicFrSettings settings;
     const BasicFrDriver driver(nullptr, u"qr"_s, &settings);

@@ -30,12 +30,12 @@ const QString begun = u"info: Генерируем qr-code"_s;
 const QString made = u"info: qr-code сгенерирован"_s;
 const QString failed = u"error: Не удалось сгенерировать QR код!"_s;
 
-/// How many bytes a code of each version holds at the highest level of error correction.
+// How many bytes a code of each version holds at the highest level of error correction.
 constexpr std::array<int, 40> capacities{7, 14, 24, 34, 44, 58, 64, 84, 98, 119, 137, 155, 177, 194, 220, 250,
     280, 310, 338, 382, 403, 439, 461, 511, 535, 593, 625, 658, 698, 742, 790, 842, 898, 958, 983, 1051, 1093,
     1139, 1219, 1273};
 
-/// Text whose bytes differ from place to place.
+// Text with different bytes in different places.
 QString textOf(int bytes)
 {
     QString text;
@@ -44,7 +44,7 @@ QString textOf(int bytes)
     return text;
 }
 
-/// The module bytes of the library, as rows of 0xFF and 0x00.
+// The library's modules as rows of 0xFF and 0x00.
 Rows modulesOf(const QByteArray& text)
 {
     const std::unique_ptr<QRcode, decltype(&QRcode_free)> symbol(
@@ -62,7 +62,7 @@ Rows modulesOf(const QByteArray& text)
     return rows;
 }
 
-/// Reads the matrix back from a picture of it, three pixels a module with a quiet zone of four modules.
+// Reads the matrix back from its picture with three pixels per module and a quiet zone of four modules.
 QList<QByteArray> readBack(const Rows& rows)
 {
     constexpr std::size_t scale = 3;
@@ -156,7 +156,7 @@ TEST(ReversedByte, HasItsBitsInTheOppositeOrder)
 
 } // namespace
 
-// Found before the library's, to count.
+// Found before the library's own, to count its calls.
 extern "C" void QRcode_free(QRcode* symbol)
 {
     ++symbolsFreed;

@@ -6,8 +6,8 @@
 
 using SslContext = std::shared_ptr<struct ssl_ctx_st>;
 
-/// A certificate authority of a test's own: a root, an intermediate below it, and servers' certificates.
-/// Nothing of it outlives the object but the contexts that it has handed out.
+/// A certificate authority for a test: a root, an intermediate below it, and certificates of servers. Only
+/// the contexts that it has handed out outlive the object.
 class Authority
 {
 public:
@@ -26,9 +26,9 @@ public:
         /// Validity, in seconds from now.
         long notBefore = -3600;
         long notAfter = 3600;
-        /// Whether the server shows the intermediate's certificate too.
+        /// Whether the server sends the intermediate's certificate too.
         bool showIntermediate = true;
-        /// The newest version offered, as OpenSSL numbers it; 0 for the newest there is.
+        /// The newest version of TLS offered, as OpenSSL numbers it; 0 for the newest there is.
         int maxVersion = 0;
     };
 
@@ -41,7 +41,7 @@ public:
     [[nodiscard]] std::string caFile() const;
     [[nodiscard]] SslContext server(const Wanted& wanted) const;
     [[nodiscard]] SslContext server() const { return server(Wanted()); }
-    /// A certificate and its key in PEM files, for servers that are programs of their own.
+    /// Writes a certificate and its key as PEM files, for servers in other programs.
     void write(const Wanted& wanted, const std::string& certificateFile, const std::string& keyFile) const;
 
 private:

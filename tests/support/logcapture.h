@@ -6,7 +6,7 @@
 
 #include <memory>
 
-/// Collects what is logged while it lives, whatever the thread; one capture at a time.
+/// While it lives, collects what all threads log. Only one may live at a time.
 class LogCapture
 {
 public:
@@ -16,7 +16,7 @@ public:
 
     /// The lines so far, each as "level: text" with the levels debug, info, warn and error.
     [[nodiscard]] QStringList lines() const;
-    /// The same, and forgets them.
+    /// Returns the lines so far and forgets them.
     QStringList take();
     /// The logging categories of the lines so far, in the same order.
     [[nodiscard]] QStringList categories() const;

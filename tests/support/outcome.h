@@ -4,5 +4,5 @@
 
 #include <functional>
 
-/// How a call ended: "returned", or the class of what it threw with its Russian text after a colon.
+/// How a call ended: "returned", or the class and the Russian text of the exception, as "Class: text".
 [[nodiscard]] QString outcomeOf(const std::function<void()>& call);

@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <QList>
 
-/// The bytes of every QR code in a picture of 8-bit grey values, read by a decoder that shares no code with
-/// whatever drew it. The picture has width * height bytes, row by row from the top.
+/// The bytes of every QR code in a picture of 8-bit grey values, width * height of them in rows from the top.
+/// The decoder shares no code with what draws the codes.
 [[nodiscard]] QList<QByteArray> decodedQrCodes(
     const QByteArray& grey, unsigned int width, unsigned int height);

@@ -6,8 +6,7 @@
 
 #include <ostream>
 
-// How GoogleTest shows Qt's texts when an assertion fails; found by the compiler by argument-dependent
-// look-up.
+// How GoogleTest shows Qt's texts when an assertion fails; found by argument-dependent look-up.
 QT_BEGIN_NAMESPACE
 
 inline void PrintTo(const QString& text, std::ostream* out)

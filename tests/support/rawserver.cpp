@@ -20,7 +20,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// How often a waiting thread looks whether the server ends.
+// How often a waiting thread checks whether the server is ending.
 constexpr int pollMilliseconds = 20;
 
 std::size_t contentLength(std::string_view headers)
@@ -77,7 +77,7 @@ bool Peer::secure()
     return false;
 }
 
-// Both return what was moved, 0 at the end of the connection and below 0 for "not now".
+// Both return the number of bytes, 0 at the end of the connection and a negative number for "not now".
 long Peer::receiveSome(char* to, std::size_t room)
 {
     if (ssl) {
@@ -265,8 +265,8 @@ void RawServer::refuseFurther()
 
 void RawServer::accept()
 {
-    // OpenSSL writes without MSG_NOSIGNAL. Blocked in the server's threads alone, so that a client which dies
-    // of the signal is noticed; the threads of the connections inherit it.
+    // OpenSSL writes without MSG_NOSIGNAL. Blocked only in the server's threads, so that a client that the
+    // signal kills is noticed; the threads of the connections inherit the mask.
     sigset_t brokenPipe;
     sigemptyset(&brokenPipe);
     sigaddset(&brokenPipe, SIGPIPE);

@@ -24,25 +24,25 @@ public:
     Peer(const Peer&) = delete;
     Peer& operator=(const Peer&) = delete;
 
-    /// Agrees on TLS; true at once without a context.
+    /// Does the TLS handshake; without a context, there is nothing to do. Returns whether it succeeded.
     [[nodiscard]] bool secure();
     /// The next request with its body; empty when the client has closed the connection.
     [[nodiscard]] std::string readRequest();
-    /// So many bytes; fewer when the client has closed the connection.
+    /// The next bytes; fewer than asked for when the client has closed the connection.
     [[nodiscard]] std::string readBytes(std::size_t count);
     /// Sends the bytes as they are.
     void send(std::string_view bytes);
     /// Sends the bytes one by one, each after the pause, until the client gives up.
     void drip(std::string_view bytes, std::chrono::milliseconds pause);
-    /// Sends an HTTP/1.1 answer with its Content-Length.
+    /// Sends an HTTP/1.1 answer with a Content-Length.
     void answer(int status, std::string_view body, std::string_view extraHeaders = {});
-    /// Sends the answer and closes the connection in order; the two leave together.
+    /// Sends the answer and closes the connection in order, in one packet where possible.
     void answerAndClose(int status, std::string_view body, std::string_view extraHeaders = {});
     /// Closes the connection in order.
     void close();
     /// Closes the connection with a TCP reset.
     void reset();
-    /// Says nothing until the client gives up or the server ends.
+    /// Stays silent until the client gives up or the server ends.
     void hang();
     [[nodiscard]] bool isOpen() const { return socket >= 0; }
     /// Every byte that has arrived, decrypted.
@@ -66,9 +66,8 @@ private:
     std::string arrived;
 };
 
-/// A server on loopback, on a free port, that does on the wire exactly what its script says and keeps every
-/// request it has read. The script is called once for each request, in the thread of its connection. Ends
-/// with the object.
+/// A server on a free port of loopback that does on the wire exactly what its script says and records every
+/// request. The script is called once per request, in the thread of its connection. Ends with the object.
 class RawServer
 {
 public:
@@ -84,11 +83,11 @@ public:
     [[nodiscard]] std::string url() const;
     [[nodiscard]] std::vector<std::string> requests() const;
     [[nodiscard]] std::size_t connections() const;
-    /// Every byte of the connections that are closed, decrypted.
+    /// Every byte that arrived on the closed connections, decrypted.
     [[nodiscard]] std::string everything() const;
-    /// Waits until so many connections were closed by either side; false when that takes over five seconds.
+    /// Waits until this many connections have been closed by either side; false after five seconds.
     [[nodiscard]] bool waitForClosed(std::size_t count) const;
-    /// From now on new connections are refused; those that are open go on. May be called from the script.
+    /// From now on refuses new connections; open ones stay. May be called from the script.
     void refuseFurther();
 
 private:

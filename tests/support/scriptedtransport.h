@@ -5,11 +5,11 @@
 #include <QJsonObject>
 #include <QList>
 
-/// A transport that answers from a queue and keeps what was asked of it. While it lives it stands in for
-/// every RestClient that the factory creates.
+/// A transport that answers from a queue and records the requests. While it lives, it replaces every
+/// RestClient that the factory creates.
 ///
-/// A request with nothing queued is answered with the error text "nothing was queued", so that a test that
-/// forgot an answer fails loudly.
+/// A request without a queued answer gets the error text "nothing was queued", so that a test that forgot an
+/// answer fails visibly.
 class ScriptedTransport : public RestClient
 {
 public:

@@ -4,7 +4,7 @@
 #include <QString>
 #include <QTemporaryDir>
 
-/// A folder of files that goes with the test.
+/// A folder of files that is deleted with the object.
 class TextFiles
 {
 public:
