@@ -1,7 +1,7 @@
 #include "tests/e2e/support/emulatorprocess.h"
 #include "tests/e2e/support/shop.h"
-#include "tests/support/authority.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/authority.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #include "host/transport/restclient.h"
 #include "tests/driver/wire/wireclient.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <QUrl>
 

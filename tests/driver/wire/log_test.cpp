@@ -3,7 +3,7 @@
 #include "host/transport/restclient.h"
 #include "tests/driver/wire/wireclient.h"
 #include "tests/support/logcapture.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <QRegularExpression>
 #include <QUrl>

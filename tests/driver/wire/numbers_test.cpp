@@ -1,7 +1,7 @@
 #include "host/records/fiscaldocument.h"
 #include "tests/driver/wire/wireclient.h"
-#include "tests/support/rawserver.h"
 #include "tests/support/sleeplessdriver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <QJsonDocument>
 

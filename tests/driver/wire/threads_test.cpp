@@ -1,8 +1,8 @@
 #include "host/records/fiscaldocument.h"
 #include "host/records/frpayment.h"
 #include "tests/driver/wire/wireclient.h"
-#include "tests/support/rawserver.h"
 #include "tests/support/sleeplessdriver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <gtest/gtest.h>
 

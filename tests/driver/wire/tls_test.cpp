@@ -1,6 +1,6 @@
 #include "tests/driver/wire/wireclient.h"
 #include "tests/support/logcapture.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <gtest/gtest.h>
 #include <openssl/ssl.h>

@@ -2,7 +2,7 @@
 #include "host/transport/restclient.h"
 #include "tests/driver/wire/wireclient.h"
 #include "tests/support/process.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -3,7 +3,7 @@
 #include "atolonline/commandprocessor.h"
 #include "host/transport/transportoptions.h"
 #include "plugin/atolonlinesettings.h"
-#include "tests/support/authority.h"
+#include "tests/support/wire/authority.h"
 
 #include <QString>
 #include <QStringList>

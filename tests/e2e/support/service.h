@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <QString>
 

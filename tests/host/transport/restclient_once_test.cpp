@@ -1,6 +1,6 @@
 #include "host/transport/restclient.h"
 #include "host/transport/transportoptions.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <gtest/gtest.h>
 

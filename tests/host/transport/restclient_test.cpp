@@ -1,7 +1,7 @@
 #include "host/log/log4qt.h"
 #include "host/transport/restclient.h"
 #include "tests/support/logcapture.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <QJsonObject>
 #include <QRegularExpression>

@@ -1,6 +1,6 @@
 #include "hostcli/commands/batch.h"
 #include "tests/support/qtprinters.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 #include "till/wire/observingtransport.h"
 
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "host/exceptions.h"
 #include "tests/support/qtprinters.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 #include "till/wire/installedtransport.h"
 #include "till/wire/observingtransport.h"
 #include "till/wire/recordingtransport.h"

@@ -1,4 +1,4 @@
-#include "tests/support/authority.h"
+#include "tests/support/wire/authority.h"
 
 #include <openssl/ec.h>
 #include <openssl/pem.h>

@@ -1,4 +1,4 @@
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <arpa/inet.h>
 #include <netinet/tcp.h>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tests/support/authority.h"
+#include "tests/support/wire/authority.h"
 
 #include <atomic>
 #include <chrono>
