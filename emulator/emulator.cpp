@@ -2,7 +2,7 @@
 
 #include "emulator/http/guard.h"
 #include "emulator/page/pagefiles.h"
-#include "emulator/service/replies.h"
+#include "emulator/protocol/replies.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,11 +1,10 @@
 #include "emulator/api/api.h"
 
 #include "emulator/api/expect.h"
-#include "emulator/service/replies.h"
-#include "emulator/store/register.h"
+#include "emulator/api/qr.h"
+#include "emulator/http/jsonreply.h"
 #include "emulator/values/jsonreader.h"
 #include "emulator/values/money.h"
-#include "emulator/values/qr.h"
 
 #include <charconv>
 

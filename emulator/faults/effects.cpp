@@ -1,6 +1,7 @@
 #include "emulator/faults/effects.h"
 
-#include "emulator/service/replies.h"
+#include "emulator/http/jsonreply.h"
+#include "emulator/protocol/replies.h"
 
 #include <algorithm>
 

@@ -2,8 +2,10 @@
 
 #include "emulator/faults/effects.h"
 #include "emulator/protocol/mask.h"
+#include "emulator/protocol/replies.h"
+#include "emulator/service/fiscalisation.h"
 #include "emulator/service/receiptcheck.h"
-#include "emulator/service/replies.h"
+#include "emulator/service/statusreplies.h"
 #include "emulator/values/identifiers.h"
 
 #include <algorithm>

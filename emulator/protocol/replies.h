@@ -3,22 +3,17 @@
 #include "emulator/http/http.h"
 #include "emulator/protocol/call.h"
 #include "emulator/protocol/errors.h"
-#include "emulator/store/store.h"
 #include "emulator/values/moscowtime.h"
 
 #include <string>
 
 namespace emulator {
 
-/// The answers of the service, each at the moment `now`.
-[[nodiscard]] Reply jsonReply(int status, const Json& body);
+/// The answers of the service that need no document, each at the moment `now`.
 [[nodiscard]] Reply tokenReply(const std::string& token, TimePoint now);
 [[nodiscard]] Reply acceptedReply(const std::string& uuid, TimePoint now);
 [[nodiscard]] Reply duplicateReply(const std::string& firstUuid, TimePoint now);
 [[nodiscard]] Reply errorReply(
     Endpoint endpoint, const ServiceError& error, TimePoint now, const std::string& details = {});
-/// Status answers of a document: not processed yet, or as it turned out.
-[[nodiscard]] Reply waitingReply(const Document& document, TimePoint now);
-[[nodiscard]] Reply finishedReply(const Document& document, TimePoint now);
 
 } // namespace emulator

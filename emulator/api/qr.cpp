@@ -1,11 +1,24 @@
-#include "emulator/values/qr.h"
+#include "emulator/api/qr.h"
 
 #include <qrencode.h>
 
+#include <array>
+#include <cstdio>
 #include <memory>
 #include <stdexcept>
 
 namespace emulator {
+
+std::string qrText(const Json& payload, const TimePoint time, const int settlement)
+{
+    std::array<char, 64> sum{};
+    std::snprintf(sum.data(), sum.size(), "%.2f", payload["total"].get<double>());
+    return "t=" + moscowTimeOfQr(time) + "&s=" + sum.data() +
+           "&fn=" + payload["fn_number"].get<std::string>() +
+           "&i=" + std::to_string(payload["fiscal_document_number"].get<std::int64_t>()) +
+           "&fp=" + std::to_string(payload["fiscal_document_attribute"].get<std::int64_t>()) +
+           "&n=" + std::to_string(settlement);
+}
 
 std::string qrImage(const std::string& text)
 {

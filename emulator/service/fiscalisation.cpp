@@ -1,0 +1,48 @@
+#include "emulator/service/fiscalisation.h"
+
+#include "emulator/values/money.h"
+
+namespace emulator {
+
+namespace {
+
+/// The same storage and document always give the same sign, and it never fits into 31 bits.
+std::int64_t fiscalSign(const std::string& storageNumber, const std::int64_t document)
+{
+    std::uint64_t hash = 14695981039346656037u;
+    for (const char c : storageNumber + ':' + std::to_string(document))
+        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211u;
+    hash ^= hash >> 32;
+    return static_cast<std::int64_t>(0x8000'0000u + (hash & 0x7FFF'FFFFu));
+}
+
+void openShiftIfNeeded(Register& where, const TimePoint time, const std::int64_t receiptsPerShift)
+{
+    const bool old = time - where.shiftOpenedAt >= std::chrono::hours(24);
+    const bool full = receiptsPerShift > 0 && where.receiptsInShift >= receiptsPerShift;
+    if (where.shiftOpen && !old && !full)
+        return;
+    constexpr int openingReport = 1;
+    where.documents += openingReport + (where.shiftOpen ? 1 : 0);
+    ++where.shift;
+    where.receiptsInShift = 0;
+    where.shiftOpen = true;
+    where.shiftOpenedAt = time;
+}
+
+} // namespace
+
+Json registerReceipt(Register& where, const TimePoint time, const std::int64_t totalKopecks,
+    const std::int64_t receiptsPerShift)
+{
+    openShiftIfNeeded(where, time, receiptsPerShift);
+    ++where.documents;
+    ++where.receiptsInShift;
+    return {{"total", roubles(totalKopecks)}, {"fns_site", "www.nalog.gov.ru"},
+        {"fn_number", where.storageNumber}, {"shift_number", where.shift},
+        {"receipt_datetime", moscowTime(time)}, {"fiscal_receipt_number", where.receiptsInShift},
+        {"fiscal_document_number", where.documents}, {"ecr_registration_number", where.registrationNumber},
+        {"fiscal_document_attribute", fiscalSign(where.storageNumber, where.documents)}};
+}
+
+} // namespace emulator
