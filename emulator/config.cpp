@@ -95,21 +95,22 @@ void readConfig(const std::string& file, Options& options)
 {
     const Json json = readFile(file);
     JsonReader reader(json, file);
+    ServiceOptions& service = options.service;
     const Json& groups = reader.array("groups");
     const Json& users = reader.array("users");
     if (!groups.empty())
-        options.groups.clear();
+        service.groups.clear();
     for (std::size_t i = 0; i < groups.size(); ++i)
-        options.groups.push_back(readGroup(groups[i], element("groups", i)));
+        service.groups.push_back(readGroup(groups[i], element("groups", i)));
     if (!users.empty())
-        options.users.clear();
-    for (User& usual : options.users)
-        usual.groups = codesOf(options.groups);
+        service.users.clear();
+    for (User& usual : service.users)
+        usual.groups = codesOf(service.groups);
     for (std::size_t i = 0; i < users.size(); ++i)
-        options.users.push_back(readUser(users[i], element("users", i), options.groups));
-    options.receiptsPerShift = static_cast<int>(reader.integer("receiptsPerShift", 0, 0, 1'000'000));
+        service.users.push_back(readUser(users[i], element("users", i), service.groups));
+    service.receiptsPerShift = static_cast<int>(reader.integer("receiptsPerShift", 0, 0, 1'000'000));
     if (const Json* lists = reader.take("lists"))
-        readLists(*lists, options.lists);
+        readLists(*lists, service.lists);
     addFaults(reader.array("faults"), options);
     reader.refuseTheRest();
 }

@@ -31,7 +31,7 @@ Emulator::Emulator(const Options& options, Clock clock)
     : allowedHosts_(options.allowedHosts)
     , clock_(clock)
     , store_(options.database, options.keep)
-    , service_(options, store_, faults_, std::move(clock))
+    , service_(options.service, store_, faults_, std::move(clock))
     , api_(store_, faults_, service_)
     , server_(
           options.port, [this](const Request& request) { return answer(request); }, options.limits,

@@ -75,9 +75,10 @@ void describe(CLI::App& app, Arguments& a)
 Options toOptions(const Arguments& a)
 {
     Options options;
+    emulator::ServiceOptions& service = options.service;
     options.port = a.port;
-    options.groups = {{.code = a.group}};
-    options.users = {{.login = a.login, .password = a.password, .groups = {a.group}}};
+    service.groups = {{.code = a.group}};
+    service.users = {{.login = a.login, .password = a.password, .groups = {a.group}}};
     if (!a.config.empty())
         emulator::readConfig(a.config, options);
     if (!a.faults.empty())
@@ -85,13 +86,13 @@ Options toOptions(const Arguments& a)
     if (!a.database.empty())
         options.database = a.database;
     if (!a.latency.empty()) {
-        options.latencyLow = milliseconds(a.latency.front());
-        options.latencyHigh = std::max(options.latencyLow, milliseconds(a.latency.back()));
+        service.latencyLow = milliseconds(a.latency.front());
+        service.latencyHigh = std::max(service.latencyLow, milliseconds(a.latency.back()));
     }
-    options.waits = a.waits;
-    options.tokenLife = milliseconds(a.tokenLife);
-    options.queueTimeout = milliseconds(a.queueTimeout);
-    options.pace = a.pace;
+    service.waits = a.waits;
+    service.tokenLife = milliseconds(a.tokenLife);
+    service.queueTimeout = milliseconds(a.queueTimeout);
+    service.pace = a.pace;
     options.keep = a.keep;
     options.allowedHosts = a.allowedHosts;
     options.tls = a.tls;

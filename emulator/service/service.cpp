@@ -74,7 +74,7 @@ std::string describe(const Fault* fault)
 
 } // namespace
 
-Service::Service(const Options& options, Store& store, FaultBox& faults, Clock clock)
+Service::Service(const ServiceOptions& options, Store& store, FaultBox& faults, Clock clock)
     : options_(options)
     , store_(store)
     , faults_(faults)

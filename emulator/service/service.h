@@ -2,9 +2,9 @@
 
 #include "emulator/faults/faultbox.h"
 #include "emulator/http/answer.h"
-#include "emulator/options.h"
 #include "emulator/protocol/call.h"
 #include "emulator/service/pace.h"
+#include "emulator/service/serviceoptions.h"
 #include "emulator/store/store.h"
 #include "emulator/values/moscowtime.h"
 
@@ -19,7 +19,7 @@ class Service
 {
 public:
     /// `store` and `faults` are borrowed and must outlive the service. Makes the registers of every group.
-    Service(const Options& options, Store& store, FaultBox& faults, Clock clock = systemTime);
+    Service(const ServiceOptions& options, Store& store, FaultBox& faults, Clock clock = systemTime);
 
     /// Where the links to receipts lead, `http://127.0.0.1:PORT/`.
     void setAddress(const std::string& address) { address_ = address; }
@@ -65,7 +65,7 @@ private:
     [[nodiscard]] Reply error(Endpoint endpoint, int code, const std::string& details = {}) const;
     [[nodiscard]] std::chrono::milliseconds someLatency() const;
 
-    Options options_;
+    ServiceOptions options_;
     Store& store_;
     FaultBox& faults_;
     Clock clock_;

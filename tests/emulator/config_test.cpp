@@ -60,18 +60,18 @@ TEST_F(ConfigFile, GivesGroupsUsersListsAndFaults)
         "lists": {"vatTypes": ["vat22"]},
         "receiptsPerShift": 100,
         "faults": [{"endpoint": "sell", "effect": "close"}]})");
-    ASSERT_EQ(options.groups.size(), 3u);
-    EXPECT_EQ(options.groups[0].inn, "7700000000");
-    EXPECT_EQ(options.groups[0].registers, 3);
-    EXPECT_TRUE(options.groups[0].receiptUrl);
-    EXPECT_FALSE(options.groups[1].receiptUrl);
-    EXPECT_TRUE(options.groups[2].protocolRefused);
-    ASSERT_EQ(options.users.size(), 2u);
-    EXPECT_THAT(options.users[0].groups, ElementsAre("a", "b"));
-    EXPECT_TRUE(options.users[1].blocked);
-    EXPECT_THAT(options.lists.vatTypes, ElementsAre("vat22"));
-    EXPECT_EQ(options.lists.agentTypes, Lists().agentTypes);
-    EXPECT_EQ(options.receiptsPerShift, 100);
+    ASSERT_EQ(options.service.groups.size(), 3u);
+    EXPECT_EQ(options.service.groups[0].inn, "7700000000");
+    EXPECT_EQ(options.service.groups[0].registers, 3);
+    EXPECT_TRUE(options.service.groups[0].receiptUrl);
+    EXPECT_FALSE(options.service.groups[1].receiptUrl);
+    EXPECT_TRUE(options.service.groups[2].protocolRefused);
+    ASSERT_EQ(options.service.users.size(), 2u);
+    EXPECT_THAT(options.service.users[0].groups, ElementsAre("a", "b"));
+    EXPECT_TRUE(options.service.users[1].blocked);
+    EXPECT_THAT(options.service.lists.vatTypes, ElementsAre("vat22"));
+    EXPECT_EQ(options.service.lists.agentTypes, Lists().agentTypes);
+    EXPECT_EQ(options.service.receiptsPerShift, 100);
     ASSERT_EQ(options.faults.size(), 1u);
     EXPECT_EQ(options.faults[0].effect, Effect::Close);
 }
@@ -79,21 +79,21 @@ TEST_F(ConfigFile, GivesGroupsUsersListsAndFaults)
 TEST_F(ConfigFile, LeavesWhatItDoesNotName)
 {
     const Options options = read("{}");
-    EXPECT_EQ(options.groups.front().code, "test");
-    EXPECT_EQ(options.users.front().login, "test");
+    EXPECT_EQ(options.service.groups.front().code, "test");
+    EXPECT_EQ(options.service.users.front().login, "test");
     EXPECT_THAT(options.faults, IsEmpty());
 }
 
 TEST_F(ConfigFile, OpensEveryGroupToAUserOfWhomItDoesNotSayWhich)
 {
     const Options usual = read(R"({"groups": [{"code": "a"}, {"code": "b"}]})");
-    EXPECT_EQ(usual.users.front().login, "test");
-    EXPECT_THAT(usual.users.front().groups, ElementsAre("a", "b"));
+    EXPECT_EQ(usual.service.users.front().login, "test");
+    EXPECT_THAT(usual.service.users.front().groups, ElementsAre("a", "b"));
 
     const Options named = read(R"({"groups": [{"code": "a"}, {"code": "b"}], "users": [
         {"login": "l", "password": "p"}, {"login": "m", "password": "p", "groups": []}]})");
-    EXPECT_THAT(named.users[0].groups, ElementsAre("a", "b"));
-    EXPECT_THAT(named.users[1].groups, IsEmpty());
+    EXPECT_THAT(named.service.users[0].groups, ElementsAre("a", "b"));
+    EXPECT_THAT(named.service.users[1].groups, IsEmpty());
 }
 
 TEST_F(ConfigFile, ThatMakesNoSenseIsRefusedWithTheReason)

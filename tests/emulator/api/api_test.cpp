@@ -282,8 +282,8 @@ TEST_F(OwnApi, ShowsCallsThatRegisteredNothing)
 
 TEST_F(OwnApi, ShowsTheExchangesOfAGroupAndOfAnIdInAnyGroup)
 {
-    options.groups = {{.code = "a"}, {.code = "b"}};
-    options.users = {{.login = "shop", .password = "secret", .groups = {"a", "b"}}};
+    options.service.groups = {{.code = "a"}, {.code = "b"}};
+    options.service.users = {{.login = "shop", .password = "secret", .groups = {"a", "b"}}};
     start();
     takeToken();
     for (const std::string group : {"a", "b"}) {

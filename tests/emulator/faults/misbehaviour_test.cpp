@@ -141,7 +141,7 @@ struct Wired : Misbehaviour, testing::WithParamInterface<Where>
 {
     Wired()
     {
-        options.waits = 1;
+        options.service.waits = 1;
         start();
         takeToken();
     }
@@ -343,7 +343,7 @@ TEST_P(Phased, AnAnswerMayLackAKey)
 
 TEST_P(Phased, AStatusAnswerMayTellOfAFailureOrOfNoEnd)
 {
-    options.waits = 1;
+    options.service.waits = 1;
     start();
     takeToken();
     for (const auto& [effect, word, code] :
@@ -370,7 +370,7 @@ INSTANTIATE_TEST_SUITE_P(BothPhases, Phased, testing::Values("before", "after"),
 
 TEST_F(Misbehaviour, OfAStatusCallCountsAsNoQuestionBefore)
 {
-    options.waits = 1;
+    options.service.waits = 1;
     start();
     takeToken();
     const std::string uuid = sell(goodReceipt()).json()["uuid"];
@@ -543,7 +543,7 @@ TEST_F(Misbehaviour, NamesNoDocumentThatWasTakenBack)
 
 TEST_F(Misbehaviour, BeforeIsNoQuestionForThePaceEither)
 {
-    options.pace = true;
+    options.service.pace = true;
     start();
     takeToken();
     const std::string uuid = sell(goodReceipt()).json()["uuid"];

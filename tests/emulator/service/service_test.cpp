@@ -40,8 +40,8 @@ struct Calls : RunningEmulator
 {
     Calls()
     {
-        options.groups.push_back({.code = "foreign"});
-        options.users.push_back(
+        options.service.groups.push_back({.code = "foreign"});
+        options.service.users.push_back(
             {.login = "blocked", .password = "secret", .groups = {"group-1"}, .blocked = true});
     }
     void ready()
@@ -167,7 +167,7 @@ TEST_F(Calls, AnswerTheSameExternalIdWithTheFirstUuid)
 
 TEST_F(Calls, ReportNotProcessedAsOftenAsTold)
 {
-    options.waits = 2;
+    options.service.waits = 2;
     ready();
     const std::string uuid = sell(goodReceipt()).json()["uuid"];
     const auto waiting = report(uuid);
@@ -180,7 +180,7 @@ TEST_F(Calls, ReportNotProcessedAsOftenAsTold)
 
 TEST_F(Calls, RefuseAMissingAnUnknownAndAnExpiredToken)
 {
-    options.tokenLife = std::chrono::seconds(60);
+    options.service.tokenLife = std::chrono::seconds(60);
     ready();
     EXPECT_EQ(outline(post(sellPath, goodReceipt())), (Outline{401, 10, "fail"}));
     EXPECT_EQ(outline(exchange(postRequest(sellPath, goodReceipt().dump(), "Token: abc\r\n"))),
@@ -216,7 +216,7 @@ TEST_F(Calls, RefuseAGroupThatTheTokenDoesNotOpen)
 
 TEST_F(Calls, RefuseAnUnknownUuidAndOneThatIsTooOld)
 {
-    options.tokenLife = std::chrono::days(100);
+    options.service.tokenLife = std::chrono::days(100);
     ready();
     EXPECT_EQ(outline(report("00000000-0000-4000-8000-000000000000")), (Outline{400, 30, "fail"}));
     const std::string uuid = sell(goodReceipt()).json()["uuid"];
@@ -280,7 +280,7 @@ TEST_F(Calls, RefuseABodyThatIsNestedTooDeep)
 
 TEST_F(Calls, ShareTheRegistersOfAGroupAndNumberEachOfThem)
 {
-    options.groups.front().registers = 2;
+    options.service.groups.front().registers = 2;
     ready();
     const auto document = [this](const std::string& id) {
         const Json payload = report(sell(goodReceipt(id)).json()["uuid"]).json()["payload"];

@@ -56,7 +56,7 @@ struct StateInAFile : State
 
 TEST_F(StateInAFile, OutlivesARestart)
 {
-    options.waits = 2;
+    options.service.waits = 2;
     ready();
     const std::string uuid = registered("id-1");
     const std::string other = registered("id-2");
@@ -70,7 +70,7 @@ TEST_F(StateInAFile, OutlivesARestart)
     EXPECT_EQ(done["payload"]["ofd_receipt_url"], "http://127.0.0.1:" + std::to_string(port()) + "/#" + uuid);
     EXPECT_EQ(sell(goodReceipt("id-2")).json()["uuid"], other);
     EXPECT_EQ(get("/_emulator/expect?external_id=id-2&wire_requests=2").status, 200);
-    options.waits = 0;
+    options.service.waits = 0;
     start();
     const Json next = report(registered("id-3")).json()["payload"];
     EXPECT_EQ(next["fiscal_document_number"], 5);
@@ -82,7 +82,7 @@ TEST_F(StateInAFile, GetsMoreRegistersWhenToldAndKeepsTheOld)
 {
     ready();
     EXPECT_EQ(report(registered("1")).json()["payload"]["fn_number"], "0000990700000001");
-    options.groups.front().registers = 2;
+    options.service.groups.front().registers = 2;
     start();
     EXPECT_EQ(report(registered("2")).json()["payload"]["fn_number"], "0000990700000002");
     const Json payload = report(registered("3")).json()["payload"];
@@ -148,7 +148,7 @@ TEST_F(State, CountsRequestsOfAnIdThatComesAgainAndAgain)
 
 TEST_F(State, ReadiesADocumentAfterItsTime)
 {
-    options.latencyLow = options.latencyHigh = 5s;
+    options.service.latencyLow = options.service.latencyHigh = 5s;
     ready();
     const std::string uuid = registered("id-1");
     EXPECT_EQ(status(uuid), "wait 34");
@@ -160,9 +160,9 @@ TEST_F(State, ReadiesADocumentAfterItsTime)
 
 TEST_F(State, TakesATimeBetweenTheTwoTold)
 {
-    options.latencyLow = 4s;
-    options.latencyHigh = 6s;
-    options.groups.front().registers = 50;
+    options.service.latencyLow = 4s;
+    options.service.latencyHigh = 6s;
+    options.service.groups.front().registers = 50;
     ready();
     for (int i = 0; i < 50; ++i) {
         const std::string uuid = registered("id-" + std::to_string(i));
@@ -174,7 +174,7 @@ TEST_F(State, TakesATimeBetweenTheTwoTold)
 
 TEST_F(State, WorksOffTheQueueOfARegisterOneByOne)
 {
-    options.latencyLow = options.latencyHigh = 5s;
+    options.service.latencyLow = options.service.latencyHigh = 5s;
     ready();
     const std::string first = registered("id-1");
     const std::string second = registered("id-2");
@@ -186,7 +186,7 @@ TEST_F(State, WorksOffTheQueueOfARegisterOneByOne)
 
 TEST_F(State, LetsADocumentFailThatWaitsTooLongForItsRegister)
 {
-    options.latencyLow = options.latencyHigh = 200s;
+    options.service.latencyLow = options.service.latencyHigh = 200s;
     ready();
     registered("id-1");
     registered("id-2");
@@ -200,8 +200,8 @@ TEST_F(State, LetsADocumentFailThatWaitsTooLongForItsRegister)
 
 TEST_F(State, MindsThePaceOfStatusCallsWhenTold)
 {
-    options.pace = true;
-    options.groups.front().registers = 2;
+    options.service.pace = true;
+    options.service.groups.front().registers = 2;
     ready();
     const std::string uuid = registered("id-1");
     EXPECT_EQ(report(uuid).status, 200);
@@ -213,7 +213,7 @@ TEST_F(State, MindsThePaceOfStatusCallsWhenTold)
 
 TEST_F(State, RefusesAGroupOfAnotherProtocol)
 {
-    options.groups.front().protocolRefused = true;
+    options.service.groups.front().protocolRefused = true;
     ready();
     const auto answer = sell(goodReceipt());
     EXPECT_EQ(answer.status, 401);
@@ -222,7 +222,7 @@ TEST_F(State, RefusesAGroupOfAnotherProtocol)
 
 TEST_F(State, WantsTheTaxpayerNumberOfTheGroup)
 {
-    options.groups.front().inn = "7711111111";
+    options.service.groups.front().inn = "7711111111";
     ready();
     EXPECT_EQ(sell(goodReceipt()).json()["error"]["code"], 32);
 }

@@ -7,8 +7,8 @@ RunningEmulator::RunningEmulator()
           std::chrono::milliseconds(std::chrono::sys_days(std::chrono::year(2026) / 3 / 1).time_since_epoch())
               .count())
 {
-    options.groups = {{.code = "group-1"}};
-    options.users = {{.login = "shop", .password = "secret", .groups = {"group-1"}}};
+    options.service.groups = {{.code = "group-1"}};
+    options.service.users = {{.login = "shop", .password = "secret", .groups = {"group-1"}}};
 }
 
 RunningEmulator::~RunningEmulator()
