@@ -1,6 +1,6 @@
 #include "emulator/service/service.h"
 
-#include "emulator/faults/effects.h"
+#include "emulator/faults/misbehaviour.h"
 #include "emulator/protocol/mask.h"
 #include "emulator/protocol/replies.h"
 #include "emulator/service/fiscalisation.h"

@@ -1,4 +1,3 @@
-#include "emulator/faults/effects.h"
 #include "emulator/faults/faultbox.h"
 #include "emulator/values/jsonreader.h"
 

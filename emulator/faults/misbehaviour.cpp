@@ -1,4 +1,4 @@
-#include "emulator/faults/effects.h"
+#include "emulator/faults/misbehaviour.h"
 
 #include "emulator/http/jsonreply.h"
 #include "emulator/protocol/replies.h"
