@@ -64,7 +64,8 @@ Answer Emulator::answer(const Request& request)
     try {
         return request.path.starts_with(apiPath) ? api_.answer(request) : service_.answer(request);
     } catch (const std::exception& failure) {
-        return {.reply = errorReply(Endpoint::Unknown, serviceError(50), clock_(), failure.what())};
+        return {.reply = errorReply(
+                    Endpoint::Unknown, serviceError(ErrorCode::Internal), clock_(), failure.what())};
     }
 }
 
@@ -72,10 +73,10 @@ void Emulator::tellOf(const Exchange& exchange)
 {
     if (!server_.followed())
         return;
-    Json event{{"kind", "call"}, {"endpoint", exchange.endpoint}, {"group", exchange.groupCode},
+    Json event{{"kind", "call"}, {"endpoint", nameOf(exchange.endpoint)}, {"group", exchange.groupCode},
         {"external_id", exchange.externalId}, {"status", exchange.status}, {"fault", exchange.fault}};
-    if (exchange.code >= 0)
-        event["code"] = exchange.code;
+    if (exchange.code)
+        event["code"] = *exchange.code;
     if (const auto document = store_.findDocument(exchange.uuid))
         event["document"] = api_.summary(*document);
     server_.publish(toLine(event));

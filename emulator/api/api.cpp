@@ -12,7 +12,7 @@ namespace emulator {
 
 namespace {
 
-Reply failure(const int status, const std::string& text)
+Reply errorReply(const int status, const std::string& text)
 {
     return jsonReply(status, {{"error", text}});
 }
@@ -55,12 +55,13 @@ std::string qrOf(const Document& document)
 
 Json toJson(const Exchange& exchange)
 {
-    Json json{{"sequence", exchange.sequence}, {"at", isoTime(exchange.at)}, {"endpoint", exchange.endpoint},
-        {"group", exchange.groupCode}, {"external_id", exchange.externalId}, {"uuid", exchange.uuid},
-        {"login", exchange.login}, {"status", exchange.status}, {"fault", exchange.fault},
-        {"request", exchange.request}, {"answer", exchange.answer}};
-    if (exchange.code >= 0)
-        json["code"] = exchange.code;
+    Json json{{"sequence", exchange.sequence}, {"at", isoTime(exchange.at)},
+        {"endpoint", nameOf(exchange.endpoint)}, {"group", exchange.groupCode},
+        {"external_id", exchange.externalId}, {"uuid", exchange.uuid}, {"login", exchange.login},
+        {"status", exchange.status}, {"fault", exchange.fault}, {"request", exchange.request},
+        {"answer", exchange.answer}};
+    if (exchange.code)
+        json["code"] = *exchange.code;
     return json;
 }
 
@@ -75,16 +76,16 @@ Json toJson(const std::vector<Exchange>& exchanges)
 Json toJson(const EffectInfo& info)
 {
     Json endpoints = Json::array();
-    for (const Endpoint endpoint : {Endpoint::Token, Endpoint::Sell, Endpoint::Report}) {
-        if (info.endpoints.find(nameOf(endpoint).front()) != std::string_view::npos)
+    for (const Endpoint endpoint : knownEndpoints) {
+        if (info.endpoints.contains(endpoint))
             endpoints.push_back(nameOf(endpoint));
     }
-    Json json{{"effect", info.name}, {"phase", info.phase == Phase::Before ? "before" : "after"},
-        {"endpoints", endpoints}, {"parameter", info.parameter}, {"meaning", info.meaning}};
-    if (info.parameter == "type") {
-        for (const FailType& type : failTypes())
-            json["types"].push_back({{"type", type.name}, {"code", type.code}});
-    } else if (!info.parameter.empty() && info.parameter != "key") {
+    Json json{{"effect", info.name}, {"phase", nameOf(info.phase)}, {"endpoints", endpoints},
+        {"parameter", nameOf(info.parameter)}, {"meaning", info.meaning}};
+    if (info.parameter == Parameter::Type) {
+        for (const FailureInfo& failure : failures())
+            json["types"].push_back({{"type", failure.name}, {"code", toNumber(failure.code)}});
+    } else if (info.parameter != Parameter::None && info.parameter != Parameter::Key) {
         json["default"] = info.usual;
     }
     return json;
@@ -107,7 +108,7 @@ Answer Api::answer(const Request& request)
     try {
         return {.reply = route(request)};
     } catch (const JsonError& error) {
-        return {.reply = failure(400, error.what())};
+        return {.reply = errorReply(400, error.what())};
     }
 }
 
@@ -141,7 +142,7 @@ Reply Api::route(const Request& request)
         const Verdict verdict = expect(request, store_, service_);
         return jsonReply(verdict.pass ? 200 : 417, {{"pass", verdict.pass}, {"reason", verdict.reason}});
     }
-    return failure(404, method + " " + request.path + " is no call of the emulator");
+    return errorReply(404, method + " " + request.path + " is no call of the emulator");
 }
 
 Json Api::summary(const Document& document) const
@@ -172,7 +173,7 @@ Reply Api::document(const std::string& uuid) const
 {
     const auto document = store_.findDocument(uuid);
     if (!document)
-        return failure(404, "there is no document " + uuid);
+        return errorReply(404, "there is no document " + uuid);
     Json json = summary(*document);
     json["device_code"] = document->deviceCode;
     json["ready_at"] = isoTime(document->readyAt);
@@ -186,14 +187,14 @@ Reply Api::documentPart(const Request& request, const std::string& uuid, const s
 {
     const auto document = store_.findDocument(uuid);
     if (!document)
-        return failure(404, "there is no document " + uuid);
+        return errorReply(404, "there is no document " + uuid);
     if (part == "exchange")
         return jsonReply(
             200, toJson(store_.exchanges(document->groupCode, document->externalId, rangeIn(request))));
     const std::string qr = qrOf(*document);
     if (part == "qr.svg" && !qr.empty())
         return {.contentType = "image/svg+xml", .body = qrImage(qr)};
-    return failure(404, "document " + uuid + " has no " + part);
+    return errorReply(404, "document " + uuid + " has no " + part);
 }
 
 Reply Api::clearDocuments()
@@ -247,7 +248,7 @@ Reply Api::removeFault(const std::string& id)
     int number = 0;
     const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), number);
     if (error != std::errc() || end != id.data() + id.size() || !faults_.remove(number))
-        return failure(404, "there is no fault " + id);
+        return errorReply(404, "there is no fault " + id);
     tell("faults");
     return faults();
 }

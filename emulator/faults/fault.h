@@ -1,73 +1,15 @@
 #pragma once
 
-#include "emulator/protocol/call.h"
+#include "emulator/faults/effect.h"
+#include "emulator/protocol/errors.h"
+#include "emulator/values/endpoint.h"
 #include "emulator/values/json.h"
 
 #include <chrono>
 #include <cstdint>
-#include <span>
 #include <string>
-#include <string_view>
 
 namespace emulator {
-
-/// Whether the call did its work before it went wrong.
-enum class Phase
-{
-    Before, ///< nothing was registered, no token was given
-    After   ///< it was, and only the answer is lost or changed
-};
-
-enum class Effect
-{
-    Error,
-    Html,
-    Empty,
-    Truncated,
-    NotJson,
-    WrongLength,
-    Drip,
-    Delay,
-    Silent,
-    Close,
-    ResetBefore,
-    ResetDuring,
-    ResetAfter,
-    OtherDocument,
-    OldToken,
-    WithoutKey,
-    Fail,
-    Never
-};
-
-/// One kind of misbehaviour and what it may be told.
-struct EffectInfo
-{
-    Effect effect;
-    std::string_view name;
-    /// The phase when a fault names none.
-    Phase phase;
-    /// Letters of the endpoints that it makes sense for: t(oken), s(ell), r(eport).
-    std::string_view endpoints;
-    /// The one parameter that it takes beside `code` of `fail`, empty for none.
-    std::string_view parameter;
-    std::string_view meaning;
-    /// The parameter when a fault names none, as far as it is a number.
-    int usual = 0;
-};
-
-[[nodiscard]] std::span<const EffectInfo> effects();
-[[nodiscard]] std::string_view nameOf(Endpoint endpoint);
-
-/// How a document can fail: the type and usual code of its error.
-struct FailType
-{
-    std::string_view name;
-    int code;
-    std::string_view text;
-};
-
-[[nodiscard]] std::span<const FailType> failTypes();
 
 /// Misbehaviour on purpose: which calls it hits, and what then happens.
 struct Fault
@@ -87,12 +29,12 @@ struct Fault
     Phase phase = Phase::Before;
     Effect effect = Effect::Error;
     /// What the effect is told, as far as it takes it.
-    int code = 0;
+    ErrorCode code = ErrorCode::Unknown;
     int status = 0;
     int bytes = 0;
     std::chrono::milliseconds time{0};
     std::string key{};
-    std::string type{};
+    Failure failure = Failure::Driver;
 
     std::int64_t matched = 0;
     std::int64_t hits = 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "emulator/faults/fault.h"
+#include "emulator/protocol/call.h"
 
 #include <string_view>
 #include <vector>

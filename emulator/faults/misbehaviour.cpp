@@ -9,7 +9,7 @@ namespace emulator {
 
 namespace {
 
-ServiceError errorRow(const int code)
+ServiceError errorRow(ErrorCode code)
 {
     const auto known = serviceErrors();
     const auto found = std::ranges::find(known, code, &ServiceError::code);
@@ -19,7 +19,7 @@ ServiceError errorRow(const int code)
 Reply withError(const Fault& fault, const Reply& honest, const TimePoint now)
 {
     Reply reply = errorReply(fault.endpoint, errorRow(fault.code), now);
-    if (fault.code != 33 && fault.code != 34)
+    if (fault.code != ErrorCode::DuplicateId && fault.code != ErrorCode::NotReady)
         return reply;
     const bool takenBack =
         fault.phase == Phase::Before && fault.endpoint == Endpoint::Sell && honest.status == 200;
@@ -104,9 +104,10 @@ std::optional<Reply> changed(const Fault& fault, const Reply& honest, const Time
     case Effect::WithoutKey:
         return withoutKey(honest, fault.key);
     case Effect::Fail:
-        return report ? withStatus(honest, "fail", failure(fault)) : ifItWasTaken;
+        return report ? withStatus(honest, "fail", errorOf(fault.failure, fault.code)) : ifItWasTaken;
     case Effect::Never:
-        return report ? withStatus(honest, "wait", errorObject(serviceError(34))) : ifItWasTaken;
+        return report ? withStatus(honest, "wait", errorObject(serviceError(ErrorCode::NotReady)))
+                      : ifItWasTaken;
     case Effect::OldToken:
         return ifItWasTaken;
     default:
@@ -145,10 +146,15 @@ Wire wireOf(const Fault& fault)
 
 } // namespace
 
-Json failure(const Fault& fault)
+Json errorOf(Failure failure)
 {
-    const FailType& type = *std::ranges::find(failTypes(), fault.type, &FailType::name);
-    return errorObject({fault.code, 200, type.name, type.text});
+    return errorOf(failure, infoOf(failure).code);
+}
+
+Json errorOf(Failure failure, ErrorCode code)
+{
+    const FailureInfo& info = infoOf(failure);
+    return errorObject({code, 200, info.name, info.text});
 }
 
 std::optional<Answer> misbehave(const Fault& fault, const Reply& honest, const TimePoint now)

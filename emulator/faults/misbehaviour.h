@@ -2,6 +2,7 @@
 
 #include "emulator/faults/fault.h"
 #include "emulator/http/answer.h"
+#include "emulator/values/json.h"
 #include "emulator/values/moscowtime.h"
 
 #include <optional>
@@ -12,7 +13,8 @@ namespace emulator {
 /// it, as when a key that is to be left out is not there or a refused call has no document to be changed.
 [[nodiscard]] std::optional<Answer> misbehave(const Fault& fault, const Reply& honest, TimePoint now);
 
-/// The error object of a document that the fault lets fail.
-[[nodiscard]] Json failure(const Fault& fault);
+/// The error object of a document that fails in this way, with the usual code or one of its own.
+[[nodiscard]] Json errorOf(Failure failure);
+[[nodiscard]] Json errorOf(Failure failure, ErrorCode code);
 
 } // namespace emulator

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "emulator/http/http.h"
+#include "emulator/values/endpoint.h"
 #include "emulator/values/json.h"
 
 #include <string>
@@ -10,14 +11,6 @@ namespace emulator {
 
 /// The path that every call of the service begins with.
 inline constexpr std::string_view basePath = "/possystem/v4/";
-
-enum class Endpoint
-{
-    Token,
-    Sell,
-    Report,
-    Unknown
-};
 
 /// A request read as a call of the service. What the request does not hold is empty.
 struct Call

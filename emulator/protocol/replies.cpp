@@ -17,7 +17,7 @@ Reply acceptedReply(const std::string& uuid, const TimePoint now)
 
 Reply duplicateReply(const std::string& firstUuid, const TimePoint now)
 {
-    const ServiceError& exists = serviceError(33);
+    const ServiceError& exists = serviceError(ErrorCode::DuplicateId);
     return jsonReply(exists.httpStatus, {{"uuid", firstUuid}, {"status", "wait"},
                                             {"error", errorObject(exists)}, {"timestamp", moscowTime(now)}});
 }

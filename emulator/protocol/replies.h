@@ -1,8 +1,8 @@
 #pragma once
 
 #include "emulator/http/http.h"
-#include "emulator/protocol/call.h"
 #include "emulator/protocol/errors.h"
+#include "emulator/values/endpoint.h"
 #include "emulator/values/moscowtime.h"
 
 #include <string>

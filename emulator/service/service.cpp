@@ -55,20 +55,21 @@ std::string beginningOf(std::string text)
     return text;
 }
 
-/// The error code that a reply speaks of, -1 for none.
-int codeIn(const Reply& reply)
+/// The error code that a reply speaks of, if any.
+std::optional<int> codeIn(const Reply& reply)
 {
     const Json body = Json::parse(reply.body, nullptr, false);
     const bool error = body.is_object() && body.contains("error") && body["error"].is_object();
-    return error ? body["error"].value("code", -1) : -1;
+    return error && body["error"].contains("code") ? std::optional(body["error"]["code"].get<int>())
+                                                   : std::nullopt;
 }
 
 std::string describe(const Fault* fault)
 {
     if (fault == nullptr)
         return {};
-    const Json json = toJson(*fault);
-    const std::string what = json["phase"].get<std::string>() + " " + json["effect"].get<std::string>();
+    const std::string what =
+        std::string(nameOf(fault->phase)) + " " + std::string(infoOf(fault->effect).name);
     return fault->name.empty() ? what : fault->name + " (" + what + ")";
 }
 
@@ -137,9 +138,9 @@ Service::Context Service::look(const Request& request)
 Reply Service::perform(const Context& context, const Request& request)
 {
     if (context.call.endpoint == Endpoint::Unknown)
-        return error(Endpoint::Unknown, 40);
+        return error(Endpoint::Unknown, ErrorCode::InvalidRequest);
     if (request.method == "POST" && !isJsonInUtf8(request.header("Content-Type")))
-        return error(context.call.endpoint, 41);
+        return error(context.call.endpoint, ErrorCode::WrongContentType);
     switch (context.call.endpoint) {
     case Endpoint::Token:
         return giveToken(context);
@@ -150,7 +151,7 @@ Reply Service::perform(const Context& context, const Request& request)
     case Endpoint::Unknown:
         break;
     }
-    return error(Endpoint::Unknown, 40);
+    return error(Endpoint::Unknown, ErrorCode::InvalidRequest);
 }
 
 void Service::record(const Context& context, const Request& request, const Answer& answer)
@@ -159,7 +160,7 @@ void Service::record(const Context& context, const Request& request, const Answe
     const std::string bytes = answer.bytes(request.keepAlive);
     const bool sell = call.endpoint == Endpoint::Sell;
     Exchange exchange{.at = clock_(),
-        .endpoint = std::string(nameOf(call.endpoint)),
+        .endpoint = call.endpoint,
         .groupCode = call.group,
         .externalId = call.externalId,
         .uuid = sell ? store_.findUuid(call.group, call.externalId).value_or("") : call.uuid,
@@ -167,7 +168,7 @@ void Service::record(const Context& context, const Request& request, const Answe
         .request = beginningOf(maskedRequest(request, call)),
         .answer = beginningOf(maskedAnswer(bytes, call)),
         .status = bytes.empty() ? 0 : answer.reply.status,
-        .code = bytes.empty() ? -1 : codeIn(answer.reply),
+        .code = bytes.empty() ? std::nullopt : codeIn(answer.reply),
         .fault = describe(context.fault)};
     store_.addExchange(exchange);
     if (listener_)
@@ -178,12 +179,12 @@ Reply Service::giveToken(const Context& context)
 {
     const Call& call = context.call;
     if (call.login.empty() || call.password.empty())
-        return error(Endpoint::Token, 13);
+        return error(Endpoint::Token, ErrorCode::InvalidTokenRequest);
     const User* user = findUser(call.login);
     if (user == nullptr || user->password != call.password)
-        return error(Endpoint::Token, 12);
+        return error(Endpoint::Token, ErrorCode::WrongPassword);
     if (user->blocked)
-        return error(Endpoint::Token, 14);
+        return error(Endpoint::Token, ErrorCode::BlockedUser);
     const bool old = context.fault != nullptr && context.fault->effect == Effect::OldToken;
     const std::chrono::milliseconds life = old ? context.fault->time : options_.tokenLife;
     const std::string token = newToken();
@@ -191,21 +192,21 @@ Reply Service::giveToken(const Context& context)
     return tokenReply(token, clock_());
 }
 
-std::optional<int> Service::refusal(const Context& context) const
+std::optional<ErrorCode> Service::refusal(const Context& context) const
 {
     if (!context.token)
-        return 10;
+        return ErrorCode::UnknownToken;
     if (context.token->expiresAt <= clock_())
-        return 11;
+        return ErrorCode::ExpiredToken;
     const User* user = findUser(context.call.login);
     if (user == nullptr)
-        return 10;
+        return ErrorCode::UnknownToken;
     if (user->blocked)
-        return 14;
+        return ErrorCode::BlockedUser;
     const Group* group = findGroup(context.call.group);
     if (group == nullptr || std::ranges::count(user->groups, group->code) == 0)
-        return 20;
-    return group->protocolRefused ? std::optional(21) : std::nullopt;
+        return ErrorCode::ForeignGroup;
+    return group->protocolRefused ? std::optional(ErrorCode::UnsupportedProtocol) : std::nullopt;
 }
 
 Reply Service::takeDocument(const Context& context)
@@ -214,12 +215,12 @@ Reply Service::takeDocument(const Context& context)
     if (const auto code = refusal(context))
         return error(Endpoint::Sell, *code);
     if (std::ranges::count(options_.lists.operations, call.operation) == 0)
-        return error(Endpoint::Sell, 31);
+        return error(Endpoint::Sell, ErrorCode::UnknownOperation);
     if (!call.body.is_object())
-        return error(Endpoint::Sell, 40);
+        return error(Endpoint::Sell, ErrorCode::InvalidRequest);
     const Group& group = *findGroup(call.group);
     if (const std::string wrong = wrongFields(call, group); !wrong.empty())
-        return error(Endpoint::Sell, 32, wrong);
+        return error(Endpoint::Sell, ErrorCode::InvalidReceipt, wrong);
     if (const auto uuid = store_.findUuid(call.group, call.externalId))
         return duplicateReply(*uuid, clock_());
     return acceptedReply(newDocument(context, group).uuid, clock_());
@@ -257,7 +258,7 @@ void Service::fiscalise(Document& document, const Group& group, const Fault* fau
     if (begin - document.receivedAt > options_.queueTimeout) {
         document.readyAt = document.receivedAt + options_.queueTimeout;
         document.outcome = Outcome::Fail;
-        document.error = failure({.code = 1, .type = "timeout"});
+        document.error = errorOf(Failure::Timeout);
         return;
     }
     document.readyAt = begin + someLatency();
@@ -266,7 +267,7 @@ void Service::fiscalise(Document& document, const Group& group, const Fault* fau
         document.outcome = Outcome::Never;
     } else if (fault != nullptr && fault->effect == Effect::Fail) {
         document.outcome = Outcome::Fail;
-        document.error = failure(*fault);
+        document.error = errorOf(fault->failure, fault->code);
     } else {
         document.payload =
             registerReceipt(where, document.readyAt, document.totalKopecks, options_.receiptsPerShift);
@@ -289,9 +290,10 @@ Reply Service::report(const Context& context)
     const auto& document = context.document;
     const TimePoint now = clock_();
     if (!document || document->groupCode != context.call.group || document->receivedAt + reportLife < now)
-        return error(Endpoint::Report, 30);
+        return error(Endpoint::Report, ErrorCode::UnknownDocument);
     if (options_.pace && !pace_.allows(document->groupCode, findGroup(document->groupCode)->registers, now)) {
-        const ServiceError tooOften{40, 429, "system", "Слишком частые запросы состояния"};
+        const ServiceError tooOften{
+            ErrorCode::InvalidRequest, 429, "system", "Слишком частые запросы состояния"};
         return errorReply(Endpoint::Report, tooOften, now);
     }
     if (document->waitsLeft > 0) {
@@ -319,7 +321,7 @@ Reply Service::statusOf(const Document& document) const
     return finishedReply(linked, clock_());
 }
 
-Reply Service::error(const Endpoint endpoint, const int code, const std::string& details) const
+Reply Service::error(const Endpoint endpoint, const ErrorCode code, const std::string& details) const
 {
     return errorReply(endpoint, serviceError(code), clock_(), details);
 }

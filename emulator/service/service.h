@@ -3,6 +3,7 @@
 #include "emulator/faults/faultbox.h"
 #include "emulator/http/answer.h"
 #include "emulator/protocol/call.h"
+#include "emulator/protocol/errors.h"
 #include "emulator/service/pace.h"
 #include "emulator/service/serviceoptions.h"
 #include "emulator/store/store.h"
@@ -55,14 +56,14 @@ private:
     void record(const Context& context, const Request& request, const Answer& answer);
 
     /// The code that bars the call, if any.
-    [[nodiscard]] std::optional<int> refusal(const Context& context) const;
+    [[nodiscard]] std::optional<ErrorCode> refusal(const Context& context) const;
     [[nodiscard]] std::string wrongFields(const Call& call, const Group& group) const;
     Document newDocument(const Context& context, const Group& group);
     /// Gives the document its time and its fiscal data, or the failure that it comes to.
     void fiscalise(Document& document, const Group& group, const Fault* fault);
     [[nodiscard]] const Group* findGroup(const std::string& code) const;
     [[nodiscard]] const User* findUser(const std::string& login) const;
-    [[nodiscard]] Reply error(Endpoint endpoint, int code, const std::string& details = {}) const;
+    [[nodiscard]] Reply error(Endpoint endpoint, ErrorCode code, const std::string& details = {}) const;
     [[nodiscard]] std::chrono::milliseconds someLatency() const;
 
     ServiceOptions options_;

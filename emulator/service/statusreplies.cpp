@@ -20,7 +20,7 @@ Reply statusReply(
 
 Reply waitingReply(const Document& document, const TimePoint now)
 {
-    return statusReply(document, "wait", errorObject(serviceError(34)), nullptr, now);
+    return statusReply(document, "wait", errorObject(serviceError(ErrorCode::NotReady)), nullptr, now);
 }
 
 Reply finishedReply(const Document& document, const TimePoint now)

@@ -1,8 +1,10 @@
 #pragma once
 
+#include "emulator/values/endpoint.h"
 #include "emulator/values/moscowtime.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace emulator {
@@ -12,8 +14,7 @@ struct Exchange
 {
     std::int64_t sequence = 0;
     TimePoint at{};
-    /// `token`, `sell`, `report` or, for a call that is none of them, `unknown`.
-    std::string endpoint{};
+    Endpoint endpoint = Endpoint::Unknown;
     std::string groupCode{};
     std::string externalId{};
     /// The document that the call made, met again or asked for; empty when there is none.
@@ -22,9 +23,10 @@ struct Exchange
     std::string request{};
     /// The bytes that went out, empty when none did.
     std::string answer{};
-    /// What the answer says: HTTP status, 0 when none went out, and error code, -1 for no error.
+    /// HTTP status of the answer, 0 when none went out.
     int status = 0;
-    int code = -1;
+    /// Error code of the answer, if it speaks of an error.
+    std::optional<int> code{};
     /// Description of the fault that hit, empty when none did.
     std::string fault{};
 };

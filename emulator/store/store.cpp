@@ -28,6 +28,7 @@ CREATE INDEX IF NOT EXISTS exchanges_by_id ON exchanges(external_id, group_code)
 )";
 
 constexpr std::int64_t exchangesPerDocument = 4;
+constexpr int noCode = -1;
 // Whatever number of documents is kept, a token that is alive must work; this many are tens of megabytes.
 constexpr std::int64_t tokensKept = 100'000;
 
@@ -39,6 +40,11 @@ std::int64_t toNumber(const TimePoint time)
 TimePoint toTime(const std::int64_t number)
 {
     return TimePoint(std::chrono::milliseconds(number));
+}
+
+std::optional<int> toCode(std::int64_t number)
+{
+    return number == noCode ? std::nullopt : std::optional(static_cast<int>(number));
 }
 
 Json toJson(const std::string& text)
@@ -77,7 +83,7 @@ std::vector<Exchange> readExchanges(sqlite::Rows rows)
     while (rows.next()) {
         all.push_back({.sequence = rows.integer(0),
             .at = toTime(rows.integer(1)),
-            .endpoint = rows.text(2),
+            .endpoint = endpointNamed(rows.text(2)),
             .groupCode = rows.text(3),
             .externalId = rows.text(4),
             .uuid = rows.text(5),
@@ -85,7 +91,7 @@ std::vector<Exchange> readExchanges(sqlite::Rows rows)
             .request = rows.text(7),
             .answer = rows.text(8),
             .status = static_cast<int>(rows.integer(9)),
-            .code = static_cast<int>(rows.integer(10)),
+            .code = toCode(rows.integer(10)),
             .fault = rows.text(11)});
     }
     return all;
@@ -268,8 +274,8 @@ std::vector<WireCount> Store::wireCounts(
 
 void Store::addExchange(Exchange& e)
 {
-    insertExchange_.run(toNumber(e.at), e.endpoint, e.groupCode, e.externalId, e.uuid, e.login, e.request,
-        e.answer, e.status, e.code, e.fault);
+    insertExchange_.run(toNumber(e.at), nameOf(e.endpoint), e.groupCode, e.externalId, e.uuid, e.login,
+        e.request, e.answer, e.status, e.code.value_or(noCode), e.fault);
     e.sequence = database_.lastInsertId();
     pruneExchanges_.run(e.sequence - exchangesPerDocument * keep_);
 }

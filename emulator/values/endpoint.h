@@ -1,0 +1,45 @@
+#pragma once
+
+#include <array>
+#include <initializer_list>
+#include <string_view>
+
+namespace emulator {
+
+/// A kind of call of the service.
+enum class Endpoint
+{
+    Token,
+    Sell,
+    Report,
+    Unknown
+};
+
+/// Every endpoint that the service has.
+inline constexpr std::array knownEndpoints{Endpoint::Token, Endpoint::Sell, Endpoint::Report};
+
+/// `token`, `sell`, `report` or `unknown`.
+[[nodiscard]] std::string_view nameOf(Endpoint endpoint);
+
+/// The endpoint of that name; `Unknown` for any other text.
+[[nodiscard]] Endpoint endpointNamed(std::string_view name);
+
+/// Any of the endpoints.
+class EndpointSet
+{
+public:
+    constexpr EndpointSet(std::initializer_list<Endpoint> endpoints)
+    {
+        for (Endpoint endpoint : endpoints)
+            bits |= bitOf(endpoint);
+    }
+
+    [[nodiscard]] constexpr bool contains(Endpoint endpoint) const { return (bits & bitOf(endpoint)) != 0; }
+
+private:
+    static constexpr unsigned bitOf(Endpoint endpoint) { return 1U << static_cast<unsigned>(endpoint); }
+
+    unsigned bits = 0;
+};
+
+} // namespace emulator
