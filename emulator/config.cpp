@@ -84,7 +84,7 @@ void addFaults(const Json& faults, Options& options)
         options.faults.push_back(readFault(fault));
 }
 
-std::string element(const char* array, const std::size_t index)
+std::string element(const char* array, std::size_t index)
 {
     return std::string(array) + "[" + std::to_string(index) + "]";
 }

@@ -27,34 +27,34 @@ const PageFile* findPage(const Request& request)
 
 } // namespace
 
-Emulator::Emulator(const Options& options, Clock clock)
-    : allowedHosts_(options.allowedHosts)
-    , clock_(clock)
-    , store_(options.database, options.keep)
-    , service_(options.service, store_, faults_, std::move(clock))
-    , api_(store_, faults_, service_)
-    , server_(
+Emulator::Emulator(const Options& options, Clock usedClock)
+    : allowedHosts(options.allowedHosts)
+    , clock(usedClock)
+    , store(options.database, options.keep)
+    , service(options.service, store, faults, std::move(usedClock))
+    , api(store, faults, service)
+    , httpServer(
           options.port, [this](const Request& request) { return answer(request); }, options.limits,
           options.tls)
-    , root_((options.tls.certificateChain.empty() ? "http://127.0.0.1:" : "https://127.0.0.1:") +
-            std::to_string(server_.port()) + "/")
+    , root((options.tls.certificateChain.empty() ? "http://127.0.0.1:" : "https://127.0.0.1:") +
+           std::to_string(httpServer.port()) + "/")
 {
     for (const Fault& fault : options.faults)
-        faults_.add(fault);
-    service_.setAddress(root_);
-    service_.setListener([this](const Exchange& exchange) { tellOf(exchange); });
-    api_.setListener([this](const Json& event) { server_.publish(toLine(event)); });
+        faults.add(fault);
+    service.setAddress(root);
+    service.setListener([this](const Exchange& exchange) { tellOf(exchange); });
+    api.setListener([this](const Json& event) { httpServer.publish(toLine(event)); });
 }
 
 std::string Emulator::url() const
 {
-    return root_ + std::string(basePath.substr(1));
+    return root + std::string(basePath.substr(1));
 }
 
 Answer Emulator::answer(const Request& request)
 {
     const PageFile* file = findPage(request);
-    const std::string reason = foreignness(request, allowedHosts_, file != nullptr);
+    const std::string reason = foreignness(request, allowedHosts, file != nullptr);
     if (!reason.empty())
         return {.reply = {.status = 403, .contentType = "text/plain; charset=utf-8", .body = reason + "\n"}};
     if (file != nullptr)
@@ -62,24 +62,24 @@ Answer Emulator::answer(const Request& request)
                     .body = std::string(file->body),
                     .headers = pageHeaders}};
     try {
-        return request.path.starts_with(apiPath) ? api_.answer(request) : service_.answer(request);
+        return request.path.starts_with(apiPath) ? api.answer(request) : service.answer(request);
     } catch (const std::exception& failure) {
         return {.reply = errorReply(
-                    Endpoint::Unknown, serviceError(ErrorCode::Internal), clock_(), failure.what())};
+                    Endpoint::Unknown, serviceError(ErrorCode::Internal), clock(), failure.what())};
     }
 }
 
 void Emulator::tellOf(const Exchange& exchange)
 {
-    if (!server_.followed())
+    if (!httpServer.followed())
         return;
     Json event{{"kind", "call"}, {"endpoint", nameOf(exchange.endpoint)}, {"group", exchange.groupCode},
         {"external_id", exchange.externalId}, {"status", exchange.status}, {"fault", exchange.fault}};
     if (exchange.code)
         event["code"] = *exchange.code;
-    if (const auto document = store_.findDocument(exchange.uuid))
-        event["document"] = api_.summary(*document);
-    server_.publish(toLine(event));
+    if (const auto document = store.findDocument(exchange.uuid))
+        event["document"] = api.summary(*document);
+    httpServer.publish(toLine(event));
 }
 
 } // namespace emulator

@@ -16,26 +16,26 @@ class Emulator
 {
 public:
     /// Opens the state and binds the port. Throws sqlite::Error or std::runtime_error.
-    explicit Emulator(const Options& options, Clock clock = systemTime);
+    explicit Emulator(const Options& options, Clock usedClock = systemTime);
 
     /// Address that a client is configured with, `http://127.0.0.1:PORT/possystem/v4/`.
     [[nodiscard]] std::string url() const;
     /// Address of the page.
-    [[nodiscard]] const std::string& pageUrl() const { return root_; }
-    [[nodiscard]] Server& server() { return server_; }
+    [[nodiscard]] const std::string& pageUrl() const { return root; }
+    [[nodiscard]] Server& server() { return httpServer; }
 
 private:
     Answer answer(const Request& request);
     void tellOf(const Exchange& exchange);
 
-    std::vector<std::string> allowedHosts_;
-    Clock clock_;
-    Store store_;
-    FaultBox faults_;
-    Service service_;
-    Api api_;
-    Server server_;
-    std::string root_;
+    std::vector<std::string> allowedHosts;
+    Clock clock;
+    Store store;
+    FaultBox faults;
+    Service service;
+    Api api;
+    Server httpServer;
+    std::string root;
 };
 
 } // namespace emulator

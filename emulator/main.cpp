@@ -12,7 +12,7 @@ namespace {
 
 using emulator::Options;
 
-std::chrono::milliseconds milliseconds(const double seconds)
+std::chrono::milliseconds milliseconds(double seconds)
 {
     return std::chrono::milliseconds(std::llround(seconds * 1000));
 }

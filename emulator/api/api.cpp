@@ -12,13 +12,13 @@ namespace emulator {
 
 namespace {
 
-Reply errorReply(const int status, const std::string& text)
+Reply errorReply(int status, const std::string& text)
 {
     return jsonReply(status, {{"error", text}});
 }
 
 /// Number in the address, `fallback` when there is none; at least 1.
-int numberIn(const Request& request, const char* key, const int fallback)
+int numberIn(const Request& request, const char* key, int fallback)
 {
     const std::string text = request.parameter(key);
     int value = 0;
@@ -139,7 +139,7 @@ Reply Api::route(const Request& request)
     if (first == "faults" && method == "DELETE")
         return removeFault(rest);
     if (path == "expect" && method == "GET") {
-        const Verdict verdict = expect(request, store_, service_);
+        const Verdict verdict = expect(request, store, service);
         return jsonReply(verdict.pass ? 200 : 417, {{"pass", verdict.pass}, {"reason", verdict.reason}});
     }
     return errorReply(404, method + " " + request.path + " is no call of the emulator");
@@ -149,9 +149,9 @@ Json Api::summary(const Document& document) const
 {
     return {{"sequence", document.sequence}, {"uuid", document.uuid}, {"group", document.groupCode},
         {"external_id", document.externalId}, {"operation", document.operation}, {"login", document.login},
-        {"received_at", isoTime(document.receivedAt)}, {"status", service_.statusWord(document)},
+        {"received_at", isoTime(document.receivedAt)}, {"status", service.statusWord(document)},
         {"total", roubles(document.totalKopecks)},
-        {"wire_requests", store_.requests(document.groupCode, document.externalId)}};
+        {"wire_requests", store.requests(document.groupCode, document.externalId)}};
 }
 
 Reply Api::documents(const Request& request) const
@@ -159,7 +159,7 @@ Reply Api::documents(const Request& request) const
     const int limit = numberIn(request, "limit", 100);
     const int before = numberIn(request, "before", 0);
     Json all = Json::array();
-    for (const Document& document : store_.documents({.group = request.parameter("group"),
+    for (const Document& document : store.documents({.group = request.parameter("group"),
                                     .externalId = request.parameter("external_id"),
                                     .operation = request.parameter("operation"),
                                     .text = request.parameter("text"),
@@ -171,26 +171,26 @@ Reply Api::documents(const Request& request) const
 
 Reply Api::document(const std::string& uuid) const
 {
-    const auto document = store_.findDocument(uuid);
+    const auto document = store.findDocument(uuid);
     if (!document)
         return errorReply(404, "there is no document " + uuid);
     Json json = summary(*document);
     json["device_code"] = document->deviceCode;
     json["ready_at"] = isoTime(document->readyAt);
     json["request"] = Json::parse(document->body);
-    json["report"] = Json::parse(service_.statusOf(*document).body);
+    json["report"] = Json::parse(service.statusOf(*document).body);
     json["qr"] = qrOf(*document);
     return jsonReply(200, json);
 }
 
 Reply Api::documentPart(const Request& request, const std::string& uuid, const std::string& part) const
 {
-    const auto document = store_.findDocument(uuid);
+    const auto document = store.findDocument(uuid);
     if (!document)
         return errorReply(404, "there is no document " + uuid);
     if (part == "exchange")
         return jsonReply(
-            200, toJson(store_.exchanges(document->groupCode, document->externalId, rangeIn(request))));
+            200, toJson(store.exchanges(document->groupCode, document->externalId, rangeIn(request))));
     const std::string qr = qrOf(*document);
     if (part == "qr.svg" && !qr.empty())
         return {.contentType = "image/svg+xml", .body = qrImage(qr)};
@@ -199,7 +199,7 @@ Reply Api::documentPart(const Request& request, const std::string& uuid, const s
 
 Reply Api::clearDocuments()
 {
-    store_.clear();
+    store.clear();
     tell("cleared");
     return jsonReply(200, {{"cleared", true}});
 }
@@ -209,14 +209,14 @@ Reply Api::exchanges(const Request& request) const
     const std::string externalId = request.parameter("external_id");
     const std::string group = request.parameter("group");
     return jsonReply(
-        200, toJson(externalId.empty() ? store_.newestExchanges(group, numberIn(request, "limit", 100))
-                                       : store_.exchanges(group, externalId, rangeIn(request))));
+        200, toJson(externalId.empty() ? store.newestExchanges(group, numberIn(request, "limit", 100))
+                                       : store.exchanges(group, externalId, rangeIn(request))));
 }
 
 Reply Api::faults() const
 {
     Json all = Json::array();
-    for (const Fault& fault : faults_.all())
+    for (const Fault& fault : faultBox.all())
         all.push_back(emulator::toJson(fault));
     return jsonReply(200, {{"faults", all}});
 }
@@ -231,14 +231,14 @@ Reply Api::addFaults(const std::string& body)
         wanted.push_back(readFault(one));
     Json added = Json::array();
     for (const Fault& fault : wanted)
-        added.push_back(emulator::toJson(faults_.add(fault)));
+        added.push_back(emulator::toJson(faultBox.add(fault)));
     tell("faults");
     return jsonReply(200, {{"faults", added}});
 }
 
 Reply Api::clearFaults()
 {
-    faults_.clear();
+    faultBox.clear();
     tell("faults");
     return faults();
 }
@@ -247,7 +247,7 @@ Reply Api::removeFault(const std::string& id)
 {
     int number = 0;
     const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), number);
-    if (error != std::errc() || end != id.data() + id.size() || !faults_.remove(number))
+    if (error != std::errc() || end != id.data() + id.size() || !faultBox.remove(number))
         return errorReply(404, "there is no fault " + id);
     tell("faults");
     return faults();
@@ -255,8 +255,8 @@ Reply Api::removeFault(const std::string& id)
 
 void Api::tell(const char* kind) const
 {
-    if (listener_)
-        listener_({{"kind", kind}});
+    if (listener)
+        listener({{"kind", kind}});
 }
 
 } // namespace emulator

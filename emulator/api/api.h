@@ -19,15 +19,15 @@ inline constexpr std::string_view apiPath = "/_emulator/";
 class Api
 {
 public:
-    Api(Store& store, FaultBox& faults, const Service& service)
-        : store_(store)
-        , faults_(faults)
-        , service_(service)
+    Api(Store& usedStore, FaultBox& usedFaults, const Service& usedService)
+        : store(usedStore)
+        , faultBox(usedFaults)
+        , service(usedService)
     {
     }
 
     /// Told when faults or documents were changed by a call.
-    void setListener(std::function<void(const Json&)> listener) { listener_ = std::move(listener); }
+    void setListener(std::function<void(const Json&)> newListener) { listener = std::move(newListener); }
 
     [[nodiscard]] Answer answer(const Request& request);
 
@@ -47,10 +47,10 @@ private:
     Reply route(const Request& request);
     void tell(const char* kind) const;
 
-    Store& store_;
-    FaultBox& faults_;
-    const Service& service_;
-    std::function<void(const Json&)> listener_;
+    Store& store;
+    FaultBox& faultBox;
+    const Service& service;
+    std::function<void(const Json&)> listener;
 };
 
 } // namespace emulator

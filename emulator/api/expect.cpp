@@ -65,7 +65,7 @@ std::string statusIn(const Request& request)
     return status;
 }
 
-std::string money(const std::int64_t kopecks)
+std::string money(std::int64_t kopecks)
 {
     std::array<char, 32> text{};
     std::snprintf(text.data(), text.size(), "%.2f", roubles(kopecks));
@@ -76,22 +76,22 @@ std::string money(const std::int64_t kopecks)
 class Judge
 {
 public:
-    void demand(const bool holds, const std::string& otherwise)
+    void demand(bool holds, const std::string& otherwise)
     {
         if (!holds)
-            complaints_ += (complaints_.empty() ? "" : "; ") + otherwise;
+            complaints += (complaints.empty() ? "" : "; ") + otherwise;
     }
 
     [[nodiscard]] Verdict verdict(const std::string& praise) const
     {
-        return complaints_.empty() ? Verdict{true, praise} : Verdict{false, complaints_};
+        return complaints.empty() ? Verdict{true, praise} : Verdict{false, complaints};
     }
 
 private:
-    std::string complaints_;
+    std::string complaints;
 };
 
-void judgeTotals(Judge& judge, const std::vector<Document>& documents, const double total)
+void judgeTotals(Judge& judge, const std::vector<Document>& documents, double total)
 {
     const auto kopecks = wholeParts(total, 100);
     if (!kopecks)
@@ -102,7 +102,7 @@ void judgeTotals(Judge& judge, const std::vector<Document>& documents, const dou
                                                             money(*kopecks));
 }
 
-void judgeWire(Judge& judge, Store& store, const Request& request, const std::int64_t wanted)
+void judgeWire(Judge& judge, Store& store, const Request& request, std::int64_t wanted)
 {
     const auto counts = store.wireCounts(
         request.parameter("group"), request.parameter("external_id"), request.parameter("operation"));

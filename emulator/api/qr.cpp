@@ -9,7 +9,7 @@
 
 namespace emulator {
 
-std::string qrText(const Json& payload, const TimePoint time, const int settlement)
+std::string qrText(const Json& payload, TimePoint time, int settlement)
 {
     std::array<char, 64> sum{};
     std::snprintf(sum.data(), sum.size(), "%.2f", payload["total"].get<double>());

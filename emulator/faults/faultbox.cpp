@@ -8,7 +8,7 @@ namespace emulator {
 namespace {
 
 /// Where the character behind the one at `at` begins.
-std::size_t next(const std::string_view text, std::size_t at)
+std::size_t next(std::string_view text, std::size_t at)
 {
     for (++at; at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;)
         ++at;
@@ -17,7 +17,7 @@ std::size_t next(const std::string_view text, std::size_t at)
 
 } // namespace
 
-bool fits(const std::string_view text, const std::string_view pattern)
+bool fits(std::string_view text, std::string_view pattern)
 {
     std::size_t t = 0;
     std::size_t p = 0;
@@ -46,13 +46,13 @@ bool fits(const std::string_view text, const std::string_view pattern)
 
 const Fault& FaultBox::add(Fault fault)
 {
-    fault.id = ++lastId_;
-    return faults_.emplace_back(std::move(fault));
+    fault.id = ++lastId;
+    return faults.emplace_back(std::move(fault));
 }
 
-bool FaultBox::remove(const int id)
+bool FaultBox::remove(int id)
 {
-    return std::erase_if(faults_, [id](const Fault& fault) { return fault.id == id; }) > 0;
+    return std::erase_if(faults, [id](const Fault& fault) { return fault.id == id; }) > 0;
 }
 
 const Fault* FaultBox::take(const Call& call)
@@ -60,7 +60,7 @@ const Fault* FaultBox::take(const Call& call)
     const auto matches = [](const std::string& wanted, const std::string& given) {
         return wanted.empty() || wanted == given;
     };
-    for (Fault& fault : faults_) {
+    for (Fault& fault : faults) {
         if (fault.endpoint != call.endpoint || fault.spent() || !matches(fault.login, call.login) ||
             !matches(fault.group, call.group))
             continue;
@@ -77,8 +77,8 @@ const Fault* FaultBox::take(const Call& call)
 
 void FaultBox::spare(const Fault& fault)
 {
-    const auto found = std::ranges::find(faults_, fault.id, &Fault::id);
-    if (found != faults_.end())
+    const auto found = std::ranges::find(faults, fault.id, &Fault::id);
+    if (found != faults.end())
         --found->hits;
 }
 

@@ -18,8 +18,8 @@ public:
     /// Gives the fault its id.
     const Fault& add(Fault fault);
     bool remove(int id);
-    void clear() { faults_.clear(); }
-    [[nodiscard]] const std::vector<Fault>& all() const { return faults_; }
+    void clear() { faults.clear(); }
+    [[nodiscard]] const std::vector<Fault>& all() const { return faults; }
 
     /// The fault that hits this call, counted as a hit; null when none does. Valid until the next change.
     [[nodiscard]] const Fault* take(const Call& call);
@@ -27,8 +27,8 @@ public:
     void spare(const Fault& fault);
 
 private:
-    std::vector<Fault> faults_;
-    int lastId_ = 0;
+    std::vector<Fault> faults;
+    int lastId = 0;
 };
 
 } // namespace emulator

@@ -16,7 +16,7 @@ ServiceError errorRow(ErrorCode code)
     return found == known.end() ? ServiceError{code, 400, "unknown", "Ошибка по заказу"} : *found;
 }
 
-Reply withError(const Fault& fault, const Reply& honest, const TimePoint now)
+Reply withError(const Fault& fault, const Reply& honest, TimePoint now)
 {
     Reply reply = errorReply(fault.endpoint, errorRow(fault.code), now);
     if (fault.code != ErrorCode::DuplicateId && fault.code != ErrorCode::NotReady)
@@ -76,7 +76,7 @@ std::optional<Reply> withStatus(const Reply& honest, const char* word, const Jso
     return jsonReply(200, body);
 }
 
-Reply htmlPage(const int status)
+Reply htmlPage(int status)
 {
     const std::string title = std::to_string(status) + " fremulator";
     return {.status = status,
@@ -86,7 +86,7 @@ Reply htmlPage(const int status)
 }
 
 /// The part of misbehaviour that is a matter of what the answer says; nothing when the fault does not apply.
-std::optional<Reply> changed(const Fault& fault, const Reply& honest, const TimePoint now)
+std::optional<Reply> changed(const Fault& fault, const Reply& honest, TimePoint now)
 {
     const bool report = fault.endpoint == Endpoint::Report;
     const auto ifItWasTaken = honest.status == 200 ? std::optional(honest) : std::nullopt;
@@ -157,7 +157,7 @@ Json errorOf(Failure failure, ErrorCode code)
     return errorObject({code, 200, info.name, info.text});
 }
 
-std::optional<Answer> misbehave(const Fault& fault, const Reply& honest, const TimePoint now)
+std::optional<Answer> misbehave(const Fault& fault, const Reply& honest, TimePoint now)
 {
     const auto reply = changed(fault, honest, now);
     return reply ? std::optional(Answer{.reply = *reply, .wire = wireOf(fault)}) : std::nullopt;

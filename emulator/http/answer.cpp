@@ -4,7 +4,7 @@
 
 namespace emulator {
 
-std::string Answer::bytes(const bool keepAlive) const
+std::string Answer::bytes(bool keepAlive) const
 {
     if (wire.send == Wire::Send::Nothing)
         return {};

@@ -44,7 +44,7 @@ struct Answer
     bool follow = false;
 
     /// Whether the connection stays afterwards when the client lets it.
-    [[nodiscard]] bool keeps(const bool keepAlive) const { return keepAlive && wire.end == Wire::End::Keep; }
+    [[nodiscard]] bool keeps(bool keepAlive) const { return keepAlive && wire.end == Wire::End::Keep; }
 
     /// The bytes that go out, to a client that lets the connection stay or does not.
     [[nodiscard]] std::string bytes(bool keepAlive) const;

@@ -13,7 +13,7 @@ std::string withoutPort(const std::string& host)
 
 } // namespace
 
-std::string foreignness(const Request& request, const std::vector<std::string>& hosts, const bool isPage)
+std::string foreignness(const Request& request, const std::vector<std::string>& hosts, bool isPage)
 {
     const std::string host = request.header("Host");
     const std::string name = withoutPort(host);

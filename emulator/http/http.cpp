@@ -8,7 +8,7 @@ namespace emulator {
 
 namespace {
 
-std::string decoded(const std::string_view text, const bool plusIsBlank)
+std::string decoded(std::string_view text, bool plusIsBlank)
 {
     std::string out;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -26,7 +26,7 @@ std::string decoded(const std::string_view text, const bool plusIsBlank)
     return out;
 }
 
-std::string_view reason(const int status)
+std::string_view reason(int status)
 {
     constexpr std::array<std::pair<int, std::string_view>, 17> reasons{{{200, "OK"}, {204, "No Content"},
         {400, "Bad Request"}, {401, "Unauthorized"}, {403, "Forbidden"}, {404, "Not Found"},
@@ -43,7 +43,7 @@ std::string_view reason(const int status)
 
 } // namespace
 
-void setTarget(Request& request, const std::string_view target)
+void setTarget(Request& request, std::string_view target)
 {
     const std::size_t mark = std::min(target.find('?'), target.size());
     request.path = decoded(target.substr(0, mark), false);
@@ -58,7 +58,7 @@ void setTarget(Request& request, const std::string_view target)
     }
 }
 
-std::string head(const Reply& reply, const std::size_t contentLength, const bool keepAlive)
+std::string head(const Reply& reply, std::size_t contentLength, bool keepAlive)
 {
     std::string text = "HTTP/1.1 " + std::to_string(reply.status) + ' ';
     text += reason(reply.status);

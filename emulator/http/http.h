@@ -23,9 +23,9 @@ struct Request
     bool keepAlive = true;
 
     /// The first header of that name in any case of letters, or an empty text.
-    [[nodiscard]] std::string header(const std::string_view name) const
+    [[nodiscard]] std::string header(std::string_view name) const
     {
-        const auto same = [](const char a, const char b) {
+        const auto same = [](char a, char b) {
             return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
         };
         for (const auto& [key, value] : headers) {
@@ -36,7 +36,7 @@ struct Request
     }
 
     /// The first value of that name in the address, or an empty text.
-    [[nodiscard]] std::string parameter(const std::string_view name) const
+    [[nodiscard]] std::string parameter(std::string_view name) const
     {
         for (const auto& [key, value] : query) {
             if (key == name)

@@ -17,13 +17,13 @@ public:
     class Follower
     {
     public:
-        Follower(Hub& hub, boost::asio::io_context& io)
+        Follower(Hub& usedHub, boost::asio::io_context& io)
             : wake(io)
-            , hub_(hub)
+            , hub(usedHub)
         {
-            hub_.followers_.push_back(this);
+            hub.followers.push_back(this);
         }
-        ~Follower() { std::erase(hub_.followers_, this); }
+        ~Follower() { std::erase(hub.followers, this); }
         Follower(const Follower&) = delete;
         Follower& operator=(const Follower&) = delete;
 
@@ -31,14 +31,14 @@ public:
         boost::asio::steady_timer wake;
 
     private:
-        Hub& hub_;
+        Hub& hub;
     };
 
     /// A follower that does not keep up loses what it has not read and is told to start anew.
     void publish(const std::string& event)
     {
         constexpr std::size_t patience = 1000;
-        for (Follower* follower : followers_) {
+        for (Follower* follower : followers) {
             if (follower->pending.size() >= patience)
                 follower->pending.assign(1, R"({"kind":"lost"})");
             follower->pending.push_back(event);
@@ -46,10 +46,10 @@ public:
         }
     }
 
-    [[nodiscard]] bool followed() const { return !followers_.empty(); }
+    [[nodiscard]] bool followed() const { return !followers.empty(); }
 
 private:
-    std::vector<Follower*> followers_;
+    std::vector<Follower*> followers;
 };
 
 } // namespace emulator

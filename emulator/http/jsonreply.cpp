@@ -2,7 +2,7 @@
 
 namespace emulator {
 
-Reply jsonReply(const int status, const Json& body)
+Reply jsonReply(int status, const Json& body)
 {
     return {.status = status, .body = toLine(body)};
 }

@@ -67,10 +67,10 @@ template <class Stream>
 class Session
 {
 public:
-    Session(Stream& stream, asio::io_context& io, Shared& shared)
-        : stream_(stream)
-        , io_(io)
-        , shared_(shared)
+    Session(Stream& usedStream, asio::io_context& usedIo, Shared& usedShared)
+        : stream(usedStream)
+        , io(usedIo)
+        , shared(usedShared)
     {
     }
 
@@ -79,8 +79,8 @@ public:
         for (bool keep = true; keep;) {
             Parser parser;
             parser.eager(true);
-            parser.header_limit(static_cast<std::uint32_t>(shared_.limits.headerBytes));
-            parser.body_limit(shared_.limits.bodyBytes);
+            parser.header_limit(static_cast<std::uint32_t>(shared.limits.headerBytes));
+            parser.body_limit(shared.limits.bodyBytes);
             std::string raw;
             if (const error_code error = co_await read(parser, raw)) {
                 if (error != http::error::end_of_stream && error != beast::error::timeout)
@@ -88,7 +88,7 @@ public:
                 co_return;
             }
             const Request request = toRequest(parser, std::move(raw));
-            const Answer answer = shared_.handler(request);
+            const Answer answer = shared.handler(request);
             if (answer.follow)
                 keep = co_await sendEvents();
             else
@@ -101,12 +101,12 @@ private:
     asio::awaitable<error_code> read(Parser& parser, std::string& raw)
     {
         bool continueAsked = false;
-        lowest().expires_after(shared_.limits.idle);
+        lowest().expires_after(shared.limits.idle);
         while (!parser.is_done()) {
             error_code error;
-            const std::size_t used = buffer_.size() > 0 ? parser.put(buffer_.data(), error) : 0;
-            raw.append(static_cast<const char*>(buffer_.data().data()), used);
-            buffer_.consume(used);
+            const std::size_t used = buffer.size() > 0 ? parser.put(buffer.data(), error) : 0;
+            raw.append(static_cast<const char*>(buffer.data().data()), used);
+            buffer.consume(used);
             if (error && error != http::error::need_more)
                 co_return error;
             if (used > 0 && (!error || parser.is_done()))
@@ -116,15 +116,15 @@ private:
                 continueAsked = true;
                 co_await write(goOn);
             }
-            const auto [failure, bytes] = co_await stream_.async_read_some(buffer_.prepare(8192), tuple);
+            const auto [failure, bytes] = co_await stream.async_read_some(buffer.prepare(8192), tuple);
             if (failure)
                 co_return raw.empty() ? error_code(http::error::end_of_stream) : failure;
-            buffer_.commit(bytes);
+            buffer.commit(bytes);
         }
         co_return error_code();
     }
 
-    asio::awaitable<void> refuse(const error_code error)
+    asio::awaitable<void> refuse(error_code error)
     {
         const Answer answer{
             .reply = {
@@ -134,7 +134,7 @@ private:
     }
 
     /// Whether the connection can bring another request.
-    asio::awaitable<bool> send(const Answer& answer, const bool keepAlive)
+    asio::awaitable<bool> send(const Answer& answer, bool keepAlive)
     {
         const Wire& wire = answer.wire;
         if (wire.delay.count() > 0)
@@ -166,14 +166,14 @@ private:
     {
         lowest().expires_never();
         for (error_code failure; !failure;) {
-            buffer_.clear();
-            std::tie(failure, std::ignore) = co_await stream_.async_read_some(buffer_.prepare(8192), tuple);
+            buffer.clear();
+            std::tie(failure, std::ignore) = co_await stream.async_read_some(buffer.prepare(8192), tuple);
         }
     }
 
     asio::awaitable<bool> sendEvents()
     {
-        Hub::Follower follower(shared_.hub, io_);
+        Hub::Follower follower(shared.hub, io);
         bool written = co_await write(eventsHead);
         while (written) {
             if (follower.pending.empty()) {
@@ -191,43 +191,43 @@ private:
         co_return false;
     }
 
-    asio::awaitable<void> wait(const std::chrono::milliseconds time)
+    asio::awaitable<void> wait(std::chrono::milliseconds time)
     {
-        asio::steady_timer timer(io_, time);
+        asio::steady_timer timer(io, time);
         co_await timer.async_wait(tuple);
     }
 
-    asio::awaitable<bool> write(const std::string_view bytes)
+    asio::awaitable<bool> write(std::string_view bytes)
     {
-        lowest().expires_after(shared_.limits.idle);
+        lowest().expires_after(shared.limits.idle);
         const auto [failure, count] =
-            co_await asio::async_write(stream_, asio::buffer(bytes.data(), bytes.size()), tuple);
+            co_await asio::async_write(stream, asio::buffer(bytes.data(), bytes.size()), tuple);
         co_return !failure;
     }
 
-    beast::tcp_stream& lowest() { return beast::get_lowest_layer(stream_); }
+    beast::tcp_stream& lowest() { return beast::get_lowest_layer(stream); }
 
-    Stream& stream_;
-    asio::io_context& io_;
-    Shared& shared_;
-    beast::flat_buffer buffer_;
+    Stream& stream;
+    asio::io_context& io;
+    Shared& shared;
+    beast::flat_buffer buffer;
 };
 
 /// Adds one to a number for as long as it lives.
 class Counted
 {
 public:
-    explicit Counted(std::size_t& number)
-        : number_(number)
+    explicit Counted(std::size_t& counter)
+        : counted(counter)
     {
-        ++number_;
+        ++counted;
     }
-    ~Counted() { --number_; }
+    ~Counted() { --counted; }
     Counted(const Counted&) = delete;
     Counted& operator=(const Counted&) = delete;
 
 private:
-    std::size_t& number_;
+    std::size_t& counted;
 };
 
 } // namespace
@@ -235,58 +235,58 @@ private:
 class Server::Implementation
 {
 public:
-    Implementation(const std::uint16_t port, Handler handler, const Limits& limits, const TlsFiles& tls)
-        : shared_{.handler = std::move(handler), .limits = limits}
-        , acceptor_(io_, tcp::v4())
-        , signals_(io_)
+    Implementation(std::uint16_t port, Handler handler, const Limits& limits, const TlsFiles& tls)
+        : shared{.handler = std::move(handler), .limits = limits}
+        , acceptor(io, tcp::v4())
+        , signals(io)
     {
         if (!tls.certificateChain.empty())
             readTlsFiles(tls);
         listen(port);
-        asio::co_spawn(io_, accept(), asio::detached);
+        asio::co_spawn(io, accept(), asio::detached);
     }
 
-    [[nodiscard]] std::uint16_t port() const { return acceptor_.local_endpoint().port(); }
+    [[nodiscard]] std::uint16_t port() const { return acceptor.local_endpoint().port(); }
 
-    void run() { io_.run(); }
+    void run() { io.run(); }
 
-    void stop() { io_.stop(); }
+    void stop() { io.stop(); }
 
     void stopOnSignals()
     {
-        signals_.add(SIGINT);
-        signals_.add(SIGTERM);
-        signals_.async_wait([this](const error_code& error, int) {
+        signals.add(SIGINT);
+        signals.add(SIGTERM);
+        signals.async_wait([this](const error_code& error, int) {
             if (!error)
                 stop();
         });
     }
 
-    void publish(const std::string& event) { shared_.hub.publish(event); }
+    void publish(const std::string& event) { shared.hub.publish(event); }
 
-    [[nodiscard]] bool followed() const { return shared_.hub.followed(); }
+    [[nodiscard]] bool followed() const { return shared.hub.followed(); }
 
 private:
     void readTlsFiles(const TlsFiles& files)
     {
-        tls_.emplace(asio::ssl::context::tls_server);
+        tlsContext.emplace(asio::ssl::context::tls_server);
         error_code error;
-        tls_->use_certificate_chain_file(files.certificateChain, error);
+        tlsContext->use_certificate_chain_file(files.certificateChain, error);
         if (error)
             throw std::runtime_error(
                 "cannot use certificate " + files.certificateChain + ": " + error.message());
-        tls_->use_private_key_file(files.privateKey, asio::ssl::context::pem, error);
+        tlsContext->use_private_key_file(files.privateKey, asio::ssl::context::pem, error);
         if (error)
             throw std::runtime_error("cannot use private key " + files.privateKey + ": " + error.message());
     }
 
-    void listen(const std::uint16_t port)
+    void listen(std::uint16_t port)
     {
         error_code error;
-        acceptor_.set_option(tcp::acceptor::reuse_address(true));
-        acceptor_.bind(tcp::endpoint(asio::ip::address_v4::loopback(), port), error);
+        acceptor.set_option(tcp::acceptor::reuse_address(true));
+        acceptor.bind(tcp::endpoint(asio::ip::address_v4::loopback(), port), error);
         if (!error)
-            acceptor_.listen(asio::socket_base::max_listen_connections, error);
+            acceptor.listen(asio::socket_base::max_listen_connections, error);
         if (error)
             throw std::runtime_error(
                 "cannot listen on port " + std::to_string(port) + ": " + error.message());
@@ -295,50 +295,50 @@ private:
     asio::awaitable<void> accept()
     {
         for (;;) {
-            auto [error, socket] = co_await acceptor_.async_accept(tuple);
+            auto [error, socket] = co_await acceptor.async_accept(tuple);
             if (error) {
                 // Out of descriptors, most likely: give connections time to end instead of spinning.
-                asio::steady_timer pause(io_, std::chrono::milliseconds(50));
+                asio::steady_timer pause(io, std::chrono::milliseconds(50));
                 co_await pause.async_wait(tuple);
                 continue;
             }
-            if (shared_.connections >= shared_.limits.connections)
+            if (shared.connections >= shared.limits.connections)
                 continue;
             socket.set_option(tcp::no_delay(true), error);
-            asio::co_spawn(io_, attend(std::move(socket)), asio::detached);
+            asio::co_spawn(io, attend(std::move(socket)), asio::detached);
         }
     }
 
     asio::awaitable<void> attend(tcp::socket socket)
     {
-        const Counted counted(shared_.connections);
-        if (tls_) {
-            TlsStream stream(std::move(socket), *tls_);
-            beast::get_lowest_layer(stream).expires_after(shared_.limits.idle);
+        const Counted counted(shared.connections);
+        if (tlsContext) {
+            TlsStream stream(std::move(socket), *tlsContext);
+            beast::get_lowest_layer(stream).expires_after(shared.limits.idle);
             const auto [failure] = co_await stream.async_handshake(asio::ssl::stream_base::server, tuple);
             if (failure)
                 co_return;
-            co_await Session<TlsStream>(stream, io_, shared_).serve();
+            co_await Session<TlsStream>(stream, io, shared).serve();
             if (beast::get_lowest_layer(stream).socket().is_open())
                 co_await stream.async_shutdown(tuple);
         } else {
             TcpStream stream(std::move(socket));
-            co_await Session<TcpStream>(stream, io_, shared_).serve();
+            co_await Session<TcpStream>(stream, io, shared).serve();
             error_code ignored;
             stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
         }
     }
 
-    // The connections live in io_ and use what stands before it.
-    Shared shared_;
-    std::optional<asio::ssl::context> tls_;
-    asio::io_context io_{1};
-    tcp::acceptor acceptor_;
-    asio::signal_set signals_;
+    // The connections live in io and use what stands before it.
+    Shared shared;
+    std::optional<asio::ssl::context> tlsContext;
+    asio::io_context io{1};
+    tcp::acceptor acceptor;
+    asio::signal_set signals;
 };
 
-Server::Server(const std::uint16_t port, Handler handler, const Limits& limits, const TlsFiles& tls)
-    : implementation_(std::make_unique<Implementation>(port, std::move(handler), limits, tls))
+Server::Server(std::uint16_t port, Handler handler, const Limits& limits, const TlsFiles& tls)
+    : implementation(std::make_unique<Implementation>(port, std::move(handler), limits, tls))
 {
 }
 
@@ -346,32 +346,32 @@ Server::~Server() = default;
 
 std::uint16_t Server::port() const
 {
-    return implementation_->port();
+    return implementation->port();
 }
 
 void Server::run()
 {
-    implementation_->run();
+    implementation->run();
 }
 
 void Server::stop()
 {
-    implementation_->stop();
+    implementation->stop();
 }
 
 void Server::stopOnSignals()
 {
-    implementation_->stopOnSignals();
+    implementation->stopOnSignals();
 }
 
 void Server::publish(const std::string& event)
 {
-    implementation_->publish(event);
+    implementation->publish(event);
 }
 
 bool Server::followed() const
 {
-    return implementation_->followed();
+    return implementation->followed();
 }
 
 } // namespace emulator

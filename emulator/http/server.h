@@ -39,7 +39,7 @@ public:
 
 private:
     class Implementation;
-    std::unique_ptr<Implementation> implementation_;
+    std::unique_ptr<Implementation> implementation;
 };
 
 } // namespace emulator

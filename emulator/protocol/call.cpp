@@ -6,7 +6,7 @@ namespace emulator {
 
 namespace {
 
-std::vector<std::string> segments(const std::string_view path)
+std::vector<std::string> segments(std::string_view path)
 {
     std::vector<std::string> parts;
     for (std::size_t from = 0; from <= path.size();) {

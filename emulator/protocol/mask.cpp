@@ -13,7 +13,7 @@ constexpr std::string_view lineEnd = "\r\n";
 constexpr std::string_view headEnd = "\r\n\r\n";
 
 /// Takes what stands before `separator` off `rest`.
-std::string_view cutOff(std::string_view& rest, const std::string_view separator)
+std::string_view cutOff(std::string_view& rest, std::string_view separator)
 {
     const std::string_view part = rest.substr(0, rest.find(separator));
     rest.remove_prefix(std::min(part.size() + separator.size(), rest.size()));
@@ -29,7 +29,7 @@ bool isSecret(std::string name)
 }
 
 // A name in the address may be percent-encoded.
-bool isSecretPair(const std::string_view pair)
+bool isSecretPair(std::string_view pair)
 {
     Request request;
     setTarget(request, "?" + std::string(pair));
@@ -37,7 +37,7 @@ bool isSecretPair(const std::string_view pair)
 }
 
 /// The first line of a request.
-std::string maskedTarget(const std::string_view line)
+std::string maskedTarget(std::string_view line)
 {
     const std::size_t mark = line.find('?');
     if (mark == std::string_view::npos)

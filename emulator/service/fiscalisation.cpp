@@ -7,7 +7,7 @@ namespace emulator {
 namespace {
 
 /// The same storage and document always give the same sign, and it never fits into 31 bits.
-std::int64_t fiscalSign(const std::string& storageNumber, const std::int64_t document)
+std::int64_t fiscalSign(const std::string& storageNumber, std::int64_t document)
 {
     std::uint64_t hash = 14695981039346656037u;
     for (const char c : storageNumber + ':' + std::to_string(document))
@@ -16,7 +16,7 @@ std::int64_t fiscalSign(const std::string& storageNumber, const std::int64_t doc
     return static_cast<std::int64_t>(0x8000'0000u + (hash & 0x7FFF'FFFFu));
 }
 
-void openShiftIfNeeded(Register& where, const TimePoint time, const std::int64_t receiptsPerShift)
+void openShiftIfNeeded(Register& where, TimePoint time, std::int64_t receiptsPerShift)
 {
     const bool old = time - where.shiftOpenedAt >= std::chrono::hours(24);
     const bool full = receiptsPerShift > 0 && where.receiptsInShift >= receiptsPerShift;
@@ -32,8 +32,8 @@ void openShiftIfNeeded(Register& where, const TimePoint time, const std::int64_t
 
 } // namespace
 
-Json registerReceipt(Register& where, const TimePoint time, const std::int64_t totalKopecks,
-    const std::int64_t receiptsPerShift)
+Json registerReceipt(
+    Register& where, TimePoint time, std::int64_t totalKopecks, std::int64_t receiptsPerShift)
 {
     openShiftIfNeeded(where, time, receiptsPerShift);
     ++where.documents;

@@ -2,9 +2,9 @@
 
 namespace emulator {
 
-bool Pace::allows(const std::string& group, const int perSecond, const TimePoint now)
+bool Pace::allows(const std::string& group, int perSecond, TimePoint now)
 {
-    std::deque<TimePoint>& times = asked_[group];
+    std::deque<TimePoint>& times = asked[group];
     while (!times.empty() && times.front() + std::chrono::seconds(1) <= now)
         times.pop_front();
     if (times.size() >= static_cast<std::size_t>(perSecond))

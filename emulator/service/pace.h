@@ -16,7 +16,7 @@ public:
     [[nodiscard]] bool allows(const std::string& group, int perSecond, TimePoint now);
 
 private:
-    std::map<std::string, std::deque<TimePoint>> asked_;
+    std::map<std::string, std::deque<TimePoint>> asked;
 };
 
 } // namespace emulator

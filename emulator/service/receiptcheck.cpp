@@ -106,18 +106,17 @@ const Rule correctionRules[] = {
     {"correction.payments[].sum", Money, Required, 0, largestAmount},
 };
 
-bool allDigits(const std::string_view text)
+bool allDigits(std::string_view text)
 {
-    return std::ranges::all_of(text, [](const char c) { return c >= '0' && c <= '9'; });
+    return std::ranges::all_of(text, [](char c) { return c >= '0' && c <= '9'; });
 }
 
 std::int64_t characters(const std::string& text)
 {
-    return std::ranges::count_if(
-        text, [](const char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
+    return std::ranges::count_if(text, [](char c) { return (static_cast<unsigned char>(c) & 0xC0) != 0x80; });
 }
 
-bool between(const std::optional<std::int64_t> value, const Rule& rule)
+bool between(std::optional<std::int64_t> value, const Rule& rule)
 {
     return value && *value >= rule.low && *value <= rule.high;
 }
@@ -146,7 +145,7 @@ bool isHexBytes(const std::string& text, const Rule& rule)
     return between(static_cast<std::int64_t>(text.size() + 1) / 3, rule);
 }
 
-std::optional<std::int64_t> parts(const Json& value, const int scale)
+std::optional<std::int64_t> parts(const Json& value, int scale)
 {
     return value.is_number() ? wholeParts(value.get<double>(), scale) : std::nullopt;
 }
@@ -223,27 +222,27 @@ std::string expectation(const Rule& rule, const Lists& lists)
 class Checker
 {
 public:
-    Checker(const Json& body, const std::span<const Rule> rules, const Lists& lists)
-        : body_(body)
-        , rules_(rules)
-        , lists_(lists)
+    Checker(const Json& checkedBody, std::span<const Rule> usedRules, const Lists& usedLists)
+        : body(checkedBody)
+        , rules(usedRules)
+        , lists(usedLists)
     {
     }
 
     void apply()
     {
-        for (const Rule& rule : rules_)
-            walk(body_, rule, 0, {});
+        for (const Rule& rule : rules)
+            walk(body, rule, 0, {});
     }
 
-    void add(const std::string& field, const std::string& rule) { found_.push_back({field, rule}); }
+    void add(const std::string& field, const std::string& rule) { violations.push_back({field, rule}); }
 
-    [[nodiscard]] std::vector<Violation> result() && { return std::move(found_); }
+    [[nodiscard]] std::vector<Violation> result() && { return std::move(violations); }
 
 private:
     /// Checks every value that the rest of the rule's path, from `at` on, leads to from `value`: null for one
     /// that is missing in an object that is there, and no more elements of an array than it may have.
-    void walk(const Json& value, const Rule& rule, const std::size_t at, const std::string& name)
+    void walk(const Json& value, const Rule& rule, std::size_t at, const std::string& name)
     {
         const std::string_view path = rule.path.substr(at);
         if (path.empty())
@@ -268,19 +267,19 @@ private:
     void check(const Json& value, const Rule& rule, const std::string& name)
     {
         const bool absent = value.is_null() && rule.need == Optional;
-        if (!absent && !holds(value, rule, lists_))
-            add(name, expectation(rule, lists_));
+        if (!absent && !holds(value, rule, lists))
+            add(name, expectation(rule, lists));
     }
 
-    [[nodiscard]] std::size_t longest(const std::string_view array) const
+    [[nodiscard]] std::size_t longest(std::string_view array) const
     {
-        return static_cast<std::size_t>(std::ranges::find(rules_, array, &Rule::path)->high);
+        return static_cast<std::size_t>(std::ranges::find(rules, array, &Rule::path)->high);
     }
 
-    const Json& body_;
-    std::span<const Rule> rules_;
-    const Lists& lists_;
-    std::vector<Violation> found_;
+    const Json& body;
+    std::span<const Rule> rules;
+    const Lists& lists;
+    std::vector<Violation> violations;
 };
 
 std::string textOf(const Json& object, const char* key)

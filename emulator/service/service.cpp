@@ -75,23 +75,24 @@ std::string describe(const Fault* fault)
 
 } // namespace
 
-Service::Service(const ServiceOptions& options, Store& store, FaultBox& faults, Clock clock)
-    : options_(options)
-    , store_(store)
-    , faults_(faults)
-    , clock_(std::move(clock))
+Service::Service(
+    const ServiceOptions& serviceOptions, Store& usedStore, FaultBox& usedFaults, Clock usedClock)
+    : options(serviceOptions)
+    , store(usedStore)
+    , faults(usedFaults)
+    , clock(std::move(usedClock))
 {
-    for (const Group& group : options_.groups)
-        store_.prepareRegisters(group.code, group.registers);
+    for (const Group& group : options.groups)
+        store.prepareRegisters(group.code, group.registers);
 }
 
 Answer Service::answer(const Request& request)
 {
-    sqlite::Transaction transaction = store_.transaction();
+    sqlite::Transaction transaction = store.transaction();
     Context context = look(request);
     if (context.call.endpoint == Endpoint::Sell)
-        store_.countRequest(context.call.group, context.call.externalId, context.call.operation);
-    context.fault = faults_.take(context.call);
+        store.countRequest(context.call.group, context.call.externalId, context.call.operation);
+    context.fault = faults.take(context.call);
     const Answer answer =
         context.fault == nullptr ? Answer{.reply = perform(context, request)} : sabotage(context, request);
     record(context, request, answer);
@@ -101,19 +102,19 @@ Answer Service::answer(const Request& request)
 
 Answer Service::sabotage(Context& context, const Request& request)
 {
-    sqlite::Savepoint point = store_.savepoint();
-    const Pace pace = pace_;
+    sqlite::Savepoint point = store.savepoint();
+    const Pace paceBefore = pace;
     const Reply honest = perform(context, request);
-    const auto answer = misbehave(*context.fault, honest, clock_());
+    const auto answer = misbehave(*context.fault, honest, clock());
     if (answer && context.fault->phase == Phase::Before) {
         // Done and taken back: the answer is as it would have been, and nothing of it has happened.
-        pace_ = pace;
+        pace = paceBefore;
         return *answer;
     }
     point.release();
     if (answer)
         return *answer;
-    faults_.spare(*context.fault);
+    faults.spare(*context.fault);
     context.fault = nullptr;
     return {.reply = honest};
 }
@@ -123,12 +124,12 @@ Service::Context Service::look(const Request& request)
     Context context{.call = readCall(request)};
     Call& call = context.call;
     if (call.endpoint == Endpoint::Sell || call.endpoint == Endpoint::Report) {
-        context.token = store_.findToken(call.token);
+        context.token = store.findToken(call.token);
         if (context.token)
             call.login = context.token->login;
     }
     if (call.endpoint == Endpoint::Report) {
-        context.document = store_.findDocument(call.uuid);
+        context.document = store.findDocument(call.uuid);
         if (context.document)
             call.externalId = context.document->externalId;
     }
@@ -159,20 +160,20 @@ void Service::record(const Context& context, const Request& request, const Answe
     const Call& call = context.call;
     const std::string bytes = answer.bytes(request.keepAlive);
     const bool sell = call.endpoint == Endpoint::Sell;
-    Exchange exchange{.at = clock_(),
+    Exchange exchange{.at = clock(),
         .endpoint = call.endpoint,
         .groupCode = call.group,
         .externalId = call.externalId,
-        .uuid = sell ? store_.findUuid(call.group, call.externalId).value_or("") : call.uuid,
+        .uuid = sell ? store.findUuid(call.group, call.externalId).value_or("") : call.uuid,
         .login = call.login.substr(0, longestLogin),
         .request = beginningOf(maskedRequest(request, call)),
         .answer = beginningOf(maskedAnswer(bytes, call)),
         .status = bytes.empty() ? 0 : answer.reply.status,
         .code = bytes.empty() ? std::nullopt : codeIn(answer.reply),
         .fault = describe(context.fault)};
-    store_.addExchange(exchange);
-    if (listener_)
-        listener_(exchange);
+    store.addExchange(exchange);
+    if (listener)
+        listener(exchange);
 }
 
 Reply Service::giveToken(const Context& context)
@@ -186,17 +187,17 @@ Reply Service::giveToken(const Context& context)
     if (user->blocked)
         return error(Endpoint::Token, ErrorCode::BlockedUser);
     const bool old = context.fault != nullptr && context.fault->effect == Effect::OldToken;
-    const std::chrono::milliseconds life = old ? context.fault->time : options_.tokenLife;
+    const std::chrono::milliseconds life = old ? context.fault->time : options.tokenLife;
     const std::string token = newToken();
-    store_.addToken(token, {.login = user->login, .expiresAt = clock_() + life});
-    return tokenReply(token, clock_());
+    store.addToken(token, {.login = user->login, .expiresAt = clock() + life});
+    return tokenReply(token, clock());
 }
 
 std::optional<ErrorCode> Service::refusal(const Context& context) const
 {
     if (!context.token)
         return ErrorCode::UnknownToken;
-    if (context.token->expiresAt <= clock_())
+    if (context.token->expiresAt <= clock())
         return ErrorCode::ExpiredToken;
     const User* user = findUser(context.call.login);
     if (user == nullptr)
@@ -214,22 +215,22 @@ Reply Service::takeDocument(const Context& context)
     const Call& call = context.call;
     if (const auto code = refusal(context))
         return error(Endpoint::Sell, *code);
-    if (std::ranges::count(options_.lists.operations, call.operation) == 0)
+    if (std::ranges::count(options.lists.operations, call.operation) == 0)
         return error(Endpoint::Sell, ErrorCode::UnknownOperation);
     if (!call.body.is_object())
         return error(Endpoint::Sell, ErrorCode::InvalidRequest);
     const Group& group = *findGroup(call.group);
     if (const std::string wrong = wrongFields(call, group); !wrong.empty())
         return error(Endpoint::Sell, ErrorCode::InvalidReceipt, wrong);
-    if (const auto uuid = store_.findUuid(call.group, call.externalId))
-        return duplicateReply(*uuid, clock_());
-    return acceptedReply(newDocument(context, group).uuid, clock_());
+    if (const auto uuid = store.findUuid(call.group, call.externalId))
+        return duplicateReply(*uuid, clock());
+    return acceptedReply(newDocument(context, group).uuid, clock());
 }
 
 std::string Service::wrongFields(const Call& call, const Group& group) const
 {
     const auto check = isCorrection(call) ? checkCorrection : checkReceipt;
-    return describe(check(call.body, options_.lists, group.inn));
+    return describe(check(call.body, options.lists, group.inn));
 }
 
 Document Service::newDocument(const Context& context, const Group& group)
@@ -240,23 +241,23 @@ Document Service::newDocument(const Context& context, const Group& group)
         .externalId = call.externalId,
         .operation = call.operation,
         .login = call.login,
-        .receivedAt = clock_(),
+        .receivedAt = clock(),
         .body = toLine(call.body),
         .totalKopecks = paidKopecks(call.body[isCorrection(call) ? "correction" : "receipt"]),
         .callbackUrl = callbackUrl(call.body),
-        .waitsLeft = options_.waits};
+        .waitsLeft = options.waits};
     fiscalise(document, group, context.fault);
-    store_.addDocument(document);
+    store.addDocument(document);
     return document;
 }
 
 void Service::fiscalise(Document& document, const Group& group, const Fault* fault)
 {
-    Register where = store_.freestRegister(group.code, group.registers);
+    Register where = store.freestRegister(group.code, group.registers);
     document.deviceCode = "emulated-" + where.groupCode + "-" + std::to_string(where.number);
     const TimePoint begin = std::max(document.receivedAt, where.freeAt);
-    if (begin - document.receivedAt > options_.queueTimeout) {
-        document.readyAt = document.receivedAt + options_.queueTimeout;
+    if (begin - document.receivedAt > options.queueTimeout) {
+        document.readyAt = document.receivedAt + options.queueTimeout;
         document.outcome = Outcome::Fail;
         document.error = errorOf(Failure::Timeout);
         return;
@@ -270,16 +271,16 @@ void Service::fiscalise(Document& document, const Group& group, const Fault* fau
         document.error = errorOf(fault->failure, fault->code);
     } else {
         document.payload =
-            registerReceipt(where, document.readyAt, document.totalKopecks, options_.receiptsPerShift);
+            registerReceipt(where, document.readyAt, document.totalKopecks, options.receiptsPerShift);
     }
-    store_.saveRegister(where);
+    store.saveRegister(where);
 }
 
 std::chrono::milliseconds Service::someLatency() const
 {
     thread_local std::mt19937_64 source{std::random_device{}()};
     std::uniform_int_distribution<std::int64_t> between(
-        options_.latencyLow.count(), options_.latencyHigh.count());
+        options.latencyLow.count(), options.latencyHigh.count());
     return std::chrono::milliseconds(between(source));
 }
 
@@ -288,16 +289,16 @@ Reply Service::report(const Context& context)
     if (const auto code = refusal(context))
         return error(Endpoint::Report, *code);
     const auto& document = context.document;
-    const TimePoint now = clock_();
+    const TimePoint now = clock();
     if (!document || document->groupCode != context.call.group || document->receivedAt + reportLife < now)
         return error(Endpoint::Report, ErrorCode::UnknownDocument);
-    if (options_.pace && !pace_.allows(document->groupCode, findGroup(document->groupCode)->registers, now)) {
+    if (options.pace && !pace.allows(document->groupCode, findGroup(document->groupCode)->registers, now)) {
         const ServiceError tooOften{
             ErrorCode::InvalidRequest, 429, "system", "Слишком частые запросы состояния"};
         return errorReply(Endpoint::Report, tooOften, now);
     }
     if (document->waitsLeft > 0) {
-        store_.setWaitsLeft(document->sequence, document->waitsLeft - 1);
+        store.setWaitsLeft(document->sequence, document->waitsLeft - 1);
         return waitingReply(*document, now);
     }
     return statusOf(*document);
@@ -305,7 +306,7 @@ Reply Service::report(const Context& context)
 
 std::string Service::statusWord(const Document& document) const
 {
-    if (document.waitsLeft > 0 || document.readyAt > clock_() || document.outcome == Outcome::Never)
+    if (document.waitsLeft > 0 || document.readyAt > clock() || document.outcome == Outcome::Never)
         return "wait";
     return document.outcome == Outcome::Done ? "done" : "fail";
 }
@@ -313,29 +314,29 @@ std::string Service::statusWord(const Document& document) const
 Reply Service::statusOf(const Document& document) const
 {
     if (statusWord(document) == "wait")
-        return waitingReply(document, clock_());
+        return waitingReply(document, clock());
     Document linked = document;
     const Group* group = findGroup(document.groupCode);
     if (linked.payload.is_object() && (group == nullptr || group->receiptUrl))
-        linked.payload["ofd_receipt_url"] = address_ + "#" + document.uuid;
-    return finishedReply(linked, clock_());
+        linked.payload["ofd_receipt_url"] = address + "#" + document.uuid;
+    return finishedReply(linked, clock());
 }
 
-Reply Service::error(const Endpoint endpoint, const ErrorCode code, const std::string& details) const
+Reply Service::error(Endpoint endpoint, ErrorCode code, const std::string& details) const
 {
-    return errorReply(endpoint, serviceError(code), clock_(), details);
+    return errorReply(endpoint, serviceError(code), clock(), details);
 }
 
 const Group* Service::findGroup(const std::string& code) const
 {
-    const auto found = std::ranges::find(options_.groups, code, &Group::code);
-    return found == options_.groups.end() ? nullptr : &*found;
+    const auto found = std::ranges::find(options.groups, code, &Group::code);
+    return found == options.groups.end() ? nullptr : &*found;
 }
 
 const User* Service::findUser(const std::string& login) const
 {
-    const auto found = std::ranges::find(options_.users, login, &User::login);
-    return found == options_.users.end() ? nullptr : &*found;
+    const auto found = std::ranges::find(options.users, login, &User::login);
+    return found == options.users.end() ? nullptr : &*found;
 }
 
 } // namespace emulator

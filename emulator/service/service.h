@@ -20,13 +20,14 @@ class Service
 {
 public:
     /// `store` and `faults` are borrowed and must outlive the service. Makes the registers of every group.
-    Service(const ServiceOptions& options, Store& store, FaultBox& faults, Clock clock = systemTime);
+    Service(const ServiceOptions& serviceOptions, Store& usedStore, FaultBox& usedFaults,
+        Clock usedClock = systemTime);
 
     /// Where the links to receipts lead, `http://127.0.0.1:PORT/`.
-    void setAddress(const std::string& address) { address_ = address; }
+    void setAddress(const std::string& newAddress) { address = newAddress; }
 
     /// Told of every call once its answer is settled; the exchange holds no secrets.
-    void setListener(std::function<void(const Exchange&)> listener) { listener_ = std::move(listener); }
+    void setListener(std::function<void(const Exchange&)> newListener) { listener = std::move(newListener); }
 
     [[nodiscard]] Answer answer(const Request& request);
 
@@ -66,13 +67,13 @@ private:
     [[nodiscard]] Reply error(Endpoint endpoint, ErrorCode code, const std::string& details = {}) const;
     [[nodiscard]] std::chrono::milliseconds someLatency() const;
 
-    ServiceOptions options_;
-    Store& store_;
-    FaultBox& faults_;
-    Clock clock_;
-    Pace pace_;
-    std::string address_;
-    std::function<void(const Exchange&)> listener_;
+    ServiceOptions options;
+    Store& store;
+    FaultBox& faults;
+    Clock clock;
+    Pace pace;
+    std::string address;
+    std::function<void(const Exchange&)> listener;
 };
 
 } // namespace emulator

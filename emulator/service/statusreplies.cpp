@@ -8,7 +8,7 @@ namespace emulator {
 namespace {
 
 Reply statusReply(
-    const Document& document, const char* word, const Json& error, const Json& payload, const TimePoint now)
+    const Document& document, const char* word, const Json& error, const Json& payload, TimePoint now)
 {
     return jsonReply(200, {{"uuid", document.uuid}, {"error", error}, {"status", word}, {"payload", payload},
                               {"timestamp", moscowTime(now)}, {"group_code", document.groupCode},
@@ -18,12 +18,12 @@ Reply statusReply(
 
 } // namespace
 
-Reply waitingReply(const Document& document, const TimePoint now)
+Reply waitingReply(const Document& document, TimePoint now)
 {
     return statusReply(document, "wait", errorObject(serviceError(ErrorCode::NotReady)), nullptr, now);
 }
 
-Reply finishedReply(const Document& document, const TimePoint now)
+Reply finishedReply(const Document& document, TimePoint now)
 {
     const bool done = document.outcome == Outcome::Done;
     return statusReply(document, done ? "done" : "fail", document.error, document.payload, now);

@@ -6,7 +6,7 @@ namespace emulator {
 
 namespace {
 
-std::string sixteenDigits(const char* prefix, const std::int64_t serial)
+std::string sixteenDigits(const char* prefix, std::int64_t serial)
 {
     const std::string digits = std::to_string(serial);
     return prefix + std::string(8 - std::min<std::size_t>(8, digits.size()), '0') + digits;
@@ -14,7 +14,7 @@ std::string sixteenDigits(const char* prefix, const std::int64_t serial)
 
 } // namespace
 
-Register newRegister(const std::string& groupCode, const int number, const std::int64_t serial)
+Register newRegister(const std::string& groupCode, int number, std::int64_t serial)
 {
     return {.groupCode = groupCode,
         .number = number,

@@ -32,25 +32,25 @@ public:
     void execute(const char* sql);
 
     [[nodiscard]] std::int64_t lastInsertId() const;
-    [[nodiscard]] sqlite3* handle() const { return handle_; }
+    [[nodiscard]] sqlite3* handle() const { return connection; }
 
 private:
-    sqlite3* handle_ = nullptr;
+    sqlite3* connection = nullptr;
 };
 
 /// The rows of a statement under way; at its end the statement is free for the next use.
 class Rows
 {
 public:
-    explicit Rows(sqlite3_stmt* statement)
-        : statement_(statement)
+    explicit Rows(sqlite3_stmt* startedStatement)
+        : statement(startedStatement)
     {
     }
     ~Rows();
     Rows(const Rows&) = delete;
     Rows& operator=(const Rows&) = delete;
     Rows(Rows&& other) noexcept
-        : statement_(std::exchange(other.statement_, nullptr))
+        : statement(std::exchange(other.statement, nullptr))
     {
     }
 
@@ -60,7 +60,7 @@ public:
     [[nodiscard]] std::string text(int column) const;
 
 private:
-    sqlite3_stmt* statement_;
+    sqlite3_stmt* statement;
 };
 
 /// A prepared statement. The database must outlive it.
@@ -78,7 +78,7 @@ public:
     {
         int index = 0;
         (bind(++index, values), ...);
-        return Rows(statement_);
+        return Rows(statement);
     }
 
     /// The same, run to its end for what it changes.
@@ -98,14 +98,14 @@ private:
     void bind(int index, const std::string& value) { bind(index, std::string_view(value)); }
     void bind(int index, const char* value) { bind(index, std::string_view(value)); }
 
-    sqlite3_stmt* statement_ = nullptr;
+    sqlite3_stmt* statement = nullptr;
 };
 
 /// Everything between construction and `commit` happens or none of it does.
 class Transaction
 {
 public:
-    explicit Transaction(Database& database);
+    explicit Transaction(Database& usedDatabase);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
@@ -113,15 +113,15 @@ public:
     void commit();
 
 private:
-    Database& database_;
-    bool open_ = true;
+    Database& database;
+    bool open = true;
 };
 
 /// Inside a transaction: what was done since construction can be taken back.
 class Savepoint
 {
 public:
-    explicit Savepoint(Database& database);
+    explicit Savepoint(Database& usedDatabase);
     /// Takes back, unless released.
     ~Savepoint();
     Savepoint(const Savepoint&) = delete;
@@ -130,8 +130,8 @@ public:
     void release();
 
 private:
-    Database& database_;
-    bool open_ = true;
+    Database& database;
+    bool open = true;
 };
 
 } // namespace emulator::sqlite

@@ -32,12 +32,12 @@ constexpr int noCode = -1;
 // Whatever number of documents is kept, a token that is alive must work; this many are tens of megabytes.
 constexpr std::int64_t tokensKept = 100'000;
 
-std::int64_t toNumber(const TimePoint time)
+std::int64_t toNumber(TimePoint time)
 {
     return time.time_since_epoch().count();
 }
 
-TimePoint toTime(const std::int64_t number)
+TimePoint toTime(std::int64_t number)
 {
     return TimePoint(std::chrono::milliseconds(number));
 }
@@ -108,86 +108,86 @@ std::string globOf(const std::string& pattern)
 
 } // namespace
 
-Store::Store(const std::string& file, const std::int64_t keep)
-    : database_(file, schema)
-    , keep_(keep)
-    , insertToken_(database_, "INSERT INTO tokens VALUES(NULL, ?, ?, ?)")
-    , pruneTokens_(database_, "DELETE FROM tokens WHERE sequence <= ?")
-    , selectToken_(database_, "SELECT login, expires_at FROM tokens WHERE token = ?")
-    , insertRegister_(database_, "INSERT INTO registers VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
-    , countRegisters_(database_, "SELECT count(*), count(*) FILTER (WHERE group_code = ?) FROM registers")
-    , selectRegister_(database_, "SELECT * FROM registers WHERE group_code = ? AND number <= ?"
-                                 " ORDER BY free_at, documents, number LIMIT 1")
-    , updateRegister_(database_,
+Store::Store(const std::string& file, std::int64_t keep)
+    : database(file, schema)
+    , documentsKept(keep)
+    , insertToken(database, "INSERT INTO tokens VALUES(NULL, ?, ?, ?)")
+    , pruneTokens(database, "DELETE FROM tokens WHERE sequence <= ?")
+    , selectToken(database, "SELECT login, expires_at FROM tokens WHERE token = ?")
+    , insertRegister(database, "INSERT INTO registers VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+    , countRegisters(database, "SELECT count(*), count(*) FILTER (WHERE group_code = ?) FROM registers")
+    , selectRegister(database, "SELECT * FROM registers WHERE group_code = ? AND number <= ?"
+                               " ORDER BY free_at, documents, number LIMIT 1")
+    , updateRegister(database,
           "UPDATE registers SET documents = ?, shift = ?, receipts_in_shift = ?, shift_open = ?,"
           " shift_opened_at = ?, free_at = ? WHERE group_code = ? AND number = ?")
-    , insertDocument_(
-          database_, "INSERT INTO documents VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
-    , pruneDocuments_(database_, "DELETE FROM documents WHERE sequence <= ?")
-    , selectDocument_(database_, "SELECT * FROM documents WHERE uuid = ?")
-    , selectDocuments_(database_, "SELECT * FROM documents WHERE (?1 = '' OR group_code = ?1)"
-                                  " AND external_id GLOB ?2 AND (?3 = '' OR operation = ?3)"
-                                  " AND (?4 = '' OR instr(uuid || ' ' || external_id || ' ' || body, ?4) > 0)"
-                                  " AND (?5 = 0 OR sequence < ?5) ORDER BY sequence DESC LIMIT ?6")
-    , selectUuid_(database_, "SELECT uuid FROM documents WHERE group_code = ? AND external_id = ?")
-    , updateWaits_(database_, "UPDATE documents SET waits_left = ? WHERE sequence = ?")
-    , upsertWire_(database_, "INSERT INTO register_calls VALUES(NULL, ?, ?, ?, 1)"
-                             " ON CONFLICT(group_code, external_id, operation)"
-                             " DO UPDATE SET requests = requests + 1 RETURNING sequence")
-    , selectWire_(
-          database_, "SELECT sum(requests) FROM register_calls WHERE group_code = ? AND external_id = ?")
-    , selectWires_(database_, "SELECT group_code, external_id, sum(requests) FROM register_calls"
-                              " WHERE (?1 = '' OR group_code = ?1) AND external_id GLOB ?2"
-                              " AND (?3 = '' OR operation = ?3) GROUP BY group_code, external_id")
-    , insertExchange_(database_, "INSERT INTO exchanges VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
-    , pruneExchanges_(database_, "DELETE FROM exchanges WHERE sequence <= ?")
-    , selectExchanges_(database_,
+    , insertDocument(
+          database, "INSERT INTO documents VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+    , pruneDocuments(database, "DELETE FROM documents WHERE sequence <= ?")
+    , selectDocument(database, "SELECT * FROM documents WHERE uuid = ?")
+    , selectDocuments(database, "SELECT * FROM documents WHERE (?1 = '' OR group_code = ?1)"
+                                " AND external_id GLOB ?2 AND (?3 = '' OR operation = ?3)"
+                                " AND (?4 = '' OR instr(uuid || ' ' || external_id || ' ' || body, ?4) > 0)"
+                                " AND (?5 = 0 OR sequence < ?5) ORDER BY sequence DESC LIMIT ?6")
+    , selectUuid(database, "SELECT uuid FROM documents WHERE group_code = ? AND external_id = ?")
+    , updateWaits(database, "UPDATE documents SET waits_left = ? WHERE sequence = ?")
+    , upsertWire(database, "INSERT INTO register_calls VALUES(NULL, ?, ?, ?, 1)"
+                           " ON CONFLICT(group_code, external_id, operation)"
+                           " DO UPDATE SET requests = requests + 1 RETURNING sequence")
+    , selectWire(
+          database, "SELECT sum(requests) FROM register_calls WHERE group_code = ? AND external_id = ?")
+    , selectWires(database, "SELECT group_code, external_id, sum(requests) FROM register_calls"
+                            " WHERE (?1 = '' OR group_code = ?1) AND external_id GLOB ?2"
+                            " AND (?3 = '' OR operation = ?3) GROUP BY group_code, external_id")
+    , insertExchange(database, "INSERT INTO exchanges VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
+    , pruneExchanges(database, "DELETE FROM exchanges WHERE sequence <= ?")
+    , selectExchanges(database,
           "SELECT * FROM (SELECT * FROM exchanges WHERE external_id = ?1 AND (?2 = '' OR group_code = ?2)"
           " AND sequence > ?3 AND (?4 = 0 OR sequence < ?4) ORDER BY sequence DESC LIMIT ?5)"
           " ORDER BY sequence")
-    , selectNewest_(database_,
+    , selectNewest(database,
           "SELECT * FROM exchanges WHERE ?1 = '' OR group_code = ?1 ORDER BY sequence DESC LIMIT ?2")
-    , pruneWire_(database_, "DELETE FROM register_calls WHERE sequence <= ?")
+    , pruneWire(database, "DELETE FROM register_calls WHERE sequence <= ?")
 {
 }
 
 void Store::addToken(const std::string& token, const Token& about)
 {
-    insertToken_.run(token, about.login, toNumber(about.expiresAt));
-    pruneTokens_.run(database_.lastInsertId() - tokensKept);
+    insertToken.run(token, about.login, toNumber(about.expiresAt));
+    pruneTokens.run(database.lastInsertId() - tokensKept);
 }
 
 std::optional<Token> Store::findToken(const std::string& token)
 {
-    sqlite::Rows rows = selectToken_.rows(token);
+    sqlite::Rows rows = selectToken.rows(token);
     if (!rows.next())
         return std::nullopt;
     return Token{.login = rows.text(0), .expiresAt = toTime(rows.integer(1))};
 }
 
-void Store::prepareRegisters(const std::string& groupCode, const int count)
+void Store::prepareRegisters(const std::string& groupCode, int count)
 {
-    sqlite::Transaction transaction(database_);
+    sqlite::Transaction transaction(database);
     std::int64_t all = 0;
     int ofGroup = 0;
     {
-        sqlite::Rows rows = countRegisters_.rows(groupCode);
+        sqlite::Rows rows = countRegisters.rows(groupCode);
         rows.next();
         all = rows.integer(0);
         ofGroup = static_cast<int>(rows.integer(1));
     }
     for (int number = ofGroup + 1; number <= count; ++number) {
         const Register fresh = newRegister(groupCode, number, ++all);
-        insertRegister_.run(groupCode, number, fresh.storageNumber, fresh.registrationNumber, fresh.documents,
+        insertRegister.run(groupCode, number, fresh.storageNumber, fresh.registrationNumber, fresh.documents,
             fresh.shift, fresh.receiptsInShift, fresh.shiftOpen, toNumber(fresh.shiftOpenedAt),
             toNumber(fresh.freeAt));
     }
     transaction.commit();
 }
 
-Register Store::freestRegister(const std::string& groupCode, const int count)
+Register Store::freestRegister(const std::string& groupCode, int count)
 {
-    sqlite::Rows rows = selectRegister_.rows(groupCode, count);
+    sqlite::Rows rows = selectRegister.rows(groupCode, count);
     if (!rows.next())
         throw sqlite::Error("group " + groupCode + " has no register");
     return {.groupCode = rows.text(0),
@@ -204,28 +204,28 @@ Register Store::freestRegister(const std::string& groupCode, const int count)
 
 void Store::saveRegister(const Register& where)
 {
-    updateRegister_.run(where.documents, where.shift, where.receiptsInShift, where.shiftOpen,
+    updateRegister.run(where.documents, where.shift, where.receiptsInShift, where.shiftOpen,
         toNumber(where.shiftOpenedAt), toNumber(where.freeAt), where.groupCode, where.number);
 }
 
 void Store::addDocument(Document& d)
 {
-    insertDocument_.run(d.uuid, d.groupCode, d.externalId, d.operation, d.login, toNumber(d.receivedAt),
+    insertDocument.run(d.uuid, d.groupCode, d.externalId, d.operation, d.login, toNumber(d.receivedAt),
         d.body, d.totalKopecks, d.callbackUrl, d.deviceCode, toNumber(d.readyAt), d.waitsLeft,
         static_cast<int>(d.outcome), toText(d.payload), toText(d.error));
-    d.sequence = database_.lastInsertId();
-    pruneDocuments_.run(d.sequence - keep_);
+    d.sequence = database.lastInsertId();
+    pruneDocuments.run(d.sequence - documentsKept);
 }
 
 std::optional<Document> Store::findDocument(const std::string& uuid)
 {
-    sqlite::Rows rows = selectDocument_.rows(uuid);
+    sqlite::Rows rows = selectDocument.rows(uuid);
     return rows.next() ? std::optional(readDocument(rows)) : std::nullopt;
 }
 
 std::vector<Document> Store::documents(const DocumentFilter& filter)
 {
-    sqlite::Rows rows = selectDocuments_.rows(
+    sqlite::Rows rows = selectDocuments.rows(
         filter.group, globOf(filter.externalId), filter.operation, filter.text, filter.before, filter.limit);
     std::vector<Document> all;
     while (rows.next())
@@ -235,13 +235,13 @@ std::vector<Document> Store::documents(const DocumentFilter& filter)
 
 std::optional<std::string> Store::findUuid(const std::string& groupCode, const std::string& externalId)
 {
-    sqlite::Rows rows = selectUuid_.rows(groupCode, externalId);
+    sqlite::Rows rows = selectUuid.rows(groupCode, externalId);
     return rows.next() ? std::optional(rows.text(0)) : std::nullopt;
 }
 
-void Store::setWaitsLeft(const std::int64_t sequence, const int waits)
+void Store::setWaitsLeft(std::int64_t sequence, int waits)
 {
-    updateWaits_.run(waits, sequence);
+    updateWaits.run(waits, sequence);
 }
 
 void Store::countRequest(
@@ -249,23 +249,23 @@ void Store::countRequest(
 {
     std::int64_t sequence = 0;
     {
-        sqlite::Rows rows = upsertWire_.rows(groupCode, externalId, operation);
+        sqlite::Rows rows = upsertWire.rows(groupCode, externalId, operation);
         while (rows.next())
             sequence = rows.integer(0);
     }
-    pruneWire_.run(sequence - exchangesPerDocument * keep_);
+    pruneWire.run(sequence - exchangesPerDocument * documentsKept);
 }
 
 std::int64_t Store::requests(const std::string& groupCode, const std::string& externalId)
 {
-    sqlite::Rows rows = selectWire_.rows(groupCode, externalId);
+    sqlite::Rows rows = selectWire.rows(groupCode, externalId);
     return rows.next() ? rows.integer(0) : 0;
 }
 
 std::vector<WireCount> Store::wireCounts(
     const std::string& group, const std::string& idPattern, const std::string& operation)
 {
-    sqlite::Rows rows = selectWires_.rows(group, globOf(idPattern), operation);
+    sqlite::Rows rows = selectWires.rows(group, globOf(idPattern), operation);
     std::vector<WireCount> all;
     while (rows.next())
         all.push_back({rows.text(0), rows.text(1), rows.integer(2)});
@@ -274,27 +274,26 @@ std::vector<WireCount> Store::wireCounts(
 
 void Store::addExchange(Exchange& e)
 {
-    insertExchange_.run(toNumber(e.at), nameOf(e.endpoint), e.groupCode, e.externalId, e.uuid, e.login,
+    insertExchange.run(toNumber(e.at), nameOf(e.endpoint), e.groupCode, e.externalId, e.uuid, e.login,
         e.request, e.answer, e.status, e.code.value_or(noCode), e.fault);
-    e.sequence = database_.lastInsertId();
-    pruneExchanges_.run(e.sequence - exchangesPerDocument * keep_);
+    e.sequence = database.lastInsertId();
+    pruneExchanges.run(e.sequence - exchangesPerDocument * documentsKept);
 }
 
 std::vector<Exchange> Store::exchanges(
     const std::string& groupCode, const std::string& externalId, const ExchangeRange& range)
 {
-    return readExchanges(
-        selectExchanges_.rows(externalId, groupCode, range.after, range.before, range.limit));
+    return readExchanges(selectExchanges.rows(externalId, groupCode, range.after, range.before, range.limit));
 }
 
-std::vector<Exchange> Store::newestExchanges(const std::string& groupCode, const int limit)
+std::vector<Exchange> Store::newestExchanges(const std::string& groupCode, int limit)
 {
-    return readExchanges(selectNewest_.rows(groupCode, limit));
+    return readExchanges(selectNewest.rows(groupCode, limit));
 }
 
 void Store::clear()
 {
-    database_.execute("DELETE FROM documents; DELETE FROM exchanges; DELETE FROM register_calls");
+    database.execute("DELETE FROM documents; DELETE FROM exchanges; DELETE FROM register_calls");
 }
 
 } // namespace emulator

@@ -94,8 +94,8 @@ public:
     explicit Store(const std::string& file, std::int64_t keep = 10'000);
 
     /// One per request: what the request changes happens as a whole.
-    [[nodiscard]] sqlite::Transaction transaction() { return sqlite::Transaction(database_); }
-    [[nodiscard]] sqlite::Savepoint savepoint() { return sqlite::Savepoint(database_); }
+    [[nodiscard]] sqlite::Transaction transaction() { return sqlite::Transaction(database); }
+    [[nodiscard]] sqlite::Savepoint savepoint() { return sqlite::Savepoint(database); }
 
     void addToken(const std::string& token, const Token& about);
     [[nodiscard]] std::optional<Token> findToken(const std::string& token);
@@ -136,29 +136,29 @@ public:
     void clear();
 
 private:
-    sqlite::Database database_;
-    std::int64_t keep_;
-    sqlite::Statement insertToken_;
-    sqlite::Statement pruneTokens_;
-    sqlite::Statement selectToken_;
-    sqlite::Statement insertRegister_;
-    sqlite::Statement countRegisters_;
-    sqlite::Statement selectRegister_;
-    sqlite::Statement updateRegister_;
-    sqlite::Statement insertDocument_;
-    sqlite::Statement pruneDocuments_;
-    sqlite::Statement selectDocument_;
-    sqlite::Statement selectDocuments_;
-    sqlite::Statement selectUuid_;
-    sqlite::Statement updateWaits_;
-    sqlite::Statement upsertWire_;
-    sqlite::Statement selectWire_;
-    sqlite::Statement selectWires_;
-    sqlite::Statement insertExchange_;
-    sqlite::Statement pruneExchanges_;
-    sqlite::Statement selectExchanges_;
-    sqlite::Statement selectNewest_;
-    sqlite::Statement pruneWire_;
+    sqlite::Database database;
+    std::int64_t documentsKept;
+    sqlite::Statement insertToken;
+    sqlite::Statement pruneTokens;
+    sqlite::Statement selectToken;
+    sqlite::Statement insertRegister;
+    sqlite::Statement countRegisters;
+    sqlite::Statement selectRegister;
+    sqlite::Statement updateRegister;
+    sqlite::Statement insertDocument;
+    sqlite::Statement pruneDocuments;
+    sqlite::Statement selectDocument;
+    sqlite::Statement selectDocuments;
+    sqlite::Statement selectUuid;
+    sqlite::Statement updateWaits;
+    sqlite::Statement upsertWire;
+    sqlite::Statement selectWire;
+    sqlite::Statement selectWires;
+    sqlite::Statement insertExchange;
+    sqlite::Statement pruneExchanges;
+    sqlite::Statement selectExchanges;
+    sqlite::Statement selectNewest;
+    sqlite::Statement pruneWire;
 };
 
 } // namespace emulator

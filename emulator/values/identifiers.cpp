@@ -8,7 +8,7 @@ namespace emulator {
 
 namespace {
 
-std::string randomHex(const std::size_t length)
+std::string randomHex(std::size_t length)
 {
     thread_local std::mt19937_64 source{std::random_device{}()};
     std::string text;

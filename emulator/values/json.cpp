@@ -2,7 +2,7 @@
 
 namespace emulator {
 
-bool isTooDeep(const std::string_view json)
+bool isTooDeep(std::string_view json)
 {
     constexpr int deepest = 64;
     int depth = 0;
@@ -20,7 +20,7 @@ bool isTooDeep(const std::string_view json)
     return depth > deepest;
 }
 
-Json parseShallow(const std::string_view json)
+Json parseShallow(std::string_view json)
 {
     return isTooDeep(json) ? Json(Json::value_t::discarded) : Json::parse(json, nullptr, false);
 }

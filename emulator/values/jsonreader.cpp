@@ -5,11 +5,11 @@
 namespace emulator {
 
 JsonReader::JsonReader(const Json& json, std::string where)
-    : json_(json)
-    , where_(std::move(where))
+    : object(json)
+    , place(std::move(where))
 {
-    if (!json_.is_object())
-        throw JsonError(where_ + " must be an object");
+    if (!object.is_object())
+        throw JsonError(place + " must be an object");
 }
 
 std::string JsonReader::text(const char* key)
@@ -18,30 +18,29 @@ std::string JsonReader::text(const char* key)
     if (value == nullptr)
         return {};
     if (!value->is_string())
-        throw JsonError(where_ + "." + key + " must be a text");
+        throw JsonError(place + "." + key + " must be a text");
     return value->get<std::string>();
 }
 
-std::int64_t JsonReader::integer(
-    const char* key, const std::int64_t fallback, const std::int64_t low, const std::int64_t high)
+std::int64_t JsonReader::integer(const char* key, std::int64_t fallback, std::int64_t low, std::int64_t high)
 {
     const Json* value = take(key);
     if (value == nullptr)
         return fallback;
     const bool good = value->is_number_integer() && *value >= low && *value <= high;
     if (!good)
-        throw JsonError(where_ + "." + key + " must be a whole number from " + std::to_string(low) + " to " +
+        throw JsonError(place + "." + key + " must be a whole number from " + std::to_string(low) + " to " +
                         std::to_string(high));
     return value->get<std::int64_t>();
 }
 
-bool JsonReader::boolean(const char* key, const bool fallback)
+bool JsonReader::boolean(const char* key, bool fallback)
 {
     const Json* value = take(key);
     if (value == nullptr)
         return fallback;
     if (!value->is_boolean())
-        throw JsonError(where_ + "." + key + " must be true or false");
+        throw JsonError(place + "." + key + " must be true or false");
     return value->get<bool>();
 }
 
@@ -53,7 +52,7 @@ std::vector<std::string> JsonReader::texts(const char* key, std::vector<std::str
     const bool good =
         value->is_array() && std::ranges::all_of(*value, [](const Json& e) { return e.is_string(); });
     if (!good)
-        throw JsonError(where_ + "." + key + " must be an array of texts");
+        throw JsonError(place + "." + key + " must be an array of texts");
     return value->get<std::vector<std::string>>();
 }
 
@@ -64,26 +63,26 @@ const Json& JsonReader::array(const char* key)
     if (value == nullptr)
         return none;
     if (!value->is_array())
-        throw JsonError(where_ + "." + key + " must be an array");
+        throw JsonError(place + "." + key + " must be an array");
     return *value;
 }
 
 const Json* JsonReader::take(const char* key)
 {
-    taken_.emplace_back(key);
-    const auto found = json_.find(key);
-    return found == json_.end() ? nullptr : &*found;
+    taken.emplace_back(key);
+    const auto found = object.find(key);
+    return found == object.end() ? nullptr : &*found;
 }
 
 void JsonReader::refuseTheRest() const
 {
-    for (const auto& [key, value] : json_.items()) {
-        if (std::ranges::count(taken_, key) > 0)
+    for (const auto& [key, value] : object.items()) {
+        if (std::ranges::count(taken, key) > 0)
             continue;
         std::string known;
-        for (const std::string& name : taken_)
+        for (const std::string& name : taken)
             known += (known.empty() ? "" : ", ") + name;
-        throw JsonError(where_ + "." + key + " is unknown here; known are " + known);
+        throw JsonError(place + "." + key + " is unknown here; known are " + known);
     }
 }
 

@@ -37,9 +37,9 @@ public:
     void refuseTheRest() const;
 
 private:
-    const Json& json_;
-    std::string where_;
-    std::vector<std::string> taken_;
+    const Json& object;
+    std::string place;
+    std::vector<std::string> taken;
 };
 
 } // namespace emulator

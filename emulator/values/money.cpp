@@ -4,7 +4,7 @@
 
 namespace emulator {
 
-std::optional<std::int64_t> wholeParts(const double value, const int scale)
+std::optional<std::int64_t> wholeParts(double value, int scale)
 {
     constexpr double largest = 1e9;
     constexpr double tolerance = 1e-6;
@@ -16,7 +16,7 @@ std::optional<std::int64_t> wholeParts(const double value, const int scale)
     return static_cast<std::int64_t>(parts);
 }
 
-double roubles(const std::int64_t kopecks)
+double roubles(std::int64_t kopecks)
 {
     return static_cast<double>(kopecks) / 100;
 }

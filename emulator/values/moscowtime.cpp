@@ -15,7 +15,7 @@ struct Parts
 
 constexpr std::chrono::hours moscow(3);
 
-Parts partsOf(const TimePoint time, const std::chrono::hours zone)
+Parts partsOf(TimePoint time, std::chrono::hours zone)
 {
     using namespace std::chrono;
     const auto local = floor<seconds>(time) + zone;
@@ -26,7 +26,7 @@ Parts partsOf(const TimePoint time, const std::chrono::hours zone)
         int(clock.hours().count()), int(clock.minutes().count()), int(clock.seconds().count())};
 }
 
-int number(const std::string& text, const std::size_t from, const std::size_t length)
+int number(const std::string& text, std::size_t from, std::size_t length)
 {
     int value = 0;
     for (const char digit : text.substr(from, length))
@@ -41,7 +41,7 @@ TimePoint systemTime()
     return std::chrono::floor<std::chrono::milliseconds>(std::chrono::system_clock::now());
 }
 
-std::string moscowTime(const TimePoint time)
+std::string moscowTime(TimePoint time)
 {
     const Parts p = partsOf(time, moscow);
     std::array<char, 64> text{};
@@ -50,7 +50,7 @@ std::string moscowTime(const TimePoint time)
     return text.data();
 }
 
-std::string moscowTimeOfQr(const TimePoint time)
+std::string moscowTimeOfQr(TimePoint time)
 {
     const Parts p = partsOf(time, moscow);
     std::array<char, 64> text{};
@@ -59,7 +59,7 @@ std::string moscowTimeOfQr(const TimePoint time)
     return text.data();
 }
 
-std::string isoTime(const TimePoint time)
+std::string isoTime(TimePoint time)
 {
     const Parts p = partsOf(time, std::chrono::hours(0));
     const auto milliseconds = (time - std::chrono::floor<std::chrono::seconds>(time)).count();

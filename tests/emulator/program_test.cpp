@@ -30,8 +30,8 @@ public:
         int ends[2];
         if (::pipe(ends) != 0)
             throw std::runtime_error("pipe");
-        process_ = ::fork();
-        if (process_ == 0) {
+        process = ::fork();
+        if (process == 0) {
             ::dup2(ends[1], STDOUT_FILENO);
             ::close(ends[0]);
             std::string program = FREMULATOR;
@@ -44,14 +44,14 @@ public:
             ::_exit(127);
         }
         ::close(ends[1]);
-        output_ = ::fdopen(ends[0], "r");
+        output = ::fdopen(ends[0], "r");
     }
 
     ~Program()
     {
-        if (process_ > 0)
+        if (process > 0)
             finish(SIGKILL);
-        std::fclose(output_);
+        std::fclose(output);
     }
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
@@ -59,28 +59,28 @@ public:
     std::string line()
     {
         std::string text;
-        for (int c = std::fgetc(output_); c != EOF && c != '\n'; c = std::fgetc(output_))
+        for (int c = std::fgetc(output); c != EOF && c != '\n'; c = std::fgetc(output))
             text += static_cast<char>(c);
         return text;
     }
 
     /// Whether the program has not closed its output yet.
-    bool more() const { return std::feof(output_) == 0; }
+    bool more() const { return std::feof(output) == 0; }
 
     /// Sends the signal (0: none) and waits; the exit status, or the negative signal that ended it.
-    int finish(const int signal)
+    int finish(int signal)
     {
         if (signal != 0)
-            ::kill(process_, signal);
+            ::kill(process, signal);
         int status = 0;
-        ::waitpid(process_, &status, 0);
-        process_ = -1;
+        ::waitpid(process, &status, 0);
+        process = -1;
         return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     }
 
 private:
-    pid_t process_ = -1;
-    FILE* output_ = nullptr;
+    pid_t process = -1;
+    FILE* output = nullptr;
 };
 
 std::uint16_t portIn(const std::string& line)

@@ -36,7 +36,7 @@ struct OwnApi : RunningEmulator
         return all;
     }
 
-    Json verdict(const std::string& query, const int status)
+    Json verdict(const std::string& query, int status)
     {
         const auto answer = get("/_emulator/expect?" + query);
         EXPECT_EQ(answer.status, status) << query << " " << answer.body;

@@ -24,7 +24,7 @@ std::string complaint(const char* json)
 }
 
 /// Which of `count` sell calls with these ids are hit.
-std::vector<bool> hits(FaultBox& box, const int count, const std::string& externalId = "id")
+std::vector<bool> hits(FaultBox& box, int count, const std::string& externalId = "id")
 {
     std::vector<bool> all;
     for (int i = 0; i < count; ++i)

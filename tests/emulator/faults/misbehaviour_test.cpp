@@ -29,7 +29,7 @@ struct Misbehaviour : RunningEmulator
     }
 
     /// The whole of what one connection brings for a sell call.
-    RawClient::Answer sellToTheEnd(const std::string& id, const std::chrono::milliseconds patience = 20s)
+    RawClient::Answer sellToTheEnd(const std::string& id, std::chrono::milliseconds patience = 20s)
     {
         RawClient client(port());
         client.send(postRequest("/possystem/v4/group-1/sell", goodReceipt(id).dump(), tokenHeader()));

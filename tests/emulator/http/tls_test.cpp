@@ -74,7 +74,7 @@ struct Tls : RunningEmulator
     }
 
     /// What a client that checks certificates gets: the answer, or an empty text when it turned away.
-    std::string answerOver(const std::string& request, const bool trusting, const char* address = "127.0.0.1")
+    std::string answerOver(const std::string& request, bool trusting, const char* address = "127.0.0.1")
     {
         const Context context(SSL_CTX_new(TLS_client_method()));
         SSL_CTX_set_verify(context.get(), SSL_VERIFY_PEER, nullptr);

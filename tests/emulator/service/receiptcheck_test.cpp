@@ -26,7 +26,7 @@ Json with(const std::string& pointer, const Json& value)
     return goodReceipt().patch(Json::array({patch}));
 }
 
-std::string letters(const std::size_t count)
+std::string letters(std::size_t count)
 {
     std::string text;
     for (std::size_t i = 0; i < count; ++i)
@@ -34,7 +34,7 @@ std::string letters(const std::size_t count)
     return text;
 }
 
-std::string bytes(const std::size_t count)
+std::string bytes(std::size_t count)
 {
     std::string text = "0A";
     for (std::size_t i = 1; i < count; ++i)
@@ -42,7 +42,7 @@ std::string bytes(const std::size_t count)
     return text;
 }
 
-Json items(const std::size_t count)
+Json items(std::size_t count)
 {
     Json item = goodReceipt()["receipt"]["items"][0];
     item["sum"] = 0;
@@ -52,7 +52,7 @@ Json items(const std::size_t count)
     return all;
 }
 
-Json payments(const std::size_t count)
+Json payments(std::size_t count)
 {
     Json all(count, Json{{"type", 0}, {"sum", 0}});
     if (count > 0)
@@ -250,7 +250,7 @@ TEST(ReceiptCheck, SurvivesABodyThatIsNoObject)
 
 TEST(ReceiptCheck, LooksAtNoMoreElementsThanThereMayBe)
 {
-    const auto lastOf = [](const std::string& pointer, const std::size_t count) {
+    const auto lastOf = [](const std::string& pointer, std::size_t count) {
         return wrongFields(with(pointer, Json(count, Json::object()))).back();
     };
     EXPECT_EQ(wrongFields(with("/receipt/payments", Json(20'000, nullptr))).size(), 11u);

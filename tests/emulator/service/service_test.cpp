@@ -267,7 +267,7 @@ TEST_F(Calls, RefuseWhatIsNoJsonAndAPathThatIsNoCall)
 TEST_F(Calls, RefuseABodyThatIsNestedTooDeep)
 {
     ready();
-    const auto nested = [](const std::size_t depth) {
+    const auto nested = [](std::size_t depth) {
         Json body = goodReceipt();
         body["\\[[[\""] = Json::parse(std::string(depth, '[') + std::string(depth, ']'));
         return body;

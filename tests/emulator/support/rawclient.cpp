@@ -26,44 +26,44 @@ std::size_t contentLength(const std::string& head)
 
 } // namespace
 
-RawClient::RawClient(const std::uint16_t port)
-    : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+RawClient::RawClient(std::uint16_t port)
+    : handle(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (::connect(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+    if (::connect(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
         fail("connect");
 }
 
 RawClient::~RawClient()
 {
-    ::close(socket_);
+    ::close(handle);
 }
 
 void RawClient::send(const std::string& bytes) const
 {
     for (std::size_t sent = 0; sent < bytes.size();) {
-        const ssize_t count = ::send(socket_, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
+        const ssize_t count = ::send(handle, bytes.data() + sent, bytes.size() - sent, MSG_NOSIGNAL);
         if (count < 0)
             fail("send");
         sent += static_cast<std::size_t>(count);
     }
 }
 
-RawClient::End RawClient::readSome(const std::chrono::milliseconds patience)
+RawClient::End RawClient::readSome(std::chrono::milliseconds patience)
 {
-    pollfd poll{.fd = socket_, .events = POLLIN, .revents = 0};
+    pollfd poll{.fd = handle, .events = POLLIN, .revents = 0};
     if (::poll(&poll, 1, static_cast<int>(patience.count())) == 0)
         return End::Open;
     std::array<char, 65536> bytes{};
-    const ssize_t count = ::recv(socket_, bytes.data(), bytes.size(), 0);
+    const ssize_t count = ::recv(handle, bytes.data(), bytes.size(), 0);
     if (count < 0 && errno == ECONNRESET)
         return End::Reset;
     if (count < 0)
         fail("recv");
-    buffer_.append(bytes.data(), static_cast<std::size_t>(count));
+    buffer.append(bytes.data(), static_cast<std::size_t>(count));
     return count == 0 ? End::Closed : End::Open;
 }
 
@@ -71,55 +71,55 @@ RawClient::Answer RawClient::receive()
 {
     Answer answer;
     for (;;) {
-        const std::size_t end = buffer_.find("\r\n\r\n");
+        const std::size_t end = buffer.find("\r\n\r\n");
         if (end != std::string::npos) {
-            answer.head = buffer_.substr(0, end + 4);
+            answer.head = buffer.substr(0, end + 4);
             const std::size_t length = contentLength(answer.head);
-            if (buffer_.size() >= answer.head.size() + length) {
+            if (buffer.size() >= answer.head.size() + length) {
                 answer.status = std::stoi(answer.head.substr(9, 3));
-                answer.body = buffer_.substr(answer.head.size(), length);
-                buffer_.erase(0, answer.head.size() + length);
+                answer.body = buffer.substr(answer.head.size(), length);
+                buffer.erase(0, answer.head.size() + length);
                 return answer;
             }
         }
-        const std::size_t before = buffer_.size();
+        const std::size_t before = buffer.size();
         answer.end = readSome(std::chrono::seconds(20));
-        if (buffer_.size() == before)
-            throw std::runtime_error("no whole answer, only: " + buffer_);
+        if (buffer.size() == before)
+            throw std::runtime_error("no whole answer, only: " + buffer);
     }
 }
 
-RawClient::Answer RawClient::receiveAll(const std::chrono::milliseconds patience)
+RawClient::Answer RawClient::receiveAll(std::chrono::milliseconds patience)
 {
     Answer answer;
     for (bool more = true; more;) {
-        const std::size_t before = buffer_.size();
+        const std::size_t before = buffer.size();
         answer.end = readSome(patience);
-        more = answer.end == End::Open && buffer_.size() > before;
+        more = answer.end == End::Open && buffer.size() > before;
     }
-    const std::size_t end = buffer_.find("\r\n\r\n");
-    answer.head = buffer_.substr(0, end == std::string::npos ? end : end + 4);
-    answer.body = buffer_.substr(answer.head.size());
+    const std::size_t end = buffer.find("\r\n\r\n");
+    answer.head = buffer.substr(0, end == std::string::npos ? end : end + 4);
+    answer.body = buffer.substr(answer.head.size());
     if (answer.head.size() >= 12)
         answer.status = std::stoi(answer.head.substr(9, 3));
-    buffer_.clear();
+    buffer.clear();
     return answer;
 }
 
 std::string RawClient::receiveUntil(const std::string& before, const std::string& after)
 {
     for (;;) {
-        const std::size_t from = buffer_.find(before);
-        const std::size_t to = from == std::string::npos ? from : buffer_.find(after, from + before.size());
+        const std::size_t from = buffer.find(before);
+        const std::size_t to = from == std::string::npos ? from : buffer.find(after, from + before.size());
         if (to != std::string::npos) {
-            const std::string between = buffer_.substr(from + before.size(), to - from - before.size());
-            buffer_.erase(0, to + after.size());
+            const std::string between = buffer.substr(from + before.size(), to - from - before.size());
+            buffer.erase(0, to + after.size());
             return between;
         }
-        const std::size_t had = buffer_.size();
+        const std::size_t had = buffer.size();
         readSome(std::chrono::seconds(20));
-        if (buffer_.size() == had)
-            throw std::runtime_error("no " + before + " in: " + buffer_);
+        if (buffer.size() == had)
+            throw std::runtime_error("no " + before + " in: " + buffer);
     }
 }
 

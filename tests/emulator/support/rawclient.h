@@ -47,8 +47,8 @@ private:
     /// Reads what is there into the buffer; what happened to the connection.
     End readSome(std::chrono::milliseconds patience);
 
-    int socket_ = -1;
-    std::string buffer_;
+    int handle = -1;
+    std::string buffer;
 };
 
 /// Text of a request with a body of JSON; `headers` are whole lines that end in CRLF.

@@ -3,8 +3,7 @@
 using emulator::Json;
 
 RunningEmulator::RunningEmulator()
-    : now_(
-          std::chrono::milliseconds(std::chrono::sys_days(std::chrono::year(2026) / 3 / 1).time_since_epoch())
+    : now(std::chrono::milliseconds(std::chrono::sys_days(std::chrono::year(2026) / 3 / 1).time_since_epoch())
               .count())
 {
     options.service.groups = {{.code = "group-1"}};
@@ -19,18 +18,18 @@ RunningEmulator::~RunningEmulator()
 void RunningEmulator::start()
 {
     stop();
-    emulator_ = std::make_unique<emulator::Emulator>(
-        options, [this] { return emulator::TimePoint(std::chrono::milliseconds(now_)); });
-    thread_ = std::thread([this] { emulator_->server().run(); });
+    running = std::make_unique<emulator::Emulator>(
+        options, [this] { return emulator::TimePoint(std::chrono::milliseconds(now)); });
+    thread = std::thread([this] { running->server().run(); });
 }
 
 void RunningEmulator::stop()
 {
-    if (!emulator_)
+    if (!running)
         return;
-    emulator_->server().stop();
-    thread_.join();
-    emulator_.reset();
+    running->server().stop();
+    thread.join();
+    running.reset();
 }
 
 RawClient::Answer RunningEmulator::exchange(const std::string& request) const
@@ -43,7 +42,7 @@ RawClient::Answer RunningEmulator::exchange(const std::string& request) const
 void RunningEmulator::takeToken()
 {
     const Json answer = post(base + std::string("getToken"), {{"login", "shop"}, {"pass", "secret"}}).json();
-    token_ = answer["token"].get<std::string>();
+    currentToken = answer["token"].get<std::string>();
 }
 
 RawClient::Answer RunningEmulator::sell(const Json& body) const

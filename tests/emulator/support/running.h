@@ -24,8 +24,8 @@ protected:
     void start();
     void stop();
 
-    [[nodiscard]] std::uint16_t port() const { return emulator_->server().port(); }
-    void passTime(const std::chrono::milliseconds time) { now_ += time.count(); }
+    [[nodiscard]] std::uint16_t port() const { return running->server().port(); }
+    void passTime(std::chrono::milliseconds time) { now += time.count(); }
 
     /// One request on a connection of its own.
     [[nodiscard]] RawClient::Answer exchange(const std::string& request) const;
@@ -43,15 +43,15 @@ protected:
 
     /// Gets a token for the user "shop" and keeps it for the calls below.
     void takeToken();
-    [[nodiscard]] std::string tokenHeader() const { return "Token: " + token_ + "\r\n"; }
+    [[nodiscard]] std::string tokenHeader() const { return "Token: " + currentToken + "\r\n"; }
     [[nodiscard]] RawClient::Answer sell(const emulator::Json& body) const;
     [[nodiscard]] RawClient::Answer report(const std::string& uuid) const;
 
     emulator::Options options;
 
 private:
-    std::unique_ptr<emulator::Emulator> emulator_;
-    std::thread thread_;
-    std::atomic<std::int64_t> now_;
-    std::string token_;
+    std::unique_ptr<emulator::Emulator> running;
+    std::thread thread;
+    std::atomic<std::int64_t> now;
+    std::string currentToken;
 };
