@@ -3,6 +3,9 @@
 #include "emulator/http/http.h"
 
 #include <chrono>
+#include <cstddef>
+#include <functional>
+#include <string>
 
 namespace emulator {
 
@@ -49,5 +52,8 @@ struct Answer
     /// The bytes that go out, to a client that lets the connection stay or does not.
     [[nodiscard]] std::string bytes(bool keepAlive) const;
 };
+
+/// Answers a request.
+using Handler = std::function<Answer(const Request&)>;
 
 } // namespace emulator

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/steady_timer.hpp>
 
 #include <algorithm>
@@ -17,8 +18,8 @@ public:
     class Follower
     {
     public:
-        Follower(Hub& usedHub, boost::asio::io_context& io)
-            : wake(io)
+        Follower(Hub& usedHub, const boost::asio::any_io_executor& executor)
+            : wake(executor)
             , hub(usedHub)
         {
             hub.followers.push_back(this);

@@ -5,7 +5,6 @@
 #include "emulator/http/tlsfiles.h"
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <string>
 
@@ -15,8 +14,6 @@ namespace emulator {
 class Server
 {
 public:
-    using Handler = std::function<Answer(const Request&)>;
-
     /// Binds at once; port 0 takes a free one. Throws std::runtime_error when the port is taken or a TLS file
     /// cannot be used.
     Server(std::uint16_t port, Handler handler, const Limits& limits = {}, const TlsFiles& tls = {});

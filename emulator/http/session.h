@@ -1,0 +1,31 @@
+#pragma once
+
+#include "emulator/http/answer.h"
+#include "emulator/http/hub.h"
+#include "emulator/http/limits.h"
+
+#include <boost/asio/awaitable.hpp>
+#include <boost/beast/core/tcp_stream.hpp>
+#include <boost/beast/ssl.hpp>
+
+#include <cstddef>
+
+namespace emulator {
+
+using TcpStream = boost::beast::tcp_stream;
+using TlsStream = boost::beast::ssl_stream<boost::beast::tcp_stream>;
+
+/// What all connections share.
+struct SharedState
+{
+    Handler handler;
+    Limits limits;
+    Hub hub{};
+    std::size_t connections = 0;
+};
+
+/// Answers the requests of one connection, one after the other, until it ends. Both are borrowed.
+boost::asio::awaitable<void> serve(TcpStream& stream, SharedState& shared);
+boost::asio::awaitable<void> serve(TlsStream& stream, SharedState& shared);
+
+} // namespace emulator
