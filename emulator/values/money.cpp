@@ -16,6 +16,11 @@ std::optional<std::int64_t> wholeParts(double value, int scale)
     return static_cast<std::int64_t>(parts);
 }
 
+std::optional<std::int64_t> wholePartsOf(const Json& value, int scale)
+{
+    return value.is_number() ? wholeParts(value.get<double>(), scale) : std::nullopt;
+}
+
 double roubles(std::int64_t kopecks)
 {
     return static_cast<double>(kopecks) / 100;

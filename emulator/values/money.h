@@ -1,5 +1,7 @@
 #pragma once
 
+#include "emulator/values/json.h"
+
 #include <cstdint>
 #include <optional>
 
@@ -10,6 +12,9 @@ namespace emulator {
 /// such a part counts as that part. Anything else has too many decimals and gives nothing, as do values
 /// beyond a thousand million.
 [[nodiscard]] std::optional<std::int64_t> wholeParts(double value, int scale);
+
+/// The same for a number in JSON; nothing for a value of another type.
+[[nodiscard]] std::optional<std::int64_t> wholePartsOf(const Json& value, int scale);
 
 /// Roubles of an amount of kopecks.
 [[nodiscard]] double roubles(std::int64_t kopecks);
