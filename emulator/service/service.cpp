@@ -1,10 +1,10 @@
 #include "emulator/service/service.h"
 
 #include "emulator/faults/misbehaviour.h"
-#include "emulator/protocol/mask.h"
 #include "emulator/protocol/replies.h"
 #include "emulator/service/fiscalisation.h"
 #include "emulator/service/receiptcheck.h"
+#include "emulator/service/record.h"
 #include "emulator/service/statusreplies.h"
 #include "emulator/values/identifiers.h"
 
@@ -17,9 +17,6 @@ namespace emulator {
 namespace {
 
 constexpr auto reportLife = std::chrono::days(32);
-// Of a login that is refused as much is recorded; a body could bring one of a mebibyte.
-constexpr std::size_t longestLogin = 1024;
-
 /// The service wants exactly this type and character set; letters may be of any case, blanks do not count.
 bool isJsonInUtf8(std::string type)
 {
@@ -41,36 +38,6 @@ std::string callbackUrl(const Json& body)
         return {};
     const auto url = service->find("callback_url");
     return url != service->end() && url->is_string() ? url->get<std::string>() : std::string();
-}
-
-// A hundred thousand recordings of a mebibyte each would be more than a machine has.
-std::string beginningOf(std::string text)
-{
-    constexpr std::size_t most = 64 * 1024;
-    if (text.size() > most) {
-        const std::size_t more = text.size() - most;
-        text.resize(most);
-        text += "… (" + std::to_string(more) + " bytes more)";
-    }
-    return text;
-}
-
-/// The error code that a reply speaks of, if any.
-std::optional<int> codeIn(const Reply& reply)
-{
-    const Json body = Json::parse(reply.body, nullptr, false);
-    const bool error = body.is_object() && body.contains("error") && body["error"].is_object();
-    return error && body["error"].contains("code") ? std::optional(body["error"]["code"].get<int>())
-                                                   : std::nullopt;
-}
-
-std::string describe(const Fault* fault)
-{
-    if (fault == nullptr)
-        return {};
-    const std::string what =
-        std::string(nameOf(fault->phase)) + " " + std::string(infoOf(fault->effect).name);
-    return fault->name.empty() ? what : fault->name + " (" + what + ")";
 }
 
 } // namespace
@@ -158,19 +125,10 @@ Reply Service::perform(const Context& context, const Request& request)
 void Service::record(const Context& context, const Request& request, const Answer& answer)
 {
     const Call& call = context.call;
-    const std::string bytes = answer.bytes(request.keepAlive);
-    const bool sell = call.endpoint == Endpoint::Sell;
-    Exchange exchange{.at = clock(),
-        .endpoint = call.endpoint,
-        .groupCode = call.group,
-        .externalId = call.externalId,
-        .uuid = sell ? store.findUuid(call.group, call.externalId).value_or("") : call.uuid,
-        .login = call.login.substr(0, longestLogin),
-        .request = beginningOf(maskedRequest(request, call)),
-        .answer = beginningOf(maskedAnswer(bytes, call)),
-        .status = bytes.empty() ? 0 : answer.reply.status,
-        .code = bytes.empty() ? std::nullopt : codeIn(answer.reply),
-        .fault = describe(context.fault)};
+    Exchange exchange = recordOf(call, request, answer, context.fault);
+    exchange.at = clock();
+    if (call.endpoint == Endpoint::Sell)
+        exchange.uuid = store.findUuid(call.group, call.externalId).value_or("");
     store.addExchange(exchange);
     if (listener)
         listener(exchange);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "emulator/http/http.h"
-#include "emulator/store/store.h"
+#include "emulator/store/document.h"
 #include "emulator/values/moscowtime.h"
 
 namespace emulator {

@@ -31,4 +31,12 @@ struct Exchange
     std::string fault{};
 };
 
+/// The newest of the exchanges behind one sequence and before another; 0 of `before` is no end.
+struct ExchangeRange
+{
+    std::int64_t after = 0;
+    std::int64_t before = 0;
+    int limit = 100;
+};
+
 } // namespace emulator
