@@ -18,7 +18,7 @@ Json readFile(const std::string& file)
         throw JsonError("cannot read " + file);
     const std::string text{std::istreambuf_iterator<char>(stream), {}};
     if (isTooDeep(text))
-        throw JsonError(file + " is nested too deep");
+        throw JsonError(file + " is nested too deeply");
     try {
         return Json::parse(text);
     } catch (const Json::parse_error& error) {
@@ -29,13 +29,13 @@ Json readFile(const std::string& file)
 Group readGroup(const Json& json, const std::string& where)
 {
     JsonReader reader(json, where);
-    const Group usual;
+    const Group defaults;
     Group group{.code = reader.text("code"),
         .inn = reader.text("inn"),
-        .registers = static_cast<int>(reader.integer("registers", usual.registers, 1, 99)),
-        .receiptUrl = reader.boolean("receiptUrl", usual.receiptUrl),
-        .protocolRefused = reader.boolean("protocolRefused", usual.protocolRefused)};
-    reader.refuseTheRest();
+        .registers = static_cast<int>(reader.integer("registers", defaults.registers, 1, 99)),
+        .receiptUrl = reader.boolean("receiptUrl", defaults.receiptUrl),
+        .protocolRefused = reader.boolean("protocolRefused", defaults.protocolRefused)};
+    reader.rejectUnknownKeys();
     if (group.code.empty())
         throw JsonError(where + ".code must not be empty");
     return group;
@@ -56,12 +56,12 @@ User readUser(const Json& json, const std::string& where, const std::vector<Grou
         .password = reader.text("password"),
         .groups = reader.texts("groups", codesOf(groups)),
         .blocked = reader.boolean("blocked", false)};
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     if (user.login.empty() || user.password.empty())
         throw JsonError(where + " must have a login and a password");
     for (const std::string& code : user.groups) {
         if (std::ranges::count(groups, code, &Group::code) == 0)
-            throw JsonError(where + ".groups names " + code + ", which is none of the groups");
+            throw JsonError(where + ".groups names " + code + ", which is not one of the groups");
     }
     return user;
 }
@@ -75,7 +75,7 @@ void readLists(const Json& json, Lists& lists)
     JsonReader reader(json, "lists");
     for (const auto& [key, list] : all)
         lists.*list = reader.texts(key, lists.*list);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
 }
 
 void addFaults(const Json& faults, Options& options)
@@ -104,22 +104,22 @@ void readConfig(const std::string& file, Options& options)
         service.groups.push_back(readGroup(groups[i], element("groups", i)));
     if (!users.empty())
         service.users.clear();
-    for (User& usual : service.users)
-        usual.groups = codesOf(service.groups);
+    for (User& user : service.users)
+        user.groups = codesOf(service.groups);
     for (std::size_t i = 0; i < users.size(); ++i)
         service.users.push_back(readUser(users[i], element("users", i), service.groups));
     service.receiptsPerShift = static_cast<int>(reader.integer("receiptsPerShift", 0, 0, 1'000'000));
     if (const Json* lists = reader.take("lists"))
         readLists(*lists, service.lists);
     addFaults(reader.array("faults"), options);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
 }
 
 void readFaults(const std::string& file, Options& options)
 {
     const Json json = readFile(file);
     if (!json.is_array())
-        throw JsonError(file + " must hold an array of faults");
+        throw JsonError(file + " must contain an array of faults");
     addFaults(json, options);
 }
 

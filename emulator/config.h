@@ -6,11 +6,11 @@
 
 namespace emulator {
 
-/// Reads `groups`, `users`, `lists`, `receiptsPerShift` and `faults` of a JSON file into `options`; what the
-/// file does not name stays. Throws JsonError, also when the file cannot be read.
+/// Reads `groups`, `users`, `lists`, `receiptsPerShift` and `faults` from a JSON file into `options`. What
+/// the file does not mention stays as it is. Throws JsonError, also if the file cannot be read.
 void readConfig(const std::string& file, Options& options);
 
-/// Reads a file with an array of faults and adds them. Throws likewise.
+/// Adds the faults of a JSON file with an array of them. Throws likewise.
 void readFaults(const std::string& file, Options& options);
 
 } // namespace emulator

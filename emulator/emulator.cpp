@@ -11,7 +11,7 @@ namespace emulator {
 
 namespace {
 
-// The page loads nothing from elsewhere and runs no script but its own.
+// The page loads nothing from other sites and runs only its own scripts.
 constexpr auto pageHeaders =
     "Content-Security-Policy: default-src 'none'; script-src 'self'; style-src 'self'; "
     "img-src 'self' data:; connect-src 'self'; base-uri 'none'; form-action 'none'; "
@@ -42,7 +42,7 @@ Emulator::Emulator(const Options& options, Clock usedClock)
     for (const Fault& fault : options.faults)
         faults.add(fault);
     service.setAddress(root);
-    service.setListener([this](const Exchange& exchange) { tellOf(exchange); });
+    service.setListener([this](const Exchange& exchange) { publishExchange(exchange); });
     api.setListener([this](const Json& event) { httpServer.publish(toLine(event)); });
 }
 
@@ -54,7 +54,7 @@ std::string Emulator::url() const
 Answer Emulator::answer(const Request& request)
 {
     const PageFile* file = findPage(request);
-    const std::string reason = foreignness(request, allowedHosts, file != nullptr);
+    const std::string reason = rejectionReason(request, allowedHosts, file != nullptr);
     if (!reason.empty())
         return {.reply = {.status = 403, .contentType = "text/plain; charset=utf-8", .body = reason + "\n"}};
     if (file != nullptr)
@@ -69,7 +69,7 @@ Answer Emulator::answer(const Request& request)
     }
 }
 
-void Emulator::tellOf(const Exchange& exchange)
+void Emulator::publishExchange(const Exchange& exchange)
 {
     if (!httpServer.followed())
         return;

@@ -11,22 +11,22 @@
 
 namespace emulator {
 
-/// The whole product: store, service and server put together.
+/// The emulator: store, service, API and HTTP server.
 class Emulator
 {
 public:
-    /// Opens the state and binds the port. Throws sqlite::Error or std::runtime_error.
+    /// Opens the database and binds the port. Throws sqlite::Error or std::runtime_error.
     explicit Emulator(const Options& options, Clock usedClock = systemTime);
 
-    /// Address that a client is configured with, `http://127.0.0.1:PORT/possystem/v4/`.
+    /// The address to configure clients with, `http://127.0.0.1:PORT/possystem/v4/`.
     [[nodiscard]] std::string url() const;
-    /// Address of the page.
+    /// The address of the page.
     [[nodiscard]] const std::string& pageUrl() const { return root; }
     [[nodiscard]] Server& server() { return httpServer; }
 
 private:
     Answer answer(const Request& request);
-    void tellOf(const Exchange& exchange);
+    void publishExchange(const Exchange& exchange);
 
     std::vector<std::string> allowedHosts;
     Clock clock;

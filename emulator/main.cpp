@@ -17,7 +17,6 @@ std::chrono::milliseconds milliseconds(double seconds)
     return std::chrono::milliseconds(std::llround(seconds * 1000));
 }
 
-/// What the command line says, before it becomes options.
 struct Arguments
 {
     std::uint16_t port = 0;
@@ -39,34 +38,35 @@ struct Arguments
 
 void describe(CLI::App& app, Arguments& a)
 {
-    app.add_option("--port", a.port, "TCP port on 127.0.0.1; 0 takes a free one")->capture_default_str();
+    app.add_option("--port", a.port, "TCP port on 127.0.0.1; 0 means any free one")->capture_default_str();
     auto* config = app.add_option("--config", a.config, "JSON file with groups, users, lists and faults");
-    for (auto* option : {app.add_option("--login", a.login, "login that gets a token"),
-             app.add_option("--password", a.password, "its password"),
+    for (auto* option : {app.add_option("--login", a.login, "login of the user"),
+             app.add_option("--password", a.password, "password of the user"),
              app.add_option("--group", a.group, "code of the group of registers")})
         option->capture_default_str()->excludes(config);
-    app.add_option("--db", a.database, "SQLite file that keeps the state; without it, memory does");
-    app.add_option("--keep", a.keep, "newest documents that are kept")
+    app.add_option("--db", a.database, "SQLite file for the state; without it, the state is kept in memory");
+    app.add_option("--keep", a.keep, "how many of the newest documents to keep")
         ->check(CLI::Range(std::int64_t{1}, std::int64_t{1'000'000'000}))
         ->capture_default_str();
     app.add_option("--faults", a.faults, "JSON file with an array of faults");
-    app.add_option("--waits", a.waits, "status answers \"not processed yet\" before the result")
+    app.add_option("--waits", a.waits, "how many \"not processed yet\" status answers precede the result")
         ->check(CLI::Range(0, 1'000'000))
         ->capture_default_str();
-    app.add_option("--latency", a.latency, "seconds that a register takes for a receipt, or MIN,MAX of them")
+    app.add_option("--latency", a.latency, "seconds that a register takes for a receipt: S or MIN,MAX")
         ->delimiter(',')
         ->expected(1, 2)
         ->check(CLI::Range(0.0, 86400.0));
-    app.add_option("--queue-timeout", a.queueTimeout, "seconds that a receipt waits for a register at most")
+    app.add_option(
+           "--queue-timeout", a.queueTimeout, "seconds that a receipt waits for a register before it fails")
         ->check(CLI::Range(0.0, 86400.0))
         ->capture_default_str();
-    app.add_flag(
-        "--pace", a.pace, "tell off a group that asks for status more than once a second per register");
-    app.add_option("--token-ttl", a.tokenLife, "seconds that a token lives")
+    app.add_flag("--pace", a.pace, "refuse status calls of a group beyond one per second and register");
+    app.add_option("--token-ttl", a.tokenLife, "lifetime of a token in seconds")
         ->check(CLI::Range(0.0, 1e9))
         ->capture_default_str();
-    app.add_option("--allow-host", a.allowedHosts, "further name that a Host header may hold");
-    auto* certificate = app.add_option("--tls-cert", a.tls.certificateChain, "PEM file; speak TLS with it");
+    app.add_option("--allow-host", a.allowedHosts, "another name to permit in the Host header");
+    auto* certificate = app.add_option(
+        "--tls-cert", a.tls.certificateChain, "PEM file with the certificate chain; enables TLS");
     auto* key = app.add_option("--tls-key", a.tls.privateKey, "PEM file with the key of --tls-cert");
     certificate->needs(key);
     key->needs(certificate);
@@ -99,7 +99,7 @@ Options toOptions(const Arguments& a)
     return options;
 }
 
-/// A thousand connections at once are more than the usual soft limit of descriptors lets in.
+// A thousand connections at once exceed the usual soft limit.
 void raiseDescriptorLimit()
 {
     rlimit limit{};
@@ -113,7 +113,7 @@ void raiseDescriptorLimit()
 
 int main(int argc, char** argv)
 {
-    CLI::App app("fremulator: the cloud fiscalisation service, imitated on loopback.\n"
+    CLI::App app("fremulator: an emulator of the cloud fiscalisation service on loopback.\n"
                  "Example: fremulator --port 8080 --login shop --password secret --group shop_1");
     Arguments arguments;
     describe(app, arguments);

@@ -11,21 +11,20 @@
 
 namespace emulator {
 
-/// Everything the emulator can be told at start.
 struct Options
 {
-    /// TCP port on 127.0.0.1; 0 takes a free one.
+    /// TCP port on 127.0.0.1; 0 means any free one.
     std::uint16_t port = 0;
     ServiceOptions service{};
-    /// SQLite file that keeps the state; `:memory:` keeps it until the end.
+    /// SQLite file with the state; `:memory:` keeps it until the emulator exits.
     std::string database = ":memory:";
-    /// Newest documents that are kept; four times as many exchanges.
+    /// How many of the newest documents to keep, and four times as many exchanges.
     std::int64_t keep = 10'000;
     Limits limits{};
     TlsFiles tls{};
-    /// Names beside those of this machine that a Host header may hold.
+    /// Names permitted in a Host header in addition to those of this machine.
     std::vector<std::string> allowedHosts{};
-    /// Faults in force from the start.
+    /// Faults active from the start.
     std::vector<Fault> faults{};
 };
 

@@ -17,8 +17,7 @@ Reply errorReply(int status, const std::string& text)
     return jsonReply(status, {{"error", text}});
 }
 
-/// Number in the address, `fallback` when there is none; at least 1.
-int numberIn(const Request& request, const char* key, int fallback)
+int positiveParameter(const Request& request, const char* key, int fallback)
 {
     const std::string text = request.parameter(key);
     int value = 0;
@@ -26,20 +25,18 @@ int numberIn(const Request& request, const char* key, int fallback)
     if (text.empty())
         return fallback;
     if (error != std::errc() || end != text.data() + text.size() || value < 1)
-        throw JsonError(std::string(key) + " must be a number from 1");
+        throw JsonError(std::string(key) + " must be a positive whole number");
     return value;
 }
 
-/// Which exchanges of a document are asked for.
 ExchangeRange rangeIn(const Request& request)
 {
-    return {.after = numberIn(request, "after", 0),
-        .before = numberIn(request, "before", 0),
-        .limit = numberIn(request, "limit", 100)};
+    return {.after = positiveParameter(request, "after", 0),
+        .before = positiveParameter(request, "before", 0),
+        .limit = positiveParameter(request, "limit", 100)};
 }
 
-/// Kind of settlement as the QR text has it.
-int settlement(const std::string& operation)
+int settlementOf(const std::string& operation)
 {
     const bool purchase = operation.starts_with("buy");
     const bool refund = operation.ends_with("_refund");
@@ -49,7 +46,7 @@ int settlement(const std::string& operation)
 std::string qrOf(const Document& document)
 {
     return document.payload.is_object()
-               ? qrText(document.payload, document.readyAt, settlement(document.operation))
+               ? qrText(document.payload, document.readyAt, settlementOf(document.operation))
                : std::string();
 }
 
@@ -86,7 +83,7 @@ Json toJson(const EffectInfo& info)
         for (const FailureInfo& failure : failures())
             json["types"].push_back({{"type", failure.name}, {"code", toNumber(failure.code)}});
     } else if (info.parameter != Parameter::None && info.parameter != Parameter::Key) {
-        json["default"] = info.usual;
+        json["default"] = info.defaultValue;
     }
     return json;
 }
@@ -142,7 +139,7 @@ Reply Api::route(const Request& request)
         const Verdict verdict = expect(request, store, service);
         return jsonReply(verdict.pass ? 200 : 417, {{"pass", verdict.pass}, {"reason", verdict.reason}});
     }
-    return errorReply(404, method + " " + request.path + " is no call of the emulator");
+    return errorReply(404, method + " " + request.path + " is not part of the emulator's API");
 }
 
 Json Api::summary(const Document& document) const
@@ -156,8 +153,8 @@ Json Api::summary(const Document& document) const
 
 Reply Api::documents(const Request& request) const
 {
-    const int limit = numberIn(request, "limit", 100);
-    const int before = numberIn(request, "before", 0);
+    const int limit = positiveParameter(request, "limit", 100);
+    const int before = positiveParameter(request, "before", 0);
     Json all = Json::array();
     for (const Document& document : store.documents({.group = request.parameter("group"),
                                     .externalId = request.parameter("external_id"),
@@ -173,7 +170,7 @@ Reply Api::document(const std::string& uuid) const
 {
     const auto document = store.findDocument(uuid);
     if (!document)
-        return errorReply(404, "there is no document " + uuid);
+        return errorReply(404, "document not found: " + uuid);
     Json json = summary(*document);
     json["device_code"] = document->deviceCode;
     json["ready_at"] = isoTime(document->readyAt);
@@ -187,7 +184,7 @@ Reply Api::documentPart(const Request& request, const std::string& uuid, const s
 {
     const auto document = store.findDocument(uuid);
     if (!document)
-        return errorReply(404, "there is no document " + uuid);
+        return errorReply(404, "document not found: " + uuid);
     if (part == "exchange")
         return jsonReply(
             200, toJson(store.exchanges(document->groupCode, document->externalId, rangeIn(request))));
@@ -200,7 +197,7 @@ Reply Api::documentPart(const Request& request, const std::string& uuid, const s
 Reply Api::clearDocuments()
 {
     store.clear();
-    tell("cleared");
+    notify("cleared");
     return jsonReply(200, {{"cleared", true}});
 }
 
@@ -208,9 +205,9 @@ Reply Api::exchanges(const Request& request) const
 {
     const std::string externalId = request.parameter("external_id");
     const std::string group = request.parameter("group");
-    return jsonReply(
-        200, toJson(externalId.empty() ? store.newestExchanges(group, numberIn(request, "limit", 100))
-                                       : store.exchanges(group, externalId, rangeIn(request))));
+    return jsonReply(200,
+        toJson(externalId.empty() ? store.newestExchanges(group, positiveParameter(request, "limit", 100))
+                                  : store.exchanges(group, externalId, rangeIn(request))));
 }
 
 Reply Api::faults() const
@@ -225,21 +222,21 @@ Reply Api::addFaults(const std::string& body)
 {
     const Json json = parseShallow(body);
     if (json.is_discarded())
-        throw JsonError("the body must be JSON: a fault or an array of faults");
+        throw JsonError("the body must be a fault or an array of faults in JSON");
     std::vector<Fault> wanted;
     for (const Json& one : json.is_array() ? json : Json::array({json}))
         wanted.push_back(readFault(one));
     Json added = Json::array();
     for (const Fault& fault : wanted)
         added.push_back(emulator::toJson(faultBox.add(fault)));
-    tell("faults");
+    notify("faults");
     return jsonReply(200, {{"faults", added}});
 }
 
 Reply Api::clearFaults()
 {
     faultBox.clear();
-    tell("faults");
+    notify("faults");
     return faults();
 }
 
@@ -248,12 +245,12 @@ Reply Api::removeFault(const std::string& id)
     int number = 0;
     const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), number);
     if (error != std::errc() || end != id.data() + id.size() || !faultBox.remove(number))
-        return errorReply(404, "there is no fault " + id);
-    tell("faults");
+        return errorReply(404, "fault not found: " + id);
+    notify("faults");
     return faults();
 }
 
-void Api::tell(const char* kind) const
+void Api::notify(const char* kind) const
 {
     if (listener)
         listener({{"kind", kind}});

@@ -12,10 +12,11 @@
 
 namespace emulator {
 
-/// The path that every call of the emulator's own API begins with.
+/// The path prefix of every call to the emulator's own API.
 inline constexpr std::string_view apiPath = "/_emulator/";
 
-/// What tests and the page ask the emulator itself. Everything given is borrowed.
+/// The API through which tests and the page inspect and control the emulator. Constructor arguments are
+/// borrowed.
 class Api
 {
 public:
@@ -26,12 +27,12 @@ public:
     {
     }
 
-    /// Told when faults or documents were changed by a call.
+    /// Called when a call has changed faults or documents.
     void setListener(std::function<void(const Json&)> newListener) { listener = std::move(newListener); }
 
     [[nodiscard]] Answer answer(const Request& request);
 
-    /// A document as lists have it.
+    /// A document as it appears in lists.
     [[nodiscard]] Json summary(const Document& document) const;
 
 private:
@@ -45,7 +46,7 @@ private:
     Reply clearFaults();
     Reply removeFault(const std::string& id);
     Reply route(const Request& request);
-    void tell(const char* kind) const;
+    void notify(const char* kind) const;
 
     Store& store;
     FaultBox& faultBox;

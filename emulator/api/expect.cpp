@@ -15,7 +15,7 @@ namespace emulator {
 namespace {
 
 template <class Number>
-std::optional<Number> number(const Request& request, const char* key)
+std::optional<Number> numberIn(const Request& request, const char* key)
 {
     const std::string text = request.parameter(key);
     if (text.empty())
@@ -27,7 +27,7 @@ std::optional<Number> number(const Request& request, const char* key)
     return value;
 }
 
-constexpr std::array known{
+constexpr std::array parameters{
     "group", "external_id", "operation", "text", "count", "total", "status", "wire_requests"};
 
 std::string joined(const auto& names)
@@ -38,22 +38,23 @@ std::string joined(const auto& names)
     return text;
 }
 
-// An empty value is a shell variable that was never set; taken for "any", it would make a test pass that
-// looked at nothing.
-void refuseWhatIsNoQuestion(const Request& request)
+// An empty value usually comes from an unset shell variable. Taken to mean "any", it would let a test pass
+// that checks nothing.
+void rejectBadParameters(const Request& request)
 {
     for (std::size_t i = 0; i < request.query.size(); ++i) {
         const auto& [name, value] = request.query[i];
-        if (std::ranges::find(known, name) == known.end())
-            throw JsonError(name + " is unknown here; known are " + joined(known));
+        if (std::ranges::find(parameters, name) == parameters.end())
+            throw JsonError(name + " is unknown; known parameters are " + joined(parameters));
         if (value.empty())
-            throw JsonError(name + " is empty; leave it out when any will do");
+            throw JsonError(name + " is empty; leave it out to accept any value");
         const auto same = [&name = name](const auto& other) { return other.first == name; };
         if (std::ranges::count_if(request.query, same) > 1)
             throw JsonError(name + " is given twice");
     }
     if (!request.parameter("text").empty() && !request.parameter("wire_requests").empty())
-        throw JsonError("wire_requests cannot be told by text: a call that registered nothing has left none");
+        throw JsonError(
+            "wire_requests cannot be combined with text: calls that registered nothing left no text");
 }
 
 std::string statusIn(const Request& request)
@@ -72,74 +73,73 @@ std::string money(std::int64_t kopecks)
     return text.data();
 }
 
-/// Gathers what is wrong; nothing is a pass.
-class Judge
+class Verifier
 {
 public:
-    void demand(bool holds, const std::string& otherwise)
+    void demand(bool condition, const std::string& complaint)
     {
-        if (!holds)
-            complaints += (complaints.empty() ? "" : "; ") + otherwise;
+        if (!condition)
+            complaints += (complaints.empty() ? "" : "; ") + complaint;
     }
 
-    [[nodiscard]] Verdict verdict(const std::string& praise) const
+    [[nodiscard]] Verdict verdict(const std::string& success) const
     {
-        return complaints.empty() ? Verdict{true, praise} : Verdict{false, complaints};
+        return complaints.empty() ? Verdict{true, success} : Verdict{false, complaints};
     }
 
 private:
     std::string complaints;
 };
 
-void judgeTotals(Judge& judge, const std::vector<Document>& documents, double total)
+void verifyTotals(Verifier& verifier, const std::vector<Document>& documents, double total)
 {
     const auto kopecks = wholeParts(total, 100);
     if (!kopecks)
         throw JsonError("total must have at most two decimals");
     for (const Document& document : documents)
-        judge.demand(document.totalKopecks == *kopecks, "total of " + document.externalId + " is " +
-                                                            money(document.totalKopecks) + ", not " +
-                                                            money(*kopecks));
+        verifier.demand(document.totalKopecks == *kopecks, "total of " + document.externalId + " is " +
+                                                               money(document.totalKopecks) + ", not " +
+                                                               money(*kopecks));
 }
 
-void judgeWire(Judge& judge, Store& store, const Request& request, std::int64_t wanted)
+void verifyWireRequests(Verifier& verifier, Store& store, const Request& request, std::int64_t wanted)
 {
     const auto counts = store.wireCounts(
         request.parameter("group"), request.parameter("external_id"), request.parameter("operation"));
-    judge.demand(
-        wanted == 0 || !counts.empty(), "no request came over the wire, not " + std::to_string(wanted));
+    verifier.demand(wanted == 0 || !counts.empty(), "requests: 0, not " + std::to_string(wanted));
     for (const WireCount& count : counts)
-        judge.demand(count.requests == wanted, "requests for " + count.externalId + ": " +
-                                                   std::to_string(count.requests) + ", not " +
-                                                   std::to_string(wanted));
+        verifier.demand(count.requests == wanted, "requests for " + count.externalId + ": " +
+                                                      std::to_string(count.requests) + ", not " +
+                                                      std::to_string(wanted));
 }
 
 } // namespace
 
 Verdict expect(const Request& request, Store& store, const Service& service)
 {
-    refuseWhatIsNoQuestion(request);
+    rejectBadParameters(request);
     const std::vector<Document> documents = store.documents({.group = request.parameter("group"),
         .externalId = request.parameter("external_id"),
         .operation = request.parameter("operation"),
         .text = request.parameter("text"),
         .limit = std::numeric_limits<int>::max()});
     const auto found = static_cast<std::int64_t>(documents.size());
-    const std::int64_t count = number<std::int64_t>(request, "count").value_or(1);
+    const std::int64_t count = numberIn<std::int64_t>(request, "count").value_or(1);
 
-    Judge judge;
-    judge.demand(found == count, "receipts: " + std::to_string(found) + ", not " + std::to_string(count));
-    if (const auto total = number<double>(request, "total"))
-        judgeTotals(judge, documents, *total);
+    Verifier verifier;
+    verifier.demand(found == count, "receipts: " + std::to_string(found) + ", not " + std::to_string(count));
+    if (const auto total = numberIn<double>(request, "total"))
+        verifyTotals(verifier, documents, *total);
     if (const std::string status = statusIn(request); !status.empty()) {
         for (const Document& document : documents) {
             const std::string is = service.statusWord(document);
-            judge.demand(is == status, "status of " + document.externalId + " is " + is + ", not " + status);
+            verifier.demand(
+                is == status, "status of " + document.externalId + " is " + is + ", not " + status);
         }
     }
-    if (const auto requests = number<std::int64_t>(request, "wire_requests"))
-        judgeWire(judge, store, request, *requests);
-    return judge.verdict("receipts: " + std::to_string(found) + ", all as expected");
+    if (const auto requests = numberIn<std::int64_t>(request, "wire_requests"))
+        verifyWireRequests(verifier, store, request, *requests);
+    return verifier.verdict("receipts: " + std::to_string(found) + ", all as expected");
 }
 
 } // namespace emulator

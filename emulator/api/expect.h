@@ -14,11 +14,11 @@ struct Verdict
     std::string reason{};
 };
 
-/// Judges the store by the query of a request. `group`, `external_id` (with `*` and `?`), `operation` and
-/// `text` say which documents are meant; `count` (1 unless given) how many there must be; `total` (roubles)
-/// and `status` (wait, done, fail) what each of them must have; `wire_requests` how many register calls of
-/// that operation, if one is given, each id must have brought. Throws JsonError for a parameter that is
-/// unknown, empty, given twice or unreadable, and for `wire_requests` together with `text`.
+/// Checks the stored documents against the query of a request. `group`, `external_id` (with `*` and `?`),
+/// `operation` and `text` select documents; `count` (1 by default) is how many there must be; `total`
+/// (roubles) and `status` (wait, done, fail) must be those of each; `wire_requests` is how many register
+/// calls must have arrived for each id, only those of `operation` if given. Throws JsonError for a parameter
+/// that is unknown, empty, repeated or invalid, and for `wire_requests` together with `text`.
 [[nodiscard]] Verdict expect(const Request& request, Store& store, const Service& service);
 
 } // namespace emulator

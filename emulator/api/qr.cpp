@@ -13,8 +13,7 @@ std::string qrText(const Json& payload, TimePoint time, int settlement)
 {
     std::array<char, 64> sum{};
     std::snprintf(sum.data(), sum.size(), "%.2f", payload["total"].get<double>());
-    return "t=" + moscowTimeOfQr(time) + "&s=" + sum.data() +
-           "&fn=" + payload["fn_number"].get<std::string>() +
+    return "t=" + qrTime(time) + "&s=" + sum.data() + "&fn=" + payload["fn_number"].get<std::string>() +
            "&i=" + std::to_string(payload["fiscal_document_number"].get<std::int64_t>()) +
            "&fp=" + std::to_string(payload["fiscal_document_attribute"].get<std::int64_t>()) +
            "&n=" + std::to_string(settlement);
@@ -25,7 +24,7 @@ std::string qrImage(const std::string& text)
     const std::unique_ptr<QRcode, decltype(&QRcode_free)> code(
         QRcode_encodeString(text.c_str(), 0, QR_ECLEVEL_M, QR_MODE_8, 1), &QRcode_free);
     if (!code)
-        throw std::runtime_error("no QR code holds this text");
+        throw std::runtime_error("the text does not fit into a QR code");
     constexpr int quiet = 4;
     const std::string size = std::to_string(code->width + 2 * quiet);
     std::string path;

@@ -7,7 +7,7 @@ namespace emulator {
 
 namespace {
 
-constexpr EndpointSet every{Endpoint::Token, Endpoint::Sell, Endpoint::Report};
+constexpr EndpointSet all{Endpoint::Token, Endpoint::Sell, Endpoint::Report};
 constexpr EndpointSet ofDocuments{Endpoint::Sell, Endpoint::Report};
 constexpr EndpointSet ofTokens{Endpoint::Token};
 
@@ -16,36 +16,38 @@ constexpr Phase after = Phase::After;
 using enum Parameter;
 
 constexpr std::array effectTable{
-    EffectInfo{Effect::Error, "error", before, every, Code, "the service's error `code`",
+    EffectInfo{Effect::Error, "error", before, all, Code, "the service's error `code`",
         toNumber(ErrorCode::Internal)},
-    EffectInfo{Effect::Html, "html", before, every, Status, "HTTP `status` with an HTML page", 502},
-    EffectInfo{Effect::Empty, "empty", before, every, Status, "HTTP `status` with an empty body", 200},
-    EffectInfo{Effect::Truncated, "truncated", after, every, None, "half of the body, then closed"},
-    EffectInfo{Effect::NotJson, "not-json", before, every, None, "a body that is no JSON"},
+    EffectInfo{Effect::Html, "html", before, all, Status, "HTTP `status` with an HTML page", 502},
+    EffectInfo{Effect::Empty, "empty", before, all, Status, "HTTP `status` with an empty body", 200},
     EffectInfo{
-        Effect::WrongLength, "wrong-length", after, every, Bytes, "Content-Length wrong by `bytes`", 16},
+        Effect::Truncated, "truncated", after, all, None, "half of the body, then the connection is closed"},
+    EffectInfo{Effect::NotJson, "not-json", before, all, None, "a body that is not JSON"},
+    EffectInfo{Effect::WrongLength, "wrong-length", after, all, Bytes, "Content-Length wrong by `bytes`", 16},
     EffectInfo{
-        Effect::Drip, "drip", after, every, Milliseconds, "one byte of the answer every `milliseconds`", 100},
-    EffectInfo{Effect::Delay, "delay", after, every, Milliseconds, "the answer after `milliseconds`", 5000},
-    EffectInfo{Effect::Silent, "silent", before, every, None, "no answer, connection held open"},
-    EffectInfo{Effect::Close, "close", before, every, None, "no answer, connection closed"},
-    EffectInfo{Effect::ResetBefore, "reset-before", before, every, None, "TCP reset instead of the answer"},
-    EffectInfo{Effect::ResetDuring, "reset-during", after, every, None, "TCP reset amid the answer"},
-    EffectInfo{Effect::ResetAfter, "reset-after", after, every, None, "the answer, then TCP reset"},
+        Effect::Drip, "drip", after, all, Milliseconds, "one byte of the answer every `milliseconds`", 100},
+    EffectInfo{Effect::Delay, "delay", after, all, Milliseconds, "the answer after `milliseconds`", 5000},
+    EffectInfo{Effect::Silent, "silent", before, all, None, "no answer, the connection is held open"},
+    EffectInfo{Effect::Close, "close", before, all, None, "no answer, the connection is closed"},
+    EffectInfo{Effect::ResetBefore, "reset-before", before, all, None, "TCP reset instead of an answer"},
+    EffectInfo{
+        Effect::ResetDuring, "reset-during", after, all, None, "TCP reset in the middle of the answer"},
+    EffectInfo{Effect::ResetAfter, "reset-after", after, all, None, "the answer, then a TCP reset"},
     EffectInfo{
         Effect::OtherDocument, "other-document", after, ofDocuments, None, "the answer for another document"},
     EffectInfo{Effect::OldToken, "old-token", after, ofTokens, Milliseconds,
         "a token that expires after `milliseconds`"},
-    EffectInfo{Effect::WithoutKey, "without-key", after, every, Key, "the answer without `key`"},
-    EffectInfo{Effect::Fail, "fail", after, ofDocuments, Type, "the register fails: error of that `type`"},
-    EffectInfo{Effect::Never, "never", after, ofDocuments, None, "never done"},
+    EffectInfo{Effect::WithoutKey, "without-key", after, all, Key, "the answer without `key`"},
+    EffectInfo{
+        Effect::Fail, "fail", after, ofDocuments, Type, "the document fails with an error of this `type`"},
+    EffectInfo{Effect::Never, "never", after, ofDocuments, None, "the document is never processed"},
 };
 
 constexpr std::array failureTable{
-    FailureInfo{Failure::Driver, "driver", ErrorCode{502}, "Регистратор отклонил документ"},
-    FailureInfo{Failure::Agent, "agent", ErrorCode{2003}, "Агент не смог передать документ регистратору"},
-    FailureInfo{Failure::Timeout, "timeout", ErrorCode::ReceiptNotProcessed,
-        "Документ ждал в очереди дольше 300 секунд"},
+    FailureInfo{Failure::Driver, "driver", ErrorCode{502}, "Касса отклонила документ"},
+    FailureInfo{Failure::Agent, "agent", ErrorCode{2003}, "Агент не смог передать документ на кассу"},
+    FailureInfo{
+        Failure::Timeout, "timeout", ErrorCode::ReceiptNotProcessed, "Документ слишком долго ждал в очереди"},
     FailureInfo{Failure::System, "system", ErrorCode::ReceiptNotProcessed, "Не удалось обработать чек"},
     FailureInfo{Failure::Unknown, "unknown", ErrorCode::Unknown, "Неизвестная ошибка"},
 };

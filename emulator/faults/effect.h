@@ -8,11 +8,11 @@
 
 namespace emulator {
 
-/// Whether the call did its work before it went wrong.
+/// Whether the call takes effect before it goes wrong.
 enum class Phase
 {
-    Before, ///< nothing was registered, no token was given
-    After   ///< it was, and only the answer is lost or changed
+    Before, ///< nothing is registered, no token is issued
+    After   ///< it takes effect; only the answer is lost or changed
 };
 
 enum class Effect
@@ -37,7 +37,7 @@ enum class Effect
     Never
 };
 
-/// The one thing that an effect can be told. `Type`, of a failure, comes with a code.
+/// The setting of an effect. `Type` comes with an optional code.
 enum class Parameter
 {
     None,
@@ -49,7 +49,7 @@ enum class Parameter
     Type
 };
 
-/// Who or what makes a document fail.
+/// What makes a document fail.
 enum class Failure
 {
     Driver,
@@ -59,31 +59,31 @@ enum class Failure
     Unknown
 };
 
-/// An effect and what it may be told.
 struct EffectInfo
 {
     Effect effect;
     std::string_view name;
-    /// The phase when a fault names none.
+    /// The phase if a fault names none.
     Phase phase;
-    /// The endpoints that it makes sense for.
+    /// The endpoints that it can be used with.
     EndpointSet endpoints;
     Parameter parameter;
     std::string_view meaning;
-    /// The parameter when a fault names none, as far as it is a number.
-    int usual = 0;
+    /// Value of a numeric parameter if a fault gives none.
+    int defaultValue = 0;
 };
 
-/// The type of a failure, its usual code and its text as the error of the document has them.
+/// Type, code and text of the document's error.
 struct FailureInfo
 {
     Failure failure;
     std::string_view name;
+    /// The code if a fault gives none.
     ErrorCode code;
     std::string_view text;
 };
 
-/// The names that faults are written with.
+/// Names in the JSON of a fault.
 [[nodiscard]] std::string_view nameOf(Phase phase);
 [[nodiscard]] std::string_view nameOf(Parameter parameter);
 

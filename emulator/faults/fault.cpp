@@ -29,21 +29,21 @@ void readMatch(Fault& fault, const Json& json)
     fault.next = match.integer("next", 0, 1, many);
     fault.every = match.integer("every", 1, 1, many);
     fault.after = match.integer("after", 0, 0, many);
-    match.refuseTheRest();
+    match.rejectUnknownKeys();
     if (fault.endpoint == Endpoint::Token && !(fault.group + fault.externalId).empty())
-        throw JsonError("match.group and match.external_id can never hit a token call, which names neither");
+        throw JsonError("match.group and match.external_id do not apply to token calls, which have neither");
 }
 
-ErrorCode readCode(JsonReader& reader, int usual)
+ErrorCode readCode(JsonReader& reader, int fallback)
 {
-    return ErrorCode{static_cast<int>(reader.integer("code", usual, 0, 9999))};
+    return ErrorCode{static_cast<int>(reader.integer("code", fallback, 0, 9999))};
 }
 
-int readBytes(JsonReader& reader, int usual)
+int readBytes(JsonReader& reader, int fallback)
 {
-    const auto bytes = static_cast<int>(reader.integer("bytes", usual, -1'000'000, 1'000'000));
+    const auto bytes = static_cast<int>(reader.integer("bytes", fallback, -1'000'000, 1'000'000));
     if (bytes == 0)
-        throw JsonError("fault.bytes must not be 0, which is the true length");
+        throw JsonError("fault.bytes must not be 0, which is the correct length");
     return bytes;
 }
 
@@ -51,7 +51,7 @@ std::string readKey(JsonReader& reader)
 {
     std::string key = reader.text("key");
     if (key.empty())
-        throw JsonError("key must name what is left out, such as payload.fn_number");
+        throw JsonError("fault.key must name the key to leave out, such as payload.fn_number");
     return key;
 }
 
@@ -62,7 +62,7 @@ Failure readFailure(JsonReader& reader)
         return Failure::Driver;
     const auto found = std::ranges::find(failures(), name, &FailureInfo::name);
     if (found == failures().end())
-        throw JsonError("type must be one of " + joined(failures(), &FailureInfo::name));
+        throw JsonError("fault.type must be one of " + joined(failures(), &FailureInfo::name));
     return found->failure;
 }
 
@@ -72,16 +72,16 @@ void readParameter(Fault& fault, JsonReader& reader, const EffectInfo& info)
     case Parameter::None:
         break;
     case Parameter::Code:
-        fault.code = readCode(reader, info.usual);
+        fault.code = readCode(reader, info.defaultValue);
         break;
     case Parameter::Status:
-        fault.status = static_cast<int>(reader.integer("status", info.usual, 200, 599));
+        fault.status = static_cast<int>(reader.integer("status", info.defaultValue, 200, 599));
         break;
     case Parameter::Bytes:
-        fault.bytes = readBytes(reader, info.usual);
+        fault.bytes = readBytes(reader, info.defaultValue);
         break;
     case Parameter::Milliseconds:
-        fault.time = std::chrono::milliseconds(reader.integer("milliseconds", info.usual, 0, 600'000));
+        fault.time = std::chrono::milliseconds(reader.integer("milliseconds", info.defaultValue, 0, 600'000));
         break;
     case Parameter::Key:
         fault.key = readKey(reader);
@@ -97,28 +97,28 @@ Endpoint readEndpoint(const std::string& name)
 {
     const Endpoint endpoint = endpointNamed(name);
     if (endpoint == Endpoint::Unknown)
-        throw JsonError("endpoint must be one of token, sell, report");
+        throw JsonError("fault.endpoint must be one of token, sell, report");
     return endpoint;
 }
 
-Phase readPhase(const std::string& name, Phase usual)
+Phase readPhase(const std::string& name, Phase fallback)
 {
     if (name.empty())
-        return usual;
+        return fallback;
     for (const Phase phase : {Phase::Before, Phase::After}) {
         if (nameOf(phase) == name)
             return phase;
     }
-    throw JsonError("phase must be before or after");
+    throw JsonError("fault.phase must be before or after");
 }
 
 const EffectInfo& readEffect(const std::string& name, Endpoint endpoint)
 {
     const auto info = std::ranges::find(effects(), name, &EffectInfo::name);
     if (info == effects().end())
-        throw JsonError("effect must be one of " + joined(effects(), &EffectInfo::name));
+        throw JsonError("fault.effect must be one of " + joined(effects(), &EffectInfo::name));
     if (!info->endpoints.contains(endpoint))
-        throw JsonError("effect " + name + " makes no sense for endpoint " + std::string(nameOf(endpoint)));
+        throw JsonError("effect " + name + " cannot be used with endpoint " + std::string(nameOf(endpoint)));
     return *info;
 }
 
@@ -178,14 +178,14 @@ Fault readFault(const Json& json)
     const EffectInfo& info = readEffect(reader.text("effect"), fault.endpoint);
     fault.effect = info.effect;
     fault.phase = readPhase(reader.text("phase"), info.phase);
-    const bool needsTheDocument = fault.effect == Effect::Fail || fault.effect == Effect::Never;
-    if (needsTheDocument && fault.endpoint == Endpoint::Sell && fault.phase == Phase::Before)
+    const bool needsDocument = fault.effect == Effect::Fail || fault.effect == Effect::Never;
+    if (needsDocument && fault.endpoint == Endpoint::Sell && fault.phase == Phase::Before)
         throw JsonError(
-            "effect " + std::string(info.name) + " of sell needs phase after: the document must be there");
+            "effect " + std::string(info.name) + " of sell needs phase after, as the document must exist");
     if (const Json* match = reader.take("match"))
         readMatch(fault, *match);
     readParameter(fault, reader, info);
-    reader.refuseTheRest();
+    reader.rejectUnknownKeys();
     return fault;
 }
 

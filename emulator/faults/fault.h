@@ -11,24 +11,24 @@
 
 namespace emulator {
 
-/// Misbehaviour on purpose: which calls it hits, and what then happens.
+/// Deliberate misbehaviour: which calls it hits and what happens to them.
 struct Fault
 {
     int id = 0;
     std::string name{};
     Endpoint endpoint = Endpoint::Sell;
-    /// Empty ones match every call; `externalId` may hold `*` and `?`.
+    /// Empty values match every call; `externalId` may contain `*` and `?`.
     std::string login{};
     std::string group{};
     std::string externalId{};
-    /// Of the calls that match, the first `after` go free, then every `every`th is hit, until `next` were; 0
-    /// of `next` is no end.
+    /// Of the matching calls, the first `after` are spared; then every `every`th is hit, until `next` have
+    /// been. If `next` is 0, there is no limit.
     std::int64_t after = 0;
     std::int64_t every = 1;
     std::int64_t next = 0;
     Phase phase = Phase::Before;
     Effect effect = Effect::Error;
-    /// What the effect is told, as far as it takes it.
+    /// Parameters; only those of the effect are used.
     ErrorCode code = ErrorCode::Unknown;
     int status = 0;
     int bytes = 0;
@@ -42,7 +42,7 @@ struct Fault
     [[nodiscard]] bool spent() const { return next > 0 && hits >= next; }
 };
 
-/// Reads a fault; unknown keys and values out of range throw JsonError.
+/// Throws JsonError for unknown keys and values out of range.
 [[nodiscard]] Fault readFault(const Json& json);
 [[nodiscard]] Json toJson(const Fault& fault);
 

@@ -7,8 +7,7 @@ namespace emulator {
 
 namespace {
 
-/// Where the character behind the one at `at` begins.
-std::size_t next(std::string_view text, std::size_t at)
+std::size_t nextCharacter(std::string_view text, std::size_t at)
 {
     for (++at; at < text.size() && (static_cast<unsigned char>(text[at]) & 0xC0) == 0x80;)
         ++at;
@@ -17,7 +16,7 @@ std::size_t next(std::string_view text, std::size_t at)
 
 } // namespace
 
-bool fits(std::string_view text, std::string_view pattern)
+bool matches(std::string_view text, std::string_view pattern)
 {
     std::size_t t = 0;
     std::size_t p = 0;
@@ -29,13 +28,13 @@ bool fits(std::string_view text, std::string_view pattern)
             afterStar = t;
         } else if (p < pattern.size() && pattern[p] == '?') {
             ++p;
-            t = next(text, t);
+            t = nextCharacter(text, t);
         } else if (p < pattern.size() && pattern[p] == text[t]) {
             ++p;
             ++t;
         } else if (star) {
             p = *star + 1;
-            afterStar = next(text, afterStar);
+            afterStar = nextCharacter(text, afterStar);
             t = afterStar;
         } else {
             return false;
@@ -57,14 +56,14 @@ bool FaultBox::remove(int id)
 
 const Fault* FaultBox::take(const Call& call)
 {
-    const auto matches = [](const std::string& wanted, const std::string& given) {
+    const auto agrees = [](const std::string& wanted, const std::string& given) {
         return wanted.empty() || wanted == given;
     };
     for (Fault& fault : faults) {
-        if (fault.endpoint != call.endpoint || fault.spent() || !matches(fault.login, call.login) ||
-            !matches(fault.group, call.group))
+        if (fault.endpoint != call.endpoint || fault.spent() || !agrees(fault.login, call.login) ||
+            !agrees(fault.group, call.group))
             continue;
-        if (!fault.externalId.empty() && !fits(call.externalId, fault.externalId))
+        if (!fault.externalId.empty() && !matches(call.externalId, fault.externalId))
             continue;
         ++fault.matched;
         if (fault.matched <= fault.after || (fault.matched - fault.after) % fault.every != 0)
@@ -75,7 +74,7 @@ const Fault* FaultBox::take(const Call& call)
     return nullptr;
 }
 
-void FaultBox::spare(const Fault& fault)
+void FaultBox::uncount(const Fault& fault)
 {
     const auto found = std::ranges::find(faults, fault.id, &Fault::id);
     if (found != faults.end())

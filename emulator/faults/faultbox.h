@@ -8,23 +8,24 @@
 
 namespace emulator {
 
-/// Whether `text` fits `pattern`, in which `*` is any run of characters and `?` any one, of UTF-8 both.
-[[nodiscard]] bool fits(std::string_view text, std::string_view pattern);
+/// Whether `text` matches `pattern`, where `*` stands for any characters and `?` for any single one. Both are
+/// UTF-8.
+[[nodiscard]] bool matches(std::string_view text, std::string_view pattern);
 
-/// The faults in force, in the order they were set. The first that matches a call hits it.
+/// The active faults in the order in which they were added. The first one that matches a call hits it.
 class FaultBox
 {
 public:
-    /// Gives the fault its id.
+    /// Sets the fault's id.
     const Fault& add(Fault fault);
     bool remove(int id);
     void clear() { faults.clear(); }
     [[nodiscard]] const std::vector<Fault>& all() const { return faults; }
 
-    /// The fault that hits this call, counted as a hit; null when none does. Valid until the next change.
+    /// The fault that hits this call, null if none does. Counts the hit. Valid until the next change.
     [[nodiscard]] const Fault* take(const Call& call);
-    /// The fault made no difference to the call that it hit, so it was no hit.
-    void spare(const Fault& fault);
+    /// Takes back a hit that made no difference to the call.
+    void uncount(const Fault& fault);
 
 private:
     std::vector<Fault> faults;

@@ -13,7 +13,7 @@ ServiceError errorRow(ErrorCode code)
 {
     const auto known = serviceErrors();
     const auto found = std::ranges::find(known, code, &ServiceError::code);
-    return found == known.end() ? ServiceError{code, 400, "unknown", "Ошибка по заказу"} : *found;
+    return found == known.end() ? ServiceError{code, 400, "unknown", "Ошибка, заданная в эмуляторе"} : *found;
 }
 
 Reply withError(const Fault& fault, const Reply& honest, TimePoint now)
@@ -21,11 +21,11 @@ Reply withError(const Fault& fault, const Reply& honest, TimePoint now)
     Reply reply = errorReply(fault.endpoint, errorRow(fault.code), now);
     if (fault.code != ErrorCode::DuplicateId && fault.code != ErrorCode::NotReady)
         return reply;
-    const bool takenBack =
+    const bool undone =
         fault.phase == Phase::Before && fault.endpoint == Endpoint::Sell && honest.status == 200;
     const Json before = Json::parse(honest.body);
     Json body = Json::parse(reply.body);
-    if (before.contains("uuid") && !takenBack)
+    if (before.contains("uuid") && !undone)
         body["uuid"] = before["uuid"];
     body["status"] = "wait";
     return jsonReply(reply.status, body);
@@ -64,7 +64,7 @@ std::optional<Reply> ofAnotherDocument(const Reply& honest)
     return jsonReply(honest.status, body);
 }
 
-/// A refused call has no document whose status could be another.
+// A refused call has no document whose status could be changed.
 std::optional<Reply> withStatus(const Reply& honest, const char* word, const Json& error)
 {
     if (honest.status != 200)
@@ -85,11 +85,10 @@ Reply htmlPage(int status)
                 "</h1></body>\r\n</html>\r\n"};
 }
 
-/// The part of misbehaviour that is a matter of what the answer says; nothing when the fault does not apply.
-std::optional<Reply> changed(const Fault& fault, const Reply& honest, TimePoint now)
+std::optional<Reply> changedReply(const Fault& fault, const Reply& honest, TimePoint now)
 {
     const bool report = fault.endpoint == Endpoint::Report;
-    const auto ifItWasTaken = honest.status == 200 ? std::optional(honest) : std::nullopt;
+    const auto ifAccepted = honest.status == 200 ? std::optional(honest) : std::nullopt;
     switch (fault.effect) {
     case Effect::Error:
         return withError(fault, honest, now);
@@ -104,18 +103,17 @@ std::optional<Reply> changed(const Fault& fault, const Reply& honest, TimePoint 
     case Effect::WithoutKey:
         return withoutKey(honest, fault.key);
     case Effect::Fail:
-        return report ? withStatus(honest, "fail", errorOf(fault.failure, fault.code)) : ifItWasTaken;
+        return report ? withStatus(honest, "fail", errorOf(fault.failure, fault.code)) : ifAccepted;
     case Effect::Never:
         return report ? withStatus(honest, "wait", errorObject(serviceError(ErrorCode::NotReady)))
-                      : ifItWasTaken;
+                      : ifAccepted;
     case Effect::OldToken:
-        return ifItWasTaken;
+        return ifAccepted;
     default:
         return honest;
     }
 }
 
-/// The part that is a matter of the connection.
 Wire wireOf(const Fault& fault)
 {
     using Send = Wire::Send;
@@ -159,7 +157,7 @@ Json errorOf(Failure failure, ErrorCode code)
 
 std::optional<Answer> misbehave(const Fault& fault, const Reply& honest, TimePoint now)
 {
-    const auto reply = changed(fault, honest, now);
+    const auto reply = changedReply(fault, honest, now);
     return reply ? std::optional(Answer{.reply = *reply, .wire = wireOf(fault)}) : std::nullopt;
 }
 

@@ -9,11 +9,11 @@
 
 namespace emulator {
 
-/// What becomes of the honest reply to a call under the fault; nothing when the fault makes no difference to
-/// it, as when a key that is to be left out is not there or a refused call has no document to be changed.
+/// The answer that the fault turns the `honest` reply into. Nothing if the fault makes no difference: the key
+/// to leave out is missing, or the call was refused and has no document to change.
 [[nodiscard]] std::optional<Answer> misbehave(const Fault& fault, const Reply& honest, TimePoint now);
 
-/// The error object of a document that fails in this way, with the usual code or one of its own.
+/// The error object of a document with this failure, with its default code or another one.
 [[nodiscard]] Json errorOf(Failure failure);
 [[nodiscard]] Json errorOf(Failure failure, ErrorCode code);
 

@@ -9,7 +9,7 @@
 
 namespace emulator {
 
-/// What happens to an answer on its way out. The default is the honest way.
+/// How an answer is put on the wire. By default, the way it should be.
 struct Wire
 {
     enum class Send
@@ -18,8 +18,8 @@ struct Wire
         HeadAndHalfTheBody,
         Nothing
     };
-    /// What the connection comes to afterwards: kept as HTTP has it, closed, reset, or held open in silence
-    /// until the peer leaves.
+    /// What happens to the connection afterwards: kept or closed as HTTP says, closed, reset, or held open
+    /// without another byte until the peer leaves.
     enum class End
     {
         Keep,
@@ -33,27 +33,27 @@ struct Wire
     End end = End::Keep;
     /// Added to the true Content-Length.
     int lengthError = 0;
-    /// When above zero the answer goes out in pieces of so many bytes, with `pause` between them.
+    /// If above zero, the answer is sent in pieces of this many bytes with a `pause` between them.
     std::size_t piece = 0;
     std::chrono::milliseconds pause{0};
 };
 
-/// A reply and its way out.
+/// A reply and how it is sent.
 struct Answer
 {
     Reply reply{};
     Wire wire{};
-    /// Instead of the reply, the connection brings server-sent events from now on.
+    /// Send server-sent events from now on instead of the reply.
     bool follow = false;
 
-    /// Whether the connection stays afterwards when the client lets it.
+    /// Whether the connection stays open afterwards, given whether the client allows it.
     [[nodiscard]] bool keeps(bool keepAlive) const { return keepAlive && wire.end == Wire::End::Keep; }
 
-    /// The bytes that go out, to a client that lets the connection stay or does not.
+    /// The bytes to send, given whether the client allows the connection to stay open.
     [[nodiscard]] std::string bytes(bool keepAlive) const;
 };
 
-/// Answers a request.
+/// Returns the answer to a request.
 using Handler = std::function<Answer(const Request&)>;
 
 } // namespace emulator

@@ -13,7 +13,7 @@ std::string withoutPort(const std::string& host)
 
 } // namespace
 
-std::string foreignness(const Request& request, const std::vector<std::string>& hosts, bool isPage)
+std::string rejectionReason(const Request& request, const std::vector<std::string>& hosts, bool isPage)
 {
     const std::string host = request.header("Host");
     const std::string name = withoutPort(host);
@@ -23,13 +23,12 @@ std::string foreignness(const Request& request, const std::vector<std::string>& 
         return "Host " + host + " is not served here";
     const std::string origin = request.header("Origin");
     if (!origin.empty() && origin != "http://" + host && origin != "https://" + host)
-        return "Origin " + origin + " may not call";
-    // An image or a script of a foreign page is asked for without an Origin; browsers tell of its site
-    // instead.
+        return "Origin " + origin + " is not allowed";
+    // A browser sends no Origin with a request for an image or a script, but it does send this.
     const std::string site = request.header("Sec-Fetch-Site");
     const bool link = isPage && request.header("Sec-Fetch-Mode") == "navigate";
     if ((site == "cross-site" || site == "same-site") && !link)
-        return "a page of another site may not call";
+        return "requests from pages of other sites are not allowed";
     return {};
 }
 

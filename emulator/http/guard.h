@@ -7,11 +7,11 @@
 
 namespace emulator {
 
-/// Why a request is not for us, or an empty text. A page from elsewhere in the same browser must not reach
-/// the emulator: the Host must be a name of this machine or one of `hosts`, and an Origin, where one is
-/// given, must be the Host itself. What a browser asks for on behalf of another site is foreign too, unless
-/// it is a link to a file of the page (`isPage`).
-[[nodiscard]] std::string foreignness(
+/// Why the request must be rejected; empty if it need not be. A web page of another site open in the same
+/// browser must not reach the emulator. So the Host must be a name of this machine or one of `hosts`, the
+/// Origin, if present, must match the Host, and requests that a browser makes for another site are rejected,
+/// except for a link to a file of the emulator's own page (`isPage`).
+[[nodiscard]] std::string rejectionReason(
     const Request& request, const std::vector<std::string>& hosts, bool isPage);
 
 } // namespace emulator

@@ -8,7 +8,7 @@ namespace emulator {
 
 namespace {
 
-std::string decoded(std::string_view text, bool plusIsBlank)
+std::string decoded(std::string_view text, bool plusIsSpace)
 {
     std::string out;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -20,7 +20,7 @@ std::string decoded(std::string_view text, bool plusIsBlank)
             out += static_cast<char>(value);
             i += 2;
         } else {
-            out += plusIsBlank && text[i] == '+' ? ' ' : text[i];
+            out += plusIsSpace && text[i] == '+' ? ' ' : text[i];
         }
     }
     return out;

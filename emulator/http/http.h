@@ -9,7 +9,7 @@
 
 namespace emulator {
 
-/// A request as it was read, percent-encoding undone in path and query.
+/// A request as read, with path and query percent-decoded.
 struct Request
 {
     std::string method{};
@@ -17,12 +17,12 @@ struct Request
     std::vector<std::pair<std::string, std::string>> query{};
     std::vector<std::pair<std::string, std::string>> headers{};
     std::string body{};
-    /// Every byte of it as it came.
+    /// Every byte as received.
     std::string raw{};
-    /// Whether the client lets the connection stay after the answer.
+    /// Whether the client allows the connection to stay open after the answer.
     bool keepAlive = true;
 
-    /// The first header of that name in any case of letters, or an empty text.
+    /// The first header of that name, in any letter case; empty if there is none.
     [[nodiscard]] std::string header(std::string_view name) const
     {
         const auto same = [](char a, char b) {
@@ -35,7 +35,7 @@ struct Request
         return {};
     }
 
-    /// The first value of that name in the address, or an empty text.
+    /// The first query parameter of that name; empty if there is none.
     [[nodiscard]] std::string parameter(std::string_view name) const
     {
         for (const auto& [key, value] : query) {
@@ -46,20 +46,20 @@ struct Request
     }
 };
 
-/// An answer before it is put on the wire.
+/// Status, headers and body of an answer.
 struct Reply
 {
     int status = 200;
     std::string contentType = "application/json; charset=utf-8";
     std::string body{};
-    /// Further headers, whole lines that end in CRLF.
+    /// Additional headers, each line ending in CRLF.
     std::string headers{};
 };
 
-/// Splits `target` ("/a%20b?c=d") into path and query.
+/// Sets path and query from a request target such as "/a%20b?c=d".
 void setTarget(Request& request, std::string_view target);
 
-/// Status line and headers up to the empty line. `contentLength` is what they say, true or not.
+/// Status line and headers up to and including the empty line. `contentLength` is declared, right or wrong.
 [[nodiscard]] std::string head(const Reply& reply, std::size_t contentLength, bool keepAlive);
 
 } // namespace emulator

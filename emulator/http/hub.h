@@ -10,11 +10,11 @@
 
 namespace emulator {
 
-/// Those who follow events, each with what it has not been sent yet. For the server's thread alone.
+/// The connections that receive events, each with its unsent events. Only for the server's thread.
 class Hub
 {
 public:
-    /// One who follows, for as long as it lives.
+    /// Receives events for as long as it exists.
     class Follower
     {
     public:
@@ -35,12 +35,12 @@ public:
         Hub& hub;
     };
 
-    /// A follower that does not keep up loses what it has not read and is told to start anew.
+    /// A follower that does not keep up loses its unsent events and gets a `lost` event instead.
     void publish(const std::string& event)
     {
-        constexpr std::size_t patience = 1000;
+        constexpr std::size_t mostPending = 1000;
         for (Follower* follower : followers) {
-            if (follower->pending.size() >= patience)
+            if (follower->pending.size() >= mostPending)
                 follower->pending.assign(1, R"({"kind":"lost"})");
             follower->pending.push_back(event);
             follower->wake.cancel();

@@ -5,7 +5,6 @@
 
 namespace emulator {
 
-/// A reply whose body is `body` in one line.
 [[nodiscard]] Reply jsonReply(int status, const Json& body);
 
 } // namespace emulator

@@ -20,7 +20,6 @@ using boost::system::error_code;
 
 constexpr auto tuple = asio::as_tuple(asio::use_awaitable);
 
-/// Adds one to a number for as long as it lives.
 class Counted
 {
 public:
@@ -104,7 +103,7 @@ private:
         for (;;) {
             auto [error, socket] = co_await acceptor.async_accept(tuple);
             if (error) {
-                // Out of descriptors, most likely: give connections time to end instead of spinning.
+                // Most likely out of descriptors: wait for connections to end instead of spinning.
                 asio::steady_timer pause(io, std::chrono::milliseconds(50));
                 co_await pause.async_wait(tuple);
                 continue;
@@ -136,7 +135,7 @@ private:
         }
     }
 
-    // The connections live in io and use what stands before it.
+    // The connections are destroyed with io and use the members declared before it.
     SharedState shared;
     std::optional<asio::ssl::context> tlsContext;
     asio::io_context io{1};

@@ -10,12 +10,12 @@
 
 namespace emulator {
 
-/// An HTTP server on 127.0.0.1 that asks a handler for every answer. It works in the thread that calls `run`.
+/// An HTTP server on 127.0.0.1 that gets its answers from a handler. It works in the thread that calls `run`.
 class Server
 {
 public:
-    /// Binds at once; port 0 takes a free one. Throws std::runtime_error when the port is taken or a TLS file
-    /// cannot be used.
+    /// Binds the port at once; 0 means any free one. Throws std::runtime_error if the port is taken or a TLS
+    /// file cannot be used.
     Server(std::uint16_t port, Handler handler, const Limits& limits = {}, const TlsFiles& tls = {});
     ~Server();
     Server(const Server&) = delete;
@@ -23,15 +23,15 @@ public:
 
     [[nodiscard]] std::uint16_t port() const;
 
-    /// Serves until `stop`, or until SIGINT or SIGTERM when `stopOnSignals` was called.
+    /// Serves until `stop`, or until SIGINT or SIGTERM if `stopOnSignals` was called.
     void run();
-    /// From any thread.
+    /// May be called from any thread.
     void stop();
     void stopOnSignals();
 
-    /// Sends an event to every connection that follows. Only from the handler.
+    /// Sends an event to every connection that follows events. May only be called from the handler.
     void publish(const std::string& event);
-    /// Whether any connection does.
+    /// Whether any connection follows events.
     [[nodiscard]] bool followed() const;
 
 private:

@@ -16,11 +16,11 @@ namespace http = boost::beast::http;
 using Parser = http::request_parser<http::string_body>;
 using boost::system::error_code;
 
-// GCC 12 destroys a temporary in an awaited call twice, so whatever is written has a name.
-const std::string goOn = "HTTP/1.1 100 Continue\r\n\r\n";
+// GCC 12 destroys temporaries of an awaited call twice, so everything that is written has a name.
+const std::string continueReply = "HTTP/1.1 100 Continue\r\n\r\n";
 const std::string eventsHead = "HTTP/1.1 200 OK\r\nServer: fremulator\r\nContent-Type: text/event-stream\r\n"
                                "Cache-Control: no-store\r\nConnection: close\r\n\r\n: hello\n\n";
-const std::string stillHere = ": still here\n\n";
+const std::string keepAliveLine = ": still here\n\n";
 
 constexpr auto tuple = asio::as_tuple(asio::use_awaitable);
 
@@ -45,7 +45,6 @@ int statusOf(const error_code& error)
     return error == http::error::header_limit ? 431 : 400;
 }
 
-/// One connection with its requests, one after the other.
 template <class Stream>
 class Session
 {
@@ -79,7 +78,7 @@ public:
     }
 
 private:
-    /// Feeds the parser by hand, so that `raw` holds every byte of the request and none of the next one.
+    // Feeds the parser by hand so that `raw` holds every byte of this request and none of the next.
     asio::awaitable<error_code> read(Parser& parser, std::string& raw)
     {
         bool continueAsked = false;
@@ -96,7 +95,7 @@ private:
             if (parser.is_header_done() && !continueAsked &&
                 parser.get()[http::field::expect] == "100-continue") {
                 continueAsked = true;
-                co_await write(goOn);
+                co_await write(continueReply);
             }
             const auto [failure, bytes] = co_await stream.async_read_some(buffer.prepare(8192), tuple);
             if (failure)
@@ -115,7 +114,7 @@ private:
         co_await write(bytes);
     }
 
-    /// Whether the connection can bring another request.
+    // Returns whether the connection can carry another request.
     asio::awaitable<bool> send(const Answer& answer, bool keepAlive)
     {
         const Wire& wire = answer.wire;
@@ -163,7 +162,7 @@ private:
                 co_await follower.wake.async_wait(tuple);
             }
             if (follower.pending.empty()) {
-                written = co_await write(stillHere);
+                written = co_await write(keepAliveLine);
                 continue;
             }
             const std::string event = "data: " + follower.pending.front() + "\n\n";

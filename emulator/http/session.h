@@ -15,7 +15,7 @@ namespace emulator {
 using TcpStream = boost::beast::tcp_stream;
 using TlsStream = boost::beast::ssl_stream<boost::beast::tcp_stream>;
 
-/// What all connections share.
+/// State that all connections share.
 struct SharedState
 {
     Handler handler;
@@ -24,7 +24,7 @@ struct SharedState
     std::size_t connections = 0;
 };
 
-/// Answers the requests of one connection, one after the other, until it ends. Both are borrowed.
+/// Answers the requests of a connection one after the other until it ends. Both arguments are borrowed.
 boost::asio::awaitable<void> serve(TcpStream& stream, SharedState& shared);
 boost::asio::awaitable<void> serve(TlsStream& stream, SharedState& shared);
 

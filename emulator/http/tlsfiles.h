@@ -4,7 +4,7 @@
 
 namespace emulator {
 
-/// Files in PEM format for a server that speaks TLS; both empty for one that does not.
+/// PEM files for a server that speaks TLS; both empty if it does not.
 struct TlsFiles
 {
     std::string certificateChain{};

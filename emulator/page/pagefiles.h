@@ -5,7 +5,7 @@
 
 namespace emulator {
 
-/// A file of the page, put into the program when it is built.
+/// A file of the page, embedded in the program at build time.
 struct PageFile
 {
     std::string_view path;

@@ -66,11 +66,11 @@ const texts = {
       [/^(?:fault|match)\.(\w+) must be a whole number from (\S+) to (\S+)$/,
         (key, low, high) => `«${nameOfField(key)}»: нужно целое число от ${low} до ${high}`],
       [/^fault\.bytes must not be 0/, () => '«Лишних байтов»: 0 был бы верной длиной'],
-      [/^key must name/, () => 'Назовите ключ, которого не будет, например payload.fn_number'],
+      [/^fault\.key must name/, () => 'Назовите ключ, которого не будет, например payload.fn_number'],
       [/^effect (\S+) of sell needs phase after/,
         effect => `«${texts.ru.effects[effect]}» возможно, только если чек регистрируется`],
-      [/^there is no document/, () => 'Такого чека нет: он забыт или его не было'],
-      [/^there is no fault/, () => 'Такой неисправности уже нет']
+      [/^document not found/, () => 'Такого чека нет: он забыт или его не было'],
+      [/^fault not found/, () => 'Такой неисправности уже нет']
     ],
     payments: ['наличными', 'безналичными', 'аванс', 'кредит', 'иная форма', 'тип 5', 'тип 6', 'тип 7', 'тип 8', 'тип 9'],
     preset_lost: 'Зарегистрирован, но ответ потерян', preset_silent: 'Сервис не отвечает',

@@ -23,7 +23,7 @@ std::string textIn(const Json& body, const char* key)
     return found != body.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
-// The service takes ids of 128 characters. What comes with a longer one is refused, but still counted by it.
+// The service accepts ids of up to 128 characters. A call with a longer one is refused but still counted.
 std::string idIn(const Json& body)
 {
     constexpr std::size_t longest = 1024;
@@ -32,9 +32,9 @@ std::string idIn(const Json& body)
 
 void readTokenCall(Call& call, const Request& request)
 {
-    const bool inAddress = request.method == "GET";
-    call.login = inAddress ? request.parameter("login") : textIn(call.body, "login");
-    call.password = inAddress ? request.parameter("pass") : textIn(call.body, "pass");
+    const bool inQuery = request.method == "GET";
+    call.login = inQuery ? request.parameter("login") : textIn(call.body, "login");
+    call.password = inQuery ? request.parameter("pass") : textIn(call.body, "pass");
 }
 
 } // namespace

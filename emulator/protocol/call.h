@@ -9,10 +9,10 @@
 
 namespace emulator {
 
-/// The path that every call of the service begins with.
+/// The path prefix of every call to the service.
 inline constexpr std::string_view basePath = "/possystem/v4/";
 
-/// A request read as a call of the service. What the request does not hold is empty.
+/// A request read as a call to the service. Fields that the request does not have are empty.
 struct Call
 {
     Endpoint endpoint = Endpoint::Unknown;
@@ -23,11 +23,11 @@ struct Call
     std::string login{};
     std::string password{};
     std::string externalId{};
-    /// The body, discarded when it is no JSON or nested too deep.
+    /// Discarded if it is not JSON or is nested too deeply.
     Json body{};
 };
 
-/// Reads without judging: a call that makes no sense comes out as well as it can.
+/// Reads as much as it can and rejects nothing.
 [[nodiscard]] Call readCall(const Request& request);
 
 } // namespace emulator

@@ -8,8 +8,7 @@
 
 namespace emulator {
 
-/// The error codes that the service itself answers with. Registers and agents have codes of their own, which
-/// have no name here.
+/// The error codes of the service itself. Those of registers and agents have no enumerators.
 enum class ErrorCode : int
 {
     Unknown = 0,
@@ -31,30 +30,29 @@ enum class ErrorCode : int
     Internal = 50
 };
 
-/// The code as an answer has it.
 [[nodiscard]] constexpr int toNumber(ErrorCode code)
 {
     return static_cast<int>(code);
 }
 
-/// One row of the service's error table.
+/// A row of the service's error table.
 struct ServiceError
 {
     ErrorCode code;
     int httpStatus;
     /// `system`, `driver`, `timeout`, `agent` or `unknown`.
     std::string_view type;
-    /// What the answer says in words, in Russian as the service does.
+    /// The message, in Russian like those of the service.
     std::string_view text;
 };
 
-/// A row for every named code.
+/// One row for each enumerator.
 [[nodiscard]] std::span<const ServiceError> serviceErrors();
 
-/// The row of `code`; throws std::out_of_range when there is none.
+/// The row of `code`; throws std::out_of_range if there is none.
 [[nodiscard]] const ServiceError& serviceError(ErrorCode code);
 
-/// The error object of an answer, with a fresh `error_id`. `details`, when not empty, follows the text.
+/// The error object of an answer, with a new `error_id`. `details`, if any, are appended to the text.
 [[nodiscard]] Json errorObject(const ServiceError& error, const std::string& details = {});
 
 } // namespace emulator

@@ -12,8 +12,8 @@ constexpr std::string_view stars = "***";
 constexpr std::string_view lineEnd = "\r\n";
 constexpr std::string_view headEnd = "\r\n\r\n";
 
-/// Takes what stands before `separator` off `rest`.
-std::string_view cutOff(std::string_view& rest, std::string_view separator)
+// Removes the text before `separator`, and the separator itself, from `rest` and returns the text.
+std::string_view takeUntil(std::string_view& rest, std::string_view separator)
 {
     const std::string_view part = rest.substr(0, rest.find(separator));
     rest.remove_prefix(std::min(part.size() + separator.size(), rest.size()));
@@ -24,11 +24,11 @@ bool isSecret(std::string name)
 {
     constexpr std::array secrets{"token", "pass", "password", "authorization"};
     std::ranges::transform(
-        name, name.begin(), [](const unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        name, name.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return std::ranges::find(secrets, name) != secrets.end();
 }
 
-// A name in the address may be percent-encoded.
+// The name may be percent-encoded.
 bool isSecretPair(std::string_view pair)
 {
     Request request;
@@ -36,8 +36,7 @@ bool isSecretPair(std::string_view pair)
     return !request.query.empty() && isSecret(request.query.front().first);
 }
 
-/// The first line of a request.
-std::string maskedTarget(std::string_view line)
+std::string maskedRequestLine(std::string_view line)
 {
     const std::size_t mark = line.find('?');
     if (mark == std::string_view::npos)
@@ -46,7 +45,7 @@ std::string maskedTarget(std::string_view line)
     const std::size_t end = std::min(line.find(' ', mark), line.size());
     std::string_view query = line.substr(mark + 1, end - mark - 1);
     for (char before = '?'; !query.empty(); before = '&') {
-        const std::string_view pair = cutOff(query, "&");
+        const std::string_view pair = takeUntil(query, "&");
         text += before;
         text += isSecretPair(pair) ? std::string(pair.substr(0, pair.find('='))) + "=" + std::string(stars)
                                    : std::string(pair);
@@ -56,15 +55,15 @@ std::string maskedTarget(std::string_view line)
 
 std::string maskedHead(std::string_view head)
 {
-    std::string text = maskedTarget(cutOff(head, lineEnd));
+    std::string text = maskedRequestLine(takeUntil(head, lineEnd));
     bool secret = false;
     while (!head.empty()) {
-        const std::string_view line = cutOff(head, lineEnd);
-        const bool goesOn = line.starts_with(' ') || line.starts_with('\t');
-        if (goesOn && secret)
+        const std::string_view line = takeUntil(head, lineEnd);
+        const bool isFolded = line.starts_with(' ') || line.starts_with('\t');
+        if (isFolded && secret)
             continue;
         const std::string name(line.substr(0, line.find(':')));
-        secret = !goesOn && isSecret(name);
+        secret = !isFolded && isSecret(name);
         text += lineEnd;
         text += secret ? name + ": " + std::string(stars) : std::string(line);
     }
@@ -80,8 +79,8 @@ std::string maskedBody(const std::string& body, const Call& call)
         masked["pass"] = stars;
         return toLine(masked);
     }
-    const bool mayHoldOne = call.endpoint == Endpoint::Token || body.find("pass") != std::string::npos;
-    return mayHoldOne && !body.empty() ? std::string(stars) : body;
+    const bool mayHoldPassword = call.endpoint == Endpoint::Token || body.find("pass") != std::string::npos;
+    return mayHoldPassword && !body.empty() ? std::string(stars) : body;
 }
 
 } // namespace
@@ -100,7 +99,7 @@ std::string maskedAnswer(const std::string& bytes, const Call& call)
     const std::size_t at = call.endpoint == Endpoint::Token ? bytes.find(key) : std::string::npos;
     if (at == std::string::npos)
         return bytes;
-    // A cut answer may hold the beginning of the token alone.
+    // A truncated answer may end within the token.
     const std::size_t from = at + key.size();
     const std::size_t to = std::min(bytes.find('"', from), bytes.size());
     return bytes.substr(0, from) + std::string(stars) + bytes.substr(to);

@@ -7,11 +7,11 @@
 
 namespace emulator {
 
-/// The request as text for people, its tokens and passwords replaced by `***`. A body that may hold a
-/// password and cannot be read is replaced whole.
+/// The request as readable text with `***` in place of tokens and passwords. A body that may contain a
+/// password and cannot be parsed is replaced as a whole.
 [[nodiscard]] std::string maskedRequest(const Request& request, const Call& call);
 
-/// The bytes of an answer with the token that it gives replaced likewise.
+/// The bytes of an answer with `***` in place of the token it issues.
 [[nodiscard]] std::string maskedAnswer(const std::string& bytes, const Call& call);
 
 } // namespace emulator

@@ -9,7 +9,7 @@
 
 namespace emulator {
 
-/// The answers of the service that need no document, each at the moment `now`.
+/// The service's replies that need no stored document, as of `now`.
 [[nodiscard]] Reply tokenReply(const std::string& token, TimePoint now);
 [[nodiscard]] Reply acceptedReply(const std::string& uuid, TimePoint now);
 [[nodiscard]] Reply duplicateReply(const std::string& firstUuid, TimePoint now);

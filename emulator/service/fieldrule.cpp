@@ -40,8 +40,8 @@ bool isHexBytes(const std::string& text, const FieldRule& rule)
     if (text.size() % 3 != 2)
         return false;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool blank = i % 3 == 2;
-        if (blank ? text[i] != ' ' : std::isxdigit(static_cast<unsigned char>(text[i])) == 0)
+        const bool isSpace = i % 3 == 2;
+        if (isSpace ? text[i] != ' ' : std::isxdigit(static_cast<unsigned char>(text[i])) == 0)
             return false;
     }
     return between(static_cast<std::int64_t>(text.size() + 1) / 3, rule);
@@ -98,27 +98,27 @@ std::string expectation(const FieldRule& rule, const Lists& lists)
     const std::string high = std::to_string(rule.high);
     switch (rule.kind) {
     case Object:
-        return "нужен объект";
+        return "ожидается объект";
     case Array:
-        return "нужен массив, элементов от " + low + " до " + high;
+        return "ожидается массив, элементов от " + low + " до " + high;
     case Text:
-        return "нужна строка, символов от " + low + " до " + high;
+        return "ожидается строка длиной от " + low + " до " + high + " символов";
     case Timestamp:
-        return "нужны дата и время dd.mm.yyyy HH:MM:SS";
+        return "ожидаются дата и время в формате dd.mm.yyyy HH:MM:SS";
     case Inn:
-        return "нужна строка из 10 или 12 цифр";
+        return "ожидается строка из 10 или 12 цифр";
     case Phone:
-        return "нужны «+» и цифры, всего до 19 символов, или до 17 цифр";
+        return "ожидается телефон: «+» и до 18 цифр или до 17 цифр без «+»";
     case Money:
-        return "нужно число от 0 до 42949672.95, не больше двух знаков после точки";
+        return "ожидается число от 0 до 42949672.95, не более двух знаков после точки";
     case Quantity:
-        return "нужно число больше 0 и до 99999.999, не больше трёх знаков после точки";
+        return "ожидается число больше 0, но не больше 99999.999, не более трёх знаков после точки";
     case Integer:
-        return "нужно целое число от " + low + " до " + high;
+        return "ожидается целое число от " + low + " до " + high;
     case HexBytes:
-        return "нужны байты в шестнадцатеричном виде через пробел, от " + low + " до " + high;
+        return "ожидаются байты в шестнадцатеричном виде через пробел, от " + low + " до " + high;
     case OneOf:
-        return "нужно одно из значений: " + joined(lists.*rule.names);
+        return "ожидается одно из значений: " + joined(lists.*rule.names);
     }
     return {};
 }

@@ -10,7 +10,7 @@
 
 namespace emulator {
 
-/// What a field holds.
+/// The type of a field.
 enum class FieldKind
 {
     Object,
@@ -32,23 +32,24 @@ enum class Need
     Optional
 };
 
-/// What one field of a body must be.
+/// What a field of a body must look like.
 struct FieldRule
 {
-    /// `receipt.items[].price`.
+    /// For example `receipt.items[].price`.
     std::string_view path;
     FieldKind kind;
     Need need;
-    /// How much of it: characters, elements, kopecks, thousandths or bytes.
+    /// Limits in characters, elements, kopecks, thousandths or bytes, depending on the kind.
     std::int64_t low = 0;
     std::int64_t high = 0;
+    /// Permitted values of OneOf.
     std::vector<std::string> Lists::*names = nullptr;
 };
 
-/// Whether the value, which may be missing (null), is what the rule says.
+/// Whether the value satisfies the rule.
 [[nodiscard]] bool holds(const Json& value, const FieldRule& rule, const Lists& lists);
 
-/// What the rule expects, in Russian.
+/// The rule in Russian.
 [[nodiscard]] std::string expectation(const FieldRule& rule, const Lists& lists);
 
 [[nodiscard]] bool isInn(const std::string& text);

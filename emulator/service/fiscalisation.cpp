@@ -6,7 +6,7 @@ namespace emulator {
 
 namespace {
 
-/// The same storage and document always give the same sign, and it never fits into 31 bits.
+// The sign never fits into 31 bits, so that a client that stores it in an int is exposed.
 std::int64_t fiscalSign(const std::string& storageNumber, std::int64_t document)
 {
     std::uint64_t hash = 14695981039346656037u;

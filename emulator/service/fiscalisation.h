@@ -8,9 +8,9 @@
 
 namespace emulator {
 
-/// Registers a receipt at `time` and gives the payload of its status answer. Opens a shift when there is none
-/// and, as the law has it, a new one after 24 hours or after `receiptsPerShift` receipts (0: no such limit);
-/// each shift report is a document of the storage as well.
+/// Registers a receipt at `time` and returns the payload of its status answer. Opens a shift if none is open,
+/// and a new one after 24 hours, which the law requires, or after `receiptsPerShift` receipts (0: no limit).
+/// Each shift report takes a document number of the storage.
 [[nodiscard]] Json registerReceipt(
     Register& where, TimePoint time, std::int64_t totalKopecks, std::int64_t receiptsPerShift);
 

@@ -8,15 +8,15 @@
 
 namespace emulator {
 
-/// Counts how often each group asks for status.
+/// Limits how often each group may ask for status.
 class Pace
 {
 public:
-    /// Notes a question; false when the group has already asked `perSecond` times within the last second.
+    /// Counts a call; false if there have already been `perSecond` calls of the group in the last second.
     [[nodiscard]] bool allows(const std::string& group, int perSecond, TimePoint now);
 
 private:
-    std::map<std::string, std::deque<TimePoint>> asked;
+    std::map<std::string, std::deque<TimePoint>> calls;
 };
 
 } // namespace emulator

@@ -36,8 +36,8 @@ public:
     [[nodiscard]] std::vector<Violation> result() && { return std::move(violations); }
 
 private:
-    /// Checks every value that the rest of the rule's path, from `at` on, leads to from `value`: null for one
-    /// that is missing in an object that is there, and no more elements of an array than it may have.
+    // Follows the rule's path from `at` on, starting at `value`, and checks every value it leads to. A key
+    // missing from an object counts as null. Elements of an array beyond its limit are not checked.
     void walk(const Json& value, const FieldRule& rule, std::size_t at, const std::string& name)
     {
         const std::string_view path = rule.path.substr(at);
@@ -46,7 +46,7 @@ private:
         if (path.starts_with("."))
             return walk(value, rule, at + 1, name);
         if (path.starts_with("[]")) {
-            const std::size_t most = value.is_array() ? longest(rule.path.substr(0, at)) : 0;
+            const std::size_t most = value.is_array() ? limitOf(rule.path.substr(0, at)) : 0;
             for (std::size_t i = 0; i < std::min(value.size(), most); ++i)
                 walk(value[i], rule, at + 2, name + "[" + std::to_string(i) + "]");
             return;
@@ -67,7 +67,7 @@ private:
             add(name, expectation(rule, lists));
     }
 
-    [[nodiscard]] std::size_t longest(std::string_view array) const
+    [[nodiscard]] std::size_t limitOf(std::string_view array) const
     {
         return static_cast<std::size_t>(std::ranges::find(rules, array, &FieldRule::path)->high);
     }
@@ -84,14 +84,12 @@ std::string textOf(const Json& object, const char* key)
     return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
-/// Whether there is a value under `key`; null is none.
-bool gives(const Json& object, const char* key)
+bool hasValue(const Json& object, const char* key)
 {
     const auto found = object.find(key);
     return found != object.end() && !found->is_null();
 }
 
-/// The object under `key`, or an empty one.
 const Json& objectOf(const Json& parent, const char* key)
 {
     static const Json none = Json::object();
@@ -103,36 +101,36 @@ void checkInnOfGroup(Checker& checker, const Json& company, const std::string& p
 {
     const std::string given = textOf(company, "inn");
     if (!inn.empty() && isInn(given) && given != inn)
-        checker.add(path, "ИНН не соответствует группе");
+        checker.add(path, "ИНН не совпадает с ИНН группы");
 }
 
 void checkContact(Checker& checker, const Json& receipt)
 {
     const Json& client = objectOf(receipt, "client");
-    const bool isThere = receipt.contains("client") && receipt["client"].is_object();
-    if (isThere && textOf(client, "email").empty() && textOf(client, "phone").empty())
-        checker.add("receipt.client", "нужен непустой email или phone");
+    const bool hasClient = receipt.contains("client") && receipt["client"].is_object();
+    if (hasClient && textOf(client, "email").empty() && textOf(client, "phone").empty())
+        checker.add("receipt.client", "нужно заполнить email или phone");
 }
 
 void checkItems(Checker& checker, const Json& receipt)
 {
     if (!receipt.contains("items") || !receipt["items"].is_array())
         return;
-    const bool vatOfReceipt = gives(receipt, "vats") && !receipt["vats"].empty();
+    const bool receiptHasVats = hasValue(receipt, "vats") && !receipt["vats"].empty();
     const std::size_t count = std::min<std::size_t>(receipt["items"].size(), mostItems);
     for (std::size_t i = 0; i < count; ++i) {
         const Json& item = receipt["items"][i];
         const std::string name = "receipt.items[" + std::to_string(i) + "]";
         if (!item.is_object())
             continue;
-        if (!vatOfReceipt && !gives(item, "vat"))
-            checker.add(name + ".vat", "нужен объект");
-        if (gives(item, "agent_info") && !gives(item, "supplier_info"))
-            checker.add(name + ".supplier_info", "обязателен при agent_info");
+        if (!receiptHasVats && !hasValue(item, "vat"))
+            checker.add(name + ".vat", "ожидается объект");
+        if (hasValue(item, "agent_info") && !hasValue(item, "supplier_info"))
+            checker.add(name + ".supplier_info", "обязательное поле, если есть agent_info");
     }
 }
 
-/// Nothing when there is no such array or an element has no readable sum.
+// Nothing if there is no such array or one of its elements has no valid sum.
 std::optional<std::int64_t> sumOf(const Json& receipt, const char* key)
 {
     if (!receipt.contains(key) || !receipt[key].is_array())
@@ -156,7 +154,7 @@ void checkTotals(Checker& checker, const Json& receipt)
     if (total == unreadable)
         return;
     if (total != sumOf(receipt, "payments").value_or(total))
-        checker.add("receipt.total", "итог должен быть равен сумме оплат");
+        checker.add("receipt.total", "итог не равен сумме оплат");
     if (std::abs(total - sumOf(receipt, "items").value_or(total)) > largestDifference)
         checker.add("receipt.total", "итог отличается от суммы позиций больше чем на 99 копеек");
 }

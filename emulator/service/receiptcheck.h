@@ -9,28 +9,28 @@
 
 namespace emulator {
 
-/// A field that the service refuses.
+/// A field that breaks a rule.
 struct Violation
 {
-    /// Where it is: `receipt.items[0].price`.
+    /// For example `receipt.items[0].price`.
     std::string field{};
-    /// What is expected there, in Russian.
+    /// What is expected, in Russian.
     std::string rule{};
 };
 
-/// Everything that is wrong with the body of a register call, in the order of the rules; empty for a good
-/// one. `inn` is the group's taxpayer number, empty when any will do.
+/// All violations in the body of a register call, in the order of the rules. `inn` is the group's taxpayer
+/// number; if empty, any is accepted.
 [[nodiscard]] std::vector<Violation> checkReceipt(
     const Json& body, const Lists& lists, const std::string& inn);
 
-/// The same for the body of a correction, of which only the envelope, company and payments are looked at.
+/// The same for a correction, of which only envelope, company and payments are checked.
 [[nodiscard]] std::vector<Violation> checkCorrection(
     const Json& body, const Lists& lists, const std::string& inn);
 
 /// `field: rule; field: rule`.
 [[nodiscard]] std::string describe(const std::vector<Violation>& violations);
 
-/// Sum of the payments of a receipt or correction that passed its check, in kopecks.
+/// Sum of the payments, in kopecks, of a receipt or correction without violations.
 [[nodiscard]] std::int64_t paidKopecks(const Json& receipt);
 
 } // namespace emulator

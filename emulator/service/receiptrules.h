@@ -9,9 +9,9 @@ namespace emulator {
 
 inline constexpr std::int64_t mostItems = 100;
 
-/// The fields of a register call of a receipt, in the order in which complaints name them.
+/// Rules for the body of a register call, in the order in which violations are reported.
 [[nodiscard]] std::span<const FieldRule> receiptRules();
-/// Those of a correction.
+/// Rules for the body of a correction.
 [[nodiscard]] std::span<const FieldRule> correctionRules();
 
 } // namespace emulator

@@ -8,23 +8,22 @@ namespace emulator {
 
 namespace {
 
-// Of a login that is refused as much is recorded; a body could bring one of a mebibyte.
+// A refused login is recorded up to this length; the body of the call could contain one of a mebibyte.
 constexpr std::size_t longestLogin = 1024;
 
-// A hundred thousand recordings of a mebibyte each would be more than a machine has.
-std::string beginningOf(std::string text)
+// Tens of thousands of recordings of a mebibyte each would not fit into memory.
+std::string truncated(std::string text)
 {
-    constexpr std::size_t most = 64 * 1024;
-    if (text.size() > most) {
-        const std::size_t more = text.size() - most;
-        text.resize(most);
+    constexpr std::size_t longest = 64 * 1024;
+    if (text.size() > longest) {
+        const std::size_t more = text.size() - longest;
+        text.resize(longest);
         text += "… (" + std::to_string(more) + " bytes more)";
     }
     return text;
 }
 
-/// The error code that a reply speaks of, if any.
-std::optional<int> codeIn(const Reply& reply)
+std::optional<int> errorCodeIn(const Reply& reply)
 {
     const Json body = Json::parse(reply.body, nullptr, false);
     const bool error = body.is_object() && body.contains("error") && body["error"].is_object();
@@ -51,10 +50,10 @@ Exchange recordOf(const Call& call, const Request& request, const Answer& answer
         .externalId = call.externalId,
         .uuid = call.uuid,
         .login = call.login.substr(0, longestLogin),
-        .request = beginningOf(maskedRequest(request, call)),
-        .answer = beginningOf(maskedAnswer(bytes, call)),
+        .request = truncated(maskedRequest(request, call)),
+        .answer = truncated(maskedAnswer(bytes, call)),
         .status = bytes.empty() ? 0 : answer.reply.status,
-        .code = bytes.empty() ? std::nullopt : codeIn(answer.reply),
+        .code = bytes.empty() ? std::nullopt : errorCodeIn(answer.reply),
         .fault = describe(fault)};
 }
 

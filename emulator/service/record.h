@@ -7,8 +7,8 @@
 
 namespace emulator {
 
-/// The exchange that is recorded of a call, without its time. Secrets are masked, long texts cut. `fault` is
-/// null for a call that none has hit.
+/// What to record of a call, except for its time and the document of a sell call. Secrets are masked and long
+/// texts truncated. `fault` is null if none hit the call.
 [[nodiscard]] Exchange recordOf(
     const Call& call, const Request& request, const Answer& answer, const Fault* fault);
 

@@ -16,13 +16,14 @@ namespace emulator {
 
 namespace {
 
-constexpr auto reportLife = std::chrono::days(32);
-/// The service wants exactly this type and character set; letters may be of any case, blanks do not count.
+constexpr auto documentLife = std::chrono::days(32);
+
+// The service insists on the character set. Letter case and spaces do not matter.
 bool isJsonInUtf8(std::string type)
 {
-    std::erase_if(type, [](const unsigned char c) { return std::isspace(c) != 0; });
+    std::erase_if(type, [](unsigned char c) { return std::isspace(c) != 0; });
     std::ranges::transform(
-        type, type.begin(), [](const unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        type, type.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return type == "application/json;charset=utf-8";
 }
 
@@ -56,37 +57,37 @@ Service::Service(
 Answer Service::answer(const Request& request)
 {
     sqlite::Transaction transaction = store.transaction();
-    Context context = look(request);
+    Context context = contextOf(request);
     if (context.call.endpoint == Endpoint::Sell)
         store.countRequest(context.call.group, context.call.externalId, context.call.operation);
     context.fault = faults.take(context.call);
-    const Answer answer =
-        context.fault == nullptr ? Answer{.reply = perform(context, request)} : sabotage(context, request);
+    const Answer answer = context.fault == nullptr ? Answer{.reply = perform(context, request)}
+                                                   : performWithFault(context, request);
     record(context, request, answer);
     transaction.commit();
     return answer;
 }
 
-Answer Service::sabotage(Context& context, const Request& request)
+Answer Service::performWithFault(Context& context, const Request& request)
 {
     sqlite::Savepoint point = store.savepoint();
     const Pace paceBefore = pace;
     const Reply honest = perform(context, request);
     const auto answer = misbehave(*context.fault, honest, clock());
     if (answer && context.fault->phase == Phase::Before) {
-        // Done and taken back: the answer is as it would have been, and nothing of it has happened.
+        // The answer is as it would have been, but the savepoint undoes what the call did.
         pace = paceBefore;
         return *answer;
     }
     point.release();
     if (answer)
         return *answer;
-    faults.spare(*context.fault);
+    faults.uncount(*context.fault);
     context.fault = nullptr;
     return {.reply = honest};
 }
 
-Service::Context Service::look(const Request& request)
+Service::Context Service::contextOf(const Request& request)
 {
     Context context{.call = readCall(request)};
     Call& call = context.call;
@@ -105,21 +106,21 @@ Service::Context Service::look(const Request& request)
 
 Reply Service::perform(const Context& context, const Request& request)
 {
-    if (context.call.endpoint == Endpoint::Unknown)
-        return error(Endpoint::Unknown, ErrorCode::InvalidRequest);
-    if (request.method == "POST" && !isJsonInUtf8(request.header("Content-Type")))
-        return error(context.call.endpoint, ErrorCode::WrongContentType);
-    switch (context.call.endpoint) {
+    const Endpoint endpoint = context.call.endpoint;
+    const bool known = endpoint != Endpoint::Unknown;
+    if (known && request.method == "POST" && !isJsonInUtf8(request.header("Content-Type")))
+        return error(endpoint, ErrorCode::WrongContentType);
+    switch (endpoint) {
     case Endpoint::Token:
-        return giveToken(context);
+        return issueToken(context);
     case Endpoint::Sell:
-        return takeDocument(context);
+        return acceptDocument(context);
     case Endpoint::Report:
         return report(context);
     case Endpoint::Unknown:
         break;
     }
-    return error(Endpoint::Unknown, ErrorCode::InvalidRequest);
+    return error(endpoint, ErrorCode::InvalidRequest);
 }
 
 void Service::record(const Context& context, const Request& request, const Answer& answer)
@@ -134,7 +135,7 @@ void Service::record(const Context& context, const Request& request, const Answe
         listener(exchange);
 }
 
-Reply Service::giveToken(const Context& context)
+Reply Service::issueToken(const Context& context)
 {
     const Call& call = context.call;
     if (call.login.empty() || call.password.empty())
@@ -168,7 +169,7 @@ std::optional<ErrorCode> Service::refusal(const Context& context) const
     return group->protocolRefused ? std::optional(ErrorCode::UnsupportedProtocol) : std::nullopt;
 }
 
-Reply Service::takeDocument(const Context& context)
+Reply Service::acceptDocument(const Context& context)
 {
     const Call& call = context.call;
     if (const auto code = refusal(context))
@@ -220,7 +221,7 @@ void Service::fiscalise(Document& document, const Group& group, const Fault* fau
         document.error = errorOf(Failure::Timeout);
         return;
     }
-    document.readyAt = begin + someLatency();
+    document.readyAt = begin + randomLatency();
     where.freeAt = document.readyAt;
     if (fault != nullptr && fault->effect == Effect::Never) {
         document.outcome = Outcome::Never;
@@ -234,7 +235,7 @@ void Service::fiscalise(Document& document, const Group& group, const Fault* fau
     store.saveRegister(where);
 }
 
-std::chrono::milliseconds Service::someLatency() const
+std::chrono::milliseconds Service::randomLatency() const
 {
     thread_local std::mt19937_64 source{std::random_device{}()};
     std::uniform_int_distribution<std::int64_t> between(
@@ -248,11 +249,11 @@ Reply Service::report(const Context& context)
         return error(Endpoint::Report, *code);
     const auto& document = context.document;
     const TimePoint now = clock();
-    if (!document || document->groupCode != context.call.group || document->receivedAt + reportLife < now)
+    if (!document || document->groupCode != context.call.group || document->receivedAt + documentLife < now)
         return error(Endpoint::Report, ErrorCode::UnknownDocument);
     if (options.pace && !pace.allows(document->groupCode, findGroup(document->groupCode)->registers, now)) {
         const ServiceError tooOften{
-            ErrorCode::InvalidRequest, 429, "system", "Слишком частые запросы состояния"};
+            ErrorCode::InvalidRequest, 429, "system", "Слишком частые запросы состояния документов"};
         return errorReply(Endpoint::Report, tooOften, now);
     }
     if (document->waitsLeft > 0) {

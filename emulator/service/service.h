@@ -15,30 +15,30 @@
 
 namespace emulator {
 
-/// The cloud service without a network: a call in, an answer out. For one thread.
+/// The cloud service without a network: takes a request, returns the answer. For one thread.
 class Service
 {
 public:
-    /// `store` and `faults` are borrowed and must outlive the service. Makes the registers of every group.
+    /// Store and faults are borrowed and must outlive the service. Creates the registers of every group.
     Service(const ServiceOptions& serviceOptions, Store& usedStore, FaultBox& usedFaults,
         Clock usedClock = systemTime);
 
-    /// Where the links to receipts lead, `http://127.0.0.1:PORT/`.
+    /// The address that links to receipts begin with, `http://127.0.0.1:PORT/`.
     void setAddress(const std::string& newAddress) { address = newAddress; }
 
-    /// Told of every call once its answer is settled; the exchange holds no secrets.
+    /// Called with every recorded exchange, before it is committed; it contains no secrets.
     void setListener(std::function<void(const Exchange&)> newListener) { listener = std::move(newListener); }
 
     [[nodiscard]] Answer answer(const Request& request);
 
-    /// The honest status answer of a document, without counting as a question.
+    /// The status answer for a document, unaffected by faults and without counting as a status call.
     [[nodiscard]] Reply statusOf(const Document& document) const;
 
-    /// `wait`, `done` or `fail`, likewise.
+    /// `wait`, `done` or `fail`.
     [[nodiscard]] std::string statusWord(const Document& document) const;
 
 private:
-    /// A call with what the store knows of it.
+    /// A call and what belongs to it.
     struct Context
     {
         Call call{};
@@ -47,25 +47,25 @@ private:
         const Fault* fault = nullptr;
     };
 
-    Context look(const Request& request);
-    /// What the fault of the context makes of the call; a fault that makes no difference is taken out of it.
-    Answer sabotage(Context& context, const Request& request);
+    Context contextOf(const Request& request);
+    /// Removes the fault from the context if it makes no difference to the call.
+    Answer performWithFault(Context& context, const Request& request);
     Reply perform(const Context& context, const Request& request);
-    Reply giveToken(const Context& context);
-    Reply takeDocument(const Context& context);
+    Reply issueToken(const Context& context);
+    Reply acceptDocument(const Context& context);
     Reply report(const Context& context);
     void record(const Context& context, const Request& request, const Answer& answer);
 
-    /// The code that bars the call, if any.
+    /// The error code if token, user or group do not permit the call.
     [[nodiscard]] std::optional<ErrorCode> refusal(const Context& context) const;
     [[nodiscard]] std::string wrongFields(const Call& call, const Group& group) const;
     Document newDocument(const Context& context, const Group& group);
-    /// Gives the document its time and its fiscal data, or the failure that it comes to.
+    /// Sets when the document is ready and its fiscal data or its error.
     void fiscalise(Document& document, const Group& group, const Fault* fault);
     [[nodiscard]] const Group* findGroup(const std::string& code) const;
     [[nodiscard]] const User* findUser(const std::string& login) const;
     [[nodiscard]] Reply error(Endpoint endpoint, ErrorCode code, const std::string& details = {}) const;
-    [[nodiscard]] std::chrono::milliseconds someLatency() const;
+    [[nodiscard]] std::chrono::milliseconds randomLatency() const;
 
     ServiceOptions options;
     Store& store;

@@ -8,47 +8,45 @@
 
 namespace emulator {
 
-/// A group of registers (a shop), as the service's clients address it in the path of a call.
+/// A group of registers (a shop). Clients name it in the path of a call.
 struct Group
 {
     std::string code{};
-    /// Taxpayer number that receipts of the group must carry; empty takes any valid one.
+    /// Taxpayer number required in the group's receipts; if empty, any valid one is accepted.
     std::string inn{};
-    /// Registers that share the group's receipts, 1 to 99.
+    /// How many registers share the group's receipts, 1 to 99.
     int registers = 1;
-    /// Whether the fiscal data operator gives links to receipts.
+    /// Whether status answers contain a link to the receipt.
     bool receiptUrl = true;
-    /// Whether the group is answered with code 21, as one of another protocol version is.
+    /// Whether calls are refused with code 21, as for a group with another protocol version.
     bool protocolRefused = false;
 };
 
-/// Someone who may ask for a token.
 struct User
 {
     std::string login{};
     std::string password{};
-    /// Codes of the groups that the user's tokens open.
+    /// Codes of the groups that the user may use.
     std::vector<std::string> groups{};
-    /// A blocked user is answered with code 14.
+    /// Calls of a blocked user are refused with code 14.
     bool blocked = false;
 };
 
-/// Everything the service can be told at start.
 struct ServiceOptions
 {
     std::vector<Group> groups{{.code = "test"}};
     std::vector<User> users{{.login = "test", .password = "test", .groups = {"test"}}};
-    /// Status answers "not processed yet" that every document gets before its result.
+    /// How many "not processed yet" status answers precede the result of every document.
     int waits = 0;
     std::chrono::milliseconds tokenLife = std::chrono::hours(24);
-    /// A register takes a random time between these for each receipt, one after the other.
+    /// A register processes receipts one at a time, each for a random time between these.
     std::chrono::milliseconds latencyLow{0};
     std::chrono::milliseconds latencyHigh{0};
-    /// A document that would wait longer than this for a register fails with code 1, type `timeout`.
+    /// A document that would wait longer for a register fails with code 1 and type `timeout`.
     std::chrono::milliseconds queueTimeout = std::chrono::seconds(300);
-    /// Whether a group that asks for status more than once a second for each register is told off.
+    /// Whether a group's status calls are refused beyond one per second and register.
     bool pace = false;
-    /// Receipts after which a register closes its shift and opens the next; 0 leaves it to the 24 hours.
+    /// Receipts after which a register starts a new shift; 0 means that it only does so after 24 hours.
     int receiptsPerShift = 0;
     Lists lists{};
 };

@@ -6,7 +6,7 @@
 
 namespace emulator {
 
-/// Status answers of a document at the moment `now`: not processed yet, or as it turned out.
+/// Status replies for a document, as of `now`: not processed yet, or with its result.
 [[nodiscard]] Reply waitingReply(const Document& document, TimePoint now);
 [[nodiscard]] Reply finishedReply(const Document& document, TimePoint now);
 

@@ -8,15 +8,15 @@
 
 namespace emulator {
 
-/// What becomes of a document once its time has come.
+/// What becomes of a document; the numbers are stored.
 enum class Outcome
 {
     Done = 0,
     Fail = 1,
-    Never = 2
+    Never = 2 ///< it stays unprocessed
 };
 
-/// A document that the service took.
+/// A document that the service accepted.
 struct Document
 {
     std::int64_t sequence = 0;
@@ -26,33 +26,33 @@ struct Document
     std::string operation{};
     std::string login{};
     TimePoint receivedAt{};
-    /// The body of the call written anew as UTF-8 in one line, so that a text is found however the client
-    /// wrote it.
+    /// The body of the call, reserialised as one line of UTF-8, so that a text is found however the client
+    /// escaped it.
     std::string body{};
     std::int64_t totalKopecks = 0;
     std::string callbackUrl{};
     std::string deviceCode{};
-    /// Until then a status answer says "not processed yet".
+    /// Status answers say "not processed yet" until then.
     TimePoint readyAt{};
-    /// As long as it is above zero, so does this many more status answers.
+    /// This many more status answers say so too.
     int waitsLeft = 0;
     Outcome outcome = Outcome::Done;
-    /// Payload of the status answer of a document that is done, else null.
+    /// Payload of the status answer if the document is done, otherwise null.
     Json payload{};
-    /// Error object of one that failed, else null.
+    /// Error object if the document failed, otherwise null.
     Json error{};
 };
 
-/// What a list of documents is narrowed down to; empty fields leave it as it is.
+/// Which documents to list; an empty field does not filter.
 struct DocumentFilter
 {
     std::string group{};
-    /// May hold `*` and `?`.
+    /// May contain `*` and `?`.
     std::string externalId{};
     std::string operation{};
-    /// Occurs in the uuid, the external id or the body.
+    /// Part of the uuid, the external id or the body.
     std::string text{};
-    /// Only documents before this sequence; 0 begins with the newest.
+    /// Only documents with a lower sequence; 0 means no limit.
     std::int64_t before = 0;
     int limit = 100;
 };

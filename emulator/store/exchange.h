@@ -9,7 +9,7 @@
 
 namespace emulator {
 
-/// One request and its answer as they were on the wire, secrets masked.
+/// A request and its answer as they were on the wire, with secrets masked.
 struct Exchange
 {
     std::int64_t sequence = 0;
@@ -17,21 +17,21 @@ struct Exchange
     Endpoint endpoint = Endpoint::Unknown;
     std::string groupCode{};
     std::string externalId{};
-    /// The document that the call made, met again or asked for; empty when there is none.
+    /// The document that the call created, repeated or asked about; empty if there is none.
     std::string uuid{};
     std::string login{};
     std::string request{};
-    /// The bytes that went out, empty when none did.
+    /// The bytes that were sent; empty if none were.
     std::string answer{};
-    /// HTTP status of the answer, 0 when none went out.
+    /// HTTP status of the answer, 0 if none was sent.
     int status = 0;
-    /// Error code of the answer, if it speaks of an error.
+    /// Error code of the answer, if it has one.
     std::optional<int> code{};
-    /// Description of the fault that hit, empty when none did.
+    /// Description of the fault that hit the call; empty if none did.
     std::string fault{};
 };
 
-/// The newest of the exchanges behind one sequence and before another; 0 of `before` is no end.
+/// The newest `limit` exchanges with a sequence above `after` and, unless `before` is 0, below `before`.
 struct ExchangeRange
 {
     std::int64_t after = 0;

@@ -7,27 +7,27 @@
 
 namespace emulator {
 
-/// One fiscal register with its storage, and how far its counters have come.
+/// A fiscal register with its fiscal storage and its counters.
 struct Register
 {
     std::string groupCode{};
     int number = 1;
-    /// 16 digits that begin with zeros, so that a client that reads them as a number is found out.
+    /// 16 digits with leading zeros, which expose a client that reads them as a number.
     std::string storageNumber{};
-    /// 16 digits, likewise.
+    /// 16 digits with leading zeros.
     std::string registrationNumber{};
-    /// Documents in the storage so far, shift reports included.
+    /// Documents in the storage, including shift reports.
     std::int64_t documents = 1;
     std::int64_t shift = 0;
     std::int64_t receiptsInShift = 0;
     bool shiftOpen = false;
     TimePoint shiftOpenedAt{};
-    /// When the register has worked off its queue.
+    /// When the register will have finished its queue.
     TimePoint freeAt{};
 };
 
-/// A register fresh from the factory: its storage holds the registration report and nothing else. `serial`
-/// tells storages apart.
+/// A new register, whose storage contains only the registration report. Its numbers are derived from
+/// `serial`, which must be unique.
 [[nodiscard]] Register newRegister(const std::string& groupCode, int number, std::int64_t serial);
 
 } // namespace emulator

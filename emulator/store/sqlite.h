@@ -11,24 +11,24 @@ struct sqlite3_stmt;
 
 namespace emulator::sqlite {
 
-/// What SQLite said when a call failed.
+/// A call of SQLite failed; the message is SQLite's.
 class Error : public std::runtime_error
 {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// One open database. Every call that fails throws Error.
+/// An open database. Every call that fails throws Error.
 class Database
 {
 public:
-    /// Opens or creates `file` (`:memory:` lives as long as the object) and executes `schema`.
+    /// Opens or creates `file` (`:memory:` lasts as long as the object) and executes `schema`.
     Database(const std::string& file, const char* schema);
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
-    /// Runs statements that take nothing and give nothing.
+    /// Runs statements without parameters or results.
     void execute(const char* sql);
 
     [[nodiscard]] std::int64_t lastInsertId() const;
@@ -38,7 +38,7 @@ private:
     sqlite3* connection = nullptr;
 };
 
-/// The rows of a statement under way; at its end the statement is free for the next use.
+/// The rows of a running statement; once destroyed, the statement can be used again.
 class Rows
 {
 public:
@@ -54,7 +54,7 @@ public:
     {
     }
 
-    /// Steps to the next row; false when there is none.
+    /// Moves to the next row; returns false if there is none.
     bool next();
     [[nodiscard]] std::int64_t integer(int column) const;
     [[nodiscard]] std::string text(int column) const;
@@ -72,7 +72,7 @@ public:
     Statement(const Statement&) = delete;
     Statement& operator=(const Statement&) = delete;
 
-    /// Binds integers and texts in their order; the texts are copied.
+    /// Binds integers and texts in order and starts the statement. Texts are copied.
     template <class... Values>
     [[nodiscard]] Rows rows(const Values&... values)
     {
@@ -81,7 +81,7 @@ public:
         return Rows(statement);
     }
 
-    /// The same, run to its end for what it changes.
+    /// Binds likewise and runs the statement to its end.
     template <class... Values>
     void run(const Values&... values)
     {
@@ -101,7 +101,7 @@ private:
     sqlite3_stmt* statement = nullptr;
 };
 
-/// Everything between construction and `commit` happens or none of it does.
+/// Changes are undone on destruction unless committed.
 class Transaction
 {
 public:
@@ -117,12 +117,11 @@ private:
     bool open = true;
 };
 
-/// Inside a transaction: what was done since construction can be taken back.
+/// A part of a transaction. Its changes are undone on destruction unless released.
 class Savepoint
 {
 public:
     explicit Savepoint(Database& usedDatabase);
-    /// Takes back, unless released.
     ~Savepoint();
     Savepoint(const Savepoint&) = delete;
     Savepoint& operator=(const Savepoint&) = delete;

@@ -29,7 +29,7 @@ CREATE INDEX IF NOT EXISTS exchanges_by_id ON exchanges(external_id, group_code)
 
 constexpr std::int64_t exchangesPerDocument = 4;
 constexpr int noCode = -1;
-// Whatever number of documents is kept, a token that is alive must work; this many are tens of megabytes.
+// Independent of the number of documents, as a valid token must work; this many take tens of megabytes.
 constexpr std::int64_t tokensKept = 100'000;
 
 std::int64_t toNumber(TimePoint time)
@@ -97,7 +97,7 @@ std::vector<Exchange> readExchanges(sqlite::Rows rows)
     return all;
 }
 
-/// The pattern as SQLite's GLOB takes it, where a bracket would begin a set of characters.
+// In a GLOB pattern, a bracket would start a set of characters.
 std::string globOf(const std::string& pattern)
 {
     std::string glob;

@@ -19,7 +19,7 @@ struct Token
     TimePoint expiresAt{};
 };
 
-/// How often register calls of this external id came over the wire, whatever became of them.
+/// How many register calls with this external id arrived, whatever became of them.
 struct WireCount
 {
     std::string groupCode{};
@@ -31,25 +31,24 @@ struct WireCount
 class Store
 {
 public:
-    /// `file` is created when missing; `:memory:` lives as long as the store. The newest `keep` documents
-    /// stay, and four times as many exchanges; older ones are forgotten. So are tokens beyond the newest
-    /// 100,000.
+    /// `file` is created if missing; `:memory:` lasts as long as the store. Only the newest `keep` documents,
+    /// four times as many exchanges and 100,000 tokens are kept.
     explicit Store(const std::string& file, std::int64_t keep = 10'000);
 
-    /// One per request: what the request changes happens as a whole.
+    /// For one request: its changes are made as a whole or not at all.
     [[nodiscard]] sqlite::Transaction transaction() { return sqlite::Transaction(database); }
     [[nodiscard]] sqlite::Savepoint savepoint() { return sqlite::Savepoint(database); }
 
     void addToken(const std::string& token, const Token& about);
     [[nodiscard]] std::optional<Token> findToken(const std::string& token);
 
-    /// Makes sure that the group has registers 1 to `count`; those that are there stay as they are.
+    /// Creates those of the registers 1 to `count` of the group that do not exist yet.
     void prepareRegisters(const std::string& groupCode, int count);
-    /// The register of the group that has worked off its queue first.
+    /// Of the registers 1 to `count` of the group, the one that will finish its queue first.
     [[nodiscard]] Register freestRegister(const std::string& groupCode, int count);
     void saveRegister(const Register& where);
 
-    /// Gives the document its sequence.
+    /// Sets the document's sequence.
     void addDocument(Document& document);
     [[nodiscard]] std::optional<Document> findDocument(const std::string& uuid);
     [[nodiscard]] std::optional<std::string> findUuid(
@@ -58,24 +57,24 @@ public:
     /// Newest first.
     [[nodiscard]] std::vector<Document> documents(const DocumentFilter& filter);
 
-    /// Counts one more register call of that id.
+    /// Counts a register call with that id.
     void countRequest(
         const std::string& groupCode, const std::string& externalId, const std::string& operation);
     [[nodiscard]] std::int64_t requests(const std::string& groupCode, const std::string& externalId);
-    /// Of the ids that fit the pattern; an empty group or operation stands for all.
+    /// For the ids that match the pattern; an empty group or operation matches all.
     [[nodiscard]] std::vector<WireCount> wireCounts(
         const std::string& group, const std::string& idPattern, const std::string& operation);
 
-    /// Gives the exchange its sequence.
+    /// Sets the exchange's sequence.
     void addExchange(Exchange& exchange);
-    /// Oldest first: register calls of that id and status calls of its document, in any group when none is
-    /// named.
+    /// Oldest first: register calls with that id and status calls for its document, in any group if none is
+    /// given.
     [[nodiscard]] std::vector<Exchange> exchanges(
         const std::string& groupCode, const std::string& externalId, const ExchangeRange& range);
-    /// Newest first, of every endpoint; of one group when it is named.
+    /// Newest first, of every endpoint; of one group if it is given.
     [[nodiscard]] std::vector<Exchange> newestExchanges(const std::string& groupCode, int limit);
 
-    /// Forgets documents, exchanges and wire counts. Tokens, registers and their counters stay.
+    /// Deletes documents, exchanges and wire counts. Tokens, registers and their counters stay.
     void clear();
 
 private:

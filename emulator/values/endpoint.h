@@ -6,25 +6,22 @@
 
 namespace emulator {
 
-/// A kind of call of the service.
 enum class Endpoint
 {
     Token,
     Sell,
     Report,
-    Unknown
+    Unknown ///< any other call
 };
 
-/// Every endpoint that the service has.
 inline constexpr std::array knownEndpoints{Endpoint::Token, Endpoint::Sell, Endpoint::Report};
 
 /// `token`, `sell`, `report` or `unknown`.
 [[nodiscard]] std::string_view nameOf(Endpoint endpoint);
 
-/// The endpoint of that name; `Unknown` for any other text.
+/// The endpoint with that name; `Unknown` for any other text.
 [[nodiscard]] Endpoint endpointNamed(std::string_view name);
 
-/// Any of the endpoints.
 class EndpointSet
 {
 public:

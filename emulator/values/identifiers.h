@@ -4,7 +4,7 @@
 
 namespace emulator {
 
-/// A random UUID of version 4 in lower case.
+/// A random version 4 UUID in lower case.
 [[nodiscard]] std::string newUuid();
 
 /// A random token of 128 characters.

@@ -18,7 +18,7 @@ std::string JsonReader::text(const char* key)
     if (value == nullptr)
         return {};
     if (!value->is_string())
-        throw JsonError(place + "." + key + " must be a text");
+        throw JsonError(place + "." + key + " must be a string");
     return value->get<std::string>();
 }
 
@@ -52,7 +52,7 @@ std::vector<std::string> JsonReader::texts(const char* key, std::vector<std::str
     const bool good =
         value->is_array() && std::ranges::all_of(*value, [](const Json& e) { return e.is_string(); });
     if (!good)
-        throw JsonError(place + "." + key + " must be an array of texts");
+        throw JsonError(place + "." + key + " must be an array of strings");
     return value->get<std::vector<std::string>>();
 }
 
@@ -74,7 +74,7 @@ const Json* JsonReader::take(const char* key)
     return found == object.end() ? nullptr : &*found;
 }
 
-void JsonReader::refuseTheRest() const
+void JsonReader::rejectUnknownKeys() const
 {
     for (const auto& [key, value] : object.items()) {
         if (std::ranges::count(taken, key) > 0)
@@ -82,7 +82,7 @@ void JsonReader::refuseTheRest() const
         std::string known;
         for (const std::string& name : taken)
             known += (known.empty() ? "" : ", ") + name;
-        throw JsonError(place + "." + key + " is unknown here; known are " + known);
+        throw JsonError(place + "." + key + " is unknown; known keys are " + known);
     }
 }
 

@@ -7,16 +7,15 @@
 
 namespace emulator {
 
-/// `value` in whole 1/`scale` parts (100: kopecks of roubles; 1000: thousandths of a quantity).
-/// Clients send unrounded doubles, where 0.1 + 0.2 arrives as 0.30000000000000004: a value within 0.000001 of
-/// such a part counts as that part. Anything else has too many decimals and gives nothing, as do values
-/// beyond a thousand million.
+/// `value` as a whole number of 1/`scale` units (100: kopecks in roubles; 1000: thousandths of a quantity).
+/// Clients send unrounded doubles, and 0.1 + 0.2 arrives as 0.30000000000000004, so a value within 0.000001
+/// of a whole number of units counts as that number. Returns nothing for a value with more decimals and for
+/// one above a thousand million.
 [[nodiscard]] std::optional<std::int64_t> wholeParts(double value, int scale);
 
-/// The same for a number in JSON; nothing for a value of another type.
+/// The same for a JSON number; nothing for any other type.
 [[nodiscard]] std::optional<std::int64_t> wholePartsOf(const Json& value, int scale);
 
-/// Roubles of an amount of kopecks.
 [[nodiscard]] double roubles(std::int64_t kopecks);
 
 } // namespace emulator

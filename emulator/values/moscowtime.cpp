@@ -50,7 +50,7 @@ std::string moscowTime(TimePoint time)
     return text.data();
 }
 
-std::string moscowTimeOfQr(TimePoint time)
+std::string qrTime(TimePoint time)
 {
     const Parts p = partsOf(time, moscow);
     std::array<char, 64> text{};

@@ -44,13 +44,13 @@ struct ConfigFile : testing::Test
 
 } // namespace
 
-TEST_F(ConfigFile, RefusesWhatIsNestedTooDeep)
+TEST_F(ConfigFile, RejectsJsonNestedTooDeeply)
 {
     const std::string deep = R"({"faults": [)" + std::string(500'000, '[');
-    EXPECT_THAT(complaint(deep.c_str()), HasSubstr("is nested too deep"));
+    EXPECT_THAT(complaint(deep.c_str()), HasSubstr("is nested too deeply"));
 }
 
-TEST_F(ConfigFile, GivesGroupsUsersListsAndFaults)
+TEST_F(ConfigFile, DefinesGroupsUsersListsAndFaults)
 {
     const Options options = read(R"({
         "groups": [{"code": "a", "inn": "7700000000", "registers": 3}, {"code": "b", "receiptUrl": false},
@@ -76,7 +76,7 @@ TEST_F(ConfigFile, GivesGroupsUsersListsAndFaults)
     EXPECT_EQ(options.faults[0].effect, Effect::Close);
 }
 
-TEST_F(ConfigFile, LeavesWhatItDoesNotName)
+TEST_F(ConfigFile, LeavesUnmentionedOptionsUnchanged)
 {
     const Options options = read("{}");
     EXPECT_EQ(options.service.groups.front().code, "test");
@@ -84,11 +84,11 @@ TEST_F(ConfigFile, LeavesWhatItDoesNotName)
     EXPECT_THAT(options.faults, IsEmpty());
 }
 
-TEST_F(ConfigFile, OpensEveryGroupToAUserOfWhomItDoesNotSayWhich)
+TEST_F(ConfigFile, GivesUsersWithoutGroupsAccessToAllGroups)
 {
-    const Options usual = read(R"({"groups": [{"code": "a"}, {"code": "b"}]})");
-    EXPECT_EQ(usual.service.users.front().login, "test");
-    EXPECT_THAT(usual.service.users.front().groups, ElementsAre("a", "b"));
+    const Options unnamed = read(R"({"groups": [{"code": "a"}, {"code": "b"}]})");
+    EXPECT_EQ(unnamed.service.users.front().login, "test");
+    EXPECT_THAT(unnamed.service.users.front().groups, ElementsAre("a", "b"));
 
     const Options named = read(R"({"groups": [{"code": "a"}, {"code": "b"}], "users": [
         {"login": "l", "password": "p"}, {"login": "m", "password": "p", "groups": []}]})");
@@ -96,10 +96,10 @@ TEST_F(ConfigFile, OpensEveryGroupToAUserOfWhomItDoesNotSayWhich)
     EXPECT_THAT(named.service.users[1].groups, IsEmpty());
 }
 
-TEST_F(ConfigFile, ThatMakesNoSenseIsRefusedWithTheReason)
+TEST_F(ConfigFile, IsRejectedWithTheReasonIfInvalid)
 {
     EXPECT_THAT(complaint("{"), HasSubstr("is not JSON"));
-    EXPECT_THAT(complaint(R"({"group": []})"), HasSubstr(".group is unknown here; known are groups, users"));
+    EXPECT_THAT(complaint(R"({"group": []})"), HasSubstr(".group is unknown; known keys are groups, users"));
     EXPECT_THAT(complaint(R"({"groups": [{"inn": "1"}]})"), HasSubstr("groups[0].code"));
     EXPECT_THAT(
         complaint(R"({"groups": [{"code": "a", "registers": 0}]})"), HasSubstr("groups[0].registers"));
@@ -112,7 +112,7 @@ TEST_F(ConfigFile, ThatMakesNoSenseIsRefusedWithTheReason)
     EXPECT_THROW(readConfig("/nowhere/config.json", options), JsonError);
 }
 
-TEST_F(ConfigFile, OfFaultsAloneIsAnArray)
+TEST_F(ConfigFile, OfFaultsMustContainAnArray)
 {
     std::ofstream(file) << R"([{"endpoint": "token", "effect": "old-token"}])";
     Options options;

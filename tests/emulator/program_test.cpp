@@ -21,7 +21,7 @@ using emulator::Json;
 
 namespace {
 
-/// The built program, its standard output read line by line.
+// The built program; its standard output is read line by line.
 class Program
 {
 public:
@@ -64,10 +64,10 @@ public:
         return text;
     }
 
-    /// Whether the program has not closed its output yet.
+    // Whether the program has not closed its output yet.
     bool more() const { return std::feof(output) == 0; }
 
-    /// Sends the signal (0: none) and waits; the exit status, or the negative signal that ended it.
+    // Sends the signal (0: none), waits, and returns the exit status or the negated signal that ended it.
     int finish(int signal)
     {
         if (signal != 0)
@@ -88,13 +88,13 @@ std::uint16_t portIn(const std::string& line)
     const std::string before = "listening on http://127.0.0.1:";
     const std::string after = "/possystem/v4/";
     if (!line.starts_with(before) || !line.ends_with(after))
-        throw std::runtime_error("not the first line: " + line);
+        throw std::runtime_error("unexpected first line: " + line);
     return static_cast<std::uint16_t>(std::stoi(line.substr(before.size())));
 }
 
 } // namespace
 
-TEST(Program, SaysWhereItListensAndServesWhatItsOptionsSay)
+TEST(Program, PrintsItsAddressAndAppliesItsOptions)
 {
     Program program({"--port", "0", "--login", "l", "--password", "p", "--group", "g", "--waits", "1"});
     const std::uint16_t port = portIn(program.line());
@@ -112,7 +112,7 @@ TEST(Program, SaysWhereItListensAndServesWhatItsOptionsSay)
     EXPECT_EQ(program.finish(SIGTERM), 0);
 }
 
-TEST(Program, GivesTokensOfTheLifeItIsTold)
+TEST(Program, AppliesTheTokenLifetime)
 {
     Program program({"--token-ttl", "0"});
     RawClient client(portIn(program.line()));
@@ -122,14 +122,14 @@ TEST(Program, GivesTokensOfTheLifeItIsTold)
     EXPECT_EQ(client.receive().json()["error"]["code"], 11);
 }
 
-TEST(Program, EndsCleanlyOnInterruptWithConnectionsOpen)
+TEST(Program, ExitsCleanlyOnInterruptWithOpenConnections)
 {
     Program program({});
     const RawClient idle(portIn(program.line()));
     EXPECT_EQ(program.finish(SIGINT), 0);
 }
 
-TEST(Program, FailsWhenThePortIsTaken)
+TEST(Program, FailsIfThePortIsTaken)
 {
     Program first({});
     const std::uint16_t port = portIn(first.line());
@@ -138,7 +138,7 @@ TEST(Program, FailsWhenThePortIsTaken)
     EXPECT_EQ(second.finish(0), 1);
 }
 
-TEST(Program, RemembersAcrossAKill)
+TEST(Program, KeepsItsStateWhenKilled)
 {
     const std::string database = testing::TempDir() + "fremulator-kill-" + std::to_string(::getpid()) + ".db";
     std::string token;
@@ -186,7 +186,7 @@ TEST(Program, ReadsItsConfigurationAndFaultsFromFiles)
     std::remove((stem + ".faults").c_str());
 }
 
-TEST(Program, HasNoMeansToCallAnyone)
+TEST(Program, CannotMakeOutgoingConnections)
 {
     FILE* pipe = ::popen("nm -D --undefined-only '" FREMULATOR "'", "r");
     ASSERT_NE(pipe, nullptr);
@@ -199,13 +199,13 @@ TEST(Program, HasNoMeansToCallAnyone)
     }
     EXPECT_EQ(::pclose(pipe), 0);
     EXPECT_EQ(imported.count("listen") + imported.count("accept"), 2u)
-        << "the list of imports is not read right";
+        << "the list of imports could not be read";
     for (const char* call : {"connect", "getaddrinfo", "gethostbyname", "gethostbyname_r", "sendto",
              "BIO_new_connect", "BIO_new_ssl_connect", "system", "popen", "execve", "execvp", "posix_spawn"})
         EXPECT_EQ(imported.count(call), 0u) << call;
 }
 
-TEST(Program, DoesNotCallTheAddressThatAReceiptNames)
+TEST(Program, DoesNotCallTheCallbackUrlOfAReceipt)
 {
     const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     sockaddr_in address{};
@@ -230,14 +230,14 @@ TEST(Program, DoesNotCallTheAddressThatAReceiptNames)
     EXPECT_EQ(report["status"], "done");
     EXPECT_EQ(report["callback_url"], receipt["service"]["callback_url"]);
 
-    // Once it has ended, whatever it was going to do is done.
+    // Once the program has ended, it can no longer call.
     EXPECT_EQ(program.finish(SIGTERM), 0);
     pollfd knock{.fd = listener, .events = POLLIN, .revents = 0};
     EXPECT_EQ(::poll(&knock, 1, 0), 0);
     ::close(listener);
 }
 
-TEST(Program, HasEveryOptionAndEffectInItsReadme)
+TEST(Program, DocumentsEveryOptionAndEffectInItsReadme)
 {
     std::stringstream readme;
     readme << std::ifstream(README).rdbuf();

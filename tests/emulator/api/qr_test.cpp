@@ -5,7 +5,7 @@
 using namespace emulator;
 using namespace std::chrono_literals;
 
-TEST(QrText, IsThatOfAFiscalReceipt)
+TEST(QrText, HasTheFormatOfAFiscalReceipt)
 {
     const Json payload{{"total", 1030.0}, {"fn_number", "9251440300046840"},
         {"fiscal_document_number", 29414}, {"fiscal_document_attribute", 1250830908}};

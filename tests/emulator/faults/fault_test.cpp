@@ -17,13 +17,13 @@ Fault fault(const char* json)
 std::string complaint(const char* json)
 {
     try {
-        return "none, it is " + toJson(readFault(Json::parse(json))).dump();
+        return "accepted: " + toJson(readFault(Json::parse(json))).dump();
     } catch (const JsonError& error) {
         return error.what();
     }
 }
 
-/// Which of `count` sell calls with these ids are hit.
+// Which of `count` sell calls with this id are hit.
 std::vector<bool> hits(FaultBox& box, int count, const std::string& externalId = "id")
 {
     std::vector<bool> all;
@@ -36,23 +36,23 @@ std::vector<bool> hits(FaultBox& box, int count, const std::string& externalId =
 
 } // namespace
 
-TEST(Pattern, HasStarsAndQuestionMarks)
+TEST(Pattern, SupportsStarsAndQuestionMarks)
 {
-    EXPECT_TRUE(fits("till-7-001", "till-7-001"));
-    EXPECT_TRUE(fits("till-7-001", "till-*"));
-    EXPECT_TRUE(fits("till-7-001", "*001"));
-    EXPECT_TRUE(fits("till-7-001", "t*l-?-*1"));
-    EXPECT_TRUE(fits("", "*"));
-    EXPECT_FALSE(fits("till-7-001", "till-?"));
-    EXPECT_FALSE(fits("till-7-001", ""));
-    EXPECT_FALSE(fits("aab", "*ab?"));
-    EXPECT_TRUE(fits("чек-1", "?е?-1"));
-    EXPECT_TRUE(fits("чек-1", "*?-1"));
-    EXPECT_FALSE(fits("чек", "????"));
-    EXPECT_FALSE(fits("чек", "*????"));
+    EXPECT_TRUE(matches("till-7-001", "till-7-001"));
+    EXPECT_TRUE(matches("till-7-001", "till-*"));
+    EXPECT_TRUE(matches("till-7-001", "*001"));
+    EXPECT_TRUE(matches("till-7-001", "t*l-?-*1"));
+    EXPECT_TRUE(matches("", "*"));
+    EXPECT_FALSE(matches("till-7-001", "till-?"));
+    EXPECT_FALSE(matches("till-7-001", ""));
+    EXPECT_FALSE(matches("aab", "*ab?"));
+    EXPECT_TRUE(matches("чек-1", "?е?-1"));
+    EXPECT_TRUE(matches("чек-1", "*?-1"));
+    EXPECT_FALSE(matches("чек", "????"));
+    EXPECT_FALSE(matches("чек", "*????"));
 }
 
-TEST(FaultBox, HitsEveryCallOfItsEndpointUnlessTold)
+TEST(FaultBox, HitsEveryCallOfItsEndpointByDefault)
 {
     FaultBox box;
     box.add(fault(R"({"endpoint":"sell","effect":"close"})"));
@@ -60,7 +60,7 @@ TEST(FaultBox, HitsEveryCallOfItsEndpointUnlessTold)
     EXPECT_EQ(box.take({.endpoint = Endpoint::Token}), nullptr);
 }
 
-TEST(FaultBox, HitsTheNextFew)
+TEST(FaultBox, HitsOnlyTheNextCalls)
 {
     FaultBox box;
     box.add(fault(R"({"endpoint":"sell","effect":"close","match":{"next":2}})"));
@@ -68,21 +68,21 @@ TEST(FaultBox, HitsTheNextFew)
     EXPECT_TRUE(box.all().front().spent());
 }
 
-TEST(FaultBox, HitsEveryNth)
+TEST(FaultBox, HitsEveryNthCall)
 {
     FaultBox box;
     box.add(fault(R"({"endpoint":"sell","effect":"close","match":{"every":3}})"));
     EXPECT_THAT(hits(box, 7), ElementsAre(false, false, true, false, false, true, false));
 }
 
-TEST(FaultBox, LetsTheFirstGoFree)
+TEST(FaultBox, SparesTheFirstCalls)
 {
     FaultBox box;
     box.add(fault(R"({"endpoint":"sell","effect":"close","match":{"after":2,"every":2,"next":1}})"));
     EXPECT_THAT(hits(box, 6), ElementsAre(false, false, false, true, false, false));
 }
 
-TEST(FaultBox, LooksAtLoginGroupAndExternalId)
+TEST(FaultBox, MatchesLoginGroupAndExternalId)
 {
     FaultBox box;
     box.add(fault(
@@ -95,7 +95,7 @@ TEST(FaultBox, LooksAtLoginGroupAndExternalId)
         box.take({.endpoint = Endpoint::Sell, .group = "x", .login = "l", .externalId = "a-1"}), nullptr);
 }
 
-TEST(FaultBox, LetsTheFirstMatchHitAndRemovesById)
+TEST(FaultBox, AppliesTheFirstMatchingFaultUntilItIsRemoved)
 {
     FaultBox box;
     const int first = box.add(fault(R"({"endpoint":"sell","effect":"close","name":"one"})")).id;
@@ -106,7 +106,7 @@ TEST(FaultBox, LetsTheFirstMatchHitAndRemovesById)
     EXPECT_EQ(box.take({.endpoint = Endpoint::Sell})->name, "two");
 }
 
-TEST(Fault, IsWrittenAsItWasRead)
+TEST(Fault, SurvivesARoundTripThroughJson)
 {
     Json json =
         Json::parse(R"({"name":"n","endpoint":"sell","match":{"login":"l","group":"g","external_id":"*",
@@ -117,12 +117,12 @@ TEST(Fault, IsWrittenAsItWasRead)
     EXPECT_EQ(written, json);
 }
 
-TEST(Fault, ThatMakesNoSenseIsRefusedWithTheReason)
+TEST(Fault, IsRejectedWithTheReasonIfInvalid)
 {
     EXPECT_EQ(complaint("[]"), "fault must be an object");
     EXPECT_THAT(complaint(R"({"endpoint":"buy","effect":"close"})"), HasSubstr("token, sell, report"));
     EXPECT_THAT(complaint(R"({"endpoint":"sell","effect":"explode"})"), HasSubstr("reset-before"));
-    EXPECT_THAT(complaint(R"({"endpoint":"sell","effect":"old-token"})"), HasSubstr("makes no sense"));
+    EXPECT_THAT(complaint(R"({"endpoint":"sell","effect":"old-token"})"), HasSubstr("cannot be used"));
     EXPECT_THAT(
         complaint(R"({"endpoint":"sell","effect":"close","phase":"amid"})"), HasSubstr("before or after"));
     EXPECT_THAT(complaint(R"({"endpoint":"sell","effect":"never","phase":"before"})"),
@@ -142,6 +142,6 @@ TEST(Fault, ThatMakesNoSenseIsRefusedWithTheReason)
     for (const char* key : {"group", "external_id"}) {
         const std::string fault =
             R"({"endpoint":"token","effect":"close","match":{")" + std::string(key) + R"(":"x"}})";
-        EXPECT_THAT(complaint(fault.c_str()), HasSubstr("can never hit a token call"));
+        EXPECT_THAT(complaint(fault.c_str()), HasSubstr("do not apply to token calls"));
     }
 }

@@ -13,7 +13,6 @@ using End = RawClient::End;
 
 namespace {
 
-/// Every misbehaviour as it is on the wire, and what the service holds afterwards.
 struct Misbehaviour : RunningEmulator
 {
     Misbehaviour()
@@ -28,7 +27,7 @@ struct Misbehaviour : RunningEmulator
         ASSERT_EQ(answer.status, 200) << answer.body;
     }
 
-    /// The whole of what one connection brings for a sell call.
+    // Everything that a connection receives for a sell call.
     RawClient::Answer sellToTheEnd(const std::string& id, std::chrono::milliseconds patience = 20s)
     {
         RawClient client(port());
@@ -41,7 +40,7 @@ struct Misbehaviour : RunningEmulator
         return get("/_emulator/expect?external_id=" + id).status == 200;
     }
 
-    /// Status answer of the document that the service holds under the id.
+    // Status answer for the document registered with the id.
     Json honestReport(const std::string& id)
     {
         const Json list = get("/_emulator/documents?external_id=" + id).json();
@@ -61,11 +60,11 @@ enum class Body
     Half,
     Html,
     Empty,
-    NoJson
+    NotJson
 };
 
-/// What an effect of the wire looks like to the client of any call.
-struct OnTheWire
+// What an effect looks like to the client, whatever the call.
+struct WireCase
 {
     const char* effect;
     const char* parameter;
@@ -75,18 +74,18 @@ struct OnTheWire
     int lengthError = 0;
 };
 
-void PrintTo(const OnTheWire& row, std::ostream* out)
+void PrintTo(const WireCase& row, std::ostream* out)
 {
     *out << row.effect << row.parameter;
 }
 
-constexpr OnTheWire onTheWire[] = {
+constexpr WireCase wireCases[] = {
     {"html", R"(,"status":200)", 200, Body::Html, End::Open},
     {"html", R"(,"status":404)", 404, Body::Html, End::Open},
     {"html", R"(,"status":503)", 503, Body::Html, End::Open},
     {"empty", "", 200, Body::Empty, End::Open},
     {"empty", R"(,"status":502)", 502, Body::Empty, End::Open},
-    {"not-json", "", 200, Body::NoJson, End::Open},
+    {"not-json", "", 200, Body::NotJson, End::Open},
     {"truncated", "", 200, Body::Half, End::Closed},
     {"wrong-length", R"(,"bytes":7)", 200, Body::Whole, End::Open, 7},
     {"wrong-length", R"(,"bytes":-7)", 200, Body::Whole, End::Closed, -7},
@@ -99,14 +98,14 @@ constexpr OnTheWire onTheWire[] = {
     {"reset-after", "", 200, Body::Whole, End::Reset},
 };
 
-struct ErrorOfTheService
+struct ErrorCase
 {
     int code;
     int status;
     const char* type;
 };
 
-constexpr ErrorOfTheService errorsOfTheService[] = {
+constexpr ErrorCase errorCases[] = {
     {0, 400, "unknown"},
     {1, 400, "system"},
     {10, 401, "system"},
@@ -126,27 +125,27 @@ constexpr ErrorOfTheService errorsOfTheService[] = {
     {50, 500, "system"},
 };
 
-using Where = std::tuple<OnTheWire, std::string, std::string>;
+using WireParameter = std::tuple<WireCase, std::string, std::string>;
 
-std::string nameOf(const Where& where)
+std::string nameOf(const WireParameter& parameter)
 {
-    const auto& [row, endpoint, phase] = where;
+    const auto& [row, endpoint, phase] = parameter;
     std::string name = std::string(row.effect) + row.parameter + "Of" + endpoint + phase;
-    std::erase_if(name, [](const unsigned char c) { return std::isalnum(c) == 0; });
+    std::erase_if(name, [](unsigned char c) { return std::isalnum(c) == 0; });
     return (row.lengthError < 0 ? "tooShort" : "") + name;
 }
 
-/// One effect of the wire at one endpoint in one phase.
-struct Wired : Misbehaviour, testing::WithParamInterface<Where>
+// One effect at one endpoint in one phase.
+struct WireEffect : Misbehaviour, testing::WithParamInterface<WireParameter>
 {
-    Wired()
+    WireEffect()
     {
         options.service.waits = 1;
         start();
         takeToken();
     }
 
-    const OnTheWire& row() const { return std::get<0>(GetParam()); }
+    const WireCase& row() const { return std::get<0>(GetParam()); }
     const std::string& endpoint() const { return std::get<1>(GetParam()); }
     bool after() const { return std::get<2>(GetParam()) == "after"; }
 
@@ -159,7 +158,7 @@ struct Wired : Misbehaviour, testing::WithParamInterface<Where>
         return postRequest("/possystem/v4/group-1/sell", goodReceipt("id").dump(), tokenHeader());
     }
 
-    /// Whether the connection that brought an answer brings another.
+    // Whether the connection can carry another request.
     static bool isKept(RawClient& client)
     {
         client.send(getRequest("/_emulator/effects"));
@@ -177,8 +176,7 @@ struct Wired : Misbehaviour, testing::WithParamInterface<Where>
             answer.end = isKept(client) ? End::Open : End::Closed;
             return answer;
         }
-        // Nothing tells of the end of such an answer, but what there is of it is sent once the hit is
-        // counted.
+        // The end of such an answer cannot be seen, but once the hit is counted all of it has been sent.
         while (get("/_emulator/faults").json()["faults"][0]["hits"] == 0) {
         }
         return client.receiveAll(200ms);
@@ -207,7 +205,7 @@ struct Wired : Misbehaviour, testing::WithParamInterface<Where>
         case Body::Empty:
             EXPECT_EQ(answer.body, "");
             break;
-        case Body::NoJson:
+        case Body::NotJson:
             EXPECT_THAT(answer.head, HasSubstr("Content-Type: application/json"));
             EXPECT_FALSE(answer.body.empty() || Json::accept(answer.body));
             break;
@@ -220,8 +218,8 @@ struct Wired : Misbehaviour, testing::WithParamInterface<Where>
         return std::stoul(answer.head.substr(answer.head.find(name) + name.size()));
     }
 
-    /// Whether the call did its work, as far as can be seen: not of a token that nobody got to see.
-    std::optional<bool> worked(const std::string& uuid, const RawClient::Answer& answer)
+    // Whether the call took effect. Nothing if that cannot be seen because the token was lost.
+    std::optional<bool> tookEffect(const std::string& uuid, const RawClient::Answer& answer)
     {
         if (endpoint() == "sell")
             return isRegistered("id");
@@ -238,7 +236,7 @@ struct Wired : Misbehaviour, testing::WithParamInterface<Where>
 
 } // namespace
 
-TEST_P(Wired, LooksLikeItsEffectAndDoesItsWorkInPhaseAfterAlone)
+TEST_P(WireEffect, LooksAsDocumentedAndTakesEffectInPhaseAfterOnly)
 {
     const std::string uuid = sell(goodReceipt("known")).json()["uuid"];
     set(Json::parse(R"({"endpoint":")" + endpoint() + R"(","phase":")" + std::get<2>(GetParam()) +
@@ -251,19 +249,19 @@ TEST_P(Wired, LooksLikeItsEffectAndDoesItsWorkInPhaseAfterAlone)
         EXPECT_EQ(
             static_cast<int>(lengthIn(answer)), static_cast<int>(answer.body.size()) + row().lengthError);
     }
-    EXPECT_EQ(worked(uuid, answer).value_or(after()), after());
+    EXPECT_EQ(tookEffect(uuid, answer).value_or(after()), after());
     EXPECT_EQ(get("/_emulator/faults").json()["faults"][0]["hits"], 1);
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryEffect, Wired,
-    testing::Combine(testing::ValuesIn(onTheWire), testing::Values("token", "sell", "report"),
+INSTANTIATE_TEST_SUITE_P(EveryEffect, WireEffect,
+    testing::Combine(testing::ValuesIn(wireCases), testing::Values("token", "sell", "report"),
         testing::Values("before", "after")),
-    [](const auto& of) { return nameOf(of.param); });
+    [](const auto& instance) { return nameOf(instance.param); });
 
-TEST_P(Phased, AnErrorCodeOfTheServiceIsAnsweredWithItsHttpStatus)
+TEST_P(Phased, ErrorCodesComeWithTheirHttpStatus)
 {
-    ASSERT_EQ(emulator::serviceErrors().size(), std::size(errorsOfTheService));
-    for (const ErrorOfTheService& row : errorsOfTheService) {
+    ASSERT_EQ(emulator::serviceErrors().size(), std::size(errorCases));
+    for (const ErrorCase& row : errorCases) {
         for (const std::string endpoint : {"token", "sell", "report"}) {
             const std::string id = "e" + std::to_string(row.code) + endpoint;
             const std::string uuid = sell(goodReceipt(id + "-known")).json()["uuid"];
@@ -280,7 +278,7 @@ TEST_P(Phased, AnErrorCodeOfTheServiceIsAnsweredWithItsHttpStatus)
     }
 }
 
-TEST_P(Phased, AnAnswerMayDripByteByByte)
+TEST_P(Phased, SendsTheAnswerByteByByte)
 {
     set({{"endpoint", "sell"}, {"effect", "drip"}, {"milliseconds", 1}, {"phase", GetParam()},
         {"match", {{"next", 1}}}});
@@ -293,7 +291,7 @@ TEST_P(Phased, AnAnswerMayDripByteByByte)
     EXPECT_EQ(isRegistered("id"), after());
 }
 
-TEST_P(Phased, AnAnswerMayBeLate)
+TEST_P(Phased, DelaysTheAnswer)
 {
     set({{"endpoint", "sell"}, {"effect", "delay"}, {"milliseconds", 200}, {"phase", GetParam()},
         {"match", {{"next", 1}}}});
@@ -303,14 +301,14 @@ TEST_P(Phased, AnAnswerMayBeLate)
     EXPECT_EQ(isRegistered("id"), after());
 }
 
-TEST_P(Phased, ATokenThatIsNotGivenDoesNotWork)
+TEST_P(Phased, IssuesAWorkingTokenInPhaseAfterOnly)
 {
     set({{"endpoint", "token"}, {"effect", "delay"}, {"milliseconds", 0}, {"phase", GetParam()}});
     takeToken();
     EXPECT_EQ(sell(goodReceipt()).status, after() ? 200 : 401);
 }
 
-TEST_P(Phased, AnAnswerMayBeForAnotherDocument)
+TEST_P(Phased, AnswersForAnotherDocument)
 {
     for (const std::string endpoint : {"sell", "report"}) {
         const std::string real = sell(goodReceipt(endpoint + "-known")).json()["uuid"];
@@ -322,7 +320,7 @@ TEST_P(Phased, AnAnswerMayBeForAnotherDocument)
     }
 }
 
-TEST_P(Phased, AnAnswerMayLackAKey)
+TEST_P(Phased, LeavesOutAKey)
 {
     const std::string real = sell(goodReceipt("known")).json()["uuid"];
     for (const auto& [endpoint, key] : {std::pair("token", "token"), std::pair("sell", "uuid"),
@@ -341,7 +339,7 @@ TEST_P(Phased, AnAnswerMayLackAKey)
     }
 }
 
-TEST_P(Phased, AStatusAnswerMayTellOfAFailureOrOfNoEnd)
+TEST_P(Phased, ReportsAFailureOrNoResult)
 {
     options.service.waits = 1;
     start();
@@ -358,7 +356,7 @@ TEST_P(Phased, AStatusAnswerMayTellOfAFailureOrOfNoEnd)
     }
 }
 
-TEST_P(Phased, ATokenMayBeOldOrNeverGiven)
+TEST_P(Phased, IssuesAnExpiredTokenOrNone)
 {
     set({{"endpoint", "token"}, {"effect", "old-token"}, {"phase", GetParam()}});
     takeToken();
@@ -368,7 +366,7 @@ TEST_P(Phased, ATokenMayBeOldOrNeverGiven)
 INSTANTIATE_TEST_SUITE_P(BothPhases, Phased, testing::Values("before", "after"),
     [](const auto& parameter) { return parameter.param; });
 
-TEST_F(Misbehaviour, OfAStatusCallCountsAsNoQuestionBefore)
+TEST_F(Misbehaviour, InPhaseBeforeDoesNotCountAsAStatusCall)
 {
     options.service.waits = 1;
     start();
@@ -393,7 +391,7 @@ TEST_F(Misbehaviour, HitsStatusCallsByTheIdOfTheirDocument)
     EXPECT_EQ(report(spared).status, 200);
 }
 
-TEST_F(Misbehaviour, GivesATokenThatIsOlderThanItSeems)
+TEST_F(Misbehaviour, IssuesATokenThatExpiresEarly)
 {
     set({{"endpoint", "token"}, {"effect", "old-token"}, {"milliseconds", 1000}, {"match", {{"next", 1}}}});
     takeToken();
@@ -405,7 +403,7 @@ TEST_F(Misbehaviour, GivesATokenThatIsOlderThanItSeems)
     EXPECT_EQ(sell(goodReceipt("2")).status, 200);
 }
 
-TEST_F(Misbehaviour, LetsADocumentFailForGood)
+TEST_F(Misbehaviour, FailsADocumentForGood)
 {
     struct Row
     {
@@ -428,7 +426,7 @@ TEST_F(Misbehaviour, LetsADocumentFailForGood)
     }
 }
 
-TEST_F(Misbehaviour, TakesNoFiscalNumberForADocumentThatFails)
+TEST_F(Misbehaviour, AssignsNoFiscalNumberToAFailedDocument)
 {
     const auto number = [this](const std::string& id) {
         EXPECT_EQ(sell(goodReceipt(id)).status, 200);
@@ -440,7 +438,7 @@ TEST_F(Misbehaviour, TakesNoFiscalNumberForADocumentThatFails)
     EXPECT_EQ(number("3"), 4);
 }
 
-TEST_F(Misbehaviour, OfTheStatusAnswerAloneLeavesTheDocumentDone)
+TEST_F(Misbehaviour, OfAStatusAnswerLeavesTheDocumentDone)
 {
     const std::string uuid = sell(goodReceipt()).json()["uuid"];
     set({{"endpoint", "report"}, {"effect", "fail"}, {"type", "agent"}, {"code", 2009},
@@ -452,7 +450,7 @@ TEST_F(Misbehaviour, OfTheStatusAnswerAloneLeavesTheDocumentDone)
     EXPECT_EQ(report(uuid).json()["status"], "done");
 }
 
-TEST_F(Misbehaviour, LeavesADocumentUndoneForever)
+TEST_F(Misbehaviour, NeverFinishesADocument)
 {
     set({{"endpoint", "sell"}, {"effect", "never"}, {"match", {{"next", 1}}}});
     EXPECT_EQ(sell(goodReceipt("id")).status, 200);
@@ -483,7 +481,7 @@ TEST_F(Misbehaviour, AnswersAStatusCallForAnotherDocument)
     EXPECT_EQ(other["payload"]["total"], 151.5);
 }
 
-TEST_F(Misbehaviour, LeavesARefusalAsItIsAndWaitsForACallThatItCanHit)
+TEST_F(Misbehaviour, LeavesRefusalsAloneAndWaitsForACallThatItCanHit)
 {
     struct Row
     {
@@ -520,7 +518,7 @@ TEST_F(Misbehaviour, LeavesARefusalAsItIsAndWaitsForACallThatItCanHit)
     }
 }
 
-TEST_F(Misbehaviour, WithoutAKeyThatIsNotThereIsNoHitAndTakesNothingBack)
+TEST_F(Misbehaviour, ThatLeavesOutAMissingKeyIsNotAHitAndUndoesNothing)
 {
     set({{"endpoint", "sell"}, {"effect", "without-key"}, {"key", "payload.total"}, {"phase", "before"}});
     EXPECT_EQ(sell(goodReceipt("id")).status, 200);
@@ -528,7 +526,7 @@ TEST_F(Misbehaviour, WithoutAKeyThatIsNotThereIsNoHitAndTakesNothingBack)
     EXPECT_EQ(get("/_emulator/faults").json()["faults"][0]["hits"], 0);
 }
 
-TEST_F(Misbehaviour, NamesNoDocumentThatWasTakenBack)
+TEST_F(Misbehaviour, NamesNoUndoneDocument)
 {
     set({{"endpoint", "sell"}, {"effect", "error"}, {"code", 33}, {"phase", "before"},
         {"match", {{"next", 1}}}});
@@ -541,7 +539,7 @@ TEST_F(Misbehaviour, NamesNoDocumentThatWasTakenBack)
     EXPECT_EQ(sell(goodReceipt("id")).json()["uuid"], uuid);
 }
 
-TEST_F(Misbehaviour, BeforeIsNoQuestionForThePaceEither)
+TEST_F(Misbehaviour, InPhaseBeforeDoesNotCountTowardsThePace)
 {
     options.service.pace = true;
     start();
@@ -563,7 +561,7 @@ TEST_F(Misbehaviour, ThatLosesTheAnswerIsFollowedByCode33WithTheFirstUuid)
     EXPECT_EQ(get("/_emulator/expect?external_id=id&wire_requests=2&total=150.50&status=done").status, 200);
 }
 
-TEST_F(Misbehaviour, ThatComesBeforeLeavesTheIdFree)
+TEST_F(Misbehaviour, InPhaseBeforeLeavesTheIdFree)
 {
     set({{"endpoint", "sell"}, {"effect", "close"}, {"phase", "before"}, {"match", {{"next", 1}}}});
     EXPECT_EQ(sellToTheEnd("id").end, End::Closed);

@@ -32,7 +32,7 @@ using Certificate = std::unique_ptr<X509, Freer<X509_free>>;
 using Context = std::unique_ptr<SSL_CTX, Freer<SSL_CTX_free>>;
 using Ssl = std::unique_ptr<SSL, Freer<SSL_free>>;
 
-/// A key and a certificate of its own for 127.0.0.1, valid for an hour, as PEM files.
+// A self-signed certificate for 127.0.0.1, valid for an hour, and its key.
 void writeCertificate(const emulator::TlsFiles& files)
 {
     const Key key(EVP_EC_gen("P-256"));
@@ -73,7 +73,7 @@ struct Tls : RunningEmulator
         std::remove(options.tls.privateKey.c_str());
     }
 
-    /// What a client that checks certificates gets: the answer, or an empty text when it turned away.
+    // The answer that a client that verifies certificates receives; empty if it rejected the server.
     std::string answerOver(const std::string& request, bool trusting, const char* address = "127.0.0.1")
     {
         const Context context(SSL_CTX_new(TLS_client_method()));
@@ -105,34 +105,35 @@ struct Tls : RunningEmulator
     }
 };
 
-const std::string login =
+const std::string loginRequest =
     postRequest("/possystem/v4/getToken", R"({"login":"shop","pass":"secret"})", "Connection: close\r\n");
 
 } // namespace
 
-TEST_F(Tls, IsSpokenToAClientThatTrustsTheCertificate)
+TEST_F(Tls, AnswersAClientThatTrustsTheCertificate)
 {
     start();
-    EXPECT_THAT(answerOver(login, true), testing::AllOf(StartsWith("HTTP/1.1 200"), HasSubstr("\"token\"")));
+    EXPECT_THAT(
+        answerOver(loginRequest, true), testing::AllOf(StartsWith("HTTP/1.1 200"), HasSubstr("\"token\"")));
 }
 
-TEST_F(Tls, LetsAClientTurnAwayThatDoesNotTrustTheCertificateOrTheAddress)
+TEST_F(Tls, IsRejectedByAClientThatDoesNotTrustCertificateOrAddress)
 {
     start();
-    EXPECT_EQ(answerOver(login, false), "");
-    EXPECT_EQ(answerOver(login, true, "127.0.0.2"), "");
+    EXPECT_EQ(answerOver(loginRequest, false), "");
+    EXPECT_EQ(answerOver(loginRequest, true, "127.0.0.2"), "");
 }
 
-TEST_F(Tls, TakesFaultsToo)
+TEST_F(Tls, SupportsFaults)
 {
     options.faults = {emulator::readFault(
         Json{{"endpoint", "token"}, {"effect", "reset-before"}, {"match", {{"next", 1}}}})};
     start();
-    EXPECT_EQ(answerOver(login, true), "");
-    EXPECT_THAT(answerOver(login, true), StartsWith("HTTP/1.1 200"));
+    EXPECT_EQ(answerOver(loginRequest, true), "");
+    EXPECT_THAT(answerOver(loginRequest, true), StartsWith("HTTP/1.1 200"));
 }
 
-TEST_F(Tls, NeedsFilesThatCanBeUsed)
+TEST_F(Tls, DoesNotStartWithUnusableFiles)
 {
     options.tls.privateKey = "/nowhere/key.pem";
     EXPECT_THROW(start(), std::runtime_error);

@@ -13,7 +13,7 @@ namespace {
 
 constexpr TimePoint start = std::chrono::sys_days(std::chrono::year(2026) / 3 / 1);
 
-/// Shift, receipt in the shift and document in the storage.
+// Shift, receipt in the shift and document in the storage.
 std::vector<std::int64_t> numbers(const Json& payload)
 {
     return {payload["shift_number"], payload["fiscal_receipt_number"], payload["fiscal_document_number"]};
@@ -21,7 +21,7 @@ std::vector<std::int64_t> numbers(const Json& payload)
 
 } // namespace
 
-TEST(Register, NumbersReceiptsAfterItsRegistrationAndShiftReports)
+TEST(Register, NumbersReceiptsAfterRegistrationAndShiftReports)
 {
     Register where = newRegister("g", 1, 1);
     EXPECT_THAT(numbers(registerReceipt(where, start, 100, 0)), ElementsAre(1, 1, 3));
@@ -36,7 +36,7 @@ TEST(Register, ClosesAShiftAfter24HoursAndOpensTheNext)
     EXPECT_THAT(numbers(registerReceipt(where, start + 24h, 100, 0)), ElementsAre(2, 1, 7));
 }
 
-TEST(Register, ClosesAShiftThatIsFull)
+TEST(Register, ClosesAFullShift)
 {
     Register where = newRegister("g", 1, 1);
     EXPECT_THAT(numbers(registerReceipt(where, start, 100, 2)), ElementsAre(1, 1, 3));
@@ -44,7 +44,7 @@ TEST(Register, ClosesAShiftThatIsFull)
     EXPECT_THAT(numbers(registerReceipt(where, start, 100, 2)), ElementsAre(2, 1, 7));
 }
 
-TEST(Register, GivesThePayloadOfAStatusAnswer)
+TEST(Register, ReturnsThePayloadOfAStatusAnswer)
 {
     Register where = newRegister("g", 1, 42);
     Json payload = registerReceipt(where, start, 15050, 0);

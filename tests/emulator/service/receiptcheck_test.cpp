@@ -18,7 +18,7 @@ std::vector<std::string> wrongFields(const Json& body, const std::string& inn = 
     return fields;
 }
 
-/// The good receipt with `value` put at `pointer`; a value of "absent" takes out what is there.
+// The good receipt with `value` at `pointer`; the value "absent" removes what is there.
 Json with(const std::string& pointer, const Json& value)
 {
     const bool absent = value == "absent";
@@ -71,12 +71,12 @@ const std::string item = "/receipt/items/0";
 
 } // namespace
 
-TEST(ReceiptCheck, TakesAGoodReceipt)
+TEST(ReceiptCheck, AcceptsAGoodReceipt)
 {
     EXPECT_THAT(wrongFields(goodReceipt()), IsEmpty());
 }
 
-TEST(ReceiptCheck, TakesEveryEdgeOfTheRules)
+TEST(ReceiptCheck, AcceptsLimitValues)
 {
     const Case cases[] = {
         {"/external_id", letters(128), {}},
@@ -115,7 +115,7 @@ TEST(ReceiptCheck, TakesEveryEdgeOfTheRules)
         EXPECT_THAT(wrongFields(with(row.pointer, row.value)), IsEmpty()) << row.pointer << " " << row.value;
 }
 
-TEST(ReceiptCheck, NamesTheFieldThatIsWrong)
+TEST(ReceiptCheck, NamesTheWrongField)
 {
     const std::string item0 = "receipt.items[0]";
     const Case cases[] = {
@@ -213,7 +213,7 @@ TEST(ReceiptCheck, NamesEveryWrongFieldAtOnce)
         ElementsAre("timestamp", "receipt.company.inn", "receipt.items[1].name", "receipt.items[1].vat"));
 }
 
-TEST(ReceiptCheck, WantsOneOfTheSevenAgentTypesWithTheirSupplier)
+TEST(ReceiptCheck, RequiresAKnownAgentTypeAndASupplier)
 {
     Json body = with(item + "/supplier_info", {{"phones", {"+79990000000"}}});
     body["receipt"]["items"][0]["agent_info"]["type"] = "commission_agent";
@@ -225,30 +225,30 @@ TEST(ReceiptCheck, WantsOneOfTheSevenAgentTypesWithTheirSupplier)
         wrongFields(body), ElementsAre("receipt.items[0].agent_info.type", "receipt.items[0].supplier_info"));
 }
 
-TEST(ReceiptCheck, TakesVatOfTheWholeReceiptInsteadOfTheLines)
+TEST(ReceiptCheck, AcceptsVatOfTheReceiptInsteadOfThatOfItsItems)
 {
     Json body = with(item + "/vat", "absent");
     body["receipt"]["vats"] = Json::array({{{"type", "vat10"}, {"sum", 13.68}}});
     EXPECT_THAT(wrongFields(body), IsEmpty());
-    for (const Json& none : {Json(nullptr), Json::array()}) {
-        body["receipt"]["vats"] = none;
+    for (const Json& noVats : {Json(nullptr), Json::array()}) {
+        body["receipt"]["vats"] = noVats;
         EXPECT_THAT(wrongFields(body), ElementsAre("receipt.items[0].vat"));
     }
 }
 
-TEST(ReceiptCheck, WantsTheTaxpayerNumberOfTheGroup)
+TEST(ReceiptCheck, RequiresTheTaxpayerNumberOfTheGroup)
 {
     EXPECT_THAT(wrongFields(goodReceipt(), "7700000000"), IsEmpty());
     EXPECT_THAT(wrongFields(goodReceipt(), "7700000001"), ElementsAre("receipt.company.inn"));
 }
 
-TEST(ReceiptCheck, SurvivesABodyThatIsNoObject)
+TEST(ReceiptCheck, SurvivesABodyThatIsNotAnObject)
 {
     EXPECT_THAT(wrongFields(Json::array()), IsEmpty());
     EXPECT_THAT(wrongFields(Json::object()), ElementsAre("timestamp", "external_id", "receipt"));
 }
 
-TEST(ReceiptCheck, LooksAtNoMoreElementsThanThereMayBe)
+TEST(ReceiptCheck, ChecksNoMoreElementsThanPermitted)
 {
     const auto lastOf = [](const std::string& pointer, std::size_t count) {
         return wrongFields(with(pointer, Json(count, Json::object()))).back();
@@ -261,12 +261,12 @@ TEST(ReceiptCheck, LooksAtNoMoreElementsThanThereMayBe)
         "receipt.items[0].supplier_info.phones[99]");
 }
 
-TEST(CorrectionCheck, LooksAtEnvelopeCompanyAndPayments)
+TEST(CorrectionCheck, ChecksEnvelopeCompanyAndPayments)
 {
     const Json good =
         Json::parse(R"({"timestamp": "01.03.2026 03:00:00", "external_id": "c-1", "correction": {
         "company": {"sno": "osn", "inn": "7700000000", "payment_address": "shop.example"},
         "payments": [{"type": 1, "sum": 10}]}})");
     EXPECT_THAT(checkCorrection(good, Lists(), {}), IsEmpty());
-    EXPECT_EQ(describe(checkCorrection(goodReceipt(), Lists(), {})), "correction: нужен объект");
+    EXPECT_EQ(describe(checkCorrection(goodReceipt(), Lists(), {})), "correction: ожидается объект");
 }

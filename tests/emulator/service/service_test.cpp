@@ -9,7 +9,7 @@ using testing::StartsWith;
 
 namespace {
 
-/// HTTP status, error code (0 when there is no error) and status word.
+// HTTP status, error code (0 if there is no error) and status word.
 struct Outline
 {
     int http;
@@ -36,9 +36,9 @@ struct TokenCall : RunningEmulator
     const std::string path = "/possystem/v4/getToken";
 };
 
-struct Calls : RunningEmulator
+struct ServiceCalls : RunningEmulator
 {
-    Calls()
+    ServiceCalls()
     {
         options.service.groups.push_back({.code = "foreign"});
         options.service.users.push_back(
@@ -54,7 +54,7 @@ struct Calls : RunningEmulator
 
 } // namespace
 
-TEST_F(TokenCall, GivesATokenForTheRightPassword)
+TEST_F(TokenCall, ReturnsATokenForTheRightPassword)
 {
     const auto answer = post(path, {{"login", "shop"}, {"pass", "secret"}});
     const Json body = answer.json();
@@ -65,7 +65,7 @@ TEST_F(TokenCall, GivesATokenForTheRightPassword)
     EXPECT_THAT(answer.head, HasSubstr("Content-Type: application/json; charset=utf-8\r\n"));
 }
 
-TEST_F(TokenCall, CanBeAskedByAddress)
+TEST_F(TokenCall, AcceptsCredentialsInTheQuery)
 {
     const auto answer = get(path + "?login=shop&pass=secret");
     EXPECT_EQ(outline(answer), (Outline{200, 0, ""}));
@@ -79,21 +79,21 @@ TEST_F(TokenCall, RefusesAWrongPasswordAndAnUnknownLogin)
     EXPECT_EQ(outline(get(path + "?login=shop&pass=wrong")), (Outline{401, 12, ""}));
 }
 
-TEST_F(TokenCall, RefusesARequestThatIsNotValid)
+TEST_F(TokenCall, RefusesAnInvalidRequest)
 {
     EXPECT_EQ(outline(post(path, {{"login", "shop"}})), (Outline{400, 13, ""}));
     EXPECT_EQ(outline(post(path, Json::array())), (Outline{400, 13, ""}));
     EXPECT_EQ(outline(exchange(postRequest(path, "{not json"))), (Outline{400, 13, ""}));
 }
 
-TEST_F(Calls, RefuseABlockedUser)
+TEST_F(ServiceCalls, RefusesABlockedUser)
 {
     start();
     EXPECT_EQ(outline(post("/possystem/v4/getToken", {{"login", "blocked"}, {"pass", "secret"}})),
         (Outline{403, 14, ""}));
 }
 
-TEST_F(Calls, RegisterAReceiptAndReportItDone)
+TEST_F(ServiceCalls, RegistersAReceiptAndReportsItDone)
 {
     ready();
     Json body = goodReceipt();
@@ -122,7 +122,7 @@ TEST_F(Calls, RegisterAReceiptAndReportItDone)
         "callback_url": "http://shop.example/done"})"));
 }
 
-TEST_F(Calls, TakeEveryOperationOfTheServiceAndNoOther)
+TEST_F(ServiceCalls, AcceptsOnlyKnownOperations)
 {
     ready();
     const auto outcome = [this](const std::string& operation, const std::string& id) {
@@ -136,7 +136,7 @@ TEST_F(Calls, TakeEveryOperationOfTheServiceAndNoOther)
     EXPECT_EQ(outcome("give", "6"), (Outline{400, 31, "fail"}));
 }
 
-TEST_F(Calls, TakeWhatTheOperationNamesAndNothingBesideIt)
+TEST_F(ServiceCalls, ReadsOnlyTheObjectOfTheOperation)
 {
     ready();
     Json correction = Json::parse(R"({"timestamp": "01.03.2026 03:00:00", "external_id": "c", "correction": {
@@ -153,7 +153,7 @@ TEST_F(Calls, TakeWhatTheOperationNamesAndNothingBesideIt)
     EXPECT_EQ(total("sell", receipt), 150.5);
 }
 
-TEST_F(Calls, AnswerTheSameExternalIdWithTheFirstUuid)
+TEST_F(ServiceCalls, AnswersARepeatedExternalIdWithTheFirstUuid)
 {
     ready();
     const std::string uuid = sell(goodReceipt()).json()["uuid"];
@@ -165,7 +165,7 @@ TEST_F(Calls, AnswerTheSameExternalIdWithTheFirstUuid)
     EXPECT_NE(sell(goodReceipt("id-2")).json()["uuid"], uuid);
 }
 
-TEST_F(Calls, ReportNotProcessedAsOftenAsTold)
+TEST_F(ServiceCalls, ReportsNotProcessedAsOftenAsConfigured)
 {
     options.service.waits = 2;
     ready();
@@ -178,7 +178,7 @@ TEST_F(Calls, ReportNotProcessedAsOftenAsTold)
     EXPECT_EQ(outline(report(uuid)), (Outline{200, 0, "done"}));
 }
 
-TEST_F(Calls, RefuseAMissingAnUnknownAndAnExpiredToken)
+TEST_F(ServiceCalls, RefusesAMissingAnUnknownAndAnExpiredToken)
 {
     options.service.tokenLife = std::chrono::seconds(60);
     ready();
@@ -194,7 +194,7 @@ TEST_F(Calls, RefuseAMissingAnUnknownAndAnExpiredToken)
     EXPECT_EQ(outline(sell(goodReceipt("id-2"))), (Outline{200, 0, "wait"}));
 }
 
-TEST_F(Calls, TakeTheTokenFromTheAddress)
+TEST_F(ServiceCalls, AcceptsATokenInTheQuery)
 {
     ready();
     const std::string header = tokenHeader();
@@ -202,7 +202,7 @@ TEST_F(Calls, TakeTheTokenFromTheAddress)
     EXPECT_EQ(outline(post(sellPath + "?token=" + token, goodReceipt())), (Outline{200, 0, "wait"}));
 }
 
-TEST_F(Calls, RefuseAGroupThatTheTokenDoesNotOpen)
+TEST_F(ServiceCalls, RefusesAGroupThatTheTokenDoesNotCover)
 {
     ready();
     for (const std::string group : {"foreign", "nowhere"}) {
@@ -214,7 +214,7 @@ TEST_F(Calls, RefuseAGroupThatTheTokenDoesNotOpen)
     }
 }
 
-TEST_F(Calls, RefuseAnUnknownUuidAndOneThatIsTooOld)
+TEST_F(ServiceCalls, RefusesAnUnknownUuidAndOneThatIsTooOld)
 {
     options.service.tokenLife = std::chrono::days(100);
     ready();
@@ -226,7 +226,7 @@ TEST_F(Calls, RefuseAnUnknownUuidAndOneThatIsTooOld)
     EXPECT_EQ(outline(report(uuid)), (Outline{400, 30, "fail"}));
 }
 
-TEST_F(Calls, RefuseAnotherContentType)
+TEST_F(ServiceCalls, RefusesOtherContentTypes)
 {
     ready();
     const auto typed = [this](const std::string& type) {
@@ -241,7 +241,7 @@ TEST_F(Calls, RefuseAnotherContentType)
     EXPECT_EQ(typed("content-type: Application/JSON;charset=UTF-8\r\n"), (Outline{200, 0, "wait"}));
 }
 
-TEST_F(Calls, NameEveryWrongFieldOfAReceipt)
+TEST_F(ServiceCalls, NamesEveryWrongFieldOfAReceipt)
 {
     ready();
     Json body = goodReceipt();
@@ -256,7 +256,7 @@ TEST_F(Calls, NameEveryWrongFieldOfAReceipt)
     EXPECT_FALSE(answer.json().contains("uuid"));
 }
 
-TEST_F(Calls, RefuseWhatIsNoJsonAndAPathThatIsNoCall)
+TEST_F(ServiceCalls, RefusesInvalidJsonAndUnknownPaths)
 {
     ready();
     EXPECT_EQ(outline(exchange(postRequest(sellPath, "{", tokenHeader()))), (Outline{400, 40, "fail"}));
@@ -264,7 +264,7 @@ TEST_F(Calls, RefuseWhatIsNoJsonAndAPathThatIsNoCall)
     EXPECT_EQ(outline(get(sellPath)), (Outline{400, 40, ""}));
 }
 
-TEST_F(Calls, RefuseABodyThatIsNestedTooDeep)
+TEST_F(ServiceCalls, RefusesABodyNestedTooDeeply)
 {
     ready();
     const auto nested = [](std::size_t depth) {
@@ -278,7 +278,7 @@ TEST_F(Calls, RefuseABodyThatIsNestedTooDeep)
         (Outline{400, 40, "fail"}));
 }
 
-TEST_F(Calls, ShareTheRegistersOfAGroupAndNumberEachOfThem)
+TEST_F(ServiceCalls, SharesTheRegistersOfAGroupAndNumbersTheirDocumentsSeparately)
 {
     options.service.groups.front().registers = 2;
     ready();
@@ -290,7 +290,7 @@ TEST_F(Calls, ShareTheRegistersOfAGroupAndNumberEachOfThem)
         ElementsAre("0000990700000001 3", "0000990700000002 3", "0000990700000001 4", "0000990700000002 4"));
 }
 
-TEST_F(Calls, OfOneConnectionAreAnsweredInTurn)
+TEST_F(ServiceCalls, AnswersPipelinedCallsInOrder)
 {
     ready();
     RawClient client(port());
@@ -302,7 +302,7 @@ TEST_F(Calls, OfOneConnectionAreAnsweredInTurn)
     EXPECT_EQ(outline(client.receive()), (Outline{400, 30, "fail"}));
 }
 
-TEST_F(Calls, MayArriveInPieces)
+TEST_F(ServiceCalls, AcceptsARequestInPieces)
 {
     ready();
     const std::string request = postRequest(sellPath, goodReceipt().dump(), tokenHeader());
@@ -312,7 +312,7 @@ TEST_F(Calls, MayArriveInPieces)
     EXPECT_EQ(outline(client.receive()), (Outline{200, 0, "wait"}));
 }
 
-TEST_F(Calls, AreRefusedWhenTooLargeOrNoHttp)
+TEST_F(ServiceCalls, RefusesRequestsThatAreTooLargeOrNotHttp)
 {
     start();
     RawClient large(port());
@@ -326,7 +326,7 @@ TEST_F(Calls, AreRefusedWhenTooLargeOrNoHttp)
     EXPECT_EQ(garbage.receive().status, 400);
 }
 
-TEST_F(Calls, CloseTheConnectionWhenAsked)
+TEST_F(ServiceCalls, ClosesTheConnectionWhenAsked)
 {
     start();
     RawClient client(port());
@@ -336,7 +336,7 @@ TEST_F(Calls, CloseTheConnectionWhenAsked)
     EXPECT_THAT(answer.head, HasSubstr("Connection: close\r\n"));
 }
 
-TEST_F(Calls, WithABodyThatWaitsForLeaveAreToldToGoOn)
+TEST_F(ServiceCalls, AnswersAnExpectationOf100Continue)
 {
     ready();
     const std::string body = goodReceipt().dump();

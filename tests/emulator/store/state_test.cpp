@@ -54,7 +54,7 @@ struct StateInAFile : State
 
 } // namespace
 
-TEST_F(StateInAFile, OutlivesARestart)
+TEST_F(StateInAFile, SurvivesARestart)
 {
     options.service.waits = 2;
     ready();
@@ -78,7 +78,7 @@ TEST_F(StateInAFile, OutlivesARestart)
     EXPECT_EQ(next["shift_number"], 1);
 }
 
-TEST_F(StateInAFile, GetsMoreRegistersWhenToldAndKeepsTheOld)
+TEST_F(StateInAFile, AddsRegistersAndKeepsTheExistingOnes)
 {
     ready();
     EXPECT_EQ(report(registered("1")).json()["payload"]["fn_number"], "0000990700000001");
@@ -90,13 +90,13 @@ TEST_F(StateInAFile, GetsMoreRegistersWhenToldAndKeepsTheOld)
     EXPECT_EQ(payload["fiscal_document_number"], 4);
 }
 
-TEST_F(StateInAFile, IsRefusedWhenTheFileIsSomethingElse)
+TEST_F(StateInAFile, IsRejectedIfTheFileIsNotADatabase)
 {
     std::ofstream(options.database) << std::string(4096, 'x');
     EXPECT_THROW(start(), emulator::sqlite::Error);
 }
 
-TEST_F(State, IsBoundedToTheNewestDocuments)
+TEST_F(State, KeepsOnlyTheNewestDocuments)
 {
     options.keep = 3;
     ready();
@@ -109,7 +109,7 @@ TEST_F(State, IsBoundedToTheNewestDocuments)
     EXPECT_EQ(status(first), "fail 30 system");
 }
 
-TEST_F(State, KeepsTokensAliveHoweverFewDocumentsItKeeps)
+TEST_F(State, KeepsTokensHoweverFewDocumentsItKeeps)
 {
     options.keep = 1;
     ready();
@@ -118,7 +118,7 @@ TEST_F(State, KeepsTokensAliveHoweverFewDocumentsItKeeps)
     EXPECT_EQ(sell(goodReceipt()).status, 200);
 }
 
-TEST_F(State, KeepsTheBeginningOfALongExchange)
+TEST_F(State, TruncatesLongExchanges)
 {
     ready();
     Json body = goodReceipt("long");
@@ -137,7 +137,7 @@ TEST_F(State, KeepsTheBeginningOfALongExchange)
     EXPECT_EQ(unknown["login"].get<std::string>().size(), 1024u);
 }
 
-TEST_F(State, CountsRequestsOfAnIdThatComesAgainAndAgain)
+TEST_F(State, CountsRepeatedRequestsOfAnId)
 {
     options.keep = 1;
     ready();
@@ -146,7 +146,7 @@ TEST_F(State, CountsRequestsOfAnIdThatComesAgainAndAgain)
     EXPECT_EQ(get("/_emulator/expect?external_id=same&wire_requests=20").status, 200);
 }
 
-TEST_F(State, ReadiesADocumentAfterItsTime)
+TEST_F(State, FinishesADocumentAfterTheLatency)
 {
     options.service.latencyLow = options.service.latencyHigh = 5s;
     ready();
@@ -158,7 +158,7 @@ TEST_F(State, ReadiesADocumentAfterItsTime)
     EXPECT_EQ(report(uuid).json()["payload"]["receipt_datetime"], "01.03.2026 03:00:05");
 }
 
-TEST_F(State, TakesATimeBetweenTheTwoTold)
+TEST_F(State, TakesATimeWithinTheLatencyRange)
 {
     options.service.latencyLow = 4s;
     options.service.latencyHigh = 6s;
@@ -172,7 +172,7 @@ TEST_F(State, TakesATimeBetweenTheTwoTold)
     }
 }
 
-TEST_F(State, WorksOffTheQueueOfARegisterOneByOne)
+TEST_F(State, ProcessesTheQueueOfARegisterOneByOne)
 {
     options.service.latencyLow = options.service.latencyHigh = 5s;
     ready();
@@ -184,7 +184,7 @@ TEST_F(State, WorksOffTheQueueOfARegisterOneByOne)
     EXPECT_EQ(status(second), "done");
 }
 
-TEST_F(State, LetsADocumentFailThatWaitsTooLongForItsRegister)
+TEST_F(State, FailsADocumentThatWaitsTooLongForItsRegister)
 {
     options.service.latencyLow = options.service.latencyHigh = 200s;
     ready();
@@ -198,7 +198,7 @@ TEST_F(State, LetsADocumentFailThatWaitsTooLongForItsRegister)
     EXPECT_EQ(sell(goodReceipt("id-3")).json()["error"]["code"], 33);
 }
 
-TEST_F(State, MindsThePaceOfStatusCallsWhenTold)
+TEST_F(State, LimitsThePaceOfStatusCallsIfConfigured)
 {
     options.service.pace = true;
     options.service.groups.front().registers = 2;
@@ -211,7 +211,7 @@ TEST_F(State, MindsThePaceOfStatusCallsWhenTold)
     EXPECT_EQ(report(uuid).status, 200);
 }
 
-TEST_F(State, RefusesAGroupOfAnotherProtocol)
+TEST_F(State, RefusesAGroupWithAnotherProtocol)
 {
     options.service.groups.front().protocolRefused = true;
     ready();
@@ -220,7 +220,7 @@ TEST_F(State, RefusesAGroupOfAnotherProtocol)
     EXPECT_EQ(answer.json()["error"]["code"], 21);
 }
 
-TEST_F(State, WantsTheTaxpayerNumberOfTheGroup)
+TEST_F(State, RequiresTheTaxpayerNumberOfTheGroup)
 {
     options.service.groups.front().inn = "7711111111";
     ready();
@@ -250,7 +250,7 @@ TEST_F(State, ServesAThousandConnectionsAtOnce)
     EXPECT_EQ(get("/_emulator/expect?count=2000&wire_requests=1").status, 200);
 }
 
-TEST_F(State, TurnsAwayConnectionsBeyondTheLimit)
+TEST_F(State, RefusesConnectionsBeyondTheLimit)
 {
     options.limits.connections = 2;
     start();

@@ -4,5 +4,5 @@
 
 #include <string>
 
-/// The body of a sell call that the service takes: one line, 150.50 roubles.
+/// The body of a valid sell call: one item, 150.50 roubles.
 [[nodiscard]] emulator::Json goodReceipt(const std::string& externalId = "id-1");

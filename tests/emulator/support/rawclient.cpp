@@ -85,7 +85,7 @@ RawClient::Answer RawClient::receive()
         const std::size_t before = buffer.size();
         answer.end = readSome(std::chrono::seconds(20));
         if (buffer.size() == before)
-            throw std::runtime_error("no whole answer, only: " + buffer);
+            throw std::runtime_error("incomplete answer: " + buffer);
     }
 }
 

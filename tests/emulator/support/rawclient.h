@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <string>
 
-/// A client that speaks over a plain socket, so that what is on the wire is seen as it is.
+/// An HTTP client on a plain socket, which shows exactly what is on the wire.
 class RawClient
 {
 public:
@@ -17,7 +17,7 @@ public:
 
     void send(const std::string& bytes) const;
 
-    /// How a connection came to its end.
+    /// What has become of the connection.
     enum class End
     {
         Open,
@@ -34,24 +34,24 @@ public:
         [[nodiscard]] emulator::Json json() const { return emulator::Json::parse(body); }
     };
 
-    /// Reads one answer as far as its Content-Length, or as far as the connection goes.
+    /// Reads one answer of the length that it declares. Throws if it does not arrive.
     [[nodiscard]] Answer receive();
 
-    /// Everything until the connection ends, or until nothing has come for `patience`.
+    /// Reads until the connection ends or nothing has arrived for `patience`.
     [[nodiscard]] Answer receiveAll(std::chrono::milliseconds patience = std::chrono::seconds(20));
 
-    /// Reads on until `before` and, behind it, `after` have come; what is between them.
+    /// Reads until `before` and then `after` have arrived; returns the text between them.
     [[nodiscard]] std::string receiveUntil(const std::string& before, const std::string& after);
 
 private:
-    /// Reads what is there into the buffer; what happened to the connection.
+    /// Reads the available bytes into the buffer.
     End readSome(std::chrono::milliseconds patience);
 
     int handle = -1;
     std::string buffer;
 };
 
-/// Text of a request with a body of JSON; `headers` are whole lines that end in CRLF.
+/// A request with a JSON body. Each line of `headers` ends in CRLF.
 [[nodiscard]] std::string postRequest(
     const std::string& path, const std::string& body, const std::string& headers = {});
 [[nodiscard]] std::string getRequest(const std::string& path, const std::string& headers = {});

@@ -11,7 +11,7 @@
 #include <string>
 #include <thread>
 
-/// An emulator at work on a free port, with a clock that only the test moves.
+/// Runs an emulator on a free port with a clock that only the test advances.
 class RunningEmulator : public testing::Test
 {
 protected:
@@ -20,14 +20,14 @@ protected:
     RunningEmulator();
     ~RunningEmulator() override;
 
-    /// Starts the emulator with `options`; what ran before is stopped.
+    /// Starts the emulator with `options` after stopping the previous one, if any.
     void start();
     void stop();
 
     [[nodiscard]] std::uint16_t port() const { return running->server().port(); }
     void passTime(std::chrono::milliseconds time) { now += time.count(); }
 
-    /// One request on a connection of its own.
+    /// Sends a request on a new connection.
     [[nodiscard]] RawClient::Answer exchange(const std::string& request) const;
     [[nodiscard]] RawClient::Answer call(const std::string& method, const std::string& path,
         const std::string& headers = {}, const std::string& host = "127.0.0.1") const
@@ -41,7 +41,7 @@ protected:
         return exchange(postRequest(path, body.dump()));
     }
 
-    /// Gets a token for the user "shop" and keeps it for the calls below.
+    /// Gets a token for the user "shop" for the calls below.
     void takeToken();
     [[nodiscard]] std::string tokenHeader() const { return "Token: " + currentToken + "\r\n"; }
     [[nodiscard]] RawClient::Answer sell(const emulator::Json& body) const;
