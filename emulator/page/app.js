@@ -1,51 +1,51 @@
 'use strict';
 
-// What happens meanwhile.
+// Events, and the start of the page.
 
-let pending = [];
-let flushTimer = 0;
+let pendingEvents = [];
+let eventsTimer = 0;
 
-function flush() {
-  flushTimer = 0;
-  const events = pending;
-  pending = [];
+function handleEvents() {
+  eventsTimer = 0;
+  const events = pendingEvents;
+  pendingEvents = [];
   const receipts = new Map(events.filter(one => one.document).map(one => [one.document.uuid, one.document]));
   for (const receipt of [...receipts.values()].slice(-mostRows)) showReceipt(receipt);
   if (receipts.has(openUuid) || events.some(one => one.kind === 'lost')) openFromAddress();
   if (events.some(one => one.kind === 'cleared' || one.kind === 'lost')) refreshSoon();
-  if (events.some(one => one.kind === 'faults' || one.kind === 'lost' || one.fault)) quietly(showFaults());
-  quietly(showCalls());
+  if (events.some(one => one.kind === 'faults' || one.kind === 'lost' || one.fault)) ignoreErrors(showFaults());
+  ignoreErrors(showCalls());
 }
 
-function live(on) {
-  byId('live').textContent = on ? say.live : say.offline;
-  byId('live').className = on ? 'on' : 'off';
+function showConnection(live) {
+  byId('live').textContent = live ? labels.live : labels.offline;
+  byId('live').className = live ? 'on' : 'off';
 }
 
-function follow() {
+function followEvents() {
   const events = new EventSource(api + 'events');
   events.onopen = () => {
-    live(true);
-    quietly(refresh());
-    quietly(showFaults());
-    // What happened while the connection was lost brought no event.
+    showConnection(true);
+    ignoreErrors(refresh());
+    ignoreErrors(showFaults());
+    // There were no events while the connection was lost.
     openFromAddress();
-    quietly(showCalls());
+    ignoreErrors(showCalls());
   };
-  events.onerror = () => live(false);
+  events.onerror = () => showConnection(false);
   events.onmessage = event => {
-    pending.push(JSON.parse(event.data));
-    if (!flushTimer) flushTimer = setTimeout(flush, 100);
+    pendingEvents.push(JSON.parse(event.data));
+    if (!eventsTimer) eventsTimer = setTimeout(handleEvents, 100);
   };
 }
 
 async function start() {
   document.documentElement.lang = language;
-  for (const element of document.querySelectorAll('[data-text]')) element.textContent = say[element.dataset.text];
+  for (const element of document.querySelectorAll('[data-text]')) element.textContent = labels[element.dataset.text];
   byId('address').textContent = location.origin + '/possystem/v4/';
   await startFaults();
   startReceipts();
-  follow();
+  followEvents();
 }
 
 start();

@@ -1,4 +1,4 @@
-# Writes the page's files into a source: cmake -DDIRECTORY=... -DFILES=a,b -DOUTPUT=... -P embed.cmake
+# Embeds the files of the page in a source file: cmake -DDIRECTORY=... -DFILES=a,b -DOUTPUT=... -P embed.cmake
 string(REPLACE "," ";" names "${FILES}")
 set(types_html "text/html; charset=utf-8")
 set(types_css "text/css; charset=utf-8")

@@ -1,6 +1,6 @@
 'use strict';
 
-// The switchboard of faults.
+// The list of faults and the form to add one.
 
 let effects = [];
 
@@ -8,23 +8,23 @@ const chosenEffect = () => effects.find(one => one.effect === byId('effect').val
 
 function showEffects() {
   const endpoint = byId('endpoint').value;
-  choose(byId('effect'), effects.filter(one => one.endpoints.includes(endpoint))
-    .map(one => [one.effect, say.effects[one.effect] || one.effect]));
+  setOptions(byId('effect'), effects.filter(one => one.endpoints.includes(endpoint))
+    .map(one => [one.effect, labels.effects[one.effect] || one.effect]));
   for (const row of document.querySelectorAll('.of-group')) row.hidden = endpoint === 'token';
   showParameter();
 }
 
 function showParameter() {
   const effect = chosenEffect();
-  const own = Boolean(effect.types);
-  byId('parameter-row').hidden = !effect.parameter || own;
-  for (const row of document.querySelectorAll('.of-fail')) row.hidden = !own;
-  if (own) {
-    choose(byId('type'), effect.types.map(one => [one.type, `${one.type}: ${say.types[one.type] || ''}`]));
+  const hasTypes = Boolean(effect.types);
+  byId('parameter-row').hidden = !effect.parameter || hasTypes;
+  for (const row of document.querySelectorAll('.of-fail')) row.hidden = !hasTypes;
+  if (hasTypes) {
+    setOptions(byId('type'), effect.types.map(one => [one.type, `${one.type}: ${labels.types[one.type] || ''}`]));
     showFailCode();
   }
   const key = {token: 'token', sell: 'uuid', report: 'payload.fn_number'}[byId('endpoint').value];
-  byId('parameter-label').textContent = say.parameters[effect.parameter] || effect.parameter;
+  byId('parameter-label').textContent = labels.parameters[effect.parameter] || effect.parameter;
   byId('parameter').type = effect.parameter === 'key' ? 'text' : 'number';
   byId('parameter').value = effect.parameter === 'key' ? key : effect.default ?? '';
   byId('phase').value = effect.phase;
@@ -34,8 +34,8 @@ function showFailCode() {
   byId('code').value = chosenEffect().types.find(one => one.type === byId('type').value).code;
 }
 
-/** Fields that are left empty are not sent: the API knows what is usual. */
-function faultOfForm() {
+/** Empty fields are not sent; the API has a default for them. */
+function faultFromForm() {
   const effect = chosenEffect();
   const fault = {endpoint: byId('endpoint').value, effect: effect.effect, phase: byId('phase').value, match: {}};
   const number = (key, field) => {
@@ -60,8 +60,8 @@ function faultOfForm() {
   return fault;
 }
 
-/** Does what a button asks for; what goes wrong is said beside the form. */
-async function attempt(path, options) {
+/** Sends a change and shows its error, if any, beside the form. */
+async function change(path, options) {
   byId('fault-error').textContent = '';
   try {
     await ask(path, options);
@@ -71,12 +71,12 @@ async function attempt(path, options) {
   }
 }
 
-const setFault = fault => attempt('faults', {method: 'POST', body: JSON.stringify(fault)});
+const addFault = fault => change('faults', {method: 'POST', body: JSON.stringify(fault)});
 
 function matchText(match) {
   const parts = [match.login, match.group, match.external_id].filter(Boolean);
-  if (match.after) parts.push(`${say.after}: ${match.after}`);
-  if (match.every) parts.push(`${say.every}: ${match.every}`);
+  if (match.after) parts.push(`${labels.after}: ${match.after}`);
+  if (match.every) parts.push(`${labels.every}: ${match.every}`);
   return parts.join(', ');
 }
 
@@ -88,18 +88,18 @@ function parameterText(fault) {
 }
 
 function faultRow(fault) {
-  const what = fault.name || `${say[fault.endpoint]}: ${say.effects[fault.effect] || fault.effect}${parameterText(fault)}`;
-  const phase = fault.phase === 'before' ? say.before : say.afterPhase;
+  const what = fault.name || `${labels[fault.endpoint]}: ${labels.effects[fault.effect] || fault.effect}${parameterText(fault)}`;
+  const phase = labels['phase_' + fault.phase];
   const where = matchText(fault.match);
-  const remove = make('button', {type: 'button', textContent: say.remove, ariaLabel: `${say.remove}: ${what}`});
+  const remove = make('button', {type: 'button', textContent: labels.remove, ariaLabel: `${labels.remove}: ${what}`});
   remove.dataset.fault = fault.id;
   remove.addEventListener('click', async () => {
-    await attempt('faults/' + fault.id, {method: 'DELETE'});
+    await change('faults/' + fault.id, {method: 'DELETE'});
     byId('in-force').focus();
   });
   return make('li', {className: fault.spent ? 'spent' : ''},
     make('div', {}, make('span', {className: 'what', textContent: what}),
-      make('small', {textContent: `${phase}${where ? '; ' + where : ''}; ${say.hits}: ${fault.hits}` +
+      make('small', {textContent: `${phase}${where ? '; ' + where : ''}; ${labels.hits}: ${fault.hits}` +
         (fault.match.next ? `/${fault.match.next}` : '')})),
     remove);
 }
@@ -122,20 +122,20 @@ const presets = {
 
 function showPresets() {
   byId('presets').replaceChildren(...Object.entries(presets).map(([name, fault]) => {
-    const button = make('button', {type: 'button', textContent: say[name]});
-    button.addEventListener('click', () => setFault({name: say[name], ...fault}));
+    const button = make('button', {type: 'button', textContent: labels[name]});
+    button.addEventListener('click', () => addFault({name: labels[name], ...fault}));
     return button;
   }));
 }
 
 async function startFaults() {
-  choose(byId('endpoint'), ['sell', 'report', 'token'].map(name => [name, say[name]]));
-  choose(byId('phase'), [['before', say.before], ['after', say.afterPhase]]);
+  setOptions(byId('endpoint'), ['sell', 'report', 'token'].map(name => [name, labels[name]]));
+  setOptions(byId('phase'), ['before', 'after'].map(phase => [phase, labels['phase_' + phase]]));
   showPresets();
   effects = (await ask('effects')).effects;
   showEffects();
   byId('endpoint').addEventListener('change', showEffects);
   byId('effect').addEventListener('change', showParameter);
   byId('type').addEventListener('change', showFailCode);
-  byId('fault').addEventListener('submit', event => { event.preventDefault(); setFault(faultOfForm()); });
+  byId('fault').addEventListener('submit', event => { event.preventDefault(); addFault(faultFromForm()); });
 }

@@ -1,6 +1,6 @@
 'use strict';
 
-// The list of receipts, the opened one, and the calls behind them.
+// The list of receipts, the opened receipt, and the calls.
 
 const mostRows = 200;
 const mostExchanges = 200;
@@ -8,24 +8,24 @@ let openUuid = '';
 
 function fillRow(button, receipt) {
   const time = timeOf(receipt.received_at);
-  const operation = receipt.operation === 'sell' ? '' : ` · ${(say.operations[receipt.operation] || '').toLowerCase()}`;
+  const operation = receipt.operation === 'sell' ? '' : ` · ${(labels.operations[receipt.operation] || '').toLowerCase()}`;
   button.replaceChildren(
     make('span', {className: 'id', textContent: receipt.external_id}),
     make('span', {className: 'sum', textContent: money(receipt.total)}),
     make('small', {textContent: time + operation}),
     make('span', {className: 'pills'},
       receipt.wire_requests > 1
-        ? make('small', {className: 'pill twice', textContent: `${say.requests}: ${receipt.wire_requests}`}) : '',
-      make('small', {className: 'pill ' + receipt.status, textContent: say['status_' + receipt.status]})));
+        ? make('small', {className: 'pill twice', textContent: `${labels.requests}: ${receipt.wire_requests}`}) : '',
+      make('small', {className: 'pill ' + receipt.status, textContent: labels['status_' + receipt.status]})));
 }
 
-function row(receipt) {
+function receiptRow(receipt) {
   const button = make('button', {type: 'button'});
   button.dataset.uuid = receipt.uuid;
   button.addEventListener('click', () => {
     if (location.hash.slice(1) === receipt.uuid) openFromAddress();
     location.hash = receipt.uuid;
-    // In one column the slip is below the list.
+    // In a single column, the slip is below the list.
     if (matchMedia('(max-width: 62rem)').matches) byId('opened').scrollIntoView();
   });
   fillRow(button, receipt);
@@ -42,10 +42,10 @@ function showReceipt(receipt) {
     refreshSoon();
     return;
   }
-  byId('list').prepend(row(receipt));
+  byId('list').prepend(receiptRow(receipt));
   while (byId('list').children.length > mostRows) byId('list').lastElementChild.remove();
   byId('none').hidden = true;
-  byId('news').textContent = `${say.arrived} ${receipt.external_id}, ${money(receipt.total)}`;
+  byId('news').textContent = `${labels.arrived} ${receipt.external_id}, ${money(receipt.total)}`;
 }
 
 function markOpen() {
@@ -53,7 +53,7 @@ function markOpen() {
     button.setAttribute('aria-current', String(button.dataset.uuid === openUuid));
 }
 
-function askForList() {
+function askForReceipts() {
   const text = byId('query').value;
   return ask(`documents?limit=${mostRows}` + (text ? `&text=${encodeURIComponent(text)}` : ''));
 }
@@ -61,13 +61,13 @@ function askForList() {
 let refreshes = 0;
 async function refresh() {
   const mine = ++refreshes;
-  const found = await askForList();
-  // An answer that was overtaken tells of what is no longer searched for.
+  const found = await askForReceipts();
+  // The search may have changed in the meantime.
   if (mine !== refreshes) return;
   const focused = document.activeElement.dataset.uuid;
-  byId('list').replaceChildren(...found.documents.map(row));
+  byId('list').replaceChildren(...found.documents.map(receiptRow));
   byId('none').hidden = found.documents.length > 0;
-  byId('none').textContent = byId('query').value ? say.noneFound : say.none;
+  byId('none').textContent = byId('query').value ? labels.noneFound : labels.none;
   if (focused) byId('list').querySelector(`button[data-uuid="${focused}"]`)?.focus();
   markOpen();
 }
@@ -75,13 +75,13 @@ async function refresh() {
 let refreshTimer = 0;
 function refreshSoon() {
   clearTimeout(refreshTimer);
-  refreshTimer = setTimeout(() => quietly(refresh()), 200);
+  refreshTimer = setTimeout(() => ignoreErrors(refresh()), 200);
 }
 
-async function lookAtWaiting() {
+async function refreshWaiting() {
   const waiting = [...byId('list').querySelectorAll('button:has(.wait)')];
   if (waiting.length > 0) {
-    const found = await askForList();
+    const found = await askForReceipts();
     for (const receipt of found.documents.filter(one => one.status !== 'wait')) {
       const button = waiting.find(one => one.dataset.uuid === receipt.uuid);
       if (button) fillRow(button, receipt);
@@ -90,37 +90,37 @@ async function lookAtWaiting() {
   if (byId('detail').dataset.status === 'wait') await open(openUuid);
 }
 
-// A receipt becomes done by the passing of time alone, which brings no event.
-async function lookAfterWaiting() {
+// There is no event when a receipt becomes done, as that only takes time.
+async function pollWaiting() {
   try {
-    await lookAtWaiting();
+    await refreshWaiting();
   } catch {
-    // The head of the page says that the connection is lost; it may come back.
+    // A lost connection is shown at the top of the page and may be restored.
   }
-  setTimeout(lookAfterWaiting, 1000);
+  setTimeout(pollWaiting, 1000);
 }
 
 function faultText(fault) {
   const match = fault.match(/^(?:(.*) \()?(before|after) ([a-z-]+)\)?$/);
   if (!match) return fault;
-  const what = `${say.effects[match[3]] || match[3]}, ${match[2] === 'before' ? say.before : say.afterPhase}`;
+  const what = `${labels.effects[match[3]] || match[3]}, ${labels['phase_' + match[2]]}`;
   return match[1] ? `${match[1]} (${what})` : what;
 }
 
 function answerPill(one) {
   const bad = !one.status || one.status >= 400;
-  const code = one.code === undefined ? '' : `, ${say.code} ${one.code}`;
+  const code = one.code === undefined ? '' : `, ${labels.code} ${one.code}`;
   return make('span', {className: 'pill ' + (bad ? 'fail' : one.code === undefined ? 'done' : 'wait'),
-    textContent: (one.status ? 'HTTP ' + one.status : say.noAnswer) + code});
+    textContent: (one.status ? 'HTTP ' + one.status : labels.noAnswer) + code});
 }
 
-function exchange(one) {
+function exchangeBox(one) {
   const text = (name, content) => [make('p', {className: 'label', textContent: name}),
     make('pre', {tabIndex: 0, role: 'group', ariaLabel: name, textContent: content})];
   const box = make('details', {className: 'exchange'}, make('summary', {},
-    make('span', {textContent: `${timeOf(one.at)} ${say[one.endpoint]} `}), answerPill(one),
-    one.fault ? make('small', {textContent: `${say.fault}: ${faultText(one.fault)}`}) : ''));
-  box.append(...text(say.request, one.request), ...text(say.answer, one.answer || say.noAnswer));
+    make('span', {textContent: `${timeOf(one.at)} ${labels[one.endpoint]} `}), answerPill(one),
+    one.fault ? make('small', {textContent: `${labels.fault}: ${faultText(one.fault)}`}) : ''));
+  box.append(...text(labels.request, one.request), ...text(labels.answer, one.answer || labels.noAnswer));
   box.dataset.sequence = one.sequence;
   return box;
 }
@@ -135,33 +135,33 @@ async function showEarlier() {
   if (uuid !== openUuid) return;
   byId('earlier').hidden = exchanges.length < 100;
   byId('earlier').dataset.used = 'yes';
-  byId('earlier').after(...exchanges.map(exchange));
+  byId('earlier').after(...exchanges.map(exchangeBox));
 }
 
 function wireTitle(receipt) {
   const again = receipt.wire_requests > 1;
-  return make('h3', {}, make('span', {textContent: say.raw}),
-    make('small', {className: again ? 'pill twice' : 'pill', textContent: `${say.requests}: ${receipt.wire_requests}`}));
+  return make('h3', {}, make('span', {textContent: labels.raw}),
+    make('small', {className: again ? 'pill twice' : 'pill', textContent: `${labels.requests}: ${receipt.wire_requests}`}));
 }
 
 function showDetail(receipt, exchanges) {
   byId('choose').hidden = true;
-  byId('opened-title').textContent = `${say.opened} ${receipt.external_id}`;
+  byId('opened-title').textContent = `${labels.opened} ${receipt.external_id}`;
   const detail = byId('detail');
   if (detail.dataset.uuid !== receipt.uuid) {
-    const earlier = make('button', {type: 'button', id: 'earlier', textContent: say.earlier,
+    const earlier = make('button', {type: 'button', id: 'earlier', textContent: labels.earlier,
       hidden: exchanges.length < 100});
-    earlier.addEventListener('click', () => quietly(showEarlier()));
+    earlier.addEventListener('click', () => ignoreErrors(showEarlier()));
     detail.replaceChildren(slip(receipt), wireTitle(receipt), earlier);
   } else {
-    // What someone reads or has opened stays as it is.
+    // What the user is reading stays as it is.
     if (detail.dataset.status !== receipt.status) detail.querySelector('.paper').replaceWith(slip(receipt));
     detail.querySelector('h3').replaceWith(wireTitle(receipt));
   }
   Object.assign(detail.dataset, {uuid: receipt.uuid, status: receipt.status});
   const last = lastShown();
-  detail.append(...exchanges.filter(one => one.sequence > last).map(exchange));
-  // Who asks for earlier ones keeps them all.
+  detail.append(...exchanges.filter(one => one.sequence > last).map(exchangeBox));
+  // Once the user has asked for earlier ones, all stay.
   if (byId('earlier').dataset.used) return;
   for (const old of shownExchanges().slice(0, -mostExchanges).filter(one => !one.open)) {
     old.remove();
@@ -184,7 +184,7 @@ function openFromAddress() {
   open(location.hash.slice(1)).catch(error => {
     delete byId('detail').dataset.uuid;
     delete byId('detail').dataset.status;
-    byId('opened-title').textContent = say.opened;
+    byId('opened-title').textContent = labels.opened;
     byId('choose').hidden = true;
     byId('detail').textContent = error.message;
   });
@@ -197,11 +197,11 @@ async function showCalls() {
   const {exchanges} = await ask('exchanges?limit=30');
   const boxes = [...byId('call-list').children];
   const shown = new Set(boxes.map(box => Number(box.dataset.sequence)));
-  byId('call-list').prepend(...exchanges.filter(one => !shown.has(one.sequence)).map(exchange));
-  // What someone reads stays as it is, the focus too.
+  byId('call-list').prepend(...exchanges.filter(one => !shown.has(one.sequence)).map(exchangeBox));
+  // What the user is reading stays as it is, and keeps the focus.
   const latest = new Set(exchanges.map(one => one.sequence));
-  const isRead = box => exchanges.length > 0 && (box.open || box.contains(document.activeElement));
-  for (const box of boxes.filter(one => !latest.has(Number(one.dataset.sequence)) && !isRead(one))) box.remove();
+  const isInUse = box => exchanges.length > 0 && (box.open || box.contains(document.activeElement));
+  for (const box of boxes.filter(one => !latest.has(Number(one.dataset.sequence)) && !isInUse(one))) box.remove();
 }
 
 function startReceipts() {
@@ -212,13 +212,13 @@ function startReceipts() {
     event.preventDefault();
     other.firstElementChild.focus();
   });
-  byId('search').addEventListener('submit', event => { event.preventDefault(); quietly(refresh()); });
+  byId('search').addEventListener('submit', event => { event.preventDefault(); ignoreErrors(refresh()); });
   byId('query').addEventListener('input', refreshSoon);
   byId('clear').addEventListener('click', () => {
-    if (confirm(say.clear + '?')) quietly(ask('documents', {method: 'DELETE'}));
+    if (confirm(labels.clear + '?')) ignoreErrors(ask('documents', {method: 'DELETE'}));
   });
-  byId('calls').addEventListener('toggle', () => quietly(showCalls()));
+  byId('calls').addEventListener('toggle', () => ignoreErrors(showCalls()));
   addEventListener('hashchange', openFromAddress);
   openFromAddress();
-  lookAfterWaiting();
+  pollWaiting();
 }

@@ -1,15 +1,15 @@
 'use strict';
 
-// One receipt as a slip.
+// A receipt as a printed slip.
 
 const vatRates = {vat10: '10%', vat110: '10/110', vat20: '20%', vat120: '20/120', vat0: '0%', vat5: '5%',
   vat105: '5/105', vat7: '7%', vat107: '7/107', vat22: '22%', vat122: '22/122'};
 
 function vatName(type) {
-  return type === 'none' ? say.noVat : `${say.vat} ${vatRates[type] || type}`;
+  return type === 'none' ? labels.noVat : `${labels.vat} ${vatRates[type] || type}`;
 }
 
-/** The tax in a sum; of a sum without tax, the sum itself, as slips have it. */
+/** The tax included in a sum; the sum itself if there is no tax in it, as printed on slips. */
 function vatIn(type, sum) {
   const rate = parseInt(vatRates[type], 10);
   return rate ? sum * rate / (100 + rate) : sum;
@@ -36,7 +36,7 @@ function facts(pairs) {
 
 function line(item) {
   const supplier = item.supplier_info
-    ? `${say.supplier}: ${item.supplier_info.name || ''} ${item.supplier_info.inn || ''}` : '';
+    ? `${labels.supplier}: ${item.supplier_info.name || ''} ${item.supplier_info.inn || ''}` : '';
   const wide = textContent => textContent ? make('span', {className: 'name', textContent}) : '';
   return make('div', {className: 'line'},
     wide(item.name),
@@ -44,7 +44,7 @@ function line(item) {
     make('span', {textContent: '= ' + money(item.sum)}),
     wide(item.vat ? vatName(item.vat.type) : ''),
     wide(supplier),
-    wide(item.nomenclature_code ? `${say.marking}: ${item.nomenclature_code}` : ''));
+    wide(item.nomenclature_code ? `${labels.marking}: ${item.nomenclature_code}` : ''));
 }
 
 function outcome(receipt) {
@@ -52,15 +52,15 @@ function outcome(receipt) {
   if (!payload) {
     const error = receipt.report.error;
     const failed = receipt.status === 'fail';
-    return [make('p', {className: 'stamp ' + receipt.status, textContent: failed ? say.failed : say.waiting}),
+    return [make('p', {className: 'stamp ' + receipt.status, textContent: failed ? labels.failed : labels.waiting}),
       failed ? make('p', {textContent: `${error.type} ${error.code}: ${error.text}`}) : ''];
   }
   return [
-    facts([[say.time, payload.receipt_datetime], [say.shift, payload.shift_number],
-      [say.receiptNumber, payload.fiscal_receipt_number], [say.register, payload.ecr_registration_number],
-      [say.storage, payload.fn_number], [say.document, payload.fiscal_document_number],
-      [say.sign, payload.fiscal_document_attribute], [say.site, payload.fns_site]]),
-    make('img', {id: 'qr', src: `${api}documents/${receipt.uuid}/qr.svg`, alt: `${say.qr}: ${receipt.qr}`})];
+    facts([[labels.time, payload.receipt_datetime], [labels.shift, payload.shift_number],
+      [labels.receiptNumber, payload.fiscal_receipt_number], [labels.register, payload.ecr_registration_number],
+      [labels.storage, payload.fn_number], [labels.document, payload.fiscal_document_number],
+      [labels.sign, payload.fiscal_document_attribute], [labels.site, payload.fns_site]]),
+    make('img', {id: 'qr', src: `${api}documents/${receipt.uuid}/qr.svg`, alt: `${labels.qr}: ${receipt.qr}`})];
 }
 
 function slip(receipt) {
@@ -68,14 +68,14 @@ function slip(receipt) {
   const client = body.client || {};
   return make('div', {className: 'paper'}, make('div', {className: 'slip'},
     make('p', {textContent: body.company.payment_address}),
-    make('p', {textContent: `${say.inn} ${body.company.inn}`}),
-    body.company.sno ? make('p', {textContent: say.taxation[body.company.sno] || body.company.sno}) : '',
-    make('p', {className: 'operation', textContent: say.operations[receipt.operation] || receipt.operation}),
+    make('p', {textContent: `${labels.inn} ${body.company.inn}`}),
+    body.company.sno ? make('p', {textContent: labels.taxation[body.company.sno] || body.company.sno}) : '',
+    make('p', {className: 'operation', textContent: labels.operations[receipt.operation] || receipt.operation}),
     make('hr'), ...(body.items || []).map(line), body.items?.length ? make('hr') : '',
-    make('div', {className: 'line total'}, make('span', {textContent: say.total}),
+    make('div', {className: 'line total'}, make('span', {textContent: labels.total}),
       make('span', {textContent: '= ' + money(receipt.total)})),
-    facts([...body.payments.map(payment => [say.payments[payment.type], money(payment.sum)]),
+    facts([...body.payments.map(payment => [labels.payments[payment.type], money(payment.sum)]),
       ...vatSums(body).map(([type, sum]) => [vatName(type), Number.isFinite(sum) ? money(sum) : '–']),
-      [say.buyer, [client.email, client.phone].filter(Boolean).join(', ')]]),
+      [labels.buyer, [client.email, client.phone].filter(Boolean).join(', ')]]),
     make('hr'), ...outcome(receipt)));
 }

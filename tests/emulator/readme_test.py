@@ -1,4 +1,4 @@
-"""Does what emulator/README.md says, word by word: readme_test.py PROGRAM README. Only port and program are other."""
+"""Runs the commands of emulator/README.md, only on another port: readme_test.py PROGRAM README."""
 import json
 import re
 import subprocess
@@ -10,7 +10,7 @@ program, readme = sys.argv[1], Path(sys.argv[2]).read_text()
 shell = re.findall(r"```sh\n(.*?)```", readme, re.S)
 files = [text for text in re.findall(r"```json\n(.*?)```", readme, re.S)]
 
-# Every call of curl leaves a line: status, exit code, what was called. Events go on until they are stopped.
+# Prints a line for every call of curl: status, exit code and URL. Events would otherwise never end.
 wrapper = """
 curl() {
     local limit=
@@ -57,7 +57,7 @@ def stop(process):
     assert process.wait(20) == 0
 
 
-def does_what_it_says():
+def test_commands():
     first, rest = shell[0], shell[1:]
     command = re.search(r"^fremulator (.*)$", first, re.M).group(1).split()
     command[command.index("--port") + 1] = "0"
@@ -68,11 +68,11 @@ def does_what_it_says():
     calls = [line for line in ran.stderr.splitlines() if not line.startswith("curl: ")]
     seen = "\n".join(calls).replace(f"http://127.0.0.1:{port}/", "")
     seen = re.sub(r"[0-9a-f]{8}-[0-9a-f-]{27}", "UUID", seen)
-    assert seen == expected, f"not as the readme has it:\n{seen}\n{ran.stdout}"
+    assert seen == expected, f"not as the README says:\n{seen}\n{ran.stdout}"
     assert '"code":33' in ran.stdout and '"pass":true' in ran.stdout, ran.stdout
 
 
-def has_files_that_are_taken():
+def test_files():
     assert len(files) == 2, files
     for text in files:
         option = "--config" if isinstance(json.loads(text), dict) else "--faults"
@@ -83,5 +83,5 @@ def has_files_that_are_taken():
             stop(process)
 
 
-does_what_it_says()
-has_files_that_are_taken()
+test_commands()
+test_files()

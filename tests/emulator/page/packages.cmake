@@ -1,4 +1,4 @@
-# Puts what package-lock.json names into TO, unless it is there: cmake -DNPM=... -DFROM=... -DTO=... -P packages.cmake
+# Installs the packages of package-lock.json in TO unless they are there: cmake -DNPM=... -DFROM=... -DTO=... -P packages.cmake
 file(READ ${FROM}/package-lock.json wanted)
 if(EXISTS ${TO}/installed.json)
     file(READ ${TO}/installed.json installed)
@@ -7,7 +7,7 @@ if(EXISTS ${TO}/installed.json)
     endif()
 endif()
 if(NOT NPM)
-    message(FATAL_ERROR "npm is missing; the page's accessibility checker comes from its registry")
+    message(FATAL_ERROR "npm is needed to install the accessibility checker for the page tests")
 endif()
 file(MAKE_DIRECTORY ${TO})
 file(COPY ${FROM}/package.json ${FROM}/package-lock.json DESTINATION ${TO})

@@ -1,4 +1,4 @@
-// Drives the emulator's page in headless Chromium:
+// Tests the emulator's page in headless Chromium:
 // FREMULATOR=program FRHOST=program AXE=axe.min.js node --test pagetest.mjs
 import assert from 'node:assert/strict';
 import {execFileSync, spawn} from 'node:child_process';
@@ -15,7 +15,7 @@ const password = 'password-that-must-not-be-shown';
 let emulator, browser, root, port, token;
 const requested = [];
 
-/** One request over a plain socket: HTTP status and body. */
+/** Sends a request over a plain socket; returns status, head and body of the answer. */
 function exchange(method, path, body, headers = {}) {
   const lines = Object.entries({Host: '127.0.0.1', Connection: 'close',
     'Content-Type': 'application/json; charset=utf-8', 'Content-Length': Buffer.byteLength(body), ...headers});
@@ -41,14 +41,14 @@ async function takeToken() {
   token = JSON.parse(answer.body).token;
 }
 
-/** Sells one receipt of 150.50 roubles, with `change` of its keys; the answer of the service. */
-function sell(id, change = {}) {
+/** Sells a receipt of 150.50 roubles with some keys changed; returns the service's answer. */
+function sell(id, changes = {}) {
   const receipt = {
     client: {email: 'buyer@example.com'},
     company: {email: 'shop@example.com', sno: 'osn', inn: '7700000000', payment_address: 'shop.example'},
     items: [{name: 'Молоко 3,2 %', price: 75.25, quantity: 2, sum: 150.5, payment_method: 'full_payment',
       payment_object: 'commodity', vat: {type: 'vat10'}}],
-    payments: [{type: 1, sum: 150.5}], total: 150.5, ...change
+    payments: [{type: 1, sum: 150.5}], total: 150.5, ...changes
   };
   const body = JSON.stringify({timestamp: '01.03.2026 10:00:00', external_id: id, receipt});
   return exchange('POST', service + 'group/sell', body, {Token: token});
@@ -66,7 +66,7 @@ async function tabTo(what) {
     if ((await browser.run(focused)).includes(what)) return;
     await browser.press(keys.tab);
   }
-  assert.fail(`the keyboard does not reach ${what}`);
+  assert.fail(`${what} cannot be reached by keyboard`);
 }
 
 async function violations() {
@@ -92,7 +92,7 @@ async function leavePage() {
   await browser.stop();
 }
 
-/** The tests that follow have an emulator of their own. */
+/** Starts a new emulator for the tests that follow. */
 async function startEmulator(...options) {
   emulator?.kill();
   const free = options.includes('--port') ? [] : ['--port', '0'];
@@ -163,7 +163,7 @@ test('a receipt opens as a slip with its fiscal data beside the exchange', async
   assert.match(wire, /Token: \*\*\*/);
 });
 
-test('a slip without tax on its lines, or with the tax of the whole, says so', async () => {
+test('a slip shows items without VAT and the VAT of the whole receipt', async () => {
   const line = (price, vat) => ({name: vat, price, quantity: 1, sum: price, vat: {type: vat}});
   const items = [line(100, 'vat0'), line(30.5, 'none'), line(20, 'vat120')];
   await sell('taxes', {items});
@@ -181,7 +181,7 @@ test('a slip without tax on its lines, or with the tax of the whole, says so', a
   await browser.until("return document.getElementById('opened-title').innerText.includes('till-1')");
 });
 
-test('what is opened stays open while more arrives', async () => {
+test('opened exchanges stay open while more arrive', async () => {
   const uuid = await browser.run('return location.hash.slice(1)');
   const count = await browser.run(`document.querySelector('#detail details').open = true;
     return document.querySelectorAll('#detail details').length`);
@@ -190,7 +190,7 @@ test('what is opened stays open while more arrives', async () => {
   assert.equal(await browser.run("return document.querySelector('#detail details').open"), true);
 });
 
-test('the QR code on the slip is read by a decoder', async () => {
+test('a decoder reads the QR code on the slip', async () => {
   const {payload} = await report(await browser.run('return location.hash.slice(1)'));
   await browser.until("return document.querySelector('#qr').complete && document.querySelector('#qr').naturalWidth > 0");
   const folder = mkdtempSync(join(tmpdir(), 'fremulator-qr-'));
@@ -222,7 +222,7 @@ test('a fault set on the page hits the next sell', async () => {
   assert.match(row, /requests: 2/);
 });
 
-test('a repeat that is refused shows in the row', async () => {
+test('a refused repeat is counted in the list', async () => {
   const real = token;
   token = 'none';
   assert.equal((await sell('till-2')).status, 401);
@@ -230,7 +230,7 @@ test('a repeat that is refused shows in the row', async () => {
   await browser.until(`return ${rowOf('till-2')}?.innerText.includes('requests: 3')`);
 });
 
-test('the form begins with what the API would take, and the API takes all that it offers', async () => {
+test('the form starts with the defaults of the API, and the API accepts all that it offers', async () => {
   const all = await browser.runAsync(`const done = arguments[0];
     (async () => {
       const seen = [];
@@ -240,9 +240,9 @@ test('the form begins with what the API would take, and the API takes all that i
         for (const option of [...document.getElementById('effect').options]) {
           document.getElementById('effect').value = option.value;
           showParameter();
-          const ofForm = faultOfForm();
-          const short = {endpoint, effect: option.value, match: ofForm.match, ...(ofForm.key ? {key: ofForm.key} : {})};
-          const [long, usual] = await Promise.all([ofForm, short].map(async one =>
+          const fromForm = faultFromForm();
+          const short = {endpoint, effect: option.value, match: fromForm.match, ...(fromForm.key ? {key: fromForm.key} : {})};
+          const [long, usual] = await Promise.all([fromForm, short].map(async one =>
             (await ask('faults', {method: 'POST', body: JSON.stringify(one)})).faults[0]));
           await ask('faults', {method: 'DELETE'});
           delete long.id; delete usual.id;
@@ -255,7 +255,7 @@ test('the form begins with what the API would take, and the API takes all that i
   for (const [what, long, usual] of all) assert.equal(long, usual, what);
 });
 
-test('a fault that cannot be is refused with the reason', async () => {
+test('an invalid fault is rejected with the reason', async () => {
   await browser.run(`document.getElementById('endpoint').value = 'sell'; showEffects();
     document.getElementById('effect').value = 'html'; showParameter();
     document.getElementById('parameter').value = '42';
@@ -263,7 +263,7 @@ test('a fault that cannot be is refused with the reason', async () => {
   await browser.until("return document.getElementById('fault-error').innerText.includes('fault.status')");
 });
 
-test('an answer of a search that was overtaken is not shown', async () => {
+test('the result of an outdated search is not shown', async () => {
   const shown = await browser.runAsync(`const done = arguments[0];
     const real = window.fetch;
     let calls = 0;
@@ -294,7 +294,7 @@ test('the search narrows the list', async () => {
   await browser.until(`return ${rowOf('till-1')} && ${rowOf('till-2')}`);
 });
 
-test('the keyboard reaches everything and works it', async () => {
+test('everything can be reached and operated by keyboard', async () => {
   await browser.goto(root);
   await browser.until(`return ${rowOf('till-2')}`);
   const wanted = await browser.run(`return [...document.querySelectorAll('button, input, select, summary')]
@@ -338,7 +338,7 @@ test('the focus stays where it is while calls arrive', async () => {
   await browser.run("document.getElementById('calls').open = false");
 });
 
-test('the keyboard alone fills the form of a fault and sends it', async () => {
+test('the fault form can be filled in and submitted by keyboard alone', async () => {
   const idOfFocused = 'return document.activeElement.id';
   const fill = async (id, ...pressed) => {
     for (let i = 0; i < 100 && await browser.run(idOfFocused) !== id; ++i) await browser.press(keys.tab);
@@ -373,7 +373,7 @@ test('the keyboard alone fills the form of a fault and sends it', async () => {
   await exchange('DELETE', '/_emulator/faults', '');
 });
 
-test('there is no accessibility violation, light or dark, in either language', async () => {
+test('there are no accessibility violations in either colour scheme or language', async () => {
   const source = readFileSync(axe, 'utf8');
   for (const language of ['en', 'ru']) {
     if (language === 'ru') {
@@ -393,11 +393,11 @@ test('there is no accessibility violation, light or dark, in either language', a
   }
 });
 
-test('faults and refusals are told in Russian to one who reads it', async () => {
+test('faults and errors are shown in Russian to Russian users', async () => {
   const bad = [['sell', 'html', 'parameter', '42', 'целое число от 200 до 599'], ['sell', 'error', 'parameter', '-1', 'Код ошибки'],
-    ['sell', 'drip', 'parameter', 'x', 'целое число от 0'], ['sell', 'wrong-length', 'parameter', '0', 'верной длиной'],
-    ['report', 'without-key', 'parameter', '', 'Назовите ключ'], ['sell', 'never', 'phase', 'before', 'никогда не готов'],
-    ['sell', 'close', 'next', '10000000000', 'Сколько вызовов']];
+    ['sell', 'drip', 'parameter', 'x', 'целое число от 0'], ['sell', 'wrong-length', 'parameter', '0', 'верную длину'],
+    ['report', 'without-key', 'parameter', '', 'Укажите ключ'], ['sell', 'never', 'phase', 'before', 'никогда не будет готов'],
+    ['sell', 'close', 'next', '10000000000', 'Сколько запросов']];
   for (const [endpoint, effect, field, value, words] of bad) {
     await browser.run(`const [endpoint, effect, field, value] = arguments;
       document.getElementById('endpoint').value = endpoint; showEffects();
@@ -413,10 +413,10 @@ test('faults and refusals are told in Russian to one who reads it', async () => 
   await sell('russian');
   await sell('russian');
   await openReceipt('russian');
-  await browser.until("return document.getElementById('detail').innerText.includes('страница HTML, не регистрируется')");
+  await browser.until("return document.getElementById('detail').innerText.includes('страница HTML, до выполнения запроса')");
 });
 
-test('no secret is on the page and nothing was refused or failed in it', async () => {
+test('the page contains no secrets and logged no errors', async () => {
   await browser.run("document.getElementById('calls').open = true");
   await browser.until("return document.getElementById('call-list').textContent.includes('getToken')");
   const everything = await browser.run('return document.documentElement.outerHTML');
@@ -426,7 +426,7 @@ test('no secret is on the page and nothing was refused or failed in it', async (
   assert.deepEqual(log.filter(entry => entry.level === 'SEVERE' && !entry.message.includes('400')), []);
 });
 
-test('all receipts are forgotten once that is confirmed', async () => {
+test('all receipts are deleted after confirmation', async () => {
   await browser.click('#clear');
   await browser.call('POST', '/alert/dismiss');
   assert.ok(await browser.run(`return ${rowOf('till-1')}`));
@@ -435,7 +435,7 @@ test('all receipts are forgotten once that is confirmed', async () => {
   await browser.until("return document.querySelectorAll('#list li').length === 0");
 });
 
-test('a waiting receipt is looked after even when a look fails', async () => {
+test('waiting receipts are polled even after a failed request', async () => {
   await startEmulator('--latency', '5');
   await openPage('en');
   await browser.run(`const real = window.fetch;
@@ -459,7 +459,7 @@ test('an opened receipt shows its newest calls, however few are kept', async () 
   await browser.until("return document.querySelectorAll('#detail .exchange').length === 11");
 });
 
-test('what happened while the connection was lost is shown when it is back', async () => {
+test('what happened while the connection was lost is shown once it is restored', async () => {
   const folder = mkdtempSync(join(tmpdir(), 'fremulator-state-'));
   await startEmulator('--db', join(folder, 'state'));
   await openPage('en');
@@ -471,13 +471,13 @@ test('what happened while the connection was lost is shown when it is back', asy
   await ended;
   await browser.until("return document.getElementById('live').className === 'off'");
   await startEmulator('--db', join(folder, 'state'), '--port', port);
-  // A browser waits for seconds before it asks again.
+  // A browser takes seconds to reconnect.
   await report(uuid);
   await browser.until("return document.querySelectorAll('#detail .exchange').length === 2");
   rmSync(folder, {recursive: true});
 });
 
-test('a receipt with very many calls shows the newest and earlier ones when asked', async () => {
+test('a receipt with very many calls shows the newest, and earlier ones on request', async () => {
   await startEmulator();
   await openPage('en');
   const {uuid} = JSON.parse((await sell('busy')).body);
@@ -491,7 +491,7 @@ test('a receipt with very many calls shows the newest and earlier ones when aske
   assert.equal(await browser.run("return document.getElementById('earlier').hidden"), true);
 });
 
-test('nothing was fetched from elsewhere', async () => {
+test('nothing was fetched from other sites', async () => {
   await leavePage();
   browser = undefined;
   assert.ok(requested.some(url => url.endsWith('/_emulator/effects')), requested.join(' '));

@@ -1,4 +1,4 @@
-// A small client of ChromeDriver, as far as the page tests need one.
+// A small ChromeDriver client for the page tests.
 import {spawn} from 'node:child_process';
 import {mkdtempSync, rmSync} from 'node:fs';
 import {tmpdir} from 'node:os';
@@ -6,7 +6,7 @@ import {join} from 'node:path';
 
 const elementKey = 'element-6066-11e4-a52e-4f735466cecf';
 
-/** The first line of the process's output that matches; fails when the output ends before. */
+/** The first match in the process's output. Fails if the output ends without one. */
 export function lineOf(process, pattern) {
   return new Promise((resolve, reject) => {
     let text = '';
@@ -27,7 +27,7 @@ export class Browser {
     browser.driver = spawn('chromedriver', ['--port=0'], {stdio: ['ignore', 'pipe', 'inherit']});
     const [, port] = await lineOf(browser.driver, /started successfully on port (\d+)/);
     browser.url = `http://127.0.0.1:${port}/session`;
-    // Without these it looks for services of its maker at every start.
+    // Without these, it contacts services of its vendor at every start.
     const args = ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
       '--disable-background-networking', '--disable-component-update', '--disable-sync', '--disable-dev-shm-usage',
       `--accept-lang=${language}`, `--lang=${language}`, '--window-size=1400,1200',
@@ -66,7 +66,7 @@ export class Browser {
     return Buffer.from(await this.call('GET', `/element/${element}/screenshot`), 'base64');
   }
 
-  /** Presses and lets go one key after the other; names as in `keys`. */
+  /** Presses and releases the keys one after the other. Special keys are in `keys`. */
   press(...pressed) {
     const actions = pressed.flatMap(value => [{type: 'keyDown', value}, {type: 'keyUp', value}]);
     return this.call('POST', '/actions', {actions: [{type: 'key', id: 'keyboard', actions}]});
@@ -81,7 +81,7 @@ export class Browser {
 
   log() { return this.call('POST', '/se/log', {type: 'browser'}); }
 
-  /** Addresses that pages of this machine have asked for since the last time; the browser's own are left out. */
+  /** URLs requested by pages of this machine since the last call, not those requested by the browser itself. */
   async requests() {
     const entries = await this.call('POST', '/se/log', {type: 'performance'});
     return entries.map(entry => JSON.parse(entry.message).message)
@@ -90,7 +90,7 @@ export class Browser {
       .map(message => message.params.request.url);
   }
 
-  /** Waits until the script gives something true and returns it. */
+  /** Waits until the script returns a truthy value, and returns it. */
   async until(script, ...args) {
     for (const end = Date.now() + 20000; ;) {
       const value = await this.run(script, ...args);
