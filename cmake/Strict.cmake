@@ -22,9 +22,10 @@ target_compile_options(strict INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
     -Woverloaded-virtual -Wcast-align -Wformat=2 -Wimplicit-fallthrough
     -Werror)
-# GCC takes the sources of a unity for headers, whose classes should have no members from an anonymous namespace.
+# In a unity a source sees the names of others, which it may use for its own, and GCC takes sources for headers.
 if(CMAKE_UNITY_BUILD)
-    target_compile_options(strict INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
+    target_compile_options(strict INTERFACE
+        "$<IF:$<CXX_COMPILER_ID:GNU>,-Wno-shadow;-Wshadow=local;-Wno-subobject-linkage,-Wno-shadow>")
 endif()
 # Clang leaves a shared library's sanitizer calls to the program.
 if(NOT (FRDRIVER_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
