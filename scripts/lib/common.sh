@@ -8,8 +8,17 @@ as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
 }
 
-# install_packages [test]: installs what scripts/packages.txt lists and this machine lacks, with "test" also what the
-# tests need; says nothing when all is there.
+# timed WHAT COMMAND...: runs it and says how long it took.
+timed() {
+    local what=$1 start=$SECONDS
+    shift
+    say "$what"
+    "$@"
+    say "$what took $((SECONDS - start)) s"
+}
+
+# install_packages [KIND]: installs what scripts/packages.txt lists and this machine lacks, with "test" also what the
+# tests need, with "check" what scripts/check needs; says nothing when all is there.
 install_packages() {
     local wanted missing=() name
     wanted=$(awk -v kind="${1:-}" '!/^#/ && (NF == 1 || $2 == kind) { print $1 }' scripts/packages.txt)
