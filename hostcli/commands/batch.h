@@ -21,7 +21,7 @@ class Batch
 {
 public:
     /// Output and transport are borrowed.
-    Batch(const CommandLine& line, Output& output, till::ObservingTransport& transport);
+    Batch(const CommandLine& line, Output& usedOutput, till::ObservingTransport& usedTransport);
 
     /// All receipts have been checked, `receipts` of them.
     void setCount(int receipts);

@@ -22,7 +22,7 @@ class Registrar
 {
 public:
     /// Both are borrowed; the register's driver must use the transport.
-    Registrar(LoadedRegister& fiscalRegister, ObservingTransport& transport);
+    Registrar(LoadedRegister& usedRegister, ObservingTransport& usedTransport);
 
     /// Registers a receipt and waits for its fiscal result. Throws nothing that a driver may throw: every
     /// failure is an outcome.

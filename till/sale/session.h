@@ -13,7 +13,7 @@ class Session
 public:
     /// Loads and configures the register. The configuration's transport options become those of the process.
     /// Throws Error for whatever is wrong with configuration or plugin.
-    Session(const RegisterConfig& config, const PluginFile& plugin);
+    Session(const RegisterConfig& usedConfig, const PluginFile& plugin);
 
     /// Asks the service for a token; blocks for one exchange. Throws Error: Setup when the service refuses
     /// the credentials, Connection when it cannot be reached.
