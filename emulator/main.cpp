@@ -36,7 +36,7 @@ struct Arguments
     emulator::TlsFiles tls;
 };
 
-void describe(CLI::App& app, Arguments& a)
+void addContentOptions(CLI::App& app, Arguments& a)
 {
     app.add_option("--port", a.port, "TCP port on 127.0.0.1; 0 means any free one")->capture_default_str();
     auto* config = app.add_option("--config", a.config, "JSON file with groups, users, lists and faults");
@@ -49,6 +49,10 @@ void describe(CLI::App& app, Arguments& a)
         ->check(CLI::Range(std::int64_t{1}, std::int64_t{1'000'000'000}))
         ->capture_default_str();
     app.add_option("--faults", a.faults, "JSON file with an array of faults");
+}
+
+void addTimingOptions(CLI::App& app, Arguments& a)
+{
     app.add_option("--waits", a.waits, "how many \"not processed yet\" status answers precede the result")
         ->check(CLI::Range(0, 1'000'000))
         ->capture_default_str();
@@ -64,6 +68,10 @@ void describe(CLI::App& app, Arguments& a)
     app.add_option("--token-ttl", a.tokenLife, "lifetime of a token in seconds")
         ->check(CLI::Range(0.0, 1e9))
         ->capture_default_str();
+}
+
+void addAccessOptions(CLI::App& app, Arguments& a)
+{
     app.add_option("--allow-host", a.allowedHosts, "another name to permit in the Host header");
     auto* certificate = app.add_option(
         "--tls-cert", a.tls.certificateChain, "PEM file with the certificate chain; enables TLS");
@@ -116,7 +124,9 @@ int main(int argc, char** argv)
     CLI::App app("fremulator: an emulator of the cloud fiscalisation service on loopback.\n"
                  "Example: fremulator --port 8080 --login shop --password secret --group shop_1");
     Arguments arguments;
-    describe(app, arguments);
+    addContentOptions(app, arguments);
+    addTimingOptions(app, arguments);
+    addAccessOptions(app, arguments);
     CLI11_PARSE(app, argc, argv);
     raiseDescriptorLimit();
     try {

@@ -90,7 +90,7 @@ async function refreshWaiting() {
   if (byId('detail').dataset.status === 'wait') await open(openUuid);
 }
 
-// There is no event when a receipt becomes done, as that only takes time.
+// A receipt becomes done as time passes, without an event.
 async function pollWaiting() {
   try {
     await refreshWaiting();

@@ -99,7 +99,7 @@ const texts = {
   phase: ['When', 'Когда'],
   phase_before: ['before the call takes effect', 'до выполнения запроса'],
   phase_after: ['after the call has taken effect', 'после выполнения запроса'],
-  next: ['How many calls (0: all)', 'Сколько запросов (0 — все)'],
+  next: ['How many calls (0: all)', 'Запросов (0 — все)'],
   after: ['Calls to spare first', 'Сначала пропустить'],
   every: ['Every Nth call', 'Каждый N-й запрос'],
   login: ['Login', 'Логин'],

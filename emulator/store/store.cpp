@@ -208,13 +208,14 @@ void Store::saveRegister(const Register& where)
         toNumber(where.shiftOpenedAt), toNumber(where.freeAt), where.groupCode, where.number);
 }
 
-void Store::addDocument(Document& d)
+void Store::addDocument(Document& document)
 {
-    insertDocument.run(d.uuid, d.groupCode, d.externalId, d.operation, d.login, toNumber(d.receivedAt),
-        d.body, d.totalKopecks, d.callbackUrl, d.deviceCode, toNumber(d.readyAt), d.waitsLeft,
-        static_cast<int>(d.outcome), toText(d.payload), toText(d.error));
-    d.sequence = database.lastInsertId();
-    pruneDocuments.run(d.sequence - documentsKept);
+    insertDocument.run(document.uuid, document.groupCode, document.externalId, document.operation,
+        document.login, toNumber(document.receivedAt), document.body, document.totalKopecks,
+        document.callbackUrl, document.deviceCode, toNumber(document.readyAt), document.waitsLeft,
+        static_cast<int>(document.outcome), toText(document.payload), toText(document.error));
+    document.sequence = database.lastInsertId();
+    pruneDocuments.run(document.sequence - documentsKept);
 }
 
 std::optional<Document> Store::findDocument(const std::string& uuid)
@@ -272,12 +273,13 @@ std::vector<WireCount> Store::wireCounts(
     return all;
 }
 
-void Store::addExchange(Exchange& e)
+void Store::addExchange(Exchange& exchange)
 {
-    insertExchange.run(toNumber(e.at), nameOf(e.endpoint), e.groupCode, e.externalId, e.uuid, e.login,
-        e.request, e.answer, e.status, e.code.value_or(noCode), e.fault);
-    e.sequence = database.lastInsertId();
-    pruneExchanges.run(e.sequence - exchangesPerDocument * documentsKept);
+    insertExchange.run(toNumber(exchange.at), nameOf(exchange.endpoint), exchange.groupCode,
+        exchange.externalId, exchange.uuid, exchange.login, exchange.request, exchange.answer,
+        exchange.status, exchange.code.value_or(noCode), exchange.fault);
+    exchange.sequence = database.lastInsertId();
+    pruneExchanges.run(exchange.sequence - exchangesPerDocument * documentsKept);
 }
 
 std::vector<Exchange> Store::exchanges(

@@ -397,7 +397,7 @@ test('faults and errors are shown in Russian to Russian users', async () => {
   const bad = [['sell', 'html', 'parameter', '42', 'целое число от 200 до 599'], ['sell', 'error', 'parameter', '-1', 'Код ошибки'],
     ['sell', 'drip', 'parameter', 'x', 'целое число от 0'], ['sell', 'wrong-length', 'parameter', '0', 'верную длину'],
     ['report', 'without-key', 'parameter', '', 'Укажите ключ'], ['sell', 'never', 'phase', 'before', 'никогда не будет готов'],
-    ['sell', 'close', 'next', '10000000000', 'Сколько запросов']];
+    ['sell', 'close', 'next', '10000000000', 'Запросов (0 — все)']];
   for (const [endpoint, effect, field, value, words] of bad) {
     await browser.run(`const [endpoint, effect, field, value] = arguments;
       document.getElementById('endpoint').value = endpoint; showEffects();
