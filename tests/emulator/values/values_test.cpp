@@ -1,3 +1,4 @@
+#include "emulator/values/endpoint.h"
 #include "emulator/values/identifiers.h"
 #include "emulator/values/money.h"
 #include "emulator/values/moscowtime.h"
@@ -47,4 +48,21 @@ TEST(Identifier, HasTheFormatThatClientsExpect)
     EXPECT_THAT(newUuid(), MatchesRegex("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-8[0-9a-f]{3}-[0-9a-f]{12}"));
     EXPECT_THAT(newToken(), MatchesRegex("[0-9a-f]{128}"));
     EXPECT_NE(newUuid(), newUuid());
+}
+
+TEST(Endpoint, IsFoundByItsName)
+{
+    for (const Endpoint endpoint : knownEndpoints)
+        EXPECT_EQ(endpointNamed(nameOf(endpoint)), endpoint) << nameOf(endpoint);
+    EXPECT_EQ(endpointNamed("unknown"), Endpoint::Unknown);
+    EXPECT_EQ(endpointNamed("buy"), Endpoint::Unknown);
+}
+
+TEST(EndpointSet, ContainsItsEndpointsOnly)
+{
+    const EndpointSet documents{Endpoint::Sell, Endpoint::Report};
+    EXPECT_TRUE(documents.contains(Endpoint::Sell));
+    EXPECT_TRUE(documents.contains(Endpoint::Report));
+    EXPECT_FALSE(documents.contains(Endpoint::Token));
+    EXPECT_FALSE(documents.contains(Endpoint::Unknown));
 }
