@@ -1,5 +1,6 @@
 # From the debug information of a unit (readelf --debug-dump=info): "base NAME" and "field TYPE NAME" of the
-# class given with -v class=NAME, and "virtual DEPTH SLOT SYMBOL" for it (depth 0) and its primary bases.
+# class given with -v class=NAME, and "virtual DEPTH SLOT SYMBOL RESULT" for it (depth 0) and its primary
+# bases.
 
 /^ <[0-9a-f]+><[0-9a-f]+>: Abbrev Number: 0/ { next }
 /^ <[0-9a-f]+><[0-9a-f]+>: Abbrev Number/ {
@@ -56,7 +57,7 @@ function describe(id, up,  members, count, i, m, primary) {
         } else if (tag[m] == "member" && up == 0 && m in place && name[m] !~ /^_vptr/) {
             print "field " spelled(type[m]) " " name[m]
         } else if (tag[m] == "subprogram" && m in slot) {
-            print "virtual " up " " slot[m] " " symbol[m]
+            print "virtual " up " " slot[m] " " symbol[m] " " (name[m] ~ /^~/ ? "" : spelled(type[m]))
         }
     }
     if (primary != "") describe(primary, up + 1)

@@ -1,9 +1,14 @@
-# The virtual tables of the class given with -v class=NAME, as "slot SYMBOL" lines, from members.awk's output
-# (which knows signatures and pure functions) and the compiler's dump of class layouts (which knows the order).
+# The virtual tables of the class given with -v class=NAME, as "slot SYMBOL -> RESULT" lines, from
+# members.awk's output (which knows signatures, results and pure functions) and the compiler's dump of class
+# layouts (which knows the order).
 
 BEGIN { own = class; sub(/.*::/, "", own) }
 FNR == NR {
-    if ($1 == "virtual" && !(($3) in symbol)) symbol[$3] = $4 # the nearest class comes first
+    if ($1 == "virtual") {
+        if (!(($3) in symbol)) symbol[$3] = $4 # the nearest class comes first
+        result[$4] = $0
+        sub(/^[^ ]+ [^ ]+ [^ ]+ [^ ]+ /, "", result[$4])
+    }
     next
 }
 $0 == "Vtable for " class { inside = 1; next }
@@ -25,6 +30,8 @@ inside && $1 ~ /^[0-9]+$/ {
     else if (entry ~ /::~/) line = line "()"
     else if (primary && number in symbol) line = symbol[number]
     else if (entry ~ /pure_virtual/) line = "(pure)"
-    print "slot " line
+    target = line
+    sub(/^_ZThn[0-9]+_/, "_Z", target) # a thunk returns what its function does
+    print "slot " line (result[target] == "" ? "" : " -> " result[target])
     number++
 }
