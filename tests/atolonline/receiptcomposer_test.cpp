@@ -144,6 +144,17 @@ TEST(NomenclatureCode, IsUpperCaseHexBytesSeparatedBySpaces)
     EXPECT_EQ(item(position).value(u"nomenclature_code"_s).toString(), u"45 0D 04 30 77 19 57 61"_s);
 }
 
+// The code has the form of an EAN-13, so that only the type makes it a fur sign.
+TEST(NomenclatureCode, IsMadeForTheTypeOfTheMark)
+{
+    FrPosition position = line();
+    position.setExciseMark(u"mark"_s);
+    position.setMarkingCode(u"4606203090785"_s);
+    position.setExciseMarkType(ExciseMarkType::Fur);
+    EXPECT_EQ(item(position).value(u"nomenclature_code"_s).toString(),
+        u"52 46 34 36 30 36 32 30 33 30 39 30 37 38 35"_s);
+}
+
 TEST(NomenclatureCode, IsOmittedWithoutAnExciseMarkWhateverTheMarkingCode)
 {
     FrPosition position = line();
