@@ -201,10 +201,8 @@ TEST_F(Plugin, OffersItsSettingsAsPropertiesInOrder)
         const auto flag = [](bool set, const char* name) {
             return set ? QString::fromLatin1(name) : QString();
         };
-        const bool isOptions = property.metaType() == QMetaType::fromType<hw::fr::DriverOptions>();
-        const char* type = isOptions ? "hw::fr::DriverOptions" : property.typeName();
-        properties << QString::fromLatin1(property.name()) + u' ' + QString::fromLatin1(type) + u' ' +
-                          flag(property.isReadable(), "r") + flag(property.isWritable(), "w") +
+        properties << QString::fromLatin1(property.name()) + u' ' + QString::fromLatin1(property.typeName()) +
+                          u' ' + flag(property.isReadable(), "r") + flag(property.isWritable(), "w") +
                           flag(property.isStored(), "s") + flag(property.isScriptable(), "c") +
                           flag(property.isDesignable(), "d") +
                           flag(property.hasNotifySignal() || property.isConstant() ||
@@ -213,10 +211,10 @@ TEST_F(Plugin, OffersItsSettingsAsPropertiesInOrder)
                               "x");
     }
     const QStringList expected{u"hardwareClass int rsc"_s, u"deviceId uint rwscd"_s,
-        u"speedEnumerate bool rwscd"_s, u"driverOptions hw::fr::DriverOptions wsc"_s, u"url QString rwscd"_s,
-        u"login QString rwscd"_s, u"password QString rwscd"_s, u"requestInterval int rwscd"_s,
-        u"email QString rwscd"_s, u"inn QString rwscd"_s, u"paymentAddress QString rwscd"_s,
-        u"groupCode QString rwscd"_s};
+        u"speedEnumerate bool rwscd"_s, u"driverOptions QHash<hw::fr::Option,bool> wsc"_s,
+        u"url QString rwscd"_s, u"login QString rwscd"_s, u"password QString rwscd"_s,
+        u"requestInterval int rwscd"_s, u"email QString rwscd"_s, u"inn QString rwscd"_s,
+        u"paymentAddress QString rwscd"_s, u"groupCode QString rwscd"_s};
     EXPECT_EQ(properties, expected);
     EXPECT_EQ(object->property("unusedProps").toStringList(), QStringList{u"speedEnumerate"_s});
     EXPECT_EQ(object->property("hardwareClass").toInt(), 64);
