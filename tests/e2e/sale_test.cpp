@@ -1,5 +1,6 @@
 #include "tests/e2e/support/shop.h"
 
+#include <QDateTime>
 #include <QFile>
 #include <QRegularExpression>
 
@@ -58,6 +59,22 @@ TEST_F(Sale, TurnsAReceiptFileIntoAFiscalResult)
         u"t=%1&s=160.00&fn=%2&i=%3&fp=%4&n=1"_s.arg(dateTime.first(16).remove(u'-').remove(u':'),
             fiscal.value(u"fnNumber"_s).toString(),
             QString::number(fiscal.value(u"fiscalDocumentNumber"_s).toInt()), sign));
+}
+
+TEST_F(Sale, IsTriedInMoscowTimeWithEverythingLogged)
+{
+    EXPECT_EQ(QDateTime::currentDateTime().offsetFromUtc(), 3 * 3600);
+    EXPECT_EQ(qgetenv("E2E_LOG_EVERYTHING"), "1");
+}
+
+// The clocks of emulator, program and test show the same local time.
+TEST_F(Sale, IsDatedInLocalTime)
+{
+    const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
+    const Ran sold = shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"dated-1"_s));
+    const QString dateTime = sold.lines().value(0).value(u"fiscal"_s)[u"dateTime"].toString();
+    const QDateTime dated = QDateTime::fromString(dateTime, Qt::ISODate);
+    EXPECT_TRUE(before <= dated && dated <= QDateTime::currentDateTime()) << dateTime.toStdString();
 }
 
 TEST_F(Sale, AcceptsEveryExample)
