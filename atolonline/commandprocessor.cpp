@@ -12,6 +12,8 @@
 #include <QJsonDocument>
 #include <QUrl>
 
+#include <limits>
+
 namespace atolonline {
 
 using namespace Qt::Literals::StringLiterals;
@@ -21,6 +23,15 @@ namespace {
 QUrl address(const QString& text)
 {
     return QUrl(text, QUrl::TolerantMode);
+}
+
+// QVariant::toInt() would fold a number that does not fit into one that does, and so into the code of another
+// error or of none.
+int codeOf(const QVariant& code)
+{
+    const double number = code.toDouble();
+    const bool fits = number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
+    return fits ? code.toInt() : 0;
 }
 
 } // namespace
@@ -155,7 +166,7 @@ void CommandProcessor::processResponseErrors(const QVariantMap& response) const
     const QString text = error.value(u"text"_s).toString();
     logger->error("Ответ от сервера содержит ошибку. Код %1, идентификатор %2 (%3)", code,
         error.value(u"error_id"_s), text);
-    ExceptionFactory::throwException(code.toInt(), text);
+    ExceptionFactory::throwException(codeOf(code), text);
 }
 
 } // namespace atolonline

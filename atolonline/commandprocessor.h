@@ -84,7 +84,8 @@ public:
     [[nodiscard]] static int getStatusFromString(const QString& status);
     /// Identifier of the next receipts, by which the service recognises a repeated one.
     void setInternalDocumentId(const QString& id);
-    /// Logs the error in the reply, if any, and throws if it has a code.
+    /// Logs the error in the reply, if any, and throws if it has a code. A code that does not convert to an
+    /// int, or does not fit into one, counts as 0, an error without an exception of its own.
     void processResponseErrors(const QVariantMap& response) const;
 
     /// The last reply of the service that was not empty, error replies included; sell() clears it first.
