@@ -54,7 +54,8 @@ public:
     /// request; company e-mail, place of settlement and taxpayer number are copied at once.
     void setSettings(AtolOnlineSettings* value);
 
-    /// Requests a token unless one is held; with `force`, always requests a new one.
+    /// Requests a token unless one is held; with `force`, always requests a new one. The held token travels
+    /// with the request unless it contains a line break, which no header can carry.
     virtual void requestToken(bool force);
 
     /// The buyer's contact for the next receipts; replaces an e-mail address.
