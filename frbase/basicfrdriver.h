@@ -327,8 +327,7 @@ public:
 
     // === For drivers on this base: pauses and parameters ===
 
-    /// Blocks for `ms` milliseconds, at most 4 294 967, or until a signal arrives; returns at once if `ms` is
-    /// less than 1.
+    /// Blocks for `ms` milliseconds, or until a signal arrives; returns at once if `ms` is less than 1.
     virtual void msleep(int ms) const;
     /// Writes one cell of the device's parameter tables; returns whether it was applied. The base returns
     /// false.

@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
+#include <numeric>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -273,6 +275,17 @@ TEST(Sleeping, IsInMicrosecondsAndOnlyForAPositiveTime)
     for (const int ms : {1, 200, 4294967, 0, -1, std::numeric_limits<int>::min()})
         driver.msleep(ms);
     EXPECT_EQ(sleeps, (std::vector<useconds_t>{1000, 200000, 4294967000}));
+}
+
+TEST(Sleeping, LastsTheWholeTimeHoweverLong)
+{
+    const BasicFrDriver driver;
+    for (const int ms : {4294968, 4294969, 8589935, 86400000, std::numeric_limits<int>::max()}) {
+        sleeps.clear();
+        driver.msleep(ms);
+        EXPECT_EQ(std::accumulate(sleeps.begin(), sleeps.end(), 0ULL), 1000ULL * static_cast<unsigned>(ms));
+        EXPECT_EQ(std::count(sleeps.begin(), sleeps.end(), 0), 0) << ms;
+    }
 }
 
 } // namespace
