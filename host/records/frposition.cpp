@@ -2,6 +2,21 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+namespace {
+
+QString onOneLine(QString text)
+{
+    for (QChar& c : text) {
+        const QChar::Category category = c.category();
+        if (category == QChar::Other_Control || category == QChar::Separator_Line ||
+            category == QChar::Separator_Paragraph)
+            c = u' ';
+    }
+    return text;
+}
+
+} // namespace
+
 void FrPosition::setRequisite(const FdRequisite& requisite)
 {
     requisites.insert(static_cast<EFrDriver::RequisiteTypes>(requisite.getTag()), requisite);
@@ -9,7 +24,7 @@ void FrPosition::setRequisite(const FdRequisite& requisite)
 
 QString FrPosition::toString() const
 {
-    return u"%1, цена %2, количество %3, сумма %4, скидка %5, налог %6"_s.arg(name,
+    return u"%1, цена %2, количество %3, сумма %4, скидка %5, налог %6"_s.arg(onOneLine(name),
         QString::number(priceWithDisc, 'f', 2), QString::number(count, 'f', 3),
         QString::number(possum, 'f', 2), QString::number(discsum, 'f', 2), QString::number(taxCode));
 }

@@ -60,7 +60,8 @@ public:
     [[nodiscard]] ExciseMarkType getExciseMarkType() const { return exciseMarkType; }
     void setExciseMarkType(ExciseMarkType value) { exciseMarkType = value; }
 
-    /// The receipt line as one line of text, for logs.
+    /// The receipt line as one line of text, for logs: control characters and line breaks in the name become
+    /// spaces.
     [[nodiscard]] QString toString() const;
 
 private:
