@@ -7,12 +7,18 @@
 
 namespace hw {
 
+namespace {
+
+// When the library is loaded: the host may look the type up before there is a device.
+[[maybe_unused]] const int typeId = qRegisterMetaType<fr::DriverOptions>("hw::fr::DriverOptions");
+
+} // namespace
+
 BasicFiscalRegister::BasicFiscalRegister(
     const QSharedPointer<BasicFrSettings>& sharedSettings, QObject* parent)
     : QObject(parent)
     , settings(sharedSettings)
 {
-    qRegisterMetaType<fr::DriverOptions>("hw::fr::DriverOptions");
 }
 
 BasicFiscalRegister::~BasicFiscalRegister()
