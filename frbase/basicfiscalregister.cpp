@@ -2,15 +2,24 @@
 
 #include "host/abstractfrdriver.h"
 
-#include <QMetaProperty>
-#include <QVariant>
+#include <QMetaType>
+
+// Constant-initialised, so that it is there for whatever the loading of the library runs first.
+constinit const QtPrivate::QMetaTypeInterface
+    QtPrivate::QMetaTypeInterfaceWrapper<hw::WriteOnlyOptions>::metaType = {0, 0, 0, 0, 0, nullptr,
+        "hw::fr::DriverOptions", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+        nullptr, nullptr};
 
 namespace hw {
 
 namespace {
 
 // When the library is loaded: the host may look the type up before there is a device.
-[[maybe_unused]] const int typeId = qRegisterMetaType<fr::DriverOptions>("hw::fr::DriverOptions");
+[[maybe_unused]] const bool isTypeRegistered = [] {
+    const int id = qRegisterMetaType<fr::DriverOptions>("hw::fr::DriverOptions");
+    QtPrivate::QMetaTypeInterfaceWrapper<WriteOnlyOptions>::metaType.typeId.storeRelaxed(id);
+    return true;
+}();
 
 } // namespace
 
@@ -71,23 +80,6 @@ void BasicFiscalRegister::addUnusedProperties(const QList<QString>& names)
 {
     unusedProps += names;
     setProperty("unusedProps", unusedProps);
-}
-
-void BasicFiscalRegister::qt_static_metacall(
-    BasicFiscalRegister* device, QMetaObject::Call call, int index, void** arguments)
-{
-    static const int driverOptions =
-        staticMetaObject.indexOfProperty("driverOptions") - staticMetaObject.propertyOffset();
-    if (call != QMetaObject::ReadProperty || index != driverOptions) {
-        qt_static_metacall(static_cast<QObject*>(device), call, index, arguments);
-        return;
-    }
-    // QMetaProperty::read() returns the variant in the second argument if the status in the third has
-    // changed.
-    if (arguments[1]) {
-        *static_cast<QVariant*>(arguments[1]) = QVariant();
-        *static_cast<int*>(arguments[2]) = 0;
-    }
 }
 
 } // namespace hw

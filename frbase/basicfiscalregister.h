@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frbase/basicfrsettings.h"
+#include "frbase/writeonlyoptions.h"
 #include "host/abstractfiscalregister.h"
 #include "host/records/driveroptions.h"
 
@@ -69,13 +70,6 @@ protected:
     AbstractFrDriver* legacyDriver = nullptr;
     QSharedPointer<BasicFrSettings> settings;
     QList<QString> unusedProps;
-
-private:
-    // Qt reads a property without READ as a default value of its type, but the host expects an invalid value.
-    // The generated qt_metacall() passes `this`, so overload resolution prefers this function to the
-    // generated one.
-    static void qt_static_metacall(
-        BasicFiscalRegister* device, QMetaObject::Call call, int index, void** arguments);
 };
 
 } // namespace hw
