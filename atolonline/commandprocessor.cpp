@@ -4,13 +4,19 @@
 #include "atolonline/exceptionfactory.h"
 #include "atolonline/exceptions.h"
 #include "atolonline/receiptcomposer.h"
+#include "host/exceptions.h"
 #include "host/log/log4qt.h"
+#include "host/mockfactory.h"
+#include "host/records/taxsystem.h"
+#include "host/tr.h"
 #include "host/transport/restclient.h"
 #include "plugin/atolonlinesettings.h"
 
 #include <QDateTime>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QUrl>
+#include <QVariant>
 
 #include <limits>
 

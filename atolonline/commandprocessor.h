@@ -11,6 +11,7 @@
 #include <QSharedPointer>
 #include <QString>
 #include <QVariantMap>
+#include <QtGlobal>
 
 class AtolOnlineSettings;
 class RestClient;

@@ -1,6 +1,7 @@
 #include "atolonline/compactjson.h"
 
 #include <QCborMap>
+#include <QCborValue>
 #include <QJsonDocument>
 #include <QLocale>
 #include <QtEndian>
@@ -9,6 +10,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <cstddef>
 #include <string>
 #include <string_view>
 

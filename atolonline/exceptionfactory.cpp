@@ -1,8 +1,10 @@
 #include "atolonline/exceptionfactory.h"
 
 #include "atolonline/exceptions.h"
+#include "host/exceptions.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace atolonline {
 

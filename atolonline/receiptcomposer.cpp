@@ -2,8 +2,14 @@
 
 #include "host/records/frutils.h"
 
+#include <QByteArray>
+#include <QJsonValue>
+#include <QLatin1StringView>
+#include <QVariant>
+
 #include <array>
 #include <cmath>
+#include <cstddef>
 #include <iterator>
 
 namespace atolonline {

@@ -2,14 +2,22 @@
 
 #include "atolonline/commandprocessor.h"
 #include "atolonline/exceptions.h"
+#include "host/exceptions.h"
 #include "host/log/log4qt.h"
 #include "host/records/deviceinfo.h"
+#include "host/records/driveroptions.h"
+#include "host/records/efrdriver.h"
 #include "host/records/fiscaldocument.h"
+#include "host/records/fiscalinfo.h"
 #include "host/records/frpayment.h"
 #include "host/records/taxsystem.h"
+#include "host/tr.h"
 #include "plugin/atolonlinesettings.h"
 
+#include <QJsonValue>
+
 #include <array>
+#include <cstddef>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "frbase/basicfrdriver.h"
+#include "host/records/efrdriver.h"
 #include "host/records/fdrequisite.h"
 #include "host/records/frposition.h"
 #include "host/vposfrdriver.h"

@@ -9,6 +9,7 @@
 #include <QObject>
 #include <QSharedPointer>
 #include <QString>
+#include <QtGlobal>
 
 namespace hw {
 

@@ -3,6 +3,12 @@
 #include "frbase/basicfrsettings.h"
 #include "host/abstractfrdriver.h"
 #include "host/records/deviceinfo.h"
+#include "host/records/driveroptions.h"
+#include "host/records/driverrecords.h"
+#include "host/records/efrdriver.h"
+#include "host/records/fiscalinfo.h"
+#include "host/records/taxsystem.h"
+#include "host/tr.h"
 
 #include <QChar>
 #include <QDateTime>
@@ -11,7 +17,9 @@
 #include <QMap>
 #include <QString>
 #include <QVariant>
+#include <QtGlobal>
 
+#include <functional>
 #include <iosfwd>
 #include <vector>
 

@@ -1,5 +1,7 @@
 #include "frbase/basicfrdriver.h"
 
+#include <QJsonObject>
+
 // === Annulment, users, national services ===
 
 void BasicFrDriver::cancelCheckOpen(const FiscalDocument& /*document*/) {}

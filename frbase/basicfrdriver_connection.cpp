@@ -3,6 +3,10 @@
 #include "host/abstractserialdriver.h"
 #include "host/exceptions.h"
 #include "host/log/log4qt.h"
+#include "host/records/efrdriver.h"
+#include "host/tr.h"
+
+#include <QString>
 
 using namespace Qt::Literals::StringLiterals;
 

@@ -1,5 +1,12 @@
 #include "frbase/basicfrdriver.h"
 
+#include "host/records/deviceinfo.h"
+#include "host/records/fiscalinfo.h"
+
+#include <QString>
+
+#include <iosfwd>
+
 // === Descriptions and fiscal storage ===
 
 QString BasicFrDriver::getDeviceStateDescription()

@@ -2,6 +2,10 @@
 
 #include "host/log/log4qt.h"
 
+#include <QDateTime>
+#include <QList>
+#include <QString>
+
 // === Fiscalisation, clock, cliché and line ===
 
 void BasicFrDriver::fiscalization(const QString& /*oldPassword*/, const QString& /*newPassword*/,

@@ -1,6 +1,9 @@
 #include "frbase/basicfrdriver.h"
 
 #include "host/log/log4qt.h"
+#include "host/records/efrdriver.h"
+
+#include <QList>
 
 // === Fonts, sound and drawer ===
 

@@ -4,6 +4,9 @@
 #include "host/exceptions.h"
 #include "host/log/log4qt.h"
 
+#include <QList>
+#include <QString>
+
 using namespace Qt::Literals::StringLiterals;
 
 // === For drivers on this base: handshake and speeds ===

@@ -1,5 +1,8 @@
 #include "frbase/basicfrdriver.h"
 
+#include <QString>
+#include <QVariant>
+
 // === Notifications and queries ===
 
 void BasicFrDriver::setErrorNotificationHandler(const ErrorHandler& handler)

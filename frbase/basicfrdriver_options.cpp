@@ -1,5 +1,7 @@
 #include "frbase/basicfrdriver.h"
 
+#include "host/records/driveroptions.h"
+
 namespace {
 
 constexpr quint64 bits(hw::fr::Option option)

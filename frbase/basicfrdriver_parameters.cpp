@@ -1,5 +1,7 @@
 #include "frbase/basicfrdriver.h"
 
+#include <QString>
+
 #include <algorithm>
 #include <limits>
 

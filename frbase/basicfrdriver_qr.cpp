@@ -1,8 +1,16 @@
 #include "frbase/basicfrdriver.h"
+
 #include "frbase/qrraster.h"
 #include "host/log/log4qt.h"
 
+#include <QByteArray>
+#include <QString>
+
 #include <qrencode.h>
+
+#include <cstddef>
+#include <utility>
+#include <vector>
 
 namespace {
 

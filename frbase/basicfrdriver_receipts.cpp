@@ -1,8 +1,13 @@
 #include "frbase/basicfrdriver.h"
 
 #include "host/log/log4qt.h"
+#include "host/records/driveroptions.h"
 #include "host/records/frpayment.h"
 #include "host/records/frposition.h"
+
+#include <QJsonObject>
+#include <QList>
+#include <QString>
 
 // === Receipts, money documents, text documents ===
 

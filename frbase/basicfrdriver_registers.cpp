@@ -1,6 +1,11 @@
 #include "frbase/basicfrdriver.h"
 
 #include "host/log/log4qt.h"
+#include "host/records/efrdriver.h"
+#include "host/records/fiscalinfo.h"
+
+#include <QMap>
+#include <QString>
 
 // === Registers and document numbers ===
 

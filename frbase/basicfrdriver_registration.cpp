@@ -1,7 +1,16 @@
 #include "frbase/basicfrdriver.h"
 
 #include "host/log/log4qt.h"
+#include "host/records/driverrecords.h"
 #include "host/records/frparameter.h"
+#include "host/records/taxsystem.h"
+
+#include <QChar>
+#include <QJsonObject>
+#include <QList>
+#include <QMap>
+#include <QString>
+#include <QVariant>
 
 // === Number, registration, marking codes ===
 

@@ -1,5 +1,12 @@
 #include "frbase/basicfrdriver.h"
 
+#include "host/records/driveroptions.h"
+#include "host/records/driverrecords.h"
+
+#include <QJsonObject>
+#include <QMap>
+#include <QString>
+
 // === Reports and counters ===
 
 void BasicFrDriver::vatReport() {}

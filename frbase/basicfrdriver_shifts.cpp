@@ -1,7 +1,14 @@
 #include "frbase/basicfrdriver.h"
 
 #include "host/log/log4qt.h"
+#include "host/records/driveroptions.h"
 #include "host/records/fdrequisite.h"
+#include "host/records/fiscalinfo.h"
+#include "host/records/taxsystem.h"
+
+#include <QDateTime>
+#include <QList>
+#include <QString>
 
 // === Shifts, electronic journal, requisites, fiscal information ===
 
