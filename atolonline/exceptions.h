@@ -12,8 +12,6 @@ class Exception : public BasicException
 {
 public:
     explicit Exception(const QString& text);
-    Exception(const Exception&) = default;
-    Exception& operator=(const Exception&) = default;
     ~Exception() override;
 };
 
@@ -22,8 +20,6 @@ class TokenExpired : public Exception
 {
 public:
     TokenExpired();
-    TokenExpired(const TokenExpired&) = default;
-    TokenExpired& operator=(const TokenExpired&) = default;
     ~TokenExpired() override;
 };
 
@@ -33,8 +29,6 @@ class DocumentExists : public Exception
 {
 public:
     DocumentExists();
-    DocumentExists(const DocumentExists&) = default;
-    DocumentExists& operator=(const DocumentExists&) = default;
     ~DocumentExists() override;
 };
 
@@ -43,8 +37,6 @@ class DocumentInProgress : public Exception
 {
 public:
     DocumentInProgress();
-    DocumentInProgress(const DocumentInProgress&) = default;
-    DocumentInProgress& operator=(const DocumentInProgress&) = default;
     ~DocumentInProgress() override;
 };
 
