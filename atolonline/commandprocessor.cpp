@@ -180,7 +180,7 @@ void CommandProcessor::processResponseErrors(const QVariantMap& response) const
     const QVariant code = error.value(u"code"_s, -1);
     const QString text = error.value(u"text"_s).toString();
     logger->error("Ответ от сервера содержит ошибку. Код %1, идентификатор %2 (%3)", code,
-        error.value(u"error_id"_s), text);
+        error.value(u"error_id"_s).toString(), text);
     ExceptionFactory::throwException(codeOf(code), text);
 }
 
