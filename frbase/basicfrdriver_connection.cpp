@@ -25,7 +25,7 @@ FrNoConnectionException noAnswer()
 }
 
 // Always asks twice, so that the number of questions does not depend on the kind.
-bool hasSpeed(const AbstractSerialDriver& port)
+bool hasSpeed(AbstractSerialDriver& port)
 {
     const bool thirdKind = port.getPortKind() == 3;
     const bool fourthKind = port.getPortKind() == 4;
