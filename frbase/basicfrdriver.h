@@ -84,6 +84,9 @@ class Logger;
 class BasicFrDriver : public AbstractFrDriver
 {
 public:
+    using ErrorHandler = std::function<void(const tr::Tr&, const QString&)>;
+    using OfdHandler = std::function<void(bool, const tr::Tr&, const QDateTime&)>;
+
     /// Creates a driver without a port, with default settings of its own and the logger "frdriver".
     BasicFrDriver();
     /// Port and settings are borrowed and must outlive the driver. A null port makes a driver without a line;
