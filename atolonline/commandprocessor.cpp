@@ -4,6 +4,7 @@
 #include "atolonline/exceptionfactory.h"
 #include "atolonline/exceptions.h"
 #include "atolonline/receiptcomposer.h"
+#include "atolonline/requisitetags.h"
 #include "host/exceptions.h"
 #include "host/log/log4qt.h"
 #include "host/mockfactory.h"
@@ -143,7 +144,7 @@ QJsonObject CommandProcessor::createReceipt(const QList<FrPosition>& positions,
     // Inserted into a copy: a JSON object keeps the bytes of every text that was ever inserted, so one that
     // lives as long as the register would grow with each receipt.
     QJsonObject company = companyInfo;
-    const int taxSystem = requisites.value(EFrDriver::AppliedTaxSystem).getSourceData().toInt();
+    const int taxSystem = requisites.value(tags::appliedTaxSystem).getSourceData().toInt();
     if (taxSystem != 0)
         company.insert("sno"_L1, getSnoName(hw::fr::common::TaxSystemType(taxSystem)));
     return {

@@ -1,5 +1,6 @@
 #include "atolonline/receiptcomposer.h"
 
+#include "atolonline/requisitetags.h"
 #include "host/records/frutils.h"
 
 #include <QByteArray>
@@ -18,12 +19,11 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-// The name of a value, where the names begin at `first`; the fallback for a value without a name.
+// The name of a value, where the names begin at 1; the fallback for a value without a name.
 template <std::size_t Size>
-QLatin1StringView nameOf(
-    int value, int first, const QLatin1StringView (&names)[Size], QLatin1StringView fallback)
+QLatin1StringView nameOf(int value, const QLatin1StringView (&names)[Size], QLatin1StringView fallback)
 {
-    return value >= first && value - first < static_cast<int>(Size) ? names[value - first] : fallback;
+    return value >= 1 && value <= static_cast<int>(Size) ? names[value - 1] : fallback;
 }
 
 // Rounds half away from zero. The thousandth of a kopeck compensates for the binary representation: 1.005 is
@@ -79,7 +79,7 @@ QString getPaymentMethodName(EFrDriver::PaymentMethod method)
 {
     static constexpr QLatin1StringView names[] = {"full_prepayment"_L1, "prepayment"_L1, "advance"_L1,
         "full_payment"_L1, "partial_payment"_L1, "credit"_L1, "credit_payment"_L1};
-    return nameOf(method, EFrDriver::FullPrepayment, names, "full_payment"_L1);
+    return nameOf(static_cast<int>(method), names, "full_payment"_L1);
 }
 
 QString getPaymentObjectName(EFrDriver::PaymentObject object)
@@ -87,7 +87,7 @@ QString getPaymentObjectName(EFrDriver::PaymentObject object)
     static constexpr QLatin1StringView names[] = {"commodity"_L1, "excise"_L1, "job"_L1, "service"_L1,
         "gambling_bet"_L1, "gambling_prize"_L1, "lottery"_L1, "lottery_prize"_L1, "intellectual_activity"_L1,
         "payment"_L1, "agent_commission"_L1, "composite"_L1, "another"_L1};
-    return nameOf(object, EFrDriver::Commodity, names, "commodity"_L1);
+    return nameOf(static_cast<int>(object), names, "commodity"_L1);
 }
 
 void addSupplierInfo(QJsonObject& item, const FrPosition& position)
@@ -96,7 +96,7 @@ void addSupplierInfo(QJsonObject& item, const FrPosition& position)
         return;
     const auto& requisites = position.getRequisites();
     item.insert("supplier_info"_L1, getSupplierInfo(requisites));
-    item.insert("agent_info"_L1, getAgentInfo(requisites.value(EFrDriver::AgentSign)));
+    item.insert("agent_info"_L1, getAgentInfo(requisites.value(tags::agentSign)));
 }
 
 void addNomenclatureCode(QJsonObject& item, const FrPosition& position)
@@ -110,11 +110,11 @@ void addNomenclatureCode(QJsonObject& item, const FrPosition& position)
 
 QJsonObject getSupplierInfo(const QMap<EFrDriver::RequisiteTypes, FdRequisite>& requisites)
 {
-    const auto supplier = requisites.value(EFrDriver::SupplierData).toMap();
+    const auto supplier = requisites.value(tags::supplierData).toMap();
     return {
-        {u"phones"_s, QJsonArray{supplier.value(EFrDriver::SupplierPhone).getSourceData().toString()}},
-        {u"name"_s, supplier.value(EFrDriver::SupplierName).getSourceData().toString()},
-        {u"inn"_s, requisites.value(EFrDriver::SupplierInn).getSourceData().toString()},
+        {u"phones"_s, QJsonArray{supplier.value(tags::supplierPhone).getSourceData().toString()}},
+        {u"name"_s, supplier.value(tags::supplierName).getSourceData().toString()},
+        {u"inn"_s, requisites.value(tags::supplierInn).getSourceData().toString()},
     };
 }
 
@@ -165,17 +165,16 @@ double getTotal(const QMap<int, double>& payments)
 
 QString getSnoName(hw::fr::common::TaxSystemType type)
 {
-    using hw::fr::common::TaxSystemType;
-    switch (type) {
-    case TaxSystemType::SimplifiedIncome:
+    switch (static_cast<int>(type)) {
+    case 2:
         return u"usn_income"_s;
-    case TaxSystemType::SimplifiedIncomeMinusExpense:
+    case 4:
         return u"usn_income_outcome"_s;
-    case TaxSystemType::ImputedIncome:
+    case 8:
         return u"envd"_s;
-    case TaxSystemType::Agricultural:
+    case 16:
         return u"esn"_s;
-    case TaxSystemType::Patent:
+    case 32:
         return u"patent"_s;
     default:
         return u"osn"_s;

@@ -2,6 +2,7 @@
 
 #include "atolonline/commandprocessor.h"
 #include "atolonline/exceptions.h"
+#include "atolonline/requisitetags.h"
 #include "host/exceptions.h"
 #include "host/log/log4qt.h"
 #include "host/records/deviceinfo.h"
@@ -51,11 +52,11 @@ AtolOnlineFRDriver::AtolOnlineFRDriver(AtolOnlineSettings* cloudSettings)
     deviceInfo.setModel(u"1"_s, u"Атол Онлайн"_s);
 
     using hw::fr::Option;
-    setOption(Option::UseFn, true);
-    setOption(Option::Bit19, false);
-    setOption(Option::Bit24, false);
-    setOption(Option::Bit25, true);
-    setOption(Option::Bit37, true);
+    setOption(Option(0x10), true);
+    setOption(Option(0x80000), false);
+    setOption(Option(0x1000000), false);
+    setOption(Option(0x2000000), true);
+    setOption(Option(0x2000000000), true);
 
     commandProcessor->setSettings(settings);
 }
@@ -82,17 +83,14 @@ void AtolOnlineFRDriver::checkOpen(const FiscalDocument& document)
 void AtolOnlineFRDriver::setRequisite(const FdRequisite& requisite)
 {
     BasicFrDriver::setRequisite(requisite);
-    switch (requisite.getTag()) {
-    case EFrDriver::AppliedTaxSystem:
+    const auto tag = EFrDriver::RequisiteTypes(requisite.getTag());
+    if (tag == atolonline::tags::appliedTaxSystem)
         logger->debug("Установка системы налогообложения для чека: %1", taxSystemOf(requisite));
-        break;
-    case EFrDriver::BuyerContact:
+    else if (tag == atolonline::tags::buyerContact)
         logger->debug("Установка адреса покупателя: %1", requisite.getSourceData().toString());
-        break;
-    default:
+    else
         return;
-    }
-    requisites.insert(EFrDriver::RequisiteTypes(requisite.getTag()), requisite);
+    requisites.insert(tag, requisite);
 }
 
 void AtolOnlineFRDriver::checkAddPosition(const FrPosition& position)
@@ -115,7 +113,7 @@ QDateTime AtolOnlineFRDriver::getDateTime()
 
 void AtolOnlineFRDriver::prepareCheckClose()
 {
-    const auto contact = requisites.constFind(EFrDriver::BuyerContact);
+    const auto contact = requisites.constFind(atolonline::tags::buyerContact);
     if (contact == requisites.constEnd())
         throw FrWorkWithServiceException(u"Требуется телефон или электронный адрес покупателя"_s);
     const QString value = contact->getSourceData().toString();
@@ -180,7 +178,7 @@ void AtolOnlineFRDriver::updateFiscalInfo(const QMap<QString, QVariant>& payload
     lastFiscalInfo.total = payload.value(u"total"_s).toDouble();
     lastFiscalInfo.registrationNumber = payload.value(u"ecr_registration_number"_s).toString();
     lastFiscalInfo.fiscalSign = payload.value(u"fiscal_document_attribute"_s).toString();
-    const auto taxSystem = requisites.constFind(EFrDriver::AppliedTaxSystem);
+    const auto taxSystem = requisites.constFind(atolonline::tags::appliedTaxSystem);
     if (taxSystem != requisites.constEnd())
         lastFiscalInfo.taxSystem = taxSystemOf(*taxSystem);
 }

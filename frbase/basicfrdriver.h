@@ -93,8 +93,8 @@ public:
     /// in place of null settings the driver creates default ones, which are never freed. The logger is
     /// "frdriver.<loggerName>", and getDeviceInfo() holds loggerName.
     ///
-    /// Switches on the options Bit2, Bit19 and Bit24 by setOption() of the base, unless the settings turn
-    /// them off.
+    /// Switches on the options 0x4, 0x80000 and 0x1000000 by setOption() of the base, unless the
+    /// settings turn them off.
     BasicFrDriver(AbstractSerialDriver* serialPort, const QString& loggerName, BasicFrSettings* frSettings);
     ~BasicFrDriver() override;
     Q_DISABLE_COPY_MOVE(BasicFrDriver)
@@ -252,7 +252,7 @@ public:
     void z2zReport(unsigned int from, unsigned int to, bool full) override;
     void openShift() override;
     bool isShiftOpen() override;
-    /// Returns checkOption(UseFn).
+    /// Returns checkOption(0x10): the register has a fiscal storage.
     bool useFN() override;
     void printEj() override;
     QList<QString> getEj(int shift) override;

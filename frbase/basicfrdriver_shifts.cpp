@@ -25,7 +25,7 @@ bool BasicFrDriver::isShiftOpen()
 
 bool BasicFrDriver::useFN()
 {
-    return checkOption(hw::fr::Option::UseFn);
+    return checkOption(hw::fr::Option(0x10));
 }
 
 void BasicFrDriver::printEj() {}
