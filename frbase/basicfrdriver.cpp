@@ -12,24 +12,39 @@ BasicFrSettings* newDefaultSettings()
     return new BasicFrSettings;
 }
 
+const Log4Qt::Logger* loggerOf(const QString& driver)
+{
+    return Log4Qt::LogManager::logger(u"frdriver"_s, driver);
+}
+
 } // namespace
 
 BasicFrDriver::BasicFrDriver()
-    : BasicFrDriver(nullptr, QString(), nullptr)
+    : port(nullptr)
+    , settings(newDefaultSettings())
+    , logger(loggerOf(QString()))
+    , deviceInfo(QString(), QString())
 {
+    setInitialOptions();
 }
 
 BasicFrDriver::BasicFrDriver(
     AbstractSerialDriver* serialPort, const QString& loggerName, BasicFrSettings* frSettings)
     : port(serialPort)
     , settings(frSettings ? frSettings : newDefaultSettings())
-    , logger(Log4Qt::LogManager::logger(u"frdriver"_s, loggerName))
+    , logger(loggerOf(loggerName))
     , deviceInfo(QString(), QString())
 {
-    setOption(hw::fr::Option::Bit2, true);
-    setOption(hw::fr::Option::Bit19, true);
-    setOption(hw::fr::Option::Bit24, true);
+    setInitialOptions();
     deviceInfo.setLoggerName(loggerName);
 }
 
 BasicFrDriver::~BasicFrDriver() = default;
+
+void BasicFrDriver::setInitialOptions()
+{
+    using hw::fr::Option;
+    setOption(Option(0x4), true);
+    setOption(Option(0x80000), true);
+    setOption(Option(0x1000000), true);
+}

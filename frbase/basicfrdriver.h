@@ -377,6 +377,7 @@ protected:
     ErrorHandler errorNotificationHandler;
 
 private:
+    void setInitialOptions();
     void connectWithSpeed();
     void connectWithoutSpeed();
     [[nodiscard]] bool answersAt(int baudRate);
