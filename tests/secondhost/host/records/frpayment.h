@@ -1,0 +1,9 @@
+#pragma once
+
+struct FrPayment
+{
+    double getSum() const { return sum; }
+
+    double sum = 0;
+    int type = 0;
+};
