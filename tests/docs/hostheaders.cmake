@@ -1,0 +1,27 @@
+# Fails unless the table of DOCUMENT lists the headers of host/ that the driver's sources under TREE include, no fewer
+# and no more.
+set(included)
+foreach(folder frbase atolonline driver plugin)
+    file(GLOB sources ${TREE}/${folder}/*.h ${TREE}/${folder}/*.cpp)
+    foreach(source IN LISTS sources)
+        file(STRINGS ${source} lines REGEX "^#include \"host/")
+        foreach(line IN LISTS lines)
+            string(REGEX REPLACE "^#include \"host/(.*)\"$" "\\1" header "${line}")
+            list(APPEND included ${header})
+        endforeach()
+    endforeach()
+endforeach()
+list(REMOVE_DUPLICATES included)
+list(SORT included)
+
+file(STRINGS ${DOCUMENT} rows REGEX "^. `[a-z0-9/]+\\.h` ")
+set(listed)
+foreach(row IN LISTS rows)
+    string(REGEX REPLACE "^. `([a-z0-9/]+\\.h)` .*" "\\1" header "${row}")
+    list(APPEND listed ${header})
+endforeach()
+list(SORT listed)
+
+if(NOT included OR NOT included STREQUAL listed)
+    message(FATAL_ERROR "${DOCUMENT} lists\n${listed}\nbut the sources include\n${included}")
+endif()
