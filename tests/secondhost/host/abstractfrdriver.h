@@ -24,21 +24,21 @@ class Tr;
 }
 
 class Barcode;
-class DeviceInfo;
 class FdRequisite;
-class FiscalDocument;
 class Font;
-class FrParameter;
-class FrPayment;
 class FrPosition;
 class FrPrintData;
 class FrUser;
 class Logo;
 class MarkedPosition;
 class RegistrationReason;
+struct DeviceInfo;
+struct FiscalDocument;
 struct FiscalInfo;
 struct FnDocument;
 struct FnInfo;
+struct FrParameter;
+struct FrPayment;
 struct KkmRegisters;
 struct MoneyCounters;
 struct OfdStatusInfo;

@@ -1,8 +1,8 @@
 #pragma once
 
-class FiscalDocument;
 class QJsonObject;
 class QString;
+struct FiscalDocument;
 
 class VposFrDriver
 {
