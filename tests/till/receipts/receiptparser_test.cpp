@@ -78,11 +78,11 @@ TEST_F(Parser, TakesEveryWayToWriteANumber)
         {"123456789012345678901234567890", 123456789012345678901234567890.0}};
     for (const auto& [text, value] : numbers) {
         const auto parsed = parser.parse(
-            withPosition(QByteArray(position).replace(R"("sum":1)", QByteArray(R"("sum":)") + text)));
+            withPosition(QByteArray(position).replace(R"("price":1)", QByteArray(R"("price":)") + text)));
         ASSERT_TRUE(std::holds_alternative<QJsonObject>(parsed)) << text;
         const QJsonObject json =
             std::get<QJsonObject>(parsed).value(u"positions"_s).toArray().at(0).toObject();
-        EXPECT_EQ(json.value(u"sum"_s).toDouble(-1), value) << text;
+        EXPECT_EQ(json.value(u"price"_s).toDouble(-1), value) << text;
     }
     EXPECT_EQ(problem(withPosition(position + ",\n\"taxCode\":1e309")),
         u"2 : not JSON: Number too big to be stored in double."_s);
@@ -132,6 +132,34 @@ TEST_F(Parser, RefusesIntegersThatDoNotFitInto32BitsAndFractions)
         EXPECT_EQ(rest(withPosition(position + ",\"requisites\":[{\"tag\":1,\"value\":" + value + "}]"),
                       "1 /positions/0/requisites/0/value: "),
             u"1 /positions/0/requisites/0/value: "_s);
+}
+
+// A double does not hold every kopeck of a larger amount, and sums of the largest become infinite, which JSON
+// cannot express.
+TEST_F(Parser, RefusesAmountsWithoutKopecks)
+{
+    const auto line = [](const char* key, const char* value) {
+        QByteArray text = position + R"(,"discount":1)";
+        return withPosition(
+            text.replace('"' + QByteArray(key) + "\":1", '"' + QByteArray(key) + "\":" + value));
+    };
+    const auto payment = [](const char* value) {
+        return QByteArray(R"({"id":"a","positions":[],"payments":[{"type":1,"sum":)") + value + "}]}";
+    };
+    for (const char* value :
+        {"90071992547409.94", "-90071992547409.94", "1e17", "1e306", "1e307", "-1e308"}) {
+        const QString sum = u"1 /positions/0/sum: Expected number "_s;
+        const QString discount = u"1 /positions/0/discount: Expected number "_s;
+        const QString paid = u"0 /payments/0/sum: Expected number "_s;
+        EXPECT_TRUE(problem(line("sum", value)).startsWith(sum)) << value;
+        EXPECT_TRUE(problem(line("discount", value)).startsWith(discount)) << value;
+        EXPECT_TRUE(problem(payment(value)).startsWith(paid)) << value;
+    }
+    for (const char* value : {"90071992547409.92", "-90071992547409.92", "42949672.95", "1e13"}) {
+        EXPECT_EQ(problem(line("sum", value)), QString()) << value;
+        EXPECT_EQ(problem(line("discount", value)), QString()) << value;
+        EXPECT_EQ(problem(payment(value)), QString()) << value;
+    }
 }
 
 TEST_F(Parser, WantsEitherAValueOrMembersInARequisite)
