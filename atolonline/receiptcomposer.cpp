@@ -27,7 +27,8 @@ QLatin1StringView nameOf(int value, const QLatin1StringView (&names)[Size], QLat
 }
 
 // Rounds half away from zero. The thousandth of a kopeck compensates for the binary representation: 1.005 is
-// stored as slightly less and has to round up all the same.
+// stored as slightly less and has to round up all the same. The fraction is dropped by std::trunc(), because
+// the conversion to an integer of 64 bits is undefined for 1e17 roubles and for NaN.
 double roundedToKopecks(double amount)
 {
     const double sign = amount > 0 ? 1 : amount < 0 ? -1 : 0;

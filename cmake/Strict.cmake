@@ -6,6 +6,7 @@ set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+add_compile_options(-ffp-contract=off) # Fused multiply-add would change roundings to kopecks.
 
 set(FRDRIVER_SANITIZE "" CACHE STRING "Sanitizers to build with, as the compiler's -fsanitize= takes them")
 if(FRDRIVER_SANITIZE)

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <map>
 #include <utility>
 
@@ -91,6 +92,11 @@ TEST(Items, RoundTheSumHalfAwayFromZeroToKopecks)
         {0, 0.004, "0"},
         {42949672.95, 0, "42949672.95"},
         {160, 9.99, "150.01"},
+        {92233720368547760.0, 0, "92233720368547760"},
+        {1e17, 0, "1e+17"},
+        {0, 1e17, "-1e+17"},
+        {1e300, 0, "1e+300"},
+        {std::numeric_limits<double>::quiet_NaN(), 0, "null"},
     };
     for (const auto& row : rows) {
         const QJsonValue sum = item(line(row.possum, row.discsum)).value(u"sum"_s);
