@@ -21,17 +21,17 @@ public:
     virtual ~AbstractFiscalRegister();
 
     /// The driver. Borrowed, it belongs to the device object; null until the device has been initialised.
-    [[nodiscard]] virtual AbstractFrDriver* getLegacyDriver() = 0;
+    virtual AbstractFrDriver* getLegacyDriver() = 0;
     /// Borrowed; null if the register cannot be used as a printer.
-    [[nodiscard]] virtual AbstractPrinter* getPrinter() = 0;
+    virtual AbstractPrinter* getPrinter() = 0;
     /// Number of this register among those connected to the host.
-    [[nodiscard]] virtual unsigned int getDeviceId() const = 0;
+    virtual unsigned int getDeviceId() const = 0;
     virtual void setDeviceId(unsigned int id) = 0;
     /// Whether the driver may try other line speeds when a reconnection fails.
-    [[nodiscard]] virtual bool isSpeedEnumerate() const = 0;
+    virtual bool isSpeedEnumerate() const = 0;
     virtual void setSpeedEnumerate(bool enumerate) = 0;
     /// Null if the host cannot upgrade the register's firmware.
-    [[nodiscard]] virtual QSharedPointer<AbstractUpgradeManager> getUpgradeManager() const = 0;
+    virtual QSharedPointer<AbstractUpgradeManager> getUpgradeManager() const = 0;
 };
 
 } // namespace hw

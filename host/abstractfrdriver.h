@@ -57,7 +57,7 @@ public:
     virtual std::ostream& getDump(int from, int to, std::ostream& out) = 0;
     virtual DeviceInfo getDeviceInfo() = 0;
     /// Borrowed; the settings record that the driver reads.
-    [[nodiscard]] virtual QObject* getDeviceSettings() const = 0;
+    virtual QObject* getDeviceSettings() const = 0;
     virtual void setFont(const QList<EFrDriver::FontTypes>& fonts) = 0;
     virtual void setLineSpacing(int spacing) = 0;
     virtual void resetFont() = 0;
@@ -90,10 +90,10 @@ public:
     virtual QJsonObject xReportDept() = 0;
     virtual MoneyCounters getMoneyCounters(hw::fr::CheckType type) = 0;
     virtual QMap<int, MoneyCounters> getCheckCounters(hw::fr::CheckType type) = 0;
-    [[nodiscard]] virtual QMap<int, MoneyCounters> getPositionCounters(hw::fr::CheckType type) const = 0;
+    virtual QMap<int, MoneyCounters> getPositionCounters(hw::fr::CheckType type) const = 0;
     virtual int getLastShiftNumber() = 0;
     virtual int getDefaultPaymentType() = 0;
-    [[nodiscard]] virtual QString getSendLinesTemplate() const = 0;
+    virtual QString getSendLinesTemplate() const = 0;
     virtual void fpReportInDatesRange(const QString& password, long from, long to, bool full) = 0;
     virtual void fpReportInShiftsRange(const QString& password, long from, long to, bool full) = 0;
     virtual void fiscalization(const QString& oldPassword, const QString& newPassword,
@@ -101,11 +101,11 @@ public:
     virtual bool setDateTime(const QDateTime& dateTime) = 0;
     virtual QDateTime getDateTime() = 0;
     /// Largest accepted difference between the clocks of host and register, in hours; -1 for no limit.
-    [[nodiscard]] virtual int getHoursDifferenceLimit() const = 0;
+    virtual int getHoursDifferenceLimit() const = 0;
     virtual bool setCliche(const QList<QString>& lines) = 0;
     virtual bool setTail(const QList<QString>& lines) = 0;
     virtual void setDefaultBaudrate() = 0;
-    [[nodiscard]] virtual QString getFrModeString() const = 0;
+    virtual QString getFrModeString() const = 0;
     virtual void printLogo(const Logo& logo) = 0;
     virtual void ping() = 0;
     virtual KkmRegisters getKkmRegisterBeg() = 0;
@@ -126,7 +126,7 @@ public:
     virtual void cashierLogout(const FrUser& user) = 0;
     virtual bool useSKNO() = 0;
     virtual bool isSKNOConnectedToServer() = 0;
-    [[nodiscard]] virtual bool checkOption(hw::fr::Option option) const = 0;
+    virtual bool checkOption(hw::fr::Option option) const = 0;
     virtual void setOption(hw::fr::Option option, bool value) = 0;
     virtual void d2dReport(const QDateTime& from, const QDateTime& to, bool full) = 0;
     virtual void z2zReport(unsigned int from, unsigned int to, bool full) = 0;
@@ -143,12 +143,12 @@ public:
     virtual QString getFfdVersion() = 0;
     virtual int getMainPaymentType(int type) = 0;
     virtual void setCheckTemplate(int number, const QString& text) = 0;
-    [[nodiscard]] virtual int getCheckCountersTries() const = 0;
-    [[nodiscard]] virtual int getDefaultTaxSystem() const = 0;
-    [[nodiscard]] virtual QList<hw::fr::common::TaxSystemType> getAllTaxSystems() const = 0;
+    virtual int getCheckCountersTries() const = 0;
+    virtual int getDefaultTaxSystem() const = 0;
+    virtual QList<hw::fr::common::TaxSystemType> getAllTaxSystems() const = 0;
     virtual void setNumber(int number) = 0;
-    [[nodiscard]] virtual int getNumber() const = 0;
-    [[nodiscard]] virtual QMap<int, MoneyCounters> getRelatedCounters() const = 0;
+    virtual int getNumber() const = 0;
+    virtual QMap<int, MoneyCounters> getRelatedCounters() const = 0;
     virtual void continuePrintClosedDoc() = 0;
     virtual void registration(const QList<hw::fr::common::TaxSystemType>& taxSystems,
         hw::fr::common::TaxSystemType defaultTaxSystem, const QString& registrationNumber,
@@ -156,14 +156,13 @@ public:
     virtual void maintenance() = 0;
     virtual QJsonObject loadImage(int number, const QString& file) = 0;
     virtual int checkMarkingCode(const MarkedPosition& position, bool wait) = 0;
-    [[nodiscard]] virtual bool isRegistrationParametersChanged(
-        const QMap<QString, QVariant>& parameters) const = 0;
+    virtual bool isRegistrationParametersChanged(const QMap<QString, QVariant>& parameters) const = 0;
     virtual void checkPaper() const = 0;
     virtual void clearMarkingCodes() = 0;
     virtual int getAnnulationCounter() = 0;
     virtual void setSymbolsMapping(const QMap<QChar, QChar>& mapping) = 0;
     virtual void setProgramCliche(const QList<QString>& lines) = 0;
-    [[nodiscard]] virtual bool isCashDrawerOpened() const = 0;
+    virtual bool isCashDrawerOpened() const = 0;
     virtual bool setParams(const QList<FrParameter>& params) = 0;
     virtual bool isLastCheckWithNumber(const QString& number) = 0;
     virtual QJsonObject getLastCheck(const FiscalDocument& document) = 0;
@@ -172,6 +171,6 @@ public:
     virtual void clearLinesForPrint() = 0;
     virtual void setErrorNotificationHandler(const ErrorHandler& handler) = 0;
     virtual void setOfdNotificationHandler(const OfdHandler& handler) = 0;
-    [[nodiscard]] virtual QVariant queryData(const QString& query) const = 0;
+    virtual QVariant queryData(const QString& query) const = 0;
     virtual void printLastZReport() = 0;
 };

@@ -10,7 +10,7 @@ public:
 
     /// Kind of the port. Kinds 3 and 4 have no speed (a network connection, for example); any other is a
     /// serial line.
-    [[nodiscard]] virtual int getPortKind() const = 0;
+    virtual int getPortKind() const = 0;
     /// Sets the speed of the line, in baud. Throws ComDriverException when the port refuses it.
     virtual void setBaudRate(int baudRate) = 0;
 };

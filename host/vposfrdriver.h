@@ -21,5 +21,5 @@ public:
     /// throws as documentClose() does.
     virtual QJsonObject getDocumentInfo(const QString& uuid) = 0;
     /// The service's last answer; empty when there has been none since the receipt was opened.
-    [[nodiscard]] virtual QJsonObject getLastResponse() const = 0;
+    virtual QJsonObject getLastResponse() const = 0;
 };

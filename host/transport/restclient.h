@@ -64,7 +64,7 @@ public:
     /// The body of the last reply, whatever its HTTP status, parsed from JSON into Qt's variant types.
     /// Integers from -2^63 to 2^63-1 are exact, other numbers are doubles; the last of equal keys counts.
     /// Invalid when there is no body, or when it is not JSON or is nested more than 1024 levels deep.
-    [[nodiscard]] virtual QVariant getResponseData() const;
+    virtual QVariant getResponseData() const;
 
     /// Whether any part of the last request may have reached the peer. False is certain: the peer knows
     /// nothing of the request, so repeating it is harmless.
