@@ -11,9 +11,9 @@
 class HOST_EXPORT BasicException : public std::runtime_error
 {
 public:
-    explicit BasicException(const QString& text);
-    BasicException(const BasicException&) = default;
-    BasicException& operator=(const BasicException&) = default;
+    BasicException(const QString& text);
+    BasicException(const BasicException&);
+    BasicException& operator=(const BasicException&);
     ~BasicException() override;
 
     /// The message for people.
@@ -27,9 +27,9 @@ private:
 class HOST_EXPORT DriverException : public BasicException
 {
 public:
-    using BasicException::BasicException;
-    DriverException(const DriverException&) = default;
-    DriverException& operator=(const DriverException&) = default;
+    DriverException(const QString& text);
+    DriverException(const DriverException&);
+    DriverException& operator=(const DriverException&);
     ~DriverException() override;
 };
 
@@ -37,9 +37,9 @@ public:
 class HOST_EXPORT FrDriverException : public DriverException
 {
 public:
-    using DriverException::DriverException;
-    FrDriverException(const FrDriverException&) = default;
-    FrDriverException& operator=(const FrDriverException&) = default;
+    FrDriverException(const QString& text);
+    FrDriverException(const FrDriverException&);
+    FrDriverException& operator=(const FrDriverException&);
     ~FrDriverException() override;
 };
 
@@ -47,9 +47,9 @@ public:
 class HOST_EXPORT FrCommandException : public FrDriverException
 {
 public:
-    using FrDriverException::FrDriverException;
-    FrCommandException(const FrCommandException&) = default;
-    FrCommandException& operator=(const FrCommandException&) = default;
+    FrCommandException(const QString& text);
+    FrCommandException(const FrCommandException&);
+    FrCommandException& operator=(const FrCommandException&);
     ~FrCommandException() override;
 };
 
@@ -57,9 +57,9 @@ public:
 class HOST_EXPORT FrWorkWithServiceException : public FrCommandException
 {
 public:
-    using FrCommandException::FrCommandException;
-    FrWorkWithServiceException(const FrWorkWithServiceException&) = default;
-    FrWorkWithServiceException& operator=(const FrWorkWithServiceException&) = default;
+    FrWorkWithServiceException(const QString& text);
+    FrWorkWithServiceException(const FrWorkWithServiceException&);
+    FrWorkWithServiceException& operator=(const FrWorkWithServiceException&);
     ~FrWorkWithServiceException() override;
 };
 
@@ -67,9 +67,9 @@ public:
 class HOST_EXPORT FrNoConnectionException : public FrCommandException
 {
 public:
-    using FrCommandException::FrCommandException;
-    FrNoConnectionException(const FrNoConnectionException&) = default;
-    FrNoConnectionException& operator=(const FrNoConnectionException&) = default;
+    FrNoConnectionException(const QString& text);
+    FrNoConnectionException(const FrNoConnectionException&);
+    FrNoConnectionException& operator=(const FrNoConnectionException&);
     ~FrNoConnectionException() override;
 };
 
@@ -77,9 +77,9 @@ public:
 class HOST_EXPORT FrCommandNotSupportException : public FrDriverException
 {
 public:
-    using FrDriverException::FrDriverException;
-    FrCommandNotSupportException(const FrCommandNotSupportException&) = default;
-    FrCommandNotSupportException& operator=(const FrCommandNotSupportException&) = default;
+    FrCommandNotSupportException(const QString& text);
+    FrCommandNotSupportException(const FrCommandNotSupportException&);
+    FrCommandNotSupportException& operator=(const FrCommandNotSupportException&);
     ~FrCommandNotSupportException() override;
 };
 
@@ -87,8 +87,8 @@ public:
 class HOST_EXPORT ComDriverException : public DriverException
 {
 public:
-    using DriverException::DriverException;
-    ComDriverException(const ComDriverException&) = default;
-    ComDriverException& operator=(const ComDriverException&) = default;
+    ComDriverException(const QString& text);
+    ComDriverException(const ComDriverException&);
+    ComDriverException& operator=(const ComDriverException&);
     ~ComDriverException() override;
 };

@@ -24,6 +24,12 @@ static_assert(derives<ComDriverException, DriverException>);
 static_assert(!derives<ComDriverException, FrDriverException>);
 static_assert(std::has_virtual_destructor_v<tr::Tr>);
 
+template <typename... Classes>
+constexpr bool areMadeOfAText = (std::is_convertible_v<const QString&, Classes> && ...);
+
+static_assert(areMadeOfAText<BasicException, DriverException, FrDriverException, FrCommandException,
+    FrWorkWithServiceException, FrNoConnectionException, FrCommandNotSupportException, ComDriverException>);
+
 TEST(Exceptions, CarryTheirRussianMessageThroughTheRootOfTheFamily)
 {
     try {
