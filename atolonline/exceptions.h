@@ -11,7 +11,7 @@ namespace atolonline {
 class Exception : public BasicException
 {
 public:
-    explicit Exception(const QString& text);
+    Exception(const QString& text);
     ~Exception() override;
 };
 

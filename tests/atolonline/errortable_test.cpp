@@ -10,10 +10,13 @@
 #include <gtest/gtest.h>
 
 #include <map>
+#include <type_traits>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
+
+static_assert(std::is_convertible_v<const QString&, atolonline::Exception>);
 
 QString thrownBy(int code)
 {
