@@ -7,6 +7,11 @@ Tr::Tr(const QString& russianText)
 {
 }
 
+Tr::Tr() = default;
+Tr::Tr(const Tr&) = default;
+Tr::Tr(Tr&&) noexcept = default;
+Tr& Tr::operator=(const Tr&) = default;
+Tr& Tr::operator=(Tr&&) noexcept = default;
 Tr::~Tr() = default;
 
 QString Tr::ru() const

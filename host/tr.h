@@ -11,13 +11,13 @@ namespace tr {
 class HOST_EXPORT Tr
 {
 public:
-    Tr() = default;
+    Tr();
     /// A message with a Russian text only.
     explicit Tr(const QString& russianText);
-    Tr(const Tr&) = default;
-    Tr(Tr&&) = default;
-    Tr& operator=(const Tr&) = default;
-    Tr& operator=(Tr&&) = default;
+    Tr(const Tr&);
+    Tr(Tr&&) noexcept;
+    Tr& operator=(const Tr&);
+    Tr& operator=(Tr&&) noexcept;
     virtual ~Tr();
 
     /// The Russian text; empty for a default-constructed message.

@@ -1,18 +1,21 @@
 #pragma once
 
+#include "host/export.h"
+
 #include <QString>
 
 /// Describes the device of a driver.
-class DeviceInfo
+class HOST_EXPORT DeviceInfo
 {
 public:
-    DeviceInfo() = default;
+    DeviceInfo();
     /// Code and name of the model.
-    DeviceInfo(const QString& code, const QString& name)
-        : modelCode(code)
-        , modelName(name)
-    {
-    }
+    DeviceInfo(const QString& code, const QString& name);
+    DeviceInfo(const DeviceInfo&);
+    DeviceInfo(DeviceInfo&&) noexcept;
+    DeviceInfo& operator=(const DeviceInfo&);
+    DeviceInfo& operator=(DeviceInfo&&) noexcept;
+    ~DeviceInfo();
 
     void setModel(const QString& code, const QString& name)
     {

@@ -2,6 +2,13 @@
 
 using namespace Qt::Literals::StringLiterals;
 
+FdRequisite::FdRequisite() = default;
+FdRequisite::FdRequisite(const FdRequisite&) = default;
+FdRequisite::FdRequisite(FdRequisite&&) noexcept = default;
+FdRequisite& FdRequisite::operator=(const FdRequisite&) = default;
+FdRequisite& FdRequisite::operator=(FdRequisite&&) noexcept = default;
+FdRequisite::~FdRequisite() = default;
+
 FdRequisite::FdRequisite(EFrDriver::RequisiteTypes type, const QVariant& data)
     : tag(type)
     , sourceData(data)

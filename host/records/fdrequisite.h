@@ -17,13 +17,18 @@ class HOST_EXPORT FdRequisite
 public:
     using Map = QMap<EFrDriver::RequisiteTypes, FdRequisite>;
 
-    FdRequisite() = default;
+    FdRequisite();
     /// A requisite with one value.
     FdRequisite(EFrDriver::RequisiteTypes type, const QVariant& data);
     /// A composite requisite (a structure of the fiscal data format) with members.
     FdRequisite(EFrDriver::RequisiteTypes type, const Map& parts);
     /// A requisite of which only the encoded bytes are known.
     [[nodiscard]] static FdRequisite fromRawData(EFrDriver::RequisiteTypes type, const QByteArray& bytes);
+    FdRequisite(const FdRequisite&);
+    FdRequisite(FdRequisite&&) noexcept;
+    FdRequisite& operator=(const FdRequisite&);
+    FdRequisite& operator=(FdRequisite&&) noexcept;
+    ~FdRequisite();
 
     [[nodiscard]] int getTag() const { return tag; }
     /// The value as the host received it.

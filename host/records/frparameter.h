@@ -1,19 +1,20 @@
 #pragma once
 
+#include "host/export.h"
+
 #include <QString>
 
 /// One cell of a register's parameter tables.
-class FrParameter
+class HOST_EXPORT FrParameter
 {
 public:
-    FrParameter() = default;
-    FrParameter(int table, int row, int field, const QString& newValue)
-        : tableNum(table)
-        , rowNum(row)
-        , fieldNum(field)
-        , value(newValue)
-    {
-    }
+    FrParameter();
+    FrParameter(int table, int row, int field, const QString& newValue);
+    FrParameter(const FrParameter&);
+    FrParameter(FrParameter&&) noexcept;
+    FrParameter& operator=(const FrParameter&);
+    FrParameter& operator=(FrParameter&&) noexcept;
+    ~FrParameter();
 
     [[nodiscard]] int getTableNum() const { return tableNum; }
     [[nodiscard]] int getRowNum() const { return rowNum; }

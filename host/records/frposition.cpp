@@ -17,6 +17,13 @@ QString onOneLine(QString text)
 
 } // namespace
 
+FrPosition::FrPosition() = default;
+FrPosition::FrPosition(const FrPosition&) = default;
+FrPosition::FrPosition(FrPosition&&) noexcept = default;
+FrPosition& FrPosition::operator=(const FrPosition&) = default;
+FrPosition& FrPosition::operator=(FrPosition&&) noexcept = default;
+FrPosition::~FrPosition() = default;
+
 void FrPosition::setRequisite(const FdRequisite& requisite)
 {
     requisites.insert(static_cast<EFrDriver::RequisiteTypes>(requisite.getTag()), requisite);

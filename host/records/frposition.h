@@ -11,6 +11,13 @@
 class HOST_EXPORT FrPosition
 {
 public:
+    FrPosition();
+    FrPosition(const FrPosition&);
+    FrPosition(FrPosition&&) noexcept;
+    FrPosition& operator=(const FrPosition&);
+    FrPosition& operator=(FrPosition&&) noexcept;
+    ~FrPosition();
+
     [[nodiscard]] QString getName() const { return name; }
     void setName(const QString& value) { name = value; }
 
