@@ -3,6 +3,9 @@
 #include <QSharedPointer>
 
 /// Creates objects of T, or shares a substitute that a test or a host program has installed.
+///
+/// Its members are defined in the library that defines T, where they are instantiated, and not here: a plugin
+/// that compiled create() in would allocate a T of the size that it was built with.
 template <typename T>
 class MockFactory
 {
@@ -12,13 +15,5 @@ public:
     static T* mocked;
 
     /// A new T, owned by the pointer; or the substitute, which the pointer never deletes.
-    [[nodiscard]] static QSharedPointer<T> create()
-    {
-        if (mocked)
-            return QSharedPointer<T>(mocked, [](T*) {});
-        return QSharedPointer<T>(new T);
-    }
+    [[nodiscard]] static QSharedPointer<T> create();
 };
-
-template <typename T>
-T* MockFactory<T>::mocked = nullptr;

@@ -1,12 +1,15 @@
 #include "host/transport/restclient.h"
 
+#include "host/log/exchangelog.h"
 #include "host/log/exchangesecrets.h"
 #include "host/log/secrets.h"
 #include "host/transport/httpconnection.h"
+#include "host/transport/transportoptions.h"
 
 #include <QElapsedTimer>
 #include <QJsonObject>
 #include <QJsonParseError>
+#include <QStringList>
 
 #include <chrono>
 
@@ -18,6 +21,17 @@ using hostruntime::HttpRequest;
 using hostruntime::TransportOptions;
 
 namespace secrets = hostruntime::secrets;
+
+template <typename T>
+T* MockFactory<T>::mocked = nullptr;
+
+template <typename T>
+QSharedPointer<T> MockFactory<T>::create()
+{
+    if (mocked)
+        return QSharedPointer<T>(mocked, [](T*) {});
+    return QSharedPointer<T>(new T);
+}
 
 template class MockFactory<RestClient>;
 
@@ -61,14 +75,23 @@ Parsed parsed(const QByteArray& body)
 
 } // namespace
 
-RestClient::RestClient()
-    : RestClient(TransportOptions::defaults())
+struct RestClient::State
 {
-}
+    explicit State(const TransportOptions& options)
+        : connection(options)
+        , proxyPasswords(secrets::passwordsIn(options.proxy))
+    {
+    }
 
-RestClient::RestClient(const TransportOptions& options)
-    : connection(std::make_unique<HttpConnection>(options))
-    , proxyPasswords(secrets::passwordsIn(options.proxy))
+    hostruntime::ExchangeLog log;
+    HttpConnection connection;
+    const QStringList proxyPasswords;
+    QVariant response;
+    bool sent = false;
+};
+
+RestClient::RestClient()
+    : state(std::make_unique<State>(TransportOptions::defaults()))
 {
 }
 
@@ -76,12 +99,12 @@ RestClient::~RestClient() = default;
 
 void RestClient::setLogger(const Log4Qt::Logger* logger)
 {
-    log.setLogger(logger);
+    state->log.setLogger(logger);
 }
 
 void RestClient::setTargetAlias(const QString& alias)
 {
-    log.setPeer(alias);
+    state->log.setPeer(alias);
 }
 
 bool RestClient::get(const QUrl& url, const QJsonDocument& document, const Headers& headers)
@@ -97,11 +120,17 @@ bool RestClient::post(const QUrl& url, const QByteArray& body, const Headers& he
 
 QVariant RestClient::getResponseData() const
 {
-    return response;
+    return state->response;
+}
+
+bool RestClient::wasSent() const
+{
+    return state->sent;
 }
 
 bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
 {
+    auto& [log, connection, proxyPasswords, response, sent] = *state;
     response.clear();
     for (const QString& password : proxyPasswords)
         secrets::addCredential(password);
@@ -115,7 +144,7 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
     HttpReply reply;
     reply.failure = flaw(url, request.headers);
     if (reply.failure.isEmpty())
-        reply = connection->perform(request, [this] { sending(); });
+        reply = connection.perform(request, [this] { sending(); });
     sent = reply.sent;
     if (reply.failure.isEmpty()) {
         const auto [value, failure] = parsed(reply.body);

@@ -1,8 +1,6 @@
 #pragma once
 
 #include "host/export.h"
-#include "host/log/exchangelog.h"
-#include "host/log/log4qt.h"
 #include "host/mockfactory.h"
 
 #include <QByteArray>
@@ -10,17 +8,18 @@
 #include <QJsonDocument>
 #include <QObject>
 #include <QString>
-#include <QStringList>
 #include <QUrl>
 #include <QVariant>
 
 #include <memory>
 
+namespace Log4Qt {
+class Logger;
+}
+
 namespace hostruntime {
-class HttpConnection;
 struct HttpRequest;
-struct TransportOptions;
-} // namespace hostruntime
+}
 
 /// A blocking HTTP client for JSON services.
 ///
@@ -68,7 +67,7 @@ public:
 
     /// Whether any part of the last request may have reached the peer. False is certain: the peer knows
     /// nothing of the request, so repeating it is harmless.
-    [[nodiscard]] bool wasSent() const { return sent; }
+    [[nodiscard]] bool wasSent() const;
 
 protected:
     /// Called each time a request is about to be put on the wire, before any part of it can reach the peer;
@@ -76,15 +75,13 @@ protected:
     virtual void sending();
 
 private:
-    explicit RestClient(const hostruntime::TransportOptions& options);
+    struct State;
 
     bool exchange(const QUrl& url, const hostruntime::HttpRequest& request);
 
-    hostruntime::ExchangeLog log;
-    std::unique_ptr<hostruntime::HttpConnection> connection;
-    QStringList proxyPasswords;
-    QVariant response;
-    bool sent = false;
+    // The only data member, so that more state neither changes the size of a client nor moves a subclass's
+    // members.
+    std::unique_ptr<State> state;
 };
 
 extern template class HOST_EXPORT MockFactory<RestClient>;

@@ -1,3 +1,4 @@
+#include "host/log/log4qt.h"
 #include "host/transport/restclient.h"
 #include "tests/driver/wire/wireclient.h"
 #include "tests/support/logcapture.h"
