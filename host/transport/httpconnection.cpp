@@ -127,6 +127,8 @@ void HttpConnection::prepare(const HttpRequest& request, const curl_slist* heade
     errorText[0] = '\0';
     set(CURLOPT_ERRORBUFFER, errorText);
     set(CURLOPT_URL, request.url.constData());
+    // Otherwise the library would resolve "." and "..".
+    set(CURLOPT_PATH_AS_IS, 1L);
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     set(CURLOPT_HTTPHEADER, headers);
     set(CURLOPT_USERAGENT, userAgent.constData());

@@ -16,7 +16,7 @@ struct HttpRequest
     };
 
     Verb verb = Verb::Get;
-    /// Percent-encoded.
+    /// Percent-encoded, without user information.
     QByteArray url;
     QHash<QString, QString> headers;
     QByteArray body;

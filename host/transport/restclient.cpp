@@ -55,6 +55,12 @@ QString flaw(const QUrl& url, const RestClient::Headers& headers)
     return {};
 }
 
+// The library would turn the user information into a header, which the caller has not asked for.
+QByteArray onTheWire(const QUrl& url)
+{
+    return url.toEncoded(QUrl::RemoveUserInfo);
+}
+
 struct Parsed
 {
     QVariant value;
@@ -110,12 +116,12 @@ void RestClient::setTargetAlias(const QString& alias)
 bool RestClient::get(const QUrl& url, const QJsonDocument& document, const Headers& headers)
 {
     const QByteArray body = document.isEmpty() ? QByteArray() : document.toJson(QJsonDocument::Compact);
-    return exchange(url, {HttpRequest::Verb::Get, url.toEncoded(), headers, body});
+    return exchange(url, {HttpRequest::Verb::Get, onTheWire(url), headers, body});
 }
 
 bool RestClient::post(const QUrl& url, const QByteArray& body, const Headers& headers)
 {
-    return exchange(url, {HttpRequest::Verb::Post, url.toEncoded(), headers, body});
+    return exchange(url, {HttpRequest::Verb::Post, onTheWire(url), headers, body});
 }
 
 QVariant RestClient::getResponseData() const

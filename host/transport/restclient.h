@@ -34,6 +34,9 @@ struct HttpRequest;
 /// repeated once. Redirects are not followed, so receipts and tokens go only where the caller sends them. TLS
 /// is version 1.2 or newer; certificates and host names are always checked.
 ///
+/// The user information of an address ("user:password@") is not sent in any form; who asks is said in the
+/// headers. Nothing else of an address is changed.
+///
 /// Only std::bad_alloc is thrown. After any other failure (no connection, an expired limit, a body that is
 /// not JSON or exceeds 16 MiB, headers over 64 KiB) the reply is empty.
 ///

@@ -1,5 +1,6 @@
 #include "host/log/log4qt.h"
 #include "host/transport/restclient.h"
+#include "host/transport/transportoptions.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/wire/rawserver.h"
 
@@ -9,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <thread>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -60,6 +62,50 @@ TEST_F(Client, SendsVerbAddressHeadersAndBodyAsGiven)
         QStringList({uR"(debug: Атол.Онлайн: запрос POST /v4/g/sell: {"a":1})"_s,
             uR"(debug: Атол.Онлайн: ответ на POST /v4/g/sell: {"status":"done"})"_s,
             u"info: Атол.Онлайн: POST /v4/g/sell: HTTP 200, 17 байт, N мс"_s}));
+}
+
+std::string targetOf(const std::string& request)
+{
+    return request.substr(0, request.find(" HTTP/1.1"));
+}
+
+TEST_F(Client, LeavesThePathOfAnAddressAlone)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    for (const char* path : {"/a/../v4/./sell", "/v4/..", "/../x", "/a//b/", "/x%2Fy", "/./"})
+        EXPECT_TRUE(client.post(at(server, path), "{}", {}));
+    EXPECT_TRUE(client.get(at(server, "/g/report/../u?x=../y"), {}, {}));
+    std::vector<std::string> targets;
+    for (const std::string& request : server.requests())
+        targets.push_back(targetOf(request));
+    EXPECT_EQ(targets, (std::vector<std::string>{"POST /a/../v4/./sell", "POST /v4/..", "POST /../x",
+                           "POST /a//b/", "POST /x%2Fy", "POST /./", "GET /g/report/../u?x=../y"}));
+}
+
+// The caller's headers alone say who it is. Through a proxy, the address would be part of the request line.
+TEST_F(Client, SendsNoUserInformationOfAnAddress)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    hostruntime::TransportOptions options;
+    options.proxy = QString::fromStdString(server.url());
+    hostruntime::TransportOptions::setDefaults(options);
+    RestClient throughProxy;
+    hostruntime::TransportOptions::setDefaults({});
+    for (const char* user : {"canary-user:canary-word@", "canary-user@", ":canary-word@"}) {
+        QUrl url = at(server, "/v4/getToken");
+        url.setUserInfo(QString::fromLatin1(user).chopped(1), QUrl::TolerantMode);
+        EXPECT_TRUE(client.post(url, "{}", {}));
+        EXPECT_TRUE(client.get(url, {}, {}));
+        EXPECT_TRUE(throughProxy.post(url, "{}", {}));
+    }
+    ASSERT_EQ(server.requests().size(), 9U);
+    for (const std::string& request : server.requests()) {
+        EXPECT_EQ(request.find("canary"), std::string::npos) << request;
+        EXPECT_EQ(request.find("uthorization"), std::string::npos) << request;
+    }
+    EXPECT_FALSE(log.lines().join(u'\n').contains(u"canary"_s));
+    EXPECT_TRUE(client.post(at(server), "{}", {{u"Authorization"_s, u"Bearer x"_s}}));
+    EXPECT_NE(server.requests().back().find("\r\nAuthorization: Bearer x\r\n"), std::string::npos);
 }
 
 TEST_F(Client, GetsWithAndWithoutABody)
