@@ -36,14 +36,14 @@ void addFromRequest(const QUrl& url, const QHash<QString, QString>& headers, con
     addCredential(url.password());
     for (auto entry = headers.begin(); entry != headers.end(); ++entry) {
         if (entry.key().compare("token"_L1, Qt::CaseInsensitive) == 0)
-            addCredential(entry.value());
+            addToken(entry.value());
     }
     if (body.isEmpty())
         return;
     if (body.contains("\"pass\"")) {
         const QJsonDocument login = QJsonDocument::fromJson(body);
         addCredential(login["pass"_L1].toString());
-        addPersonal(login["login"_L1].toString());
+        addLogin(login["login"_L1].toString());
     }
     const QJsonObject buyer = buyerIn(body);
     addPersonal(buyer["email"_L1].toString());
@@ -53,14 +53,14 @@ void addFromRequest(const QUrl& url, const QHash<QString, QString>& headers, con
 void addFromReply(const QByteArray& body, const QVariant& parsed)
 {
     if (parsed.isValid()) {
-        addCredential(parsed.toMap().value(u"token"_s).toString());
+        addToken(parsed.toMap().value(u"token"_s).toString());
         return;
     }
     // A reply that was cut off is not JSON, and may hold a token all the same.
     static const QRegularExpression token(uR"x("token"\s*:\s*"((?:[^"\\]|\\.)*+))x"_s);
     auto found = token.globalMatch(QString::fromUtf8(body));
     while (found.hasNext())
-        addCredential(found.next().captured(1));
+        addToken(found.next().captured(1));
 }
 
 QStringList passwordsIn(const QString& proxy)

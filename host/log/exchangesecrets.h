@@ -12,13 +12,13 @@
 /// Which values of an exchange with the service are secret.
 namespace hostruntime::secrets {
 
-/// Registers the secrets of a request: the password in the address, the header "token" (in any case) and the
-/// key "pass" of the body as credentials; the key "login" beside it, and "email" and "phone" of a receipt's
-/// "client", as personal.
+/// Registers the secrets of a request: the password in the address and the key "pass" of the body as
+/// passwords, the header "token" (in any case) as a token, the key "login" beside "pass" as a login, and
+/// "email" and "phone" of a receipt's "client" as personal.
 HOST_EXPORT void addFromRequest(
     const QUrl& url, const QHash<QString, QString>& headers, const QByteArray& body);
 
-/// Registers the key "token" of a reply as a credential. `parsed` is the body in Qt's variant types, invalid
+/// Registers the key "token" of a reply as a token. `parsed` is the body in Qt's variant types, invalid
 /// when it is not JSON: then every "token" in the text counts, even one that is cut off.
 HOST_EXPORT void addFromReply(const QByteArray& body, const QVariant& parsed);
 

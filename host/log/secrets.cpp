@@ -81,36 +81,56 @@ Replacements replacementsOf(const QString& value)
     return list;
 }
 
-// The most recent values of one kind. Every register adds values and searches for them in each exchange, so
-// as little as possible is done under the lock: the spellings of a value are computed when it is first
-// searched for, which for most values never happens. A plain mutex, because with a shared one the threads
-// queue up behind every writer, and each new buyer is a write.
-class Values
+struct Value
 {
-public:
-    explicit Values(std::size_t most)
-        : limit(most)
-    {
-    }
+    QString text;
+    Replacements spelt;
+};
 
-    void add(const QString& text)
+// The most recent values of one kind.
+struct Recent
+{
+    // Returns whether the value is new.
+    bool add(const QString& text)
     {
-        if (text.isEmpty())
-            return;
-        const std::lock_guard lock(guard);
         const auto isKnown = [&](const Value& value) { return value.text == text; };
-        if (std::any_of(values.begin(), values.end(), isKnown))
-            return;
+        const auto known = std::find_if(values.begin(), values.end(), isKnown);
+        if (known != values.end()) {
+            std::rotate(known, known + 1, values.end());
+            return false;
+        }
         values.push_back({text, {}});
         if (values.size() > limit)
             values.pop_front();
-        prepared.reset();
+        return true;
     }
+
+    std::size_t limit;
+    std::deque<Value> values = {};
+};
+
+// The values that one audience must not read: those of the configuration, and those that come with each
+// exchange. Every register adds values and searches for them in each exchange, so as little as possible is
+// done under the lock: the spellings of a value are computed when it is first searched for, which for most
+// values never happens. A plain mutex, because with a shared one the threads queue up behind every writer,
+// and each new buyer is a write.
+class Values
+{
+public:
+    explicit Values(std::size_t mostPassing)
+        : lasting{256}
+        , passing{mostPassing}
+    {
+    }
+
+    void addLasting(const QString& text) { add(lasting, text); }
+    void addPassing(const QString& text) { add(passing, text); }
 
     void clear()
     {
         const std::lock_guard lock(guard);
-        values.clear();
+        lasting.values.clear();
+        passing.values.clear();
         prepared.reset();
     }
 
@@ -124,19 +144,24 @@ public:
     }
 
 private:
-    struct Value
+    void add(Recent& to, const QString& text)
     {
-        QString text;
-        Replacements spelt;
-    };
+        if (text.isEmpty())
+            return;
+        const std::lock_guard lock(guard);
+        if (to.add(text))
+            prepared.reset();
+    }
 
     [[nodiscard]] std::shared_ptr<const Replacements> prepare()
     {
         const auto list = std::make_shared<Replacements>();
-        for (Value& value : values) {
-            if (value.spelt.empty())
-                value.spelt = replacementsOf(value.text);
-            list->insert(list->end(), value.spelt.begin(), value.spelt.end());
+        for (Recent* recent : {&lasting, &passing}) {
+            for (Value& value : recent->values) {
+                if (value.spelt.empty())
+                    value.spelt = replacementsOf(value.text);
+                list->insert(list->end(), value.spelt.begin(), value.spelt.end());
+            }
         }
         // Longer spellings first: a value that is the beginning of another one would otherwise leave the rest
         // of it readable.
@@ -147,8 +172,8 @@ private:
     }
 
     std::mutex guard;
-    const std::size_t limit;
-    std::deque<Value> values;
+    Recent lasting;
+    Recent passing;
     std::shared_ptr<const Replacements> prepared;
 };
 
@@ -175,12 +200,22 @@ QString replaced(QString text, const Replacements& replacements)
 
 void addCredential(const QString& value)
 {
-    credentials().add(value);
+    credentials().addLasting(value);
+}
+
+void addToken(const QString& value)
+{
+    credentials().addPassing(value);
+}
+
+void addLogin(const QString& value)
+{
+    personal().addLasting(value);
 }
 
 void addPersonal(const QString& value)
 {
-    personal().add(value);
+    personal().addPassing(value);
 }
 
 QString masked(const QString& text, Audience audience)

@@ -5,12 +5,16 @@
 #include <QString>
 #include <QStringView>
 
-/// Values that must not appear in a log. Each is registered where it becomes known; every line written
-/// through a Log4Qt::Logger is searched for all of them.
+/// Values that must not appear in a log. Each is registered where it becomes known; everything in a line of a
+/// Log4Qt::Logger that may hold one of them is searched for all of them (host/log/log4qt.h says what that
+/// is).
 ///
 /// A value is found in plain, percent-encoded and JSON-escaped spelling. A value of fewer than four
 /// characters is found only as a complete quoted string, because it would otherwise blank out innocent text.
 /// Text that is not written through a Log4Qt::Logger must be masked by whoever writes it.
+///
+/// Of each of the four kinds only so many values are remembered, those that were added last. The kinds are
+/// counted apart: neither buyers nor what a service says can make a password or a login readable.
 ///
 /// Thread-safe.
 namespace hostruntime::secrets {
@@ -27,11 +31,14 @@ enum class Audience
 /// What replaces a value.
 inline constexpr QStringView mask = u"***";
 
-/// Registers a password or a token; it is masked for everyone. The most recent 256 are remembered; an empty
-/// text is ignored.
+/// Registers a password; it is masked for everyone. 256 are remembered; an empty text is ignored.
 HOST_EXPORT void addCredential(const QString& value);
-/// Registers a buyer's telephone number or e-mail address, or a login; it is masked for Audience::Anyone. The
-/// most recent 64 are remembered; an empty text is ignored.
+/// Registers a token; it is masked for everyone. 256 are remembered; an empty text is ignored.
+HOST_EXPORT void addToken(const QString& value);
+/// Registers a login; it is masked for Audience::Anyone. 256 are remembered; an empty text is ignored.
+HOST_EXPORT void addLogin(const QString& value);
+/// Registers a buyer's telephone number or e-mail address; it is masked for Audience::Anyone. 64 are
+/// remembered; an empty text is ignored.
 HOST_EXPORT void addPersonal(const QString& value);
 
 /// The text, with the mask in place of every registered value that the audience must not read.

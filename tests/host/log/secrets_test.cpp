@@ -76,6 +76,15 @@ TEST_F(Secrets, ForgetsTheOldestBeyondTheLimit)
     EXPECT_EQ(secrets::masked(u"credential-0"_s, Audience::Anyone), u"credential-0"_s);
 }
 
+TEST_F(Secrets, CountsFromTheLastTimeThatAValueWasAdded)
+{
+    for (int i = 0; i < 64; ++i)
+        secrets::addPersonal(u"buyer-%1"_s.arg(i));
+    secrets::addPersonal(u"buyer-0"_s);
+    secrets::addPersonal(u"buyer-64"_s);
+    EXPECT_EQ(secrets::masked(u"buyer-0 buyer-64."_s, Audience::Anyone), u"*** ***."_s);
+}
+
 TEST_F(Secrets, EveryLevelOfALogMasksCredentialsAndAllButDebugMaskContacts)
 {
     secrets::addCredential(u"token-value"_s);
