@@ -11,13 +11,15 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+using secrets::Audience;
+
 // Of a longer body, the log shows the beginning.
 constexpr qsizetype longestLogged = 16 * 1024;
 
 // Secrets are masked before the body is cut, so that none is cut in two.
 QString inOneLine(const QByteArray& body)
 {
-    QString text = secrets::masked(QString::fromUtf8(body), secrets::Audience::Developer);
+    QString text = secrets::masked(QString::fromUtf8(body), Audience::Developer);
     if (text.size() > longestLogged)
         text = text.first(longestLogged) + u"…"_s;
     std::replace_if(
@@ -30,21 +32,24 @@ QString inOneLine(const QByteArray& body)
 void ExchangeLog::logRequest(const QString& what, const QByteArray& body) const
 {
     if (logger && logger->isDebugEnabled() && !body.isEmpty())
-        logger->debug("%1", u"%1: запрос %2: "_s.arg(peer, what) + inOneLine(body));
+        logger->writeAsIs(QtDebugMsg,
+            u"%1: запрос %2: "_s.arg(peer, secrets::masked(what, Audience::Developer)) + inOneLine(body));
 }
 
 void ExchangeLog::logReply(const QString& what, const QByteArray& body) const
 {
     if (logger && logger->isDebugEnabled() && !body.isEmpty())
-        logger->debug("%1", u"%1: ответ на %2: "_s.arg(peer, what) + inOneLine(body));
+        logger->writeAsIs(QtDebugMsg,
+            u"%1: ответ на %2: "_s.arg(peer, secrets::masked(what, Audience::Developer)) + inOneLine(body));
 }
 
 void ExchangeLog::logSuccess(
     const QString& what, int status, qsizetype size, std::chrono::milliseconds duration) const
 {
     if (logger && logger->isInfoEnabled())
-        logger->info("%1",
-            u"%1: %2: HTTP %3, %4 байт, %5 мс"_s.arg(peer, what).arg(status).arg(size).arg(duration.count()));
+        logger->writeAsIs(QtInfoMsg,
+            u"%1: %2: HTTP %3, %4 байт, %5 мс"_s.arg(peer, secrets::masked(what, Audience::Anyone),
+                QString::number(status), QString::number(size), QString::number(duration.count())));
 }
 
 void ExchangeLog::logFailure(
@@ -53,8 +58,9 @@ void ExchangeLog::logFailure(
     if (!logger)
         return;
     const QString fate = sent ? u"запрос отправлен"_s : u"запрос не отправлен"_s;
-    logger->error("%1: нет ответа на %2: %3", peer, what,
-        u"%1 (%2 мс, %3)"_s.arg(cause, QString::number(duration.count()), fate));
+    logger->writeAsIs(QtCriticalMsg,
+        u"%1: нет ответа на %2: %3 (%4 мс, %5)"_s.arg(peer, secrets::masked(what, Audience::Anyone),
+            secrets::masked(cause, Audience::Anyone), QString::number(duration.count()), fate));
 }
 
 } // namespace hostruntime

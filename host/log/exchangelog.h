@@ -16,7 +16,8 @@ namespace hostruntime {
 /// or error level, and its bodies at debug level.
 ///
 /// `what` is the verb and the path of the request. Whoever calls has registered the secrets of the exchange
-/// before (secrets.h).
+/// before (secrets.h). They are masked in path, bodies and causes; numbers and the peer's name are left as
+/// they are.
 class ExchangeLog
 {
 public:

@@ -1,5 +1,6 @@
 #include "host/log/log4qt.h"
 
+#include "host/log/ownlines.h"
 #include "host/log/secrets.h"
 
 #include <QMutex>
@@ -15,8 +16,32 @@ namespace {
 
 namespace secrets = hostruntime::secrets;
 
-QString filled(const char* format, std::initializer_list<QString> arguments)
+// What fills a placeholder.
+struct Argument
 {
+    Argument(int number)
+        : text(QString::number(number))
+        , isNumber(true)
+    {
+    }
+    Argument(const QString& words)
+        : text(words)
+    {
+    }
+
+    QString text;
+    bool isNumber = false;
+};
+
+QString masked(QtMsgType level, const QString& text)
+{
+    return secrets::masked(
+        text, level == QtDebugMsg ? secrets::Audience::Developer : secrets::Audience::Anyone);
+}
+
+QString filled(QtMsgType level, const char* format, std::initializer_list<Argument> arguments)
+{
+    const bool isOwn = hostruntime::isOwnLine(format);
     const QString pattern = QString::fromUtf8(format);
     QString text;
     text.reserve(pattern.size() + 64);
@@ -24,7 +49,8 @@ QString filled(const char* format, std::initializer_list<QString> arguments)
         const qsizetype number =
             pattern.at(i) == u'%' && i + 1 < pattern.size() ? pattern.at(i + 1).unicode() - u'0' : 0;
         if (number >= 1 && number <= static_cast<qsizetype>(arguments.size())) {
-            text += arguments.begin()[number - 1];
+            const Argument& argument = arguments.begin()[number - 1];
+            text += isOwn || argument.isNumber ? argument.text : masked(level, argument.text);
             ++i;
         } else {
             text += pattern.at(i);
@@ -35,9 +61,7 @@ QString filled(const char* format, std::initializer_list<QString> arguments)
 
 void write(const QLoggingCategory& category, QtMsgType level, const QString& text)
 {
-    const QByteArray utf8 =
-        secrets::masked(text, level == QtDebugMsg ? secrets::Audience::Developer : secrets::Audience::Anyone)
-            .toUtf8();
+    const QByteArray utf8 = text.toUtf8();
     const QMessageLogger out(nullptr, 0, nullptr, category.categoryName());
     switch (level) {
     case QtDebugMsg:
@@ -56,10 +80,16 @@ void write(const QLoggingCategory& category, QtMsgType level, const QString& tex
 }
 
 void write(const QLoggingCategory& category, QtMsgType level, const char* format,
-    std::initializer_list<QString> arguments = {})
+    std::initializer_list<Argument> arguments = {})
 {
     if (category.isEnabled(level))
-        write(category, level, filled(format, arguments));
+        write(category, level, filled(level, format, arguments));
+}
+
+void writeWords(const QLoggingCategory& category, QtMsgType level, const QString& words)
+{
+    if (category.isEnabled(level))
+        write(category, level, hostruntime::isOwnLine(words) ? words : masked(level, words));
 }
 
 } // namespace
@@ -77,7 +107,7 @@ void Logger::debug(const char* message) const
 
 void Logger::debug(const QString& message) const
 {
-    write(category, QtDebugMsg, message);
+    writeWords(category, QtDebugMsg, message);
 }
 
 void Logger::debug(const char* format, const QString& first) const
@@ -92,7 +122,7 @@ void Logger::info(const char* message) const
 
 void Logger::info(const char* format, int first) const
 {
-    write(category, QtInfoMsg, format, {QString::number(first)});
+    write(category, QtInfoMsg, format, {first});
 }
 
 void Logger::info(const char* format, const QString& first) const
@@ -102,7 +132,7 @@ void Logger::info(const char* format, const QString& first) const
 
 void Logger::info(const char* format, int first, const QString& second) const
 {
-    write(category, QtInfoMsg, format, {QString::number(first), second});
+    write(category, QtInfoMsg, format, {first, second});
 }
 
 void Logger::warn(const char* message) const
@@ -122,7 +152,7 @@ void Logger::error(const char* message) const
 
 void Logger::error(const QString& message) const
 {
-    write(category, QtCriticalMsg, message);
+    writeWords(category, QtCriticalMsg, message);
 }
 
 void Logger::error(const char* format, const QString& first) const
@@ -134,6 +164,12 @@ void Logger::error(
     const char* format, const QVariant& first, const QVariant& second, const QVariant& third) const
 {
     write(category, QtCriticalMsg, format, {first.toString(), second.toString(), third.toString()});
+}
+
+void Logger::writeAsIs(QtMsgType level, const QString& line) const
+{
+    if (category.isEnabled(level))
+        write(category, level, line);
 }
 
 Logger* LogManager::logger(const QString& first, const QString& second)

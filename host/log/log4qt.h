@@ -14,8 +14,12 @@ class ExchangeLog;
 /// The logging calls that drivers use, on top of Qt's categorised logging.
 ///
 /// The category consists of the logger's two names, joined by a dot ("frdriver.atolonline_0"), so
-/// QT_LOGGING_RULES, QLoggingCategory::setFilterRules and message handlers work as in any Qt program. Every
-/// line goes through hostruntime::secrets::masked() first.
+/// QT_LOGGING_RULES, QLoggingCategory::setFilterRules and message handlers work as in any Qt program.
+///
+/// Secrets (host/log/secrets.h) are masked where a line may hold one: in the texts that fill a format and in
+/// the lines that are handed over as a QString, because they may be the service's words. What the program
+/// itself says is left as it is, even if it happens to hold the text of a password: formats, integers, and
+/// the lines of hostruntime::isOwnLine(), whose texts the service has no part in.
 namespace Log4Qt {
 
 /// A named logger. It belongs to the LogManager; callers keep a borrowed pointer and never delete it.
@@ -47,8 +51,9 @@ public:
         const char* format, const QVariant& first, const QVariant& second, const QVariant& third) const;
 
 private:
-    // Only for lines of the runtime that are costly to compose; drivers use the calls above.
+    // Only for the runtime's own lines, which are costly to compose and masked by their author.
     friend class hostruntime::ExchangeLog;
+    void writeAsIs(QtMsgType level, const QString& line) const;
     [[nodiscard]] bool isDebugEnabled() const { return category.isDebugEnabled(); }
     [[nodiscard]] bool isInfoEnabled() const { return category.isInfoEnabled(); }
 

@@ -59,6 +59,9 @@ const Case cases[] = {
     {"UnknownError",
         {R"({"error":{"error_id":"e","code":99,"type":"system","text":"canary-password is wrong"}})"}, {}, {},
         4},
+    {"EchoedAsErrorIdentifier", {tokenAnswer},
+        {R"({"error":{"error_id":"canary-password canary-login","code":"canary-token","text":"canary-token"}})"},
+        {}, 4},
     {"TruncatedToken", {R"({"error":null,"token":"canary-token","timest)"}, {}, {}, 4},
     {"ExpiredToken", {tokenAnswer},
         {R"({"status":"fail","error":{"error_id":"e","code":11,"type":"system","text":"canary-token"}})",
@@ -191,6 +194,32 @@ TEST_P(Canary, IsFoundNowhere)
 INSTANTIATE_TEST_SUITE_P(Of, Canary,
     testing::Combine(testing::ValuesIn(cases), testing::Values("debug", "info")),
     [](const auto& of) { return std::string(std::get<0>(of.param).name) + "At" + std::get<1>(of.param); });
+
+// The output names the receipt as the service does, but the log does not.
+TEST(CanaryIdentifiers, AreNotLoggedWhenTheyHoldASecret)
+{
+    const Service service([&](Service::Request& request) {
+        switch (request.call()) {
+        case Call::Token:
+            return request.answer(200, tokenAnswer);
+        case Call::Sell:
+            return request.answer(
+                200, R"({"uuid":"canary-token canary-password canary-login","status":"wait","error":null})");
+        case Call::Report:
+            return request.answer(200, R"({"uuid":"canary-token","status":"done","error":null,"payload":{
+                "ofd_receipt_url":"https://canary-password/canary%2Dlogin"}})");
+        }
+    });
+    const CanaryTill till(service.url());
+    Running frhost(u"env"_s, till.selling(u"info"_s));
+    frhost.giveInput(CanaryTill::receipt());
+    const std::string logged = frhost.end().err.toStdString();
+    EXPECT_THAT(logged, testing::HasSubstr("Чек отправлен, UUID: *** *** ***\n"));
+    EXPECT_THAT(logged, testing::HasSubstr("Получение статуса документа по uuid: *** *** ***\n"));
+    EXPECT_THAT(logged, testing::HasSubstr("Просмотр чека на сайте ОФД: https://***/"));
+    for (const char* secret : {password, token, login})
+        EXPECT_EQ(logged.find(secret), std::string::npos) << secret << " in:\n" << logged;
+}
 
 TEST(CanaryOfAll, SearchesEveryLogLineAndHidesItFromTheTests)
 {

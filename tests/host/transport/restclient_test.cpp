@@ -1,4 +1,5 @@
 #include "host/log/log4qt.h"
+#include "host/log/secrets.h"
 #include "host/transport/restclient.h"
 #include "host/transport/transportoptions.h"
 #include "tests/support/logcapture.h"
@@ -175,6 +176,30 @@ TEST_F(Client, LeavesTheQueryOutOfTheLog)
     const RawServer server([](Peer& peer, const std::string&) { peer.close(); });
     EXPECT_FALSE(client.get(at(server, "/report/u?token=secret"), {}, {}));
     EXPECT_FALSE(log.lines().join(u'\n').contains(u"secret"_s));
+}
+
+TEST_F(Client, MasksWhatMayHoldASecretAndLeavesTheRestOfALine)
+{
+    namespace secrets = hostruntime::secrets;
+    secrets::clear();
+    for (const QString& word : {u"байт"_s, u"Атол.Онлайн"_s, u"отправлен"_s, u"secret"_s})
+        secrets::addCredential(word);
+    const std::string body = R"({"a":")" + std::string(1000, 'a') + "\"}";
+    secrets::addCredential(QString::number(body.size()));
+    const RawServer server([&](Peer& peer, const std::string& request) {
+        if (request.starts_with("POST"))
+            peer.answer(200, body);
+        else
+            peer.close();
+    });
+    EXPECT_TRUE(client.post(at(server, "/v4/secret/sell"), "{}", {}));
+    EXPECT_FALSE(client.get(at(server, "/v4/secret/sell"), {}, {}));
+    secrets::clear();
+    const QStringList lines = takeLines();
+    ASSERT_EQ(lines.size(), 2);
+    EXPECT_EQ(lines.first(), u"info: Атол.Онлайн: POST /v4/***/sell: HTTP 200, 1008 байт, N мс"_s);
+    EXPECT_TRUE(lines.last().startsWith(u"error: Атол.Онлайн: нет ответа на GET /v4/***/sell: "_s));
+    EXPECT_TRUE(lines.last().endsWith(u" (N мс, запрос отправлен)"_s)) << lines.last().toStdString();
 }
 
 TEST_F(Client, DoesNotFollowRedirects)
