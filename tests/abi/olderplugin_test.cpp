@@ -1,6 +1,6 @@
 #include "host/transport/restclient.h"
 #include "tests/abi/olderplugin.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <QLibrary>
 #include <QVariantMap>

@@ -1,5 +1,6 @@
 #include "atolonline/commandprocessor.h"
 #include "host/exceptions.h"
+#include "host/log/log4qt.h"
 #include "plugin/atolonlinesettings.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/scriptedtransport.h"

@@ -1,6 +1,7 @@
 #include "atolonline/commandprocessor.h"
 
 #include "atolonline/exceptions.h"
+#include "host/log/log4qt.h"
 #include "plugin/atolonlinesettings.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/outcome.h"

@@ -2,7 +2,7 @@
 #include "host/exceptions.h"
 #include "host/log/log4qt.h"
 #include "plugin/atolonlinesettings.h"
-#include "tests/support/rawserver.h"
+#include "tests/support/wire/rawserver.h"
 
 #include <gtest/gtest.h>
 

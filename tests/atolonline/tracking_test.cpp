@@ -1,4 +1,5 @@
 #include "atolonline/commandprocessor.h"
+#include "host/log/log4qt.h"
 #include "tests/support/qtprinters.h"
 #include "tests/support/scriptedtransport.h"
 
