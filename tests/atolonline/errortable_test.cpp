@@ -113,26 +113,29 @@ INSTANTIATE_TEST_SUITE_P(Replies, ErrorReply,
         Reply{"NoError", R"({"uuid": "u"})", {u"returned"_s}}),
     [](const testing::TestParamInfo<Reply>& reply) { return reply.param.name; });
 
-// An error that is not an object is none; a code that is not a number is taken as far as it converts to one.
+// An error that is not an object is ignored; a code that is not a number is converted to one as far as
+// possible.
 INSTANTIATE_TEST_SUITE_P(Shapes, ErrorReply,
-    testing::Values(Reply{"Text", R"({"error": "code"})", {u"good"_s}},
-        Reply{"List", R"({"error": [{"code": 1}]})", {u"good"_s}},
-        Reply{"Number", R"({"error": 1})", {u"good"_s}}, Reply{"True", R"({"error": true})", {u"good"_s}},
+    testing::Values(Reply{"Text", R"({"error": "code"})", {u"returned"_s}},
+        Reply{"List", R"({"error": [{"code": 1}]})", {u"returned"_s}},
+        Reply{"Number", R"({"error": 1})", {u"returned"_s}},
+        Reply{"True", R"({"error": true})", {u"returned"_s}},
         Reply{"CodeNull", R"({"error": {"code": null, "text": "t"}})",
-            {logged(", идентификатор  (t)"), u"t"_s}},
+            {logged(", идентификатор  (t)"), u"FrWorkWithServiceException: t"_s}},
         Reply{"CodeObject", R"({"error": {"code": {"a": 1}, "text": "t"}})",
-            {logged(", идентификатор  (t)"), u"t"_s}},
+            {logged(", идентификатор  (t)"), u"FrWorkWithServiceException: t"_s}},
         Reply{"CodeList", R"({"error": {"code": [11], "text": "t"}})",
-            {logged(", идентификатор  (t)"), u"t"_s}},
+            {logged(", идентификатор  (t)"), u"FrWorkWithServiceException: t"_s}},
         Reply{"CodeTrue", R"({"error": {"code": true, "text": "t"}})",
-            {logged("true, идентификатор  (t)"), u"Не удалось обработать полученный чек"_s}},
+            {logged("true, идентификатор  (t)"),
+                u"FrWorkWithServiceException: Не удалось обработать полученный чек"_s}},
         Reply{"CodeText", R"({"error": {"code": "11", "text": "t"}})",
-            {logged("11, идентификатор  (t)"), u"Срок действия токена истёк"_s}},
+            {logged("11, идентификатор  (t)"), u"atolonline::TokenExpired: Срок действия токена истёк"_s}},
         Reply{"CodeMinusOne", R"({"error": {"code": -1, "text": "t"}})",
-            {logged("-1, идентификатор  (t)"), u"good"_s}},
-        Reply{"OnlyAnUnknownKey", R"({"error": {"a": 1}})", {logged("-1, идентификатор  ()"), u"good"_s}},
+            {logged("-1, идентификатор  (t)"), u"returned"_s}},
+        Reply{"OnlyAnUnknownKey", R"({"error": {"a": 1}})", {logged("-1, идентификатор  ()"), u"returned"_s}},
         Reply{"IdAndTextThatAreNumbers", R"({"error": {"code": 7, "error_id": 5, "text": 6}})",
-            {logged("7, идентификатор 5 (6)"), u"6"_s}}),
+            {logged("7, идентификатор 5 (6)"), u"FrWorkWithServiceException: 6"_s}}),
     [](const testing::TestParamInfo<Reply>& reply) { return reply.param.name; });
 
 } // namespace

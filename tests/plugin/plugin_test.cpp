@@ -211,10 +211,10 @@ TEST_F(Plugin, OffersItsSettingsAsPropertiesInOrder)
                               "x");
     }
     const QStringList expected{u"hardwareClass int rsc"_s, u"deviceId uint rwscd"_s,
-        u"speedEnumerate bool rwscd"_s, u"driverOptions QHash<hw::fr::Option,bool> wsc"_s,
-        u"url QString rwscd"_s, u"login QString rwscd"_s, u"password QString rwscd"_s,
-        u"requestInterval int rwscd"_s, u"email QString rwscd"_s, u"inn QString rwscd"_s,
-        u"paymentAddress QString rwscd"_s, u"groupCode QString rwscd"_s};
+        u"speedEnumerate bool rwscd"_s, u"driverOptions hw::fr::DriverOptions wsc"_s, u"url QString rwscd"_s,
+        u"login QString rwscd"_s, u"password QString rwscd"_s, u"requestInterval int rwscd"_s,
+        u"email QString rwscd"_s, u"inn QString rwscd"_s, u"paymentAddress QString rwscd"_s,
+        u"groupCode QString rwscd"_s};
     EXPECT_EQ(properties, expected);
     EXPECT_EQ(object->property("unusedProps").toStringList(), QStringList{u"speedEnumerate"_s});
     EXPECT_EQ(object->property("hardwareClass").toInt(), 64);
