@@ -2,7 +2,7 @@
 # and no more.
 set(included)
 foreach(folder frbase atolonline driver plugin)
-    file(GLOB sources ${TREE}/${folder}/*.h ${TREE}/${folder}/*.cpp)
+    file(GLOB_RECURSE sources ${TREE}/${folder}/*.h ${TREE}/${folder}/*.cpp)
     foreach(source IN LISTS sources)
         file(STRINGS ${source} lines REGEX "^#include \"host/")
         foreach(line IN LISTS lines)
