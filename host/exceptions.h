@@ -63,7 +63,7 @@ public:
     ~FrWorkWithServiceException() override;
 };
 
-/// The fiscal register, or the service behind it, cannot be reached.
+/// The fiscal register, or the service that it uses, cannot be reached.
 class HOST_EXPORT FrNoConnectionException : public FrCommandException
 {
 public:

@@ -112,7 +112,7 @@ struct Recent
 // The values that one audience must not read: those of the configuration, and those that come with each
 // exchange. Every register adds values and searches for them in each exchange, so as little as possible is
 // done under the lock: the spellings of a value are computed when it is first searched for, which for most
-// values never happens. A plain mutex, because with a shared one the threads queue up behind every writer,
+// values never happens. A plain mutex, because with a shared one the threads queue up after every writer,
 // and each new buyer is a write.
 class Values
 {

@@ -10,7 +10,7 @@
 /// is).
 ///
 /// A value is found in plain, percent-encoded and JSON-escaped spelling. A value of fewer than four
-/// characters is found only as a complete quoted string, because it would otherwise blank out innocent text.
+/// characters is found only as a complete quoted string, because it would otherwise mask innocent text.
 /// Text that is not written through a Log4Qt::Logger must be masked by whoever writes it.
 ///
 /// Of each of the four kinds only so many values are remembered, those that were added last. The kinds are

@@ -5,7 +5,7 @@
     <name>Text</name>
     <message>
         <source>an exception of an unknown class</source>
-        <translation>исключение неизвестного класса</translation>
+        <translation>неизвестная ошибка драйвера</translation>
     </message>
     <message>
         <source>Show the plugin and the register&apos;s settings</source>
@@ -142,8 +142,8 @@
         <translation>у регистратора нет драйвера после init</translation>
     </message>
     <message>
-        <source>the driver does not implement VposFrDriver, the interface of a register behind a web service</source>
-        <translation>драйвер не реализует VposFrDriver — интерфейс регистратора за веб-сервисом</translation>
+        <source>the driver does not implement VposFrDriver, the interface of a cloud register</source>
+        <translation>драйвер не реализует VposFrDriver — интерфейс облачного регистратора</translation>
     </message>
     <message>
         <source>The service did not answer</source>
@@ -211,7 +211,7 @@
     </message>
     <message>
         <source>unknown key &quot;%1&quot;; did you mean &quot;%2&quot;?</source>
-        <translation>неизвестный ключ «%1»; может быть, «%2»?</translation>
+        <translation>неизвестный ключ «%1»; возможно, имелось в виду «%2»?</translation>
     </message>
     <message>
         <source>not JSON: %1</source>
@@ -247,7 +247,7 @@
     </message>
     <message>
         <source>unknown section [%1]; did you mean [%2]?</source>
-        <translation>неизвестная секция [%1]; может быть, [%2]?</translation>
+        <translation>неизвестная секция [%1]; возможно, имелось в виду [%2]?</translation>
     </message>
     <message>
         <source>set password or passwordFile, not both</source>
@@ -283,7 +283,7 @@
     </message>
     <message>
         <source>Nothing was registered, and this id is used up: sent again, it only returns the failed document. Give the sale a new id and run it again.</source>
-        <translation>Ничего не зарегистрировано, и этот id больше не годится: на повтор сервис вернёт тот же неудавшийся документ. Дайте продаже новый id и отправьте её ещё раз.</translation>
+        <translation>Ничего не зарегистрировано, и этот id повторно использовать нельзя: сервис вернёт тот же документ с ошибкой. Дайте продаже новый id и отправьте её ещё раз.</translation>
     </message>
     <message>
         <source>This sale is NOT registered. Give it an id of its own and run it again.</source>
@@ -391,15 +391,15 @@
     </message>
     <message>
         <source>Folder for pictures of the receipts&apos; QR codes</source>
-        <translation>Папка для картинок QR-кодов чеков</translation>
+        <translation>Папка для изображений QR-кодов чеков</translation>
     </message>
     <message>
         <source>%1: pictures cannot be written there; name another folder with --qr-dir</source>
-        <translation>%1: сюда нельзя записать картинки; укажите другую папку в --qr-dir</translation>
+        <translation>%1: сюда нельзя записать изображения; укажите другую папку в --qr-dir</translation>
     </message>
     <message>
         <source>%1: the picture of the QR code was not written: %2. The receipt is registered.</source>
-        <translation>%1: картинка QR-кода не записана: %2. Чек зарегистрирован.</translation>
+        <translation>%1: изображение QR-кода не сохранено: %2. Чек зарегистрирован.</translation>
     </message>
     <message>
         <source>This run has not sent the receipt. Running the same file again is safe.</source>
@@ -419,19 +419,19 @@
     </message>
     <message>
         <source>%1 was accepted by the service.</source>
-        <translation>%1 принят сервисом.</translation>
+        <translation>Чек %1 принят сервисом.</translation>
     </message>
     <message>
         <source>%1 is registered.</source>
-        <translation>%1 зарегистрирован.</translation>
+        <translation>Чек %1 зарегистрирован.</translation>
     </message>
     <message>
         <source>%1 was refused.</source>
-        <translation>%1 отклонён.</translation>
+        <translation>Чек %1 отклонён.</translation>
     </message>
     <message>
         <source>The outcome of %1 is unknown; run again.</source>
-        <translation>Результат %1 неизвестен; запустите ещё раз.</translation>
+        <translation>Результат по чеку %1 неизвестен; повторите команду.</translation>
     </message>
     <message>
         <source>Nothing was sent.</source>
@@ -439,11 +439,11 @@
     </message>
     <message>
         <source>%1 was sent, its outcome is unknown; run again: the service does not register an id twice.</source>
-        <translation>%1 отправлен, результат неизвестен; запустите ещё раз: один id сервис дважды не регистрирует.</translation>
+        <translation>Чек %1 отправлен, результат неизвестен; повторите команду: один id сервис дважды не регистрирует.</translation>
     </message>
     <message>
         <source>%1 was not sent; run again.</source>
-        <translation>%1 не отправлен; запустите ещё раз.</translation>
+        <translation>Чек %1 не отправлен; повторите команду.</translation>
     </message>
     <message>
         <source>Interrupted. %1</source>
@@ -471,7 +471,7 @@
     </message>
     <message>
         <source>%1: the password is taken from here, not from the credential %2</source>
-        <translation>%1: пароль взят из этого файла, а не из credential %2</translation>
+        <translation>%1: пароль взят из этого файла, а не из учётных данных systemd «%2»</translation>
     </message>
     <message>
         <source>%1: no such plugin file</source>

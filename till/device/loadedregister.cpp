@@ -48,8 +48,8 @@ void LoadedRegister::init()
         fail(loader, Text::tr("the register has no driver after init"));
     cloudDriver = dynamic_cast<VposFrDriver*>(legacyDriver);
     if (!cloudDriver)
-        fail(loader, Text::tr("the driver does not implement VposFrDriver, the interface of a register "
-                              "behind a web service"));
+        fail(loader,
+            Text::tr("the driver does not implement VposFrDriver, the interface of a cloud register"));
 }
 
 std::chrono::milliseconds LoadedRegister::requestInterval() const

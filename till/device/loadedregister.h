@@ -36,7 +36,7 @@ public:
 
     /// The driver; only after init().
     [[nodiscard]] AbstractFrDriver& driver() { return *legacyDriver; }
-    /// What the driver offers as a register behind a web service; only after init().
+    /// What the driver offers as a cloud register; only after init().
     [[nodiscard]] VposFrDriver& service() { return *cloudDriver; }
 
     /// Pause between two questions about a document.

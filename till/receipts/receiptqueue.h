@@ -24,7 +24,7 @@ struct QueuedReceipt
 };
 
 /// The receipts of a run, from any number of files. They are read twice: first all are checked and
-/// forgotten, then they are handed out one at a time, so memory grows by no more than 24 bytes a receipt, and
+/// forgotten, then they are handed out one at a time, so memory grows by a few dozen bytes a receipt, and
 /// only while they are checked.
 class ReceiptQueue
 {

@@ -147,7 +147,7 @@ ErrorInfo Registrar::errorOf(const Receipt& receipt, const Finding& finding) con
             error.message = message;
         break;
     case SaleVerdict::Failed:
-        // The register behind the service has codes of its own, for which the driver's message would be
+        // The register that the service uses has codes of its own, for which the driver's message would be
         // wrong.
         error.code = seen.status.errorCode;
         if (!seen.status.errorText.isEmpty())

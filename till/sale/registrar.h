@@ -10,7 +10,7 @@ namespace till {
 class LoadedRegister;
 class ObservingTransport;
 
-/// Hands the receipt to the open driver: opens the check, then its requisites, lines and payments.
+/// Hands the receipt to the driver, from checkOpen() to the last payment; closing it is left to the caller.
 void handOver(AbstractFrDriver& driver, const Receipt& receipt);
 
 /// Registers receipts and finds out what became of each. Blocks while the service works on a receipt.

@@ -12,7 +12,7 @@ namespace till {
 
 namespace {
 
-// Done before the transport is made, which keeps the options that it finds.
+// Done before the transport is created, which copies the default options.
 RegisterConfig applied(const RegisterConfig& config)
 {
     requireConnection(config);

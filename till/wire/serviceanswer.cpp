@@ -10,8 +10,8 @@ namespace {
 
 namespace secrets = hostruntime::secrets;
 
-// The register behind the service has codes of its own in the range of the service's; the error's type tells
-// them apart.
+// The register that the service uses has codes of its own in the range of the service's; the error's type
+// tells them apart.
 bool isOfRegister(const QString& errorType)
 {
     return errorType == "driver"_L1 || errorType == "agent"_L1 || errorType == "timeout"_L1;

@@ -5,8 +5,8 @@
 
 namespace till {
 
-/// Codes in the error object of an answer, as the service numbers them. The fiscal registers behind the
-/// service have codes of their own, so any other number may occur.
+/// Codes in the error object of an answer, as the service numbers them. The fiscal registers that
+/// the service uses have codes of their own, so any other number may occur.
 enum class ServiceCode : int
 {
     UnknownError = 0,

@@ -67,7 +67,7 @@ TEST_F(Queue, NamesTheLineInsideAReceiptOnSeveralLines)
     EXPECT_TRUE(message.startsWith(u"a:4: /payments: "_s)) << message.toStdString();
 }
 
-TEST_F(Queue, RefusesAnIdThatStandsTwice)
+TEST_F(Queue, RefusesAnIdThatOccursTwice)
 {
     const QString a = files.file("a", receipt("1") + receipt("2"));
     const QString b = files.file("b", receipt("3") + receipt("1"));
