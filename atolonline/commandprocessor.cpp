@@ -19,6 +19,7 @@
 #include <QUrl>
 #include <QVariant>
 
+#include <cmath>
 #include <limits>
 
 namespace atolonline {
@@ -37,13 +38,14 @@ bool hasLineBreak(const QString& text)
     return text.contains(u'\r') || text.contains(u'\n');
 }
 
-// QVariant::toInt() would fold a number that does not fit into one that does, and so into the code of another
+// QVariant::toInt() would fold a number that is not an int into one that is, and so into the code of another
 // error or of none.
 int codeOf(const QVariant& code)
 {
     const double number = code.toDouble();
-    const bool fits = number >= std::numeric_limits<int>::min() && number <= std::numeric_limits<int>::max();
-    return fits ? code.toInt() : 0;
+    const bool isInt = number >= std::numeric_limits<int>::min() &&
+                       number <= std::numeric_limits<int>::max() && number == std::trunc(number);
+    return isInt ? code.toInt() : 0;
 }
 
 } // namespace
