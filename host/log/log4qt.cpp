@@ -24,6 +24,12 @@ struct Argument
         , isNumber(true)
     {
     }
+    Argument(const QVariant& value)
+        : text(value.toString())
+        , isNumber(value.typeId() == QMetaType::Int || value.typeId() == QMetaType::LongLong ||
+                   value.typeId() == QMetaType::Double)
+    {
+    }
     Argument(const QString& words)
         : text(words)
     {
@@ -163,7 +169,7 @@ void Logger::error(const char* format, const QString& first) const
 void Logger::error(
     const char* format, const QVariant& first, const QVariant& second, const QVariant& third) const
 {
-    write(category, QtCriticalMsg, format, {first.toString(), second.toString(), third.toString()});
+    write(category, QtCriticalMsg, format, {first, second, third});
 }
 
 void Logger::writeAsIs(QtMsgType level, const QString& line) const

@@ -120,7 +120,7 @@ TEST_F(Secrets, LeaveWhatTheProgramItselfSays)
     logger->error("Сбой чека %1 %2 %3", 1008, u"чека"_s, u"x"_s);
     EXPECT_EQ(log.lines(), QStringList({u"debug: Открытие чека"_s, u"info: Закрытие чека"_s,
                                u"warn: Отмена чека"_s, u"error: Сбой чека"_s, u"info: Закрытие чека 1008"_s,
-                               u"info: Закрытие чека 1008 (*** ***)"_s, u"error: Сбой чека *** *** x"_s}));
+                               u"info: Закрытие чека 1008 (*** ***)"_s, u"error: Сбой чека 1008 *** x"_s}));
 }
 
 TEST_F(Secrets, AreSharedByThreads)
