@@ -33,6 +33,13 @@ void* operator new(std::size_t size)
     return static_cast<char*>(block) + room;
 }
 
+void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept
+try {
+    return operator new(size);
+} catch (const std::bad_alloc&) {
+    return nullptr;
+}
+
 void operator delete(void* block) noexcept
 {
     if (block)
