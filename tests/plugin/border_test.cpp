@@ -4,6 +4,7 @@
 #include "host/records/driveroptions.h"
 #include "host/records/fiscaldocument.h"
 #include "tests/support/logcapture.h"
+#include "tests/support/outcome.h"
 #include "tests/support/scriptedtransport.h"
 
 #include <QLibrary>
@@ -105,6 +106,24 @@ TEST_F(PluginException, IsCaughtByTheHostAsTheClassThatWasThrown)
     EXPECT_EQ(caughtFrom<FrWorkWithServiceException>(
                   [](AbstractFrDriver* driver) { driver->checkClose(FiscalDocument()); }),
         u"Требуется телефон или электронный адрес покупателя"_s);
+}
+
+// Their classes belong to the plugin, so a host knows them by name alone.
+TEST_F(PluginException, OfTheServiceKeepsItsClass)
+{
+    const std::pair<int, QString> rows[] = {
+        {11, u"atolonline::TokenExpired: Срок действия токена истёк"_s},
+        {33, u"atolonline::DocumentExists: Документ с переданным идентификатором уже существует"_s},
+        {34, u"atolonline::DocumentInProgress: Документ еще не обработан"_s},
+    };
+    for (const auto& [code, expected] : rows) {
+        ScriptedTransport transport;
+        transport.answer(R"({"error":{"code":)" + QByteArray::number(code) + R"(,"text":"t"}})");
+        const std::unique_ptr<QObject> device = newDevice();
+        QMetaObject::invokeMethod(device.get(), "init");
+        auto* driver = qobject_cast<hw::AbstractFiscalRegister*>(device.get())->getLegacyDriver();
+        EXPECT_EQ(outcomeOf([&] { driver->connect(); }), expected);
+    }
 }
 
 TEST_F(PluginException, OfTheHostPassesThroughAsItIs)
