@@ -1,6 +1,12 @@
-'use strict';
-
 // Events, and the start of the page.
+
+import {api, ignoreErrors} from './api.js';
+import {showCalls, startCalls} from './calls.js';
+import {byId} from './dom.js';
+import {showFaults, startFaults} from './faults.js';
+import {refresh, refreshSoon, refreshWaiting, showReceipt, startList} from './list.js';
+import {isOpen, openFromAddress, refreshOpened, startReceipt} from './receipt.js';
+import {labels, language} from './texts.js';
 
 let pendingEvents = [];
 let eventsTimer = 0;
@@ -10,8 +16,8 @@ function handleEvents() {
   const events = pendingEvents;
   pendingEvents = [];
   const receipts = new Map(events.filter(one => one.document).map(one => [one.document.uuid, one.document]));
-  for (const receipt of [...receipts.values()].slice(-mostRows)) showReceipt(receipt);
-  if (receipts.has(openUuid) || events.some(one => one.kind === 'lost')) openFromAddress();
+  for (const receipt of receipts.values()) showReceipt(receipt);
+  if ([...receipts.keys()].some(isOpen) || events.some(one => one.kind === 'lost')) openFromAddress();
   if (events.some(one => one.kind === 'cleared' || one.kind === 'lost')) refreshSoon();
   if (events.some(one => one.kind === 'faults' || one.kind === 'lost' || one.fault)) ignoreErrors(showFaults());
   ignoreErrors(showCalls());
@@ -39,12 +45,25 @@ function followEvents() {
   };
 }
 
+async function pollWaiting() {
+  try {
+    await refreshWaiting();
+    await refreshOpened();
+  } catch {
+    // A lost connection is shown at the top of the page and may be restored.
+  }
+  setTimeout(pollWaiting, 1000);
+}
+
 async function start() {
   document.documentElement.lang = language;
   for (const element of document.querySelectorAll('[data-text]')) element.textContent = labels[element.dataset.text];
   byId('address').textContent = location.origin + '/possystem/v4/';
   await startFaults();
-  startReceipts();
+  startList();
+  startCalls();
+  startReceipt();
+  pollWaiting();
   followEvents();
 }
 

@@ -1,6 +1,9 @@
-'use strict';
-
 // A receipt as a printed slip.
+
+import {api} from './api.js';
+import {make} from './dom.js';
+import {money} from './format.js';
+import {labels} from './texts.js';
 
 const vatRates = {vat10: '10%', vat110: '10/110', vat20: '20%', vat120: '20/120', vat0: '0%', vat5: '5%',
   vat105: '5/105', vat7: '7%', vat107: '7/107', vat22: '22%', vat122: '22/122'};
@@ -63,7 +66,7 @@ function outcome(receipt) {
     make('img', {id: 'qr', src: `${api}documents/${receipt.uuid}/qr.svg`, alt: `${labels.qr}: ${receipt.qr}`})];
 }
 
-function slip(receipt) {
+export function slip(receipt) {
   const body = receipt.request.receipt || receipt.request.correction;
   const client = body.client || {};
   return make('div', {className: 'paper'}, make('div', {className: 'slip'},

@@ -1,7 +1,7 @@
-'use strict';
+// Every text of the page, in English and Russian.
 
 const languages = ['en', 'ru'];
-const language = (navigator.language || 'en').toLowerCase().startsWith('ru') ? 'ru' : 'en';
+export const language = (navigator.language || 'en').toLowerCase().startsWith('ru') ? 'ru' : 'en';
 
 const texts = {
   address: ['Address for clients', 'Адрес для подключения'],
@@ -147,7 +147,7 @@ function inLanguage(node) {
   return Object.fromEntries(Object.entries(node).map(([key, value]) => [key, inLanguage(value)]));
 }
 
-const labels = inLanguage(texts);
+export const labels = inLanguage(texts);
 const labelOfField = key => labels.parameters[key] || labels[key] || key;
 
 // The API's error messages are in English. Those that the page can cause are translated.
@@ -162,7 +162,7 @@ const translations = language === 'en' ? [] : [
   [/^fault not found/, () => 'Этот сбой уже убран']
 ];
 
-function translated(message) {
+export function translated(message) {
   for (const [pattern, translate] of translations) {
     const match = message.match(pattern);
     if (match) return translate(...match.slice(1));

@@ -59,6 +59,11 @@ async function report(uuid) {
 }
 
 const rowOf = id => `[...document.querySelectorAll('#list button')].find(row => row.innerText.includes('${id}'))`;
+// Defines a function that sets a field of the form as a user does.
+const chooseInForm = `const choose = (id, value) => {
+  document.getElementById(id).value = value;
+  document.getElementById(id).dispatchEvent(new Event('change'));
+};`;
 const focused = 'return document.activeElement === document.body ? "" : document.activeElement.innerText';
 
 async function tabTo(what) {
@@ -112,6 +117,17 @@ before(async () => {
 after(async () => {
   await browser?.stop();
   emulator?.kill();
+});
+
+test('no script leaves a name in the global scope', async () => {
+  const names = await browser.runAsync(`const done = arguments[0];
+    const scripts = performance.getEntriesByType('resource').map(one => one.name).filter(name => name.endsWith('.js'));
+    Promise.all(scripts.map(async name => (await fetch(name)).text())).then(texts => done(texts.flatMap(text =>
+      [...text.matchAll(/^(?:export )?(?:async )?(?:function|const|let|class) (\\w+)/gm)].map(match => match[1]))))`);
+  assert.ok(names.includes('ask') && names.includes('exchangeBox'), names.join(' '));
+  const global = await browser.run('return {' + names.map(name => `${name}: typeof ${name}`).join(', ') + '}');
+  const usual = await browser.run('return arguments[0].filter(name => name === "open" || document.getElementById(name))', names);
+  assert.deepEqual(names.filter(name => global[name] !== 'undefined' && !usual.includes(name)), []);
 });
 
 test('a receipt appears without a reload', async () => {
@@ -203,11 +219,7 @@ test('a decoder reads the QR code on the slip', async () => {
 });
 
 test('a fault set on the page hits the next sell', async () => {
-  await browser.run(`const choose = (id, value) => {
-      const box = document.getElementById(id);
-      box.value = value;
-      box.dispatchEvent(new Event('change'));
-    };
+  await browser.run(`${chooseInForm}
     choose('endpoint', 'sell');
     choose('effect', 'html');
     document.getElementById('parameter').value = '503';`);
@@ -233,13 +245,14 @@ test('a refused repeat is counted in the list', async () => {
 test('the form starts with the defaults of the API, and the API accepts all that it offers', async () => {
   const all = await browser.runAsync(`const done = arguments[0];
     (async () => {
+      const {ask} = await import('/api.js');
+      const {faultFromForm} = await import('/faultform.js');
+      ${chooseInForm}
       const seen = [];
       for (const endpoint of ['sell', 'report', 'token']) {
-        document.getElementById('endpoint').value = endpoint;
-        showEffects();
+        choose('endpoint', endpoint);
         for (const option of [...document.getElementById('effect').options]) {
-          document.getElementById('effect').value = option.value;
-          showParameter();
+          choose('effect', option.value);
           const fromForm = faultFromForm();
           const short = {endpoint, effect: option.value, match: fromForm.match, ...(fromForm.key ? {key: fromForm.key} : {})};
           const [long, usual] = await Promise.all([fromForm, short].map(async one =>
@@ -256,8 +269,9 @@ test('the form starts with the defaults of the API, and the API accepts all that
 });
 
 test('an invalid fault is rejected with the reason', async () => {
-  await browser.run(`document.getElementById('endpoint').value = 'sell'; showEffects();
-    document.getElementById('effect').value = 'html'; showParameter();
+  await browser.run(`${chooseInForm}
+    choose('endpoint', 'sell');
+    choose('effect', 'html');
     document.getElementById('parameter').value = '42';
     document.getElementById('fault').requestSubmit()`);
   await browser.until("return document.getElementById('fault-error').innerText.includes('fault.status')");
@@ -274,15 +288,18 @@ test('the result of an outdated search is not shown', async () => {
       return answer;
     };
     const query = document.getElementById('query');
-    query.value = 'till-1';
-    const first = refresh();
-    query.value = 'till-2';
-    Promise.all([first, refresh()]).finally(() => {
+    import('/list.js').then(({refresh}) => {
+      query.value = 'till-1';
+      const first = refresh();
+      query.value = 'till-2';
+      return Promise.all([first, refresh()]);
+    }).finally(() => {
       window.fetch = real;
       done([...document.querySelectorAll('#list .id')].map(one => one.innerText));
     });`);
   assert.deepEqual(shown, ['till-2']);
-  await browser.run("document.getElementById('query').value = ''; refreshSoon()");
+  await browser.run(`document.getElementById('query').value = '';
+    document.getElementById('query').dispatchEvent(new Event('input'))`);
   await browser.until(`return ${rowOf('till-1')}`);
 });
 
@@ -399,9 +416,10 @@ test('faults and errors are shown in Russian to Russian users', async () => {
     ['report', 'without-key', 'parameter', '', 'Укажите ключ'], ['sell', 'never', 'phase', 'before', 'никогда не будет готов'],
     ['sell', 'close', 'next', '10000000000', 'Запросов (0 — все)']];
   for (const [endpoint, effect, field, value, words] of bad) {
-    await browser.run(`const [endpoint, effect, field, value] = arguments;
-      document.getElementById('endpoint').value = endpoint; showEffects();
-      document.getElementById('effect').value = effect; showParameter();
+    await browser.run(`${chooseInForm}
+      const [endpoint, effect, field, value] = arguments;
+      choose('endpoint', endpoint);
+      choose('effect', effect);
       document.getElementById('parameter').type = 'text';
       document.getElementById(field).value = value;
       document.getElementById('fault').requestSubmit()`, endpoint, effect, field, value);
@@ -440,7 +458,6 @@ test('waiting receipts are polled even after a failed request', async () => {
   await openPage('en');
   await browser.run(`const real = window.fetch;
     window.fetch = () => { window.fetch = real; window.failed = true; return Promise.reject(new TypeError('no')); }`);
-  await browser.run("byId('query').value = ''");
   assert.equal((await sell('slow')).status, 200);
   await browser.until('return window.failed');
   assert.match(await browser.until(`return ${rowOf('slow')}?.innerText`), /waiting/);
