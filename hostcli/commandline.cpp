@@ -141,6 +141,14 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
                      .toStdString(),
         "frhost");
     app.formatter(std::make_shared<Help>());
+    app.footer(Text::tr("Exit status, of several the highest:\n"
+                        "  0  every receipt is registered\n"
+                        "  1  an error on this machine\n"
+                        "  2  a receipt file is wrong; nothing was sent\n"
+                        "  3  a receipt was refused\n"
+                        "  4  an outcome is unknown, no connection, or interrupted\n"
+                        "  5  registered according to the service, which has not proved it")
+                   .toStdString());
     app.require_subcommand(1);
     addGlobalOptions(app, arguments);
     CommandLine line;

@@ -22,6 +22,8 @@ enum class ExitCode : int
     Refused = 3,
     /// The outcome of a receipt is not known, there is no connection, or the run was interrupted.
     Unknown = 4,
+    /// The service says that a receipt is registered, and its answer does not prove it.
+    IncompleteEvidence = 5,
 };
 
 /// Ends the run: a message for people, and the exit status.

@@ -35,6 +35,9 @@ QString outcomeSentence(const ReceiptResult& result)
     switch (*result.outcome) {
     case Outcome::Registered:
         return Text::tr("%1 is registered.").arg(result.id);
+    case Outcome::Incomplete:
+        return Text::tr("%1 is registered according to the service, which has not proved it; run again.")
+            .arg(result.id);
     case Outcome::Refused:
         return Text::tr("%1 was refused.").arg(result.id);
     case Outcome::Unknown:
@@ -43,16 +46,38 @@ QString outcomeSentence(const ReceiptResult& result)
     return Text::tr("The outcome of %1 is unknown; run again.").arg(result.id);
 }
 
+ExitCode exitCodeOf(std::optional<Outcome> outcome)
+{
+    switch (outcome.value_or(Outcome::Registered)) {
+    case Outcome::Registered:
+        break;
+    case Outcome::Incomplete:
+        return ExitCode::IncompleteEvidence;
+    case Outcome::Refused:
+        return ExitCode::Refused;
+    case Outcome::Unknown:
+        return ExitCode::Unknown;
+    }
+    return ExitCode::Success;
+}
+
 } // namespace
 
-void Batch::Tally::add(const ReceiptResult& result)
+void Batch::Tally::add(std::optional<Outcome> outcome)
 {
-    if (result.outcome == Outcome::Refused)
-        ++refused;
-    else if (result.outcome == Outcome::Unknown)
-        ++unknown;
-    else
+    switch (outcome.value_or(Outcome::Registered)) {
+    case Outcome::Registered:
         ++good;
+        return;
+    case Outcome::Incomplete:
+        ++incomplete;
+        return;
+    case Outcome::Refused:
+        ++refused;
+        return;
+    case Outcome::Unknown:
+        ++unknown;
+    }
 }
 
 Batch::Batch(const CommandLine& line, Output& usedOutput, ObservingTransport& usedTransport)
@@ -89,17 +114,16 @@ bool Batch::finish(const ReceiptResult& result)
         const std::scoped_lock lock(guard);
         step = Step::Reporting;
         current = result;
-        tally.add(result);
-        if (result.outcome == Outcome::Refused)
-            raise(ExitCode::Refused);
-        else if (result.outcome == Outcome::Unknown)
-            raise(ExitCode::Unknown);
+        tally.add(result.outcome);
+        raise(exitCodeOf(result.outcome));
+        if (result.outcome == Outcome::Unknown)
+            goesOn = false;
     }
     write(result);
     writePicture(result);
     const std::scoped_lock lock(guard);
     step = Step::BetweenReceipts;
-    return status != ExitCode::Unknown && output.error().isEmpty();
+    return goesOn && output.error().isEmpty();
 }
 
 ExitCode Batch::end()
@@ -117,13 +141,14 @@ void Batch::interrupt()
     if (step == Step::Ended)
         return;
     raise(ExitCode::Unknown);
+    goesOn = false;
     Console::instance().dropStatus();
     Console::instance().line(Text::tr("Interrupted. %1").arg(whatIsKnown()).trimmed());
     if (step == Step::Reporting || hasAnswer())
         return;
     giveUpReceipt();
     summarize();
-    endInterrupted();
+    endInterrupted(status);
 }
 
 // Whether the service's final answer is there, and the driver is about to return with it.
@@ -208,6 +233,8 @@ void Batch::summarize() const
         Console::instance().line(text.arg(QString::number(count), QString::number(tally.good),
             QString::number(tally.refused), QString::number(tally.unknown)));
     }
+    if (tally.incomplete > 0)
+        Console::instance().line(Text::tr("Registered, evidence incomplete: %1.").arg(tally.incomplete));
     if (tally.done() < count)
         Console::instance().line(Text::tr("Receipts not sent: %1.").arg(count - tally.done()));
 }

@@ -51,11 +51,12 @@ private:
     struct Tally
     {
         int good = 0;
+        int incomplete = 0;
         int refused = 0;
         int unknown = 0;
 
-        [[nodiscard]] int done() const { return good + refused + unknown; }
-        void add(const till::ReceiptResult& result);
+        [[nodiscard]] int done() const { return good + incomplete + refused + unknown; }
+        void add(std::optional<till::Outcome> outcome);
     };
 
     [[nodiscard]] bool isSell() const { return command == Command::Sell; }
@@ -80,6 +81,7 @@ private:
     Step step = Step::BetweenReceipts;
     till::ReceiptResult current;
     ExitCode status = ExitCode::Success;
+    bool goesOn = true;
 };
 
 } // namespace frhost

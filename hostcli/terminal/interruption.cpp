@@ -1,6 +1,5 @@
 #include "hostcli/terminal/interruption.h"
 
-#include "hostcli/failure.h"
 #include "hostcli/terminal/console.h"
 #include "till/text.h"
 
@@ -10,16 +9,16 @@ using till::Text;
 
 namespace frhost {
 
-void endInterrupted()
+void endInterrupted(ExitCode status)
 {
-    std::_Exit(static_cast<int>(ExitCode::Unknown));
+    std::_Exit(static_cast<int>(status));
 }
 
 void sayInterruptedAndEnd()
 {
     Console::instance().dropStatus();
     Console::instance().line(Text::tr("Interrupted."));
-    endInterrupted();
+    endInterrupted(ExitCode::Unknown);
 }
 
 } // namespace frhost

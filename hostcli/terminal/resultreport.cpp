@@ -54,6 +54,8 @@ QString outcomeText(const ReceiptResult& result)
     switch (*result.outcome) {
     case Outcome::Registered:
         return result.recovered ? Text::tr("registered by an earlier attempt") : Text::tr("registered");
+    case Outcome::Incomplete:
+        return Text::tr("registered, evidence incomplete");
     case Outcome::Refused:
         return Text::tr("refused");
     case Outcome::Unknown:
@@ -76,6 +78,8 @@ QString outcomeName(Outcome outcome)
     switch (outcome) {
     case Outcome::Registered:
         return u"registered"_s;
+    case Outcome::Incomplete:
+        return u"incomplete"_s;
     case Outcome::Refused:
         return u"refused"_s;
     case Outcome::Unknown:

@@ -7,7 +7,7 @@
 
 namespace frhost {
 
-/// "registered", "refused" or "unknown".
+/// "registered", "incomplete", "refused" or "unknown".
 [[nodiscard]] QString outcomeName(till::Outcome outcome);
 
 /// The result as one line of JSON; absent parts are left out.

@@ -503,5 +503,41 @@
         <source>This command talks to the service: name a configuration with --config FILE.</source>
         <translation>Эта команда обращается к сервису: укажите файл настроек, --config FILE.</translation>
     </message>
+    <message>
+        <source>The service says that the receipt is registered, but its answer does not prove it</source>
+        <translation>Сервис сообщает, что чек зарегистрирован, но его ответ этого не подтверждает</translation>
+    </message>
+    <message>
+        <source>Do NOT sell it under a new id. Running the same file again is safe and may fetch the missing evidence.</source>
+        <translation>НЕ пробивайте эту продажу под новым id. Отправить тот же файл ещё раз безопасно: недостающие данные могут прийти.</translation>
+    </message>
+    <message>
+        <source>%1 is registered according to the service, which has not proved it; run again.</source>
+        <translation>Чек %1, по словам сервиса, зарегистрирован, но данных чека нет; повторите команду.</translation>
+    </message>
+    <message>
+        <source>Registered, evidence incomplete: %1.</source>
+        <translation>Зарегистрировано без полного подтверждения: %1.</translation>
+    </message>
+    <message>
+        <source>registered, evidence incomplete</source>
+        <translation>зарегистрирован, подтверждение неполное</translation>
+    </message>
+    <message>
+        <source>Exit status, of several the highest:
+  0  every receipt is registered
+  1  an error on this machine
+  2  a receipt file is wrong; nothing was sent
+  3  a receipt was refused
+  4  an outcome is unknown, no connection, or interrupted
+  5  registered according to the service, which has not proved it</source>
+        <translation>Код завершения, из нескольких — наибольший:
+  0  все чеки зарегистрированы
+  1  ошибка на этом компьютере
+  2  ошибка в файле с чеками; ничего не отправлено
+  3  чек отклонён
+  4  результат неизвестен, нет связи или выполнение прервано
+  5  сервис сообщил о регистрации, но не подтвердил её данными</translation>
+    </message>
 </context>
 </TS>

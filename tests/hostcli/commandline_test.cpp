@@ -71,6 +71,13 @@ TEST(CommandLine, ShowsAnExampleFirstInEveryHelp)
     EXPECT_TRUE(answer({"--help"}).text.startsWith(u"Example:\n  frhost "_s));
 }
 
+TEST(CommandLine, ExplainsEveryExitStatus)
+{
+    const QString help = answer({"--help"}).text;
+    for (int status = 0; status <= 5; ++status)
+        EXPECT_TRUE(help.contains(u"\n  %1  "_s.arg(status))) << status;
+}
+
 TEST(CommandLine, TellsTheVersion)
 {
     const CommandLineText version = answer({"--version"});

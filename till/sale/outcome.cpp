@@ -9,6 +9,11 @@ Conclusion conclusionOf(SaleVerdict verdict)
     switch (verdict) {
     case SaleVerdict::Registered:
         return {Outcome::Registered, {}, {}};
+    case SaleVerdict::Incomplete:
+        return {Outcome::Incomplete,
+            Text::tr("The service says that the receipt is registered, but its answer does not prove it"),
+            Text::tr("Do NOT sell it under a new id. Running the same file again is safe and may fetch the "
+                     "missing evidence.")};
     case SaleVerdict::Accepted:
         return {};
     case SaleVerdict::Refused:

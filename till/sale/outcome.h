@@ -12,6 +12,9 @@ namespace till {
 enum class Outcome
 {
     Registered,
+    /// The service says that it is registered, and its answer does not prove it: a part is missing, is not of
+    /// its type or contradicts the receipt.
+    Incomplete,
     /// Nothing was registered.
     Refused,
     /// It may or may not be registered; also when it was not sent for want of a connection.

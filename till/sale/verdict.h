@@ -27,6 +27,8 @@ enum class DocumentState
 enum class SaleVerdict
 {
     Registered,
+    /// The service says that it is registered, and its answer does not prove it.
+    Incomplete,
     /// The service has accepted the receipt, and its registration is not waited for.
     Accepted,
     /// Nothing was registered: the driver refused the receipt before sending it, or the service did.

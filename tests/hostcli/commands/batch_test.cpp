@@ -11,6 +11,9 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <tuple>
+#include <vector>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -35,12 +38,17 @@ QueuedReceipt receipt(const char* id)
     return queued;
 }
 
-ReceiptResult registered(const char* id)
+ReceiptResult resultOf(const char* id, Outcome outcome)
 {
     ReceiptResult result;
     result.id = QString::fromLatin1(id);
-    result.outcome = Outcome::Registered;
+    result.outcome = outcome;
     return result;
+}
+
+ReceiptResult registered(const char* id)
+{
+    return resultOf(id, Outcome::Registered);
 }
 
 class RunOfABatch : public testing::Test
@@ -148,6 +156,65 @@ TEST_F(RunOfABatch, InterruptedWhenTheServiceHasAcceptedTheReceiptWritesItsIdent
     testing::internal::CaptureStderr();
     batch.interrupt();
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Interrupted. r1 was accepted by the service.\n");
+}
+
+TEST_F(RunOfABatch, EndsWithTheHighestStatusAndOnlyAnUnknownOutcomeStopsIt)
+{
+    struct Row
+    {
+        std::vector<Outcome> outcomes;
+        ExitCode status;
+        bool goesOn;
+    };
+    using enum Outcome;
+    const Row rows[] = {
+        {{Registered}, ExitCode::Success, true},
+        {{Refused, Registered}, ExitCode::Refused, true},
+        {{Incomplete, Registered}, ExitCode::IncompleteEvidence, true},
+        {{Refused, Incomplete, Refused}, ExitCode::IncompleteEvidence, true},
+        {{Refused, Unknown}, ExitCode::Unknown, false},
+        {{Incomplete, Unknown}, ExitCode::IncompleteEvidence, false},
+    };
+    for (const Row& row : rows) {
+        Batch batch(commandLine(Command::Sell), output, transport);
+        batch.setCount(static_cast<int>(row.outcomes.size()));
+        bool goesOn = true;
+        for (const Outcome outcome : row.outcomes) {
+            EXPECT_TRUE(goesOn);
+            std::ignore = batch.begin(receipt("r"));
+            goesOn = batch.finish(resultOf("r", outcome));
+        }
+        EXPECT_EQ(goesOn, row.goesOn);
+        EXPECT_EQ(batch.end(), row.status);
+    }
+}
+
+TEST_F(RunOfABatch, CountsReceiptsWithIncompleteEvidenceApart)
+{
+    Batch batch(commandLine(Command::Sell), output, transport);
+    batch.setCount(3);
+    for (const Outcome outcome : {Outcome::Registered, Outcome::Incomplete}) {
+        std::ignore = batch.begin(receipt("r"));
+        std::ignore = batch.finish(resultOf("r", outcome));
+    }
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(batch.end(), ExitCode::IncompleteEvidence);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "Receipts: 3. Registered: 1, refused: 0, unknown: 0.\nRegistered, evidence incomplete: 1.\n"
+        "Receipts not sent: 1.\n");
+}
+
+TEST_F(RunOfABatch, InterruptedAfterIncompleteEvidenceKeepsTheHigherStatus)
+{
+    EXPECT_EXIT(
+        {
+            Batch batch(commandLine(Command::Sell), output, transport);
+            batch.setCount(2);
+            std::ignore = batch.begin(receipt("r1"));
+            std::ignore = batch.finish(resultOf("r1", Outcome::Incomplete));
+            batch.interrupt();
+        },
+        testing::ExitedWithCode(5), "^Interrupted\\.\n");
 }
 
 TEST_F(RunOfABatch, IsNotInterruptedAfterItsEnd)

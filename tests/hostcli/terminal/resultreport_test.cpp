@@ -1,6 +1,9 @@
 #include "hostcli/terminal/resultreport.h"
 #include "tests/support/qtprinters.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <gtest/gtest.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -79,6 +82,31 @@ TEST(JsonLine, HoldsTheServicesCode)
     EXPECT_EQ(toJsonLine(result),
         QByteArray(R"({"error":{"code":32,"message":"m","type":"E"},"id":"i","line":0,"outcome":"refused"})"
                    "\n"));
+}
+
+TEST(Report, NamesEveryOutcome)
+{
+    struct Row
+    {
+        std::optional<Outcome> outcome;
+        QString name;
+        QString text;
+    };
+    const Row rows[] = {
+        {std::nullopt, u""_s, u"accepted"_s},
+        {Outcome::Registered, u"registered"_s, u"registered"_s},
+        {Outcome::Incomplete, u"incomplete"_s, u"registered, evidence incomplete"_s},
+        {Outcome::Refused, u"refused"_s, u"refused"_s},
+        {Outcome::Unknown, u"unknown"_s, u"unknown"_s},
+    };
+    for (const Row& row : rows) {
+        ReceiptResult result;
+        result.id = u"i"_s;
+        result.outcome = row.outcome;
+        EXPECT_EQ(toText(result), u"i: %1\n"_s.arg(row.text));
+        EXPECT_EQ(
+            QJsonDocument::fromJson(toJsonLine(result)).object().value(u"outcome"_s).toString(), row.name);
+    }
 }
 
 TEST(ResultText, IsAShortTable)

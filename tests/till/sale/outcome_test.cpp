@@ -16,6 +16,7 @@ TEST(Conclusion, NamesTheOutcomeOfEachVerdict)
     };
     const Row rows[] = {
         {SaleVerdict::Registered, Outcome::Registered, false},
+        {SaleVerdict::Incomplete, Outcome::Incomplete, true},
         {SaleVerdict::Accepted, std::nullopt, false},
         {SaleVerdict::Refused, Outcome::Refused, true},
         {SaleVerdict::NotSent, Outcome::Unknown, true},

@@ -11,8 +11,8 @@ namespace till {
 
 inline void PrintTo(SaleVerdict verdict, std::ostream* out)
 {
-    constexpr const char* names[] = {"Registered", "Accepted", "Refused", "NotSent", "Failed", "ForeignId",
-        "Unknown", "Existing", "Unfinished"};
+    constexpr const char* names[] = {"Registered", "Incomplete", "Accepted", "Refused", "NotSent", "Failed",
+        "ForeignId", "Unknown", "Existing", "Unfinished"};
     *out << names[static_cast<int>(verdict)];
 }
 
