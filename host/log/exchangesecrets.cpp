@@ -1,6 +1,7 @@
 #include "host/log/exchangesecrets.h"
 
 #include "host/log/secrets.h"
+#include "host/log/secretsearch.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -27,6 +28,15 @@ QJsonObject buyerIn(const QByteArray& receipt)
             return buyer.object();
     }
     return QJsonDocument::fromJson(receipt)["receipt"_L1]["client"_L1].toObject();
+}
+
+// Where a password stands in an address; ends at 0 when there is none.
+Span passwordPlace(const QString& address)
+{
+    const qsizetype scheme = address.indexOf("://"_L1);
+    const qsizetype at = address.lastIndexOf(u'@');
+    const qsizetype colon = address.indexOf(u':', scheme < 0 ? 0 : scheme + 3);
+    return colon < 0 || colon > at ? Span() : Span{colon + 1, at};
 }
 
 } // namespace
@@ -63,15 +73,20 @@ void addFromReply(const QByteArray& body, const QVariant& parsed)
         addToken(found.next().captured(1));
 }
 
-QStringList passwordsIn(const QString& proxy)
+QStringList passwordsIn(const QString& address)
 {
-    const qsizetype scheme = proxy.indexOf("://"_L1);
-    const QString user = proxy.first(qMax<qsizetype>(0, proxy.lastIndexOf(u'@')));
-    const qsizetype colon = user.indexOf(u':', scheme < 0 ? 0 : scheme + 3);
-    if (colon < 0)
+    const Span place = passwordPlace(address);
+    if (place.end == 0)
         return {};
-    const QString password = user.sliced(colon + 1);
+    const QString password = address.sliced(place.begin, place.end - place.begin);
     return {password, QUrl::fromPercentEncoding(password.toUtf8())};
+}
+
+QString withoutPassword(const QString& address)
+{
+    const Span place = passwordPlace(address);
+    return place.end == 0 ? address
+                          : address.first(place.begin) + mask.toString() + address.sliced(place.end);
 }
 
 } // namespace hostruntime::secrets

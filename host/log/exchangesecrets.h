@@ -22,8 +22,11 @@ HOST_EXPORT void addFromRequest(
 /// when it is not JSON: then every "token" in the text counts, even one that is cut off.
 HOST_EXPORT void addFromReply(const QByteArray& body, const QVariant& parsed);
 
-/// The password in the address of a proxy, as it is written there and percent-decoded; nothing when there is
-/// none.
-[[nodiscard]] HOST_EXPORT QStringList passwordsIn(const QString& proxy);
+/// The password in an address, of a proxy or another, as it is written there and percent-decoded; nothing
+/// when there is none.
+[[nodiscard]] HOST_EXPORT QStringList passwordsIn(const QString& address);
+
+/// The address with the mask in place of its password. What could be part of a password counts as such.
+[[nodiscard]] HOST_EXPORT QString withoutPassword(const QString& address);
 
 } // namespace hostruntime::secrets

@@ -1,91 +1,18 @@
 #include "host/log/secrets.h"
 
+#include "host/log/secretsearch.h"
+
 #include <QJsonArray>
-#include <QJsonDocument>
-#include <QStringList>
-#include <QUrl>
+#include <QJsonObject>
 
 #include <algorithm>
 #include <deque>
 #include <memory>
 #include <mutex>
-#include <utility>
-#include <vector>
-
-using namespace Qt::Literals::StringLiterals;
 
 namespace hostruntime::secrets {
 
 namespace {
-
-constexpr qsizetype shortest = 4;
-
-QString escaped(const QString& value)
-{
-    const QByteArray json = QJsonDocument(QJsonArray{value}).toJson(QJsonDocument::Compact);
-    return QString::fromUtf8(json.sliced(2, json.size() - 4));
-}
-
-// JSON may also be written in pure ASCII.
-QString escapedAscii(const QString& value)
-{
-    QString text;
-    for (const QChar c : escaped(value)) {
-        if (c.unicode() < 0x80)
-            text += c;
-        else
-            text += u"\\u%1"_s.arg(c.unicode(), 4, 16, QLatin1Char('0'));
-    }
-    return text;
-}
-
-QString percentEncoded(const QString& value, const char* keep = "")
-{
-    return QString::fromLatin1(QUrl::toPercentEncoding(value, keep));
-}
-
-QString withLowerCaseHex(QString text)
-{
-    for (qsizetype i = text.indexOf(u'%'); i >= 0; i = text.indexOf(u'%', i + 1)) {
-        text[i + 1] = text[i + 1].toLower();
-        text[i + 2] = text[i + 2].toLower();
-    }
-    return text;
-}
-
-QStringList spellings(const QString& value)
-{
-    const QString percent = percentEncoded(value);
-    const QString form = QString(percent).replace(u"%20"_s, u"+"_s);
-    const QString json = escaped(value);
-    QStringList list{value, json, QString(json).replace(u'/', u"\\/"_s), escapedAscii(value), percent, form,
-        withLowerCaseHex(percent), withLowerCaseHex(form), percentEncoded(value, "!$&'()*+,;=:@/")};
-    list.removeDuplicates();
-    return list;
-}
-
-struct Replacement
-{
-    QString wanted;
-    QString by;
-};
-
-using Replacements = std::vector<Replacement>;
-
-Replacements replacementsOf(const QString& value)
-{
-    const QString frame = value.size() < shortest ? u"\""_s : QString();
-    Replacements list;
-    for (const QString& spelling : spellings(value))
-        list.push_back({frame + spelling + frame, frame + mask.toString() + frame});
-    return list;
-}
-
-struct Value
-{
-    QString text;
-    Replacements spelt;
-};
 
 // The most recent values of one kind.
 struct Recent
@@ -93,27 +20,25 @@ struct Recent
     // Returns whether the value is new.
     bool add(const QString& text)
     {
-        const auto isKnown = [&](const Value& value) { return value.text == text; };
-        const auto known = std::find_if(values.begin(), values.end(), isKnown);
+        const auto known = std::find(values.begin(), values.end(), text);
         if (known != values.end()) {
             std::rotate(known, known + 1, values.end());
             return false;
         }
-        values.push_back({text, {}});
+        values.push_back(text);
         if (values.size() > limit)
             values.pop_front();
         return true;
     }
 
     std::size_t limit;
-    std::deque<Value> values = {};
+    std::deque<QString> values = {};
 };
 
 // The values that one audience must not read: those of the configuration, and those that come with each
 // exchange. Every register adds values and searches for them in each exchange, so as little as possible is
-// done under the lock: the spellings of a value are computed when it is first searched for, which for most
-// values never happens. A plain mutex, because with a shared one the threads queue up after every writer,
-// and each new buyer is a write.
+// done under the lock: the search is prepared when it is first needed. A plain mutex, because with a shared
+// one the threads queue up after every writer, and each new buyer is a write.
 class Values
 {
 public:
@@ -134,8 +59,7 @@ public:
         prepared.reset();
     }
 
-    // The returned list does not change when values are added.
-    [[nodiscard]] std::shared_ptr<const Replacements> replacements()
+    [[nodiscard]] std::shared_ptr<const SecretSearch> search()
     {
         const std::lock_guard lock(guard);
         if (!prepared)
@@ -153,28 +77,20 @@ private:
             prepared.reset();
     }
 
-    [[nodiscard]] std::shared_ptr<const Replacements> prepare()
+    [[nodiscard]] std::shared_ptr<const SecretSearch> prepare() const
     {
-        const auto list = std::make_shared<Replacements>();
-        for (Recent* recent : {&lasting, &passing}) {
-            for (Value& value : recent->values) {
-                if (value.spelt.empty())
-                    value.spelt = replacementsOf(value.text);
-                list->insert(list->end(), value.spelt.begin(), value.spelt.end());
-            }
+        const auto prepare = std::make_shared<SecretSearch>();
+        for (const Recent* recent : {&lasting, &passing}) {
+            for (const QString& value : recent->values)
+                prepare->add(value);
         }
-        // Longer spellings first: a value that is the beginning of another one would otherwise leave the rest
-        // of it readable.
-        std::stable_sort(list->begin(), list->end(), [](const Replacement& left, const Replacement& right) {
-            return left.wanted.size() > right.wanted.size();
-        });
-        return list;
+        return prepare;
     }
 
     std::mutex guard;
     Recent lasting;
     Recent passing;
-    std::shared_ptr<const Replacements> prepared;
+    std::shared_ptr<const SecretSearch> prepared;
 };
 
 Values& credentials()
@@ -189,11 +105,35 @@ Values& personal()
     return instance;
 }
 
-QString replaced(QString text, const Replacements& replacements)
+Spans found(const QString& text, Audience audience, bool isQuoted)
 {
-    for (const auto& [wanted, by] : replacements)
-        text.replace(wanted, by);
-    return text;
+    Spans spans;
+    credentials().search()->find(text, isQuoted, spans);
+    if (audience == Audience::Anyone)
+        personal().search()->find(text, isQuoted, spans);
+    std::sort(spans.begin(), spans.end(),
+        [](const Span& left, const Span& right) { return left.begin < right.begin; });
+    return spans;
+}
+
+// Of values that overlap, nothing must stay readable.
+QString replaced(const QString& text, const Spans& spans)
+{
+    if (spans.empty())
+        return text;
+    QString result;
+    qsizetype done = 0;
+    for (auto span = spans.begin(); span != spans.end();) {
+        const qsizetype begin = span->begin;
+        qsizetype end = span->end;
+        for (; span != spans.end() && (span->begin < end || span->begin == begin); ++span)
+            end = std::max(end, span->end);
+        result += QStringView(text).sliced(done, begin - done);
+        result += mask;
+        done = end;
+    }
+    result += QStringView(text).sliced(done);
+    return result;
 }
 
 } // namespace
@@ -220,9 +160,27 @@ void addPersonal(const QString& value)
 
 QString masked(const QString& text, Audience audience)
 {
-    const QString withoutCredentials = replaced(text, *credentials().replacements());
-    return audience == Audience::Anyone ? replaced(withoutCredentials, *personal().replacements())
-                                        : withoutCredentials;
+    return replaced(text, found(text, audience, false));
+}
+
+QJsonValue masked(const QJsonValue& value, Audience audience)
+{
+    if (value.isString())
+        return replaced(value.toString(), found(value.toString(), audience, true));
+    if (value.isArray()) {
+        QJsonArray array;
+        for (const QJsonValue element : value.toArray())
+            array.append(masked(element, audience));
+        return array;
+    }
+    if (!value.isObject())
+        return value;
+    QJsonObject object;
+    const QJsonObject from = value.toObject();
+    for (auto member = from.begin(); member != from.end(); ++member)
+        object.insert(
+            replaced(member.key(), found(member.key(), audience, true)), masked(member.value(), audience));
+    return object;
 }
 
 void clear()

@@ -2,6 +2,7 @@
 
 #include "host/export.h"
 
+#include <QJsonValue>
 #include <QString>
 #include <QStringView>
 
@@ -9,9 +10,10 @@
 /// Log4Qt::Logger that may hold one of them is searched for all of them (host/log/log4qt.h says what that
 /// is).
 ///
-/// A value is found in plain, percent-encoded and JSON-escaped spelling. A value of fewer than four
-/// characters is found only as a complete quoted string, because it would otherwise mask innocent text.
-/// Text that is not written through a Log4Qt::Logger must be masked by whoever writes it.
+/// A value is found in any spelling: each of its characters as it is, percent-encoded, escaped for JSON or
+/// for HTML, or one of these within another. A value of fewer than four characters is found only as a
+/// complete quoted string, because it would otherwise mask innocent text. Text that is not written through a
+/// Log4Qt::Logger must be masked by whoever writes it.
 ///
 /// Of each of the four kinds only so many values are remembered, those that were added last. The kinds are
 /// counted apart: neither buyers nor what a service says can make a password or a login readable.
@@ -43,6 +45,9 @@ HOST_EXPORT void addPersonal(const QString& value);
 
 /// The text, with the mask in place of every registered value that the audience must not read.
 [[nodiscard]] HOST_EXPORT QString masked(const QString& text, Audience audience);
+
+/// The same for every text in a JSON value, the names of its members included.
+[[nodiscard]] HOST_EXPORT QJsonValue masked(const QJsonValue& value, Audience audience);
 
 /// Forgets all values.
 HOST_EXPORT void clear();
