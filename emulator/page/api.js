@@ -1,8 +1,7 @@
 // Calls to the emulator's API.
 
+import {api} from './paths.js';
 import {labels, translated} from './texts.js';
-
-export const api = '/_emulator/';
 
 export async function ask(path, options) {
   let response;

@@ -1,8 +1,9 @@
 // Events, and the start of the page.
 
-import {api, ignoreErrors} from './api.js';
+import {ignoreErrors} from './api.js';
 import {showCalls, startCalls} from './calls.js';
 import {byId} from './dom.js';
+import {followEvents} from './events.js';
 import {showFaults, startFaults} from './faults.js';
 import {refresh, refreshSoon, refreshWaiting, showReceipt, startList} from './list.js';
 import {isOpen, openFromAddress, refreshOpened, startReceipt} from './receipt.js';
@@ -28,21 +29,19 @@ function showConnection(live) {
   byId('live').className = live ? 'on' : 'off';
 }
 
-function followEvents() {
-  const events = new EventSource(api + 'events');
-  events.onopen = () => {
-    showConnection(true);
-    ignoreErrors(refresh());
-    ignoreErrors(showFaults());
-    // There were no events while the connection was lost.
-    openFromAddress();
-    ignoreErrors(showCalls());
-  };
-  events.onerror = () => showConnection(false);
-  events.onmessage = event => {
-    pendingEvents.push(JSON.parse(event.data));
-    if (!eventsTimer) eventsTimer = setTimeout(handleEvents, 100);
-  };
+function connected(live) {
+  showConnection(live);
+  if (!live) return;
+  ignoreErrors(refresh());
+  ignoreErrors(showFaults());
+  // There were no events while the connection was lost.
+  openFromAddress();
+  ignoreErrors(showCalls());
+}
+
+function collect(event) {
+  pendingEvents.push(event);
+  if (!eventsTimer) eventsTimer = setTimeout(handleEvents, 100);
 }
 
 async function pollWaiting() {
@@ -64,7 +63,7 @@ async function start() {
   startCalls();
   startReceipt();
   pollWaiting();
-  followEvents();
+  followEvents({state: connected, event: collect});
 }
 
 start();

@@ -1,8 +1,8 @@
 // A receipt as a printed slip.
 
-import {api} from './api.js';
 import {make} from './dom.js';
 import {money} from './format.js';
+import {api} from './paths.js';
 import {labels} from './texts.js';
 
 const vatRates = {vat10: '10%', vat110: '10/110', vat20: '20%', vat120: '20/120', vat0: '0%', vat5: '5%',

@@ -508,6 +508,42 @@ test('a receipt with very many calls shows the newest, and earlier ones on reque
   assert.equal(await browser.run("return document.getElementById('earlier').hidden"), true);
 });
 
+test('eight pages in one browser all show what happens', async () => {
+  await startEmulator();
+  await openPage('en');
+  const tabs = [await browser.call('GET', '/window')];
+  while (tabs.length < 8) {
+    const {handle} = await browser.call('POST', '/window/new', {type: 'tab'});
+    tabs.push(handle);
+    await browser.call('POST', '/window', {handle});
+    await browser.goto(root);
+    await browser.until("return document.getElementById('live').className === 'on'");
+  }
+  assert.equal((await sell('everywhere')).status, 200);
+  for (const handle of tabs) {
+    await browser.call('POST', '/window', {handle});
+    await browser.until(`return ${rowOf('everywhere')}`);
+  }
+});
+
+test('a browser without shared workers closes the stream of every page that is left', async () => {
+  await startEmulator();
+  await openPage('en');
+  await browser.call('POST', '/goog/cdp/execute', {cmd: 'Page.addScriptToEvaluateOnNewDocument', params: {source: `
+    delete window.SharedWorker;
+    window.EventSource = class extends EventSource {
+      close() { super.close(); localStorage.closed = Number(localStorage.closed || 0) + 1; }
+    };`}});
+  for (let visit = 0; visit < 8; ++visit) {
+    await browser.goto(`${root}?visit=${visit}`);
+    assert.equal(await browser.run('return typeof SharedWorker'), 'undefined');
+    await browser.until("return document.getElementById('live').className === 'on'");
+    assert.equal(await browser.run('return Number(localStorage.closed || 0)'), visit);
+  }
+  assert.equal((await sell('without')).status, 200);
+  await browser.until(`return ${rowOf('without')}`);
+});
+
 test('nothing was fetched from other sites', async () => {
   await leavePage();
   browser = undefined;

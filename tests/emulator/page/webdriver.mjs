@@ -36,7 +36,7 @@ export class Browser {
       'goog:loggingPrefs': {browser: 'ALL', performance: 'ALL'}}};
     const {sessionId} = await browser.call('POST', '', {capabilities});
     browser.url += '/' + sessionId;
-    await browser.call('POST', '/timeouts', {script: 60000});
+    await browser.call('POST', '/timeouts', {script: 60000, pageLoad: 30000});
     return browser;
   }
 
