@@ -39,7 +39,7 @@ void keepMemoryPrivate()
 ExitCode show(const CommandLineText& answer)
 {
     if (answer.isError) {
-        Console::instance().line(answer.text.trimmed());
+        Console::instance().lines(answer.text.trimmed());
         return ExitCode::LocalFailure;
     }
     Output output;
@@ -60,7 +60,11 @@ ExitCode start(int argc, char** argv)
         Console::instance().line(failure.message());
         return failure.code();
     } catch (const till::Error& error) {
-        Console::instance().line(error.message());
+        // One line for each wrong receipt; any other message may quote the service.
+        if (error.problem() == till::Problem::Receipt)
+            Console::instance().lines(error.message());
+        else
+            Console::instance().line(error.message());
         return exitCodeOf(error.problem());
     }
 }

@@ -207,7 +207,7 @@ void Batch::write(const ReceiptResult& result)
                                                   : toText(result).toUtf8();
     // An outcome is never lost: where the output does not accept it, it goes to the console.
     if (!output.write(text))
-        Console::instance().line(QString::fromUtf8(text).trimmed());
+        Console::instance().lines(QString::fromUtf8(text).trimmed());
     if (!result.advice.isEmpty())
         Console::instance().line(
             u"%1: %2. %3"_s.arg(result.id, result.error ? result.error->message : QString(), result.advice));

@@ -2,6 +2,7 @@
 #include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/interruption.h"
+#include "hostcli/terminal/printable.h"
 #include "hostcli/terminal/signalwatch.h"
 #include "till/sale/session.h"
 #include "till/text.h"
@@ -19,9 +20,9 @@ namespace {
 QByteArray report(bool json, const QString& url)
 {
     if (!json)
-        return Text::tr("The service at %1 accepts login and password.\n").arg(url).toUtf8();
+        return Text::tr("The service at %1 accepts login and password.\n").arg(printable(url)).toUtf8();
     const QJsonObject object{{u"connected"_s, true}, {u"url"_s, url}};
-    return QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+    return printableJson(QJsonDocument(object).toJson(QJsonDocument::Compact)) + '\n';
 }
 
 } // namespace

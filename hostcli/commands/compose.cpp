@@ -2,6 +2,7 @@
 #include "hostcli/commands/commands.h"
 #include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
+#include "hostcli/terminal/printable.h"
 #include "till/config/registersetup.h"
 #include "till/device/loadedregister.h"
 #include "till/sale/attempt.h"
@@ -33,7 +34,7 @@ ExitCode compose(const CommandLine& line, Output& output)
         });
         const QByteArray body = transport.takeBody();
         if (!body.isEmpty())
-            return output.write(body + '\n');
+            return output.write(printableJson(body) + '\n');
         isRefused = true;
         Console::instance().line(u"%1:%2: %3"_s.arg(queued.file, QString::number(queued.line),
             error ? error->message : Text::tr("the driver sent nothing")));

@@ -1,5 +1,6 @@
 #include "hostcli/commands/commands.h"
 #include "hostcli/commands/setup.h"
+#include "hostcli/terminal/printable.h"
 #include "hostcli/terminal/texttable.h"
 #include "till/config/registersetup.h"
 #include "till/device/loadedregister.h"
@@ -97,7 +98,7 @@ QByteArray jsonOf(const PluginFile& plugin, const QObject& device, const QList<P
         list.append(toJson(property));
     const QJsonObject json{{u"plugin"_s, plugin.path}, {u"metaData"_s, plugin.metaData},
         {u"device"_s, toJson(classInfos(device, {}))}, {u"properties"_s, list}};
-    return QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
+    return printableJson(QJsonDocument(json).toJson(QJsonDocument::Compact)) + '\n';
 }
 
 QString remark(const PropertyInfo& property)

@@ -3,6 +3,7 @@
 #include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/interruption.h"
+#include "hostcli/terminal/printable.h"
 #include "hostcli/terminal/signalwatch.h"
 #include "till/sale/attempt.h"
 #include "till/sale/session.h"
@@ -43,10 +44,9 @@ ExitCode info(const CommandLine& line, Output& output)
     const ServiceAnswer& answer = session.transport().seen().status;
     if (!answer.arrived)
         throw Failure(ExitCode::Unknown, error ? error->message : Text::tr("The service did not answer"));
-    output.write(QJsonDocument(service.getLastResponse())
-                     .toJson(line.json ? QJsonDocument::Compact : QJsonDocument::Indented)
-                     .trimmed() +
-                 '\n');
+    const QByteArray shown = QJsonDocument(service.getLastResponse())
+                                 .toJson(line.json ? QJsonDocument::Compact : QJsonDocument::Indented);
+    output.write(printableJson(shown.trimmed()) + '\n');
     if (!error)
         return answer.saysFailed() ? ExitCode::Refused : ExitCode::Success;
     Console::instance().line(error->message);

@@ -44,10 +44,19 @@ Console::~Console()
 
 void Console::line(const QString& text)
 {
+    write(printable(text));
+}
+
+void Console::lines(const QString& text)
+{
+    write(printableLines(text));
+}
+
+void Console::write(const QString& printableText)
+{
     const std::scoped_lock lock(guard);
     erase();
-    for (const QString& part : text.split(u'\n'))
-        put(printable(part) + u'\n');
+    put(printableText + u'\n');
     draw();
 }
 

@@ -19,8 +19,11 @@ public:
     ~Console();
     Q_DISABLE_COPY_MOVE(Console)
 
-    /// Writes a line (or several) above the status line, if there is one; control characters are replaced.
+    /// Writes a line above the status line, if there is one. Hidden characters are replaced, line breaks too:
+    /// no text from elsewhere can begin a line of its own.
     void line(const QString& text);
+    /// The same for several lines of our own.
+    void lines(const QString& text);
 
     /// Shows `text` and the seconds waited until hideStatus(); does nothing where there is no terminal.
     void showStatus(const QString& text);
@@ -31,6 +34,7 @@ public:
 private:
     Console();
 
+    void write(const QString& printableText);
     void tick(const std::stop_token& stop);
     void draw() const;
     void erase() const;

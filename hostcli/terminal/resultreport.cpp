@@ -106,7 +106,7 @@ QByteArray toJsonLine(const ReceiptResult& result)
     put(json, "receiptUrl", result.receiptUrl);
     if (result.error)
         json.insert("error"_L1, errorJson(*result.error));
-    return QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
+    return printableJson(QJsonDocument(json).toJson(QJsonDocument::Compact)) + '\n';
 }
 
 QString toText(const ReceiptResult& result)
@@ -114,7 +114,7 @@ QString toText(const ReceiptResult& result)
     QList<QStringList> rows;
     const auto row = [&](const QString& label, const QString& value) {
         if (!value.isEmpty())
-            rows << QStringList{label, printable(value)};
+            rows << QStringList{label, value};
     };
     if (result.error)
         row(Text::tr("Cause"), errorText(*result.error));

@@ -1,6 +1,9 @@
 #include "hostcli/terminal/texttable.h"
 
+#include "hostcli/terminal/printable.h"
+
 #include <algorithm>
+#include <utility>
 
 namespace frhost {
 
@@ -19,11 +22,15 @@ QList<qsizetype> columnWidths(const QList<QStringList>& rows)
 
 } // namespace
 
-QString textTable(const QList<QStringList>& rows, int indent)
+QString textTable(QList<QStringList> rows, int indent)
 {
+    for (QStringList& row : rows) {
+        for (QString& cell : row)
+            cell = printable(cell);
+    }
     const QList<qsizetype> widths = columnWidths(rows);
     QString text;
-    for (const QStringList& row : rows) {
+    for (const QStringList& row : std::as_const(rows)) {
         QString line(indent, u' ');
         for (qsizetype i = 0; i < row.size(); ++i)
             line += i + 1 < row.size() ? row.at(i).leftJustified(widths.at(i) + 2) : row.at(i);

@@ -7,7 +7,7 @@
 namespace frhost {
 
 /// Rows as text, each line ended by a line break: columns two spaces apart and as wide as their widest cell,
-/// indented by `indent` spaces.
-[[nodiscard]] QString textTable(const QList<QStringList>& rows, int indent = 0);
+/// indented by `indent` spaces. Hidden characters of a cell are replaced.
+[[nodiscard]] QString textTable(QList<QStringList> rows, int indent = 0);
 
 } // namespace frhost

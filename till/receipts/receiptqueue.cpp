@@ -67,9 +67,10 @@ QString ReceiptQueue::checkAll()
 {
     QString problems;
     int problemCount = 0;
-    const auto add = [&](const QString& problem) {
+    const auto add = [&](QString problem) {
+        // A name in a file must not begin a line of its own.
         if (++problemCount <= maxProblems)
-            problems += problem + u'\n';
+            problems += problem.replace(u'\n', QChar::ReplacementCharacter) + u'\n';
     };
 
     std::vector<SeenId> ids;
