@@ -1,6 +1,9 @@
 #include "till/wire/serviceanswer.h"
 
 #include "host/log/secrets.h"
+#include "till/wire/exactvalue.h"
+
+#include <limits>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -17,15 +20,27 @@ bool isOfRegister(const QString& errorType)
     return errorType == "driver"_L1 || errorType == "agent"_L1 || errorType == "timeout"_L1;
 }
 
+bool isError(const QVariant& error)
+{
+    return error.isValid() && !error.isNull() && error != QVariant(QVariantMap());
+}
+
+std::optional<ServiceCode> codeIn(const QVariantMap& error)
+{
+    using Limits = std::numeric_limits<int>;
+    const auto code = exactInteger(error.value(u"code"_s), Limits::min(), Limits::max());
+    return code ? std::optional(ServiceCode{static_cast<int>(*code)}) : std::nullopt;
+}
+
 } // namespace
 
 bool ServiceAnswer::saysFailed() const
 {
     if (status != "fail"_L1)
         return false;
-    if (!errorCode || isOfRegister(errorType) || !externalId.isEmpty())
+    if (!hasError || isOfRegister(errorType) || !externalId.isEmpty())
         return true;
-    return !uuid.isEmpty() && !meaningOf(*errorCode).concernsRequest;
+    return errorCode && !uuid.isEmpty() && !meaningOf(*errorCode).concernsRequest;
 }
 
 ServiceAnswer readAnswer(const QVariant& body)
@@ -34,13 +49,13 @@ ServiceAnswer readAnswer(const QVariant& body)
     const QVariantMap error = map.value(u"error"_s).toMap();
     ServiceAnswer answer;
     answer.arrived = !map.isEmpty();
-    answer.uuid = map.value(u"uuid"_s).toString();
-    answer.externalId = map.value(u"external_id"_s).toString();
-    answer.status = map.value(u"status"_s).toString();
-    if (const QVariant code = error.value(u"code"_s); code.isValid())
-        answer.errorCode = ServiceCode{code.toInt()};
-    answer.errorType = error.value(u"type"_s).toString();
-    answer.errorText = secrets::masked(error.value(u"text"_s).toString(), secrets::Audience::Developer);
+    answer.uuid = exactText(map.value(u"uuid"_s));
+    answer.externalId = exactText(map.value(u"external_id"_s));
+    answer.status = exactText(map.value(u"status"_s));
+    answer.hasError = isError(map.value(u"error"_s));
+    answer.errorCode = codeIn(error);
+    answer.errorType = exactText(error.value(u"type"_s));
+    answer.errorText = secrets::masked(exactText(error.value(u"text"_s)), secrets::Audience::Developer);
     answer.payload = map.value(u"payload"_s).toMap();
     return answer;
 }

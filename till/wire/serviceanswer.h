@@ -9,7 +9,7 @@
 
 namespace till {
 
-/// One answer of the service, read once.
+/// One answer of the service, read once. What is not of its type counts as missing.
 struct ServiceAnswer
 {
     /// Whether there was an answer at all: a JSON object that is not empty.
@@ -18,7 +18,10 @@ struct ServiceAnswer
     QString externalId;
     /// "wait", "done" or "fail"; empty when missing.
     QString status;
-    /// The error object's "code"; none when there is no error or it has no code.
+    /// Whether the answer has an "error" that is neither null nor an empty object.
+    bool hasError = false;
+    /// The error object's "code"; none when there is no error, or its code is not an integral number that
+    /// fits an int.
     std::optional<ServiceCode> errorCode;
     QString errorType;
     /// The service's own words, with credentials that they repeat masked; empty when there are none.

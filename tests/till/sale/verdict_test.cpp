@@ -31,6 +31,7 @@ ServiceAnswer status(const char* text, std::optional<int> code = {}, const char*
     ServiceAnswer answer;
     answer.arrived = true;
     answer.status = QString::fromLatin1(text);
+    answer.hasError = code.has_value();
     if (code)
         answer.errorCode = ServiceCode{*code};
     answer.externalId = QString::fromLatin1(externalId);

@@ -44,6 +44,65 @@ TEST(ServiceAnswer, HasNoCodeWithoutAnErrorOrWithAnErrorThatHasNone)
     EXPECT_EQ(answer(R"({"error":{"text":"t"}})").errorCode, std::nullopt);
 }
 
+TEST(ServiceAnswer, HasACodeOnlyWhereItIsAnInteger)
+{
+    struct Row
+    {
+        const char* code;
+        std::optional<int> read;
+    };
+    const Row rows[] = {
+        {"32", 32},
+        {"32.0", 32},
+        {"0", 0},
+        {"-1", -1},
+        {"2147483647", 2147483647},
+        {"-2147483648", -2147483647 - 1},
+        {"2147483648", {}},
+        {"-2147483649", {}},
+        {"4294967297", {}},
+        {"4294967328", {}},
+        {"18446744073709551648", {}},
+        {"31.6", {}},
+        {"true", {}},
+        {"\"32\"", {}},
+        {"\"\"", {}},
+        {"null", {}},
+        {"[32]", {}},
+        {"{}", {}},
+    };
+    for (const Row& row : rows) {
+        const ServiceAnswer given = readAnswer(
+            QJsonDocument::fromJson(QByteArray(R"({"error":{"code":)") + row.code + "}}").toVariant());
+        const auto expected = row.read ? std::optional(ServiceCode{*row.read}) : std::nullopt;
+        EXPECT_EQ(given.errorCode, expected) << row.code;
+        EXPECT_TRUE(given.hasError) << row.code;
+    }
+}
+
+TEST(ServiceAnswer, HasAnErrorUnlessThatIsNullOrEmpty)
+{
+    for (const char* error : {"null", "{}"})
+        EXPECT_FALSE(answer((QByteArray(R"({"uuid":"u","error":)") + error + "}").constData()).hasError)
+            << error;
+    for (const char* error : {R"({"text":"t"})", "\"t\"", "false", "0", "[]"})
+        EXPECT_TRUE(answer((QByteArray(R"({"uuid":"u","error":)") + error + "}").constData()).hasError)
+            << error;
+    EXPECT_FALSE(answer(R"({"uuid":"u"})").hasError);
+}
+
+TEST(ServiceAnswer, HoldsNothingThatIsNotAText)
+{
+    const ServiceAnswer given =
+        answer(R"({"uuid":1,"external_id":true,"status":["wait"],"error":{"type":2,"text":{"a":1}}})");
+    EXPECT_TRUE(given.arrived);
+    EXPECT_EQ(given.uuid, QString());
+    EXPECT_EQ(given.externalId, QString());
+    EXPECT_EQ(given.status, QString());
+    EXPECT_EQ(given.errorType, QString());
+    EXPECT_EQ(given.errorText, QString());
+}
+
 TEST(ServiceAnswer, SaysFailedOnlyWhereTheDocumentItselfFailed)
 {
     struct Row
@@ -64,6 +123,9 @@ TEST(ServiceAnswer, SaysFailedOnlyWhereTheDocumentItselfFailed)
         {R"({"status":"fail","uuid":"u","error":{"code":11,"type":"system"}})", false},
         {R"({"status":"fail","error":{"code":30,"type":"system"}})", false},
         {R"({"status":"fail","error":{"code":429,"type":"system"}})", false},
+        {R"({"status":"fail","uuid":"u","error":{"code":"32","type":"system"}})", false},
+        {R"({"status":"fail","uuid":"u","error":{"text":"t"}})", false},
+        {R"({"status":"fail","external_id":"e","error":{"text":"t"}})", true},
         {R"({"status":"wait","error":{"code":502,"type":"driver"}})", false},
         {R"({"status":"done","error":null})", false},
         {R"({"status":"FAIL","error":null})", false},
