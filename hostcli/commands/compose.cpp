@@ -34,7 +34,7 @@ ExitCode compose(const CommandLine& line, Output& output)
         });
         const QByteArray body = transport.takeBody();
         if (!body.isEmpty())
-            return output.write(printableJson(body) + '\n');
+            return output.write((output.isTerminal() ? printableJson(body) : body) + '\n');
         isRefused = true;
         Console::instance().line(u"%1:%2: %3"_s.arg(queued.file, QString::number(queued.line),
             error ? error->message : Text::tr("the driver sent nothing")));

@@ -14,8 +14,7 @@ namespace frhost {
 namespace {
 
 // Controls, formats, separators of lines, halves of surrogate pairs, and what Unicode recommends to show as
-// nothing
-// ("default ignorable"); Unicode 15, whichever version Qt knows.
+// nothing ("default ignorable"); Unicode 15, whichever version Qt knows.
 constexpr std::pair<char32_t, char32_t> hidden[] = {
     {0x0000, 0x001F},
     {0x007F, 0x009F},
