@@ -41,7 +41,10 @@ ExitCode info(const CommandLine& line, Output& output)
     VposFrDriver& service = session.fiscalRegister().service();
     session.transport().startReceipt();
     const auto error = attempt([&] { std::ignore = service.getDocumentInfo(line.uuid); });
-    const ServiceAnswer& answer = session.transport().seen().status;
+    const WireRecord& seen = session.transport().seen();
+    if (seen.tokensRejected)
+        throw Failure(ExitCode::Unknown, Text::tr("The service does not accept the tokens that it issues"));
+    const ServiceAnswer& answer = seen.status;
     if (!answer.arrived)
         throw Failure(ExitCode::Unknown, error ? error->message : Text::tr("The service did not answer"));
     const QByteArray shown = QJsonDocument(service.getLastResponse())

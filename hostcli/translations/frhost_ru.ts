@@ -539,5 +539,13 @@
   4  результат неизвестен, нет связи или выполнение прервано
   5  сервис сообщил о регистрации, но не подтвердил её данными</translation>
     </message>
+    <message>
+        <source>The service does not accept the tokens that it issues</source>
+        <translation>Сервис не принимает токены, которые сам выдаёт</translation>
+    </message>
+    <message>
+        <source>The answer of the service at %1 holds no token. Nothing was sent.</source>
+        <translation>В ответе сервиса по адресу %1 нет токена. Ничего не отправлено.</translation>
+    </message>
 </context>
 </TS>

@@ -115,6 +115,32 @@ TEST_P(Interruption, CutsThePauseBetweenTwoStatusRequestsShort)
     EXPECT_EQ(ran.err.toStdString(), sent);
 }
 
+TEST_P(Interruption, CutsThePauseBeforeAFurtherTokenShort)
+{
+    emulator.addFault(R"("endpoint":"sell","effect":"error","code":11)");
+    Running frhost(frhostProgram(), selling({u"r1"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token sell token sell token sell token sell"_s));
+    QElapsedTimer timer;
+    timer.start();
+    frhost.signal(GetParam());
+    const Ran ran = frhost.end();
+    EXPECT_EQ(ran.exitCode, 4);
+    EXPECT_THAT(ran.err.toStdString(), EndsWith(sent));
+    EXPECT_LT(timer.elapsed(), 3000) << "the pause would take four seconds";
+}
+
+TEST_P(Interruption, WhileAFailureIsConfirmedSaysThatTheOutcomeIsUnknown)
+{
+    emulator.addFault(R"("endpoint":"report","effect":"fail")");
+    Running frhost(frhostProgram(), selling({u"r1"_s}));
+    ASSERT_TRUE(hasCalls(emulator, u"token sell report report"_s));
+    frhost.signal(GetParam());
+    const Ran ran = frhost.end();
+    EXPECT_EQ(ran.exitCode, 4);
+    EXPECT_THAT(ran.err.toStdString(), EndsWith(sent));
+    EXPECT_EQ(ran.columns(outcome), QStringList{u"r1 unknown"_s});
+}
+
 TEST_P(Interruption, BeforeTheTokenSaysThatNothingWasSent)
 {
     emulator.addFault(R"("endpoint":"token","effect":"silent")");

@@ -1,5 +1,8 @@
 #include "tests/e2e/support/emulatorprocess.h"
+#include "tests/e2e/support/service.h"
 #include "tests/e2e/support/shop.h"
+
+#include <QElapsedTimer>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -51,6 +54,52 @@ TEST(ShortLivedToken, IsRenewedInTheMiddleOfABatch)
     EXPECT_EQ(sold.columns(result), QStringList(3, u"registered -"_s));
     EXPECT_EQ(emulator.calls().count(u"token"_s), 2);
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(renewed));
+}
+
+// The driver renews a rejected token without an end.
+TEST(RejectedToken, IsRenewedAFewTimesAndEverMoreSlowly)
+{
+    const EmulatorProcess emulator;
+    emulator.addFault(R"("endpoint":"sell","effect":"error","code":11)");
+    const Shop shop(emulator.url());
+    QElapsedTimer timer;
+    timer.start();
+    const Ran stopped = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s, u"r2"_s})});
+    EXPECT_EQ(stopped.exitCode, 4);
+    EXPECT_EQ(stopped.columns({u"id"_s, u"outcome"_s}), QStringList{u"r1 unknown"_s});
+    EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Receipts not sent: 1."));
+    EXPECT_EQ(emulator.calls(), u"token sell token sell token sell token sell token sell"_s);
+    EXPECT_GE(timer.elapsed(), 7000) << "the pauses between them";
+}
+
+TEST(RejectedToken, IsRenewedAsSlowlyWhenADocumentIsAskedAbout)
+{
+    const EmulatorProcess emulator;
+    emulator.addFault(R"("endpoint":"report","effect":"error","code":11)");
+    const Shop shop(emulator.url());
+    const Ran asked = shop.frhost({u"info"_s, u"u"_s});
+    EXPECT_EQ(asked.exitCode, 4);
+    EXPECT_EQ(asked.out, QString());
+    EXPECT_THAT(asked.err.toStdString(), HasSubstr("The service does not accept the tokens that it issues"));
+    EXPECT_EQ(emulator.calls(), u"token report token report token report token report token report"_s);
+}
+
+// An answer to a request for a token that holds none.
+TEST(AnswerWithoutToken, IsNoConnection)
+{
+    for (const char* answer : {R"({"token":null,"error":null})", R"({"token":"","error":null})",
+             R"({"token":" ","error":null})", R"({"token":7,"error":null})", R"({"token":"a\u0007b"})",
+             R"({"error":{"code":"12"}})", R"({"error":{"code":-1}})", R"({"uuid":"u"})"}) {
+        const Service service([&](Service::Request& request) { request.answer(200, answer); });
+        const Shop shop(service.url());
+        for (const QStringList& command :
+            {QStringList{u"check"_s}, QStringList{u"sell"_s, shop.receipts({u"r1"_s})}}) {
+            const Ran ran = shop.frhost(command);
+            EXPECT_EQ(ran.exitCode, 4) << answer;
+            EXPECT_EQ(ran.out, QString()) << answer;
+            EXPECT_THAT(ran.err.toStdString(), HasSubstr("holds no token. Nothing was sent.")) << answer;
+        }
+    }
 }
 
 TEST(Waits, AreCountedInStatusRequests)

@@ -38,14 +38,19 @@ QString Session::serviceAddress() const
 void Session::connect()
 {
     const auto error = attempt([&] { loaded.driver().connect(); });
-    if (!error)
+    const ServiceAnswer& answer = observer.seen().token;
+    const bool lacksToken = answer.arrived && !answer.holdsToken;
+    if (!error && !lacksToken)
         return;
-    const auto code = observer.seen().token.errorCode;
-    if (code && meaningOf(*code).concernsAccount)
+    if (error && answer.errorCode && meaningOf(*answer.errorCode).concernsAccount)
         throw Error(Problem::Setup,
             Text::tr("The service at %1 does not accept the login: %2. Correct login and password in %3. "
                      "Nothing was sent.")
                 .arg(serviceAddress(), error->message, config.file));
+    if (lacksToken && !(error && answer.errorCode))
+        throw Error(
+            Problem::Connection, Text::tr("The answer of the service at %1 holds no token. Nothing was sent.")
+                                     .arg(serviceAddress()));
     throw Error(Problem::Connection, Text::tr("No connection to the service at %1: %2. Nothing was sent.")
                                          .arg(serviceAddress(), error->message));
 }

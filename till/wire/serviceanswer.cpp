@@ -3,6 +3,7 @@
 #include "host/log/secrets.h"
 #include "till/wire/exactvalue.h"
 
+#include <algorithm>
 #include <limits>
 
 using namespace Qt::Literals::StringLiterals;
@@ -32,6 +33,13 @@ std::optional<ServiceCode> codeIn(const QVariantMap& error)
     return code ? std::optional(ServiceCode{static_cast<int>(*code)}) : std::nullopt;
 }
 
+// Anything else cannot be sent back in a header.
+bool isToken(const QString& text)
+{
+    const auto isControl = [](QChar c) { return c.category() == QChar::Other_Control; };
+    return !text.trimmed().isEmpty() && std::none_of(text.begin(), text.end(), isControl);
+}
+
 } // namespace
 
 bool ServiceAnswer::saysFailed() const
@@ -56,6 +64,7 @@ ServiceAnswer readAnswer(const QVariant& body)
     answer.errorCode = codeIn(error);
     answer.errorType = exactText(error.value(u"type"_s));
     answer.errorText = secrets::masked(exactText(error.value(u"text"_s)), secrets::Audience::Developer);
+    answer.holdsToken = isToken(exactText(map.value(u"token"_s)));
     answer.payload = map.value(u"payload"_s).toMap();
     return answer;
 }

@@ -28,6 +28,8 @@ struct ServiceAnswer
     QString errorText;
     /// The fiscal data of a finished document; empty when missing.
     QVariantMap payload;
+    /// Whether there is a "token": a text that is not blank and has no control characters.
+    bool holdsToken = false;
 
     /// Whether the document is finished, and failed. An error that concerns the request (an expired token)
     /// may carry the status "fail" too, but says nothing about the document.
@@ -51,6 +53,8 @@ struct WireRecord
     std::optional<ServiceCode> lastErrorCode;
     /// Whether the last request was answered; none when there was no request.
     std::optional<bool> lastAnswered;
+    /// Whether a request was given up because the service had rejected one new token after the other.
+    bool tokensRejected = false;
 };
 
 } // namespace till

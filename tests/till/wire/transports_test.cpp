@@ -10,6 +10,7 @@
 #include <deque>
 #include <semaphore>
 #include <thread>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -145,6 +146,119 @@ TEST(ObservingTransport, AsksNoMoreAboutADocumentThatHasFailed)
     EXPECT_THROW(transport.get(service.url("/v4/group/report/u"), {}, {}), FrWorkWithServiceException);
     EXPECT_EQ(service.requests(), 1U);
     EXPECT_TRUE(transport.seen().status.saysFailed());
+}
+
+TEST(ObservingTransport, AsksAgainAboutAFailedDocumentAfterANewQuestion)
+{
+    const Answers service({R"({"status":"fail","error":null})", R"({"status":"done"})"});
+    ObservingTransport transport;
+    EXPECT_TRUE(transport.get(service.url("/v4/group/report/u"), {}, {}));
+    transport.startQuestion();
+    EXPECT_FALSE(transport.seen().status.arrived);
+    EXPECT_TRUE(transport.get(service.url("/v4/group/report/u"), {}, {}));
+    EXPECT_EQ(transport.seen().status.status, u"done"_s);
+}
+
+TEST(ObservingTransport, WithholdsAnAnswerThatHoldsNoToken)
+{
+    struct Row
+    {
+        const char* answer;
+        bool isToken;
+        bool isWithheld;
+    };
+    const Row rows[] = {
+        {R"({"token":"t"})", true, false},
+        {R"({"token":"t","error":{"code":"12"}})", true, false},
+        {R"({"error":{"code":12}})", false, false},
+        {R"({"token":"","error":null})", false, true},
+        {R"({"token":"  ","error":null})", false, true},
+        {R"({"token":null,"error":null})", false, true},
+        {R"({"token":1,"error":null})", false, true},
+        {R"({"token":true,"error":null})", false, true},
+        {R"({"token":["t"],"error":null})", false, true},
+        {R"({"token":"a\nb","error":null})", false, true},
+        {R"({"token":"a\u0000b","error":null})", false, true},
+        {R"({"token":"a\u007fb","error":null})", false, true},
+        {R"({"token":"a\u0085b","error":null})", false, true},
+        {R"({"timestamp":"01.01.2026 00:00:00","error":null})", false, true},
+        {R"({"error":{"code":"12"}})", false, true},
+    };
+    for (const Row& row : rows) {
+        const Answers service({row.answer});
+        ObservingTransport transport;
+        EXPECT_EQ(transport.post(service.url("/v4/getToken"), "{}", {}), !row.isWithheld) << row.answer;
+        EXPECT_EQ(transport.getResponseData().isValid(), !row.isWithheld) << row.answer;
+        EXPECT_EQ(transport.seen().token.holdsToken, row.isToken) << row.answer;
+        EXPECT_TRUE(transport.seen().token.arrived) << row.answer;
+    }
+}
+
+constexpr auto newToken = R"({"token":"t","error":null})";
+constexpr auto expired = R"({"error":{"code":11}})";
+constexpr auto notKnown = R"({"error":{"code":10}})";
+
+// Renews the token again and again, as a driver does, until an exchange yields nothing. Returns the number of
+// requests of all kinds.
+std::size_t renewWithoutEnd(ObservingTransport& transport, const char* rejection)
+{
+    std::deque<std::string> bodies;
+    for (int i = 0; i < 100; ++i)
+        bodies.insert(bodies.end(), {rejection, newToken});
+    const Answers service(bodies);
+    while (transport.post(service.url("/v4/g/sell"), "{}", {}) &&
+           transport.post(service.url("/v4/getToken"), "{}", {})) {
+    }
+    EXPECT_FALSE(transport.getResponseData().isValid());
+    EXPECT_EQ(transport.seen().lastAnswered, false);
+    EXPECT_TRUE(transport.seen().tokensRejected);
+    const std::size_t requests = service.requests();
+    EXPECT_FALSE(transport.get(service.url("/v4/g/report/u"), {}, {})) << "nothing works any more";
+    EXPECT_FALSE(transport.post(service.url("/v4/g/sell"), "{}", {}));
+    EXPECT_EQ(service.requests(), requests);
+    return requests;
+}
+
+TEST(ObservingTransport, SlowsDownAnEndlessRenewalAndEndsIt)
+{
+    using namespace std::chrono_literals;
+    for (const char* rejection :
+        {expired, notKnown, R"({"error":{"code":"11"}})", R"({"error":"expired"})"}) {
+        std::vector<std::chrono::milliseconds> pauses;
+        ObservingTransport transport(
+            TokenRenewals({0ms, 10ms, 20ms}), [&](auto pause) { pauses.push_back(pause); });
+        EXPECT_EQ(renewWithoutEnd(transport, rejection), 7U) << rejection;
+        EXPECT_EQ(pauses, (std::vector{0ms, 10ms, 20ms})) << rejection;
+        transport.startReceipt();
+        EXPECT_FALSE(transport.seen().tokensRejected);
+        EXPECT_EQ(renewWithoutEnd(transport, rejection), 7U) << "the next receipt gets a new chance";
+    }
+}
+
+TEST(ObservingTransport, DoesNotCountWhatTheRegisterSaysOfAFailedDocumentAsARejectedToken)
+{
+    const Answers service({R"({"status":"fail","error":{"code":11,"type":"driver"}})", newToken});
+    std::vector<std::chrono::milliseconds> pauses;
+    ObservingTransport transport(
+        TokenRenewals({std::chrono::seconds(1)}), [&](auto pause) { pauses.push_back(pause); });
+    EXPECT_TRUE(transport.get(service.url("/v4/g/report/u"), {}, {}));
+    EXPECT_TRUE(transport.post(service.url("/v4/getToken"), "{}", {}));
+    EXPECT_EQ(pauses, std::vector{std::chrono::milliseconds(0)});
+}
+
+TEST(ObservingTransport, HasATokenThatIsNotKnownRenewedOnceInARow)
+{
+    const auto codeFor = [](const ObservingTransport& transport) {
+        return transport.getResponseData().toMap().value(u"error"_s).toMap().value(u"code"_s).toInt();
+    };
+    const Answers service({notKnown, newToken, notKnown});
+    ObservingTransport transport;
+    EXPECT_TRUE(transport.post(service.url("/v4/g/sell"), "{}", {}));
+    EXPECT_EQ(codeFor(transport), 11);
+    EXPECT_EQ(transport.seen().registration.errorCode, ServiceCode::UnknownToken) << "what the service said";
+    EXPECT_TRUE(transport.post(service.url("/v4/getToken"), "{}", {}));
+    EXPECT_TRUE(transport.post(service.url("/v4/g/sell"), "{}", {}));
+    EXPECT_EQ(codeFor(transport), 10);
 }
 
 TEST(RecordingTransport, KeepsTheReceiptAndSendsNothing)
