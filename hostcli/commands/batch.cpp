@@ -4,12 +4,14 @@
 #include "hostcli/terminal/interruption.h"
 #include "hostcli/terminal/qrcode.h"
 #include "hostcli/terminal/resultreport.h"
+#include "till/sale/registrar.h"
 #include "till/sale/verdict.h"
 #include "till/text.h"
 #include "till/wire/fiscalpayload.h"
 #include "till/wire/observingtransport.h"
 
 #include <algorithm>
+#include <array>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace till;
@@ -105,6 +107,7 @@ QString Batch::begin(const QueuedReceipt& queued)
     current.file = queued.file;
     current.line = queued.line;
     current.id = queued.receipt.id();
+    facts = factsOf(queued.receipt);
     return u"[%1/%2] %3"_s.arg(QString::number(tally.done() + 1), QString::number(count), current.id);
 }
 
@@ -116,7 +119,7 @@ bool Batch::finish(const ReceiptResult& result)
         current = result;
         tally.add(result.outcome);
         raise(exitCodeOf(result.outcome));
-        if (result.outcome == Outcome::Unknown)
+        if (result.endsRun || result.outcome == Outcome::Unknown)
             goesOn = false;
     }
     write(result);
@@ -151,14 +154,17 @@ void Batch::interrupt()
     endInterrupted(status);
 }
 
+SaleVerdict Batch::judged() const
+{
+    return isSell() ? judgeSale(transport.seen(), facts, false) : judgeSending(transport.seen(), false);
+}
+
 // Whether the service's final answer is there, and the driver is about to return with it.
 bool Batch::hasAnswer() const
 {
-    if (step != Step::Working)
-        return false;
-    const WireRecord& seen = transport.seen();
-    return isSell() ? judgeSale(seen, current.id, false) == SaleVerdict::Registered
-                    : judgeSending(seen, false) == SaleVerdict::Accepted;
+    constexpr std::array final{
+        SaleVerdict::Registered, SaleVerdict::Incomplete, SaleVerdict::ForeignId, SaleVerdict::Accepted};
+    return step == Step::Working && std::ranges::find(final, judged()) != final.end();
 }
 
 QString Batch::whatIsKnown() const
@@ -169,8 +175,7 @@ QString Batch::whatIsKnown() const
         return tally.done() == 0 ? Text::tr("Nothing was sent.") : QString();
     if (hasAnswer()) {
         ReceiptResult result = current;
-        if (isSell())
-            result.outcome = Outcome::Registered;
+        result.outcome = conclusionOf(judged()).outcome;
         return outcomeSentence(result);
     }
     if (transport.seen().receiptSent)

@@ -60,6 +60,7 @@ private:
     };
 
     [[nodiscard]] bool isSell() const { return command == Command::Sell; }
+    [[nodiscard]] till::SaleVerdict judged() const;
     [[nodiscard]] bool hasAnswer() const;
     [[nodiscard]] QString whatIsKnown() const;
     void raise(ExitCode to);
@@ -80,6 +81,7 @@ private:
     Tally tally;
     Step step = Step::BetweenReceipts;
     till::ReceiptResult current;
+    till::ReceiptFacts facts;
     ExitCode status = ExitCode::Success;
     bool goesOn = true;
 };

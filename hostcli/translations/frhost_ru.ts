@@ -540,12 +540,48 @@
   5  сервис сообщил о регистрации, но не подтвердил её данными</translation>
     </message>
     <message>
+        <source>The service says that the receipt is registered, but its answer has no valid %1</source>
+        <translation>Сервис сообщает, что чек зарегистрирован, но в его ответе нет верных данных: %1</translation>
+    </message>
+    <message>
+        <source>The service says that the receipt is registered, but with the total %1 instead of %2</source>
+        <translation>Сервис сообщает, что чек зарегистрирован, но с итогом %1 вместо %2</translation>
+    </message>
+    <message>
+        <source>The service says that the receipt is registered, but with the total %1 instead of %2, and its answer has no valid %3</source>
+        <translation>Сервис сообщает, что чек зарегистрирован, но с итогом %1 вместо %2, и в его ответе нет верных данных: %3</translation>
+    </message>
+    <message>
+        <source>The service refuses receipts of this account</source>
+        <translation>Сервис не принимает чеки этой учётной записи</translation>
+    </message>
+    <message>
+        <source>The account is blocked: ask the service.</source>
+        <translation>Учётная запись заблокирована: обратитесь в поддержку сервиса.</translation>
+    </message>
+    <message>
+        <source>Correct groupCode, or login and password, in the configuration.</source>
+        <translation>Исправьте в настройках groupCode или логин и пароль.</translation>
+    </message>
+    <message>
+        <source>Correct login and password in the configuration.</source>
+        <translation>Исправьте логин и пароль в настройках.</translation>
+    </message>
+    <message>
+        <source>Nothing was registered, and no other receipt would be. %1 Then run the same file again.</source>
+        <translation>Ничего не зарегистрировано, и другие чеки сервис тоже не примет. %1 После этого отправьте тот же файл ещё раз.</translation>
+    </message>
+    <message>
         <source>The service does not accept the tokens that it issues</source>
         <translation>Сервис не принимает токены, которые сам выдаёт</translation>
     </message>
     <message>
         <source>The answer of the service at %1 holds no token. Nothing was sent.</source>
         <translation>В ответе сервиса по адресу %1 нет токена. Ничего не отправлено.</translation>
+    </message>
+    <message>
+        <source>The group is for another version of the protocol: ask the service for one of version 4 and correct groupCode in the configuration.</source>
+        <translation>Группа заведена для другой версии протокола: запросите у сервиса группу для версии 4 и исправьте groupCode в настройках.</translation>
     </message>
 </context>
 </TS>

@@ -78,7 +78,8 @@ TEST(Batch, StopsWhenAReceiptCannotBeSent)
         case Call::Report:
             self->refuseFurther();
             request.answerLast(200,
-                R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":160.0}})");
+                R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":160.0,
+                "fn_number":"9999078900006364","fiscal_document_number":29414,"fiscal_document_attribute":3449555941}})");
         }
     });
     self = &service;
@@ -89,6 +90,87 @@ TEST(Batch, StopsWhenAReceiptCannotBeSent)
     EXPECT_THAT(stopped.err.toStdString(), HasSubstr("r2: Not sent, no connection"));
     EXPECT_THAT(stopped.err.toStdString(), HasSubstr("This run has not sent the receipt."));
     EXPECT_EQ(sells, 1);
+}
+
+constexpr auto restNotSent = "Receipts not sent: 2.";
+
+TEST(Batch, StopsWhereTheServiceRefusesTheAccount)
+{
+    struct Row
+    {
+        const char* code;
+        const char* advice;
+    };
+    const Row rows[] = {
+        {"12", "Correct login and password in the configuration."},
+        {"13", "Correct login and password in the configuration."},
+        {"14", "The account is blocked: ask the service."},
+        {"20", "Correct groupCode, or login and password, in the configuration."},
+        {"21", "correct groupCode in the configuration."},
+    };
+    for (const Row& row : rows) {
+        const EmulatorProcess emulator;
+        emulator.addFault(
+            QByteArray(R"("endpoint":"sell","effect":"error","match":{"after":1},"code":)") + row.code);
+        const Shop shop(emulator.url());
+        const Ran stopped = shop.frhost({u"sell"_s, shop.receipts(ids(4, "r"))});
+        EXPECT_EQ(stopped.exitCode, 3) << row.code;
+        EXPECT_EQ(
+            stopped.columns({u"id"_s, u"outcome"_s}), (QStringList{u"r1 registered"_s, u"r2 refused"_s}))
+            << row.code;
+        EXPECT_THAT(stopped.err.toStdString(), HasSubstr(row.advice));
+        EXPECT_THAT(stopped.err.toStdString(), HasSubstr(restNotSent));
+    }
+}
+
+TEST(Batch, StopsWhereTheServiceKnowsNoTokenAnyMore)
+{
+    const EmulatorProcess emulator;
+    emulator.addFault(R"("endpoint":"sell","effect":"error","code":10,"match":{"after":1})");
+    const Shop shop(emulator.url());
+    const QString file = shop.receipts(ids(4, "r"));
+    const Ran stopped = shop.frhost({u"sell"_s, file});
+    EXPECT_EQ(stopped.exitCode, 4);
+    EXPECT_EQ(stopped.columns({u"id"_s, u"outcome"_s}), (QStringList{u"r1 registered"_s, u"r2 unknown"_s}));
+    EXPECT_THAT(stopped.err.toStdString(), HasSubstr(restNotSent));
+    EXPECT_EQ(emulator.calls(), u"token sell report sell token sell"_s) << "a new token is tried once";
+    emulator.clearFaults();
+    EXPECT_EQ(shop.frhost({u"sell"_s, file}).columns({u"id"_s, u"outcome"_s}),
+        (QStringList{u"r1 registered"_s, u"r2 registered"_s, u"r3 registered"_s, u"r4 registered"_s}));
+}
+
+TEST(Batch, ContinuesWithANewTokenWhereTheServiceDoesNotKnowTheOldOne)
+{
+    const EmulatorProcess emulator;
+    emulator.addFault(R"("endpoint":"sell","effect":"error","code":10,"match":{"after":1,"next":1})");
+    const Shop shop(emulator.url());
+    const Ran sold = shop.frhost({u"sell"_s, shop.receipts(ids(3, "r"))});
+    EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
+    EXPECT_EQ(sold.columns({u"outcome"_s}), QStringList(3, u"registered"_s));
+    EXPECT_EQ(emulator.calls().count(u"token"_s), 2);
+}
+
+TEST(Batch, ContinuesAfterIncompleteEvidence)
+{
+    const EmulatorProcess emulator;
+    emulator.addFault(
+        R"("endpoint":"report","effect":"without-key","key":"payload","match":{"external_id":"r2"})");
+    const Shop shop(emulator.url());
+    const QString file = shop.receipts(ids(3, "r"));
+    const Ran sold = shop.frhost({u"sell"_s, file});
+    EXPECT_EQ(sold.exitCode, 5);
+    EXPECT_EQ(sold.columns({u"id"_s, u"outcome"_s}),
+        (QStringList{u"r1 registered"_s, u"r2 incomplete"_s, u"r3 registered"_s}));
+    EXPECT_EQ(sold.err,
+        u"r2: The service says that the receipt is registered, but its answer has no valid payload.total, "
+        u"payload.fiscal_document_number, payload.fn_number, payload.fiscal_document_attribute. Do NOT sell "
+        u"it "
+        u"under a new id. Running the same file again is safe and may fetch the missing evidence.\n"
+        u"Receipts: 3. Registered: 2, refused: 0, unknown: 0.\nRegistered, evidence incomplete: 1.\n"_s);
+    emulator.clearFaults();
+    const Ran again = shop.frhost({u"sell"_s, file});
+    EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
+    EXPECT_EQ(again.columns({u"outcome"_s, u"recovered"_s}), QStringList(3, u"registered true"_s));
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)

@@ -16,7 +16,9 @@ constexpr auto accepted = R"({"uuid":"u-1","status":"wait","error":null})";
 constexpr auto known =
     R"({"uuid":"u-1","status":"wait","error":{"error_id":"e","code":33,"text":"exists","type":"system"}})";
 constexpr auto done =
-    R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":160.0}})";
+    R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":160.0,
+    "fn_number":"9999078900006364","fiscal_document_number":29414,"fiscal_document_attribute":3449555941}})";
+constexpr auto invalid = R"({"status":"fail","error":{"error_id":"e","code":32,"text":"t","type":"system"}})";
 
 // A row of the table: how the service answers the receipt and then every status request, and what frhost
 // reports.
@@ -34,6 +36,7 @@ struct Row
 constexpr auto safe = "Running the same file again is safe";
 constexpr auto newId = "Give the sale a new id and run it again";
 constexpr auto correct = "Correct the cause and run the receipt again";
+constexpr auto correctGroup = "Correct groupCode";
 
 const Row rows[] = {
     {"Done", 200, accepted, done, "registered", 0, ""},
@@ -52,10 +55,9 @@ const Row rows[] = {
     {"FailedInAnEarlierAttempt", 400, known,
         R"({"uuid":"u-1","status":"fail","payload":null,"error":{"error_id":"e","code":11,"text":"t","type":"driver"}})",
         "refused", 3, newId},
-    {"NotValid", 400, R"({"status":"fail","error":{"error_id":"e","code":32,"text":"t","type":"system"}})",
-        "", "refused", 3, correct},
+    {"NotValid", 400, invalid, "", "refused", 3, correct},
     {"WrongGroup", 401, R"({"status":"fail","error":{"error_id":"e","code":20,"text":"t","type":"system"}})",
-        "", "refused", 3, correct},
+        "", "refused", 3, correctGroup},
     {"UnknownError", 400,
         R"({"status":"fail","error":{"error_id":"e","code":0,"text":"t","type":"unknown"}})", "", "unknown",
         4, safe},
@@ -73,6 +75,41 @@ const Row rows[] = {
         "unknown", 4, safe},
     {"EarlierAttemptOfAnotherReceipt", 400, known,
         R"({"uuid":"u-1","external_id":"r2","status":"done","error":null,"payload":{"total":160.0}})",
+        "unknown", 4, safe},
+    {"CodeThatIsAText", 400, R"({"status":"fail","error":{"code":"32","text":"t","type":"system"}})", "",
+        "unknown", 4, safe},
+    {"CodeThatIsTrue", 400, R"({"status":"fail","error":{"code":true,"text":"t","type":"system"}})", "",
+        "unknown", 4, safe},
+    {"CodeWithAFraction", 400, R"({"status":"fail","error":{"code":31.6,"text":"t","type":"system"}})", "",
+        "unknown", 4, safe},
+    {"CodeThatWouldWrap", 400, R"({"status":"fail","error":{"code":4294967328,"text":"t","type":"system"}})",
+        "", "unknown", 4, safe},
+    {"AnotherTotal", 200, accepted,
+        R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":5.00,
+        "fn_number":"9999078900006364","fiscal_document_number":29414,"fiscal_document_attribute":1}})",
+        "incomplete", 5, "with the total 5.00 instead of 160.00"},
+    {"AnotherTotalInAnEarlierAttempt", 400, known,
+        R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":5.00,
+        "fn_number":"9999078900006364","fiscal_document_number":29414,"fiscal_document_attribute":1}})",
+        "refused", 3, "Give it an id of its own"},
+    {"NoTotalInAnEarlierAttempt", 400, known,
+        R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":"160.00",
+        "fn_number":"9999078900006364","fiscal_document_number":29414,"fiscal_document_attribute":1}})",
+        "incomplete", 5, "no valid payload.total"},
+    {"NumberThatWouldWrap", 200, accepted,
+        R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":{"total":160,
+        "fn_number":"9999078900006364","fiscal_document_number":2147483649,"fiscal_document_attribute":1}})",
+        "incomplete", 5, "no valid payload.fiscal_document_number"},
+    {"PayloadThatIsAList", 200, accepted,
+        R"({"uuid":"u-1","external_id":"r1","status":"done","error":null,"payload":[160]})", "incomplete", 5,
+        "no valid payload.total, payload.fiscal_document_number"},
+    {"NoExternalId", 200, accepted,
+        R"({"uuid":"u-1","status":"done","error":null,"payload":{"total":160,
+        "fn_number":"9999078900006364","fiscal_document_number":29414,"fiscal_document_attribute":1}})",
+        "incomplete", 5, "no valid external_id"},
+    {"AnotherUuid", 200, accepted,
+        R"({"uuid":"u-2","external_id":"r1","status":"done","error":null,"payload":{"total":160,
+        "fn_number":"9999078900006364","fiscal_document_number":29414,"fiscal_document_attribute":1}})",
         "unknown", 4, safe},
     {"LostByTheService", 200, accepted,
         R"({"status":"fail","error":{"error_id":"e","code":30,"text":"t","type":"system"}})", "unknown", 4,
@@ -108,6 +145,7 @@ TEST_P(Outcome, IsReported)
     EXPECT_EQ(sold.columns({u"outcome"_s}), QStringList{QString::fromLatin1(row.outcome)});
     EXPECT_EQ(sold.exitCode, row.exitCode);
     EXPECT_EQ(sold.lines().value(0).contains(u"error"_s), row.exitCode != 0);
+    EXPECT_EQ(sold.lines().value(0).contains(u"qr"_s), false) << "no receipt here has a date";
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(row.advice));
 }
 

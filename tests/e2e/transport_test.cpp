@@ -60,7 +60,8 @@ TEST(Transport, UsesTheProxyWithoutShowingItsPassword)
 {
     const RawServer proxy([](Peer& peer, const std::string& request) {
         if (request.starts_with("GET "))
-            peer.answer(200, R"({"uuid":"u","external_id":"r1","status":"done","payload":{"total":160.0}})");
+            peer.answer(200, R"({"uuid":"u","external_id":"r1","status":"done","payload":{"total":160.0,
+                "fn_number":"9999078900006364","fiscal_document_number":29414,"fiscal_document_attribute":3449555941}})");
         else
             peer.answer(200, R"({"token":"t","uuid":"u","status":"wait","error":null})");
     });

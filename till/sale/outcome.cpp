@@ -19,6 +19,8 @@ Conclusion conclusionOf(SaleVerdict verdict)
     case SaleVerdict::Refused:
         return {Outcome::Refused, Text::tr("The receipt was refused"),
             Text::tr("Nothing was registered. Correct the cause and run the receipt again.")};
+    case SaleVerdict::AccountRefused:
+        return {Outcome::Refused, Text::tr("The service refuses receipts of this account"), {}, true};
     case SaleVerdict::Failed:
         return {Outcome::Refused, Text::tr("The service could not register the receipt"),
             Text::tr("Nothing was registered, and this id is used up: sent again, it only returns the failed "
@@ -28,15 +30,37 @@ Conclusion conclusionOf(SaleVerdict verdict)
             Text::tr("This sale is NOT registered. Give it an id of its own and run it again.")};
     case SaleVerdict::NotSent:
         return {Outcome::Unknown, Text::tr("Not sent, no connection"),
-            Text::tr("This run has not sent the receipt. Running the same file again is safe.")};
+            Text::tr("This run has not sent the receipt. Running the same file again is safe."), true};
     case SaleVerdict::Unknown:
+    case SaleVerdict::RefusedOnce:
     case SaleVerdict::Existing:
     case SaleVerdict::Unfinished:
+    case SaleVerdict::FailedOnce:
         break;
     }
     return {Outcome::Unknown, Text::tr("The service's answer does not say whether the receipt is registered"),
         Text::tr("It may or may not be registered. Running the same file again is safe: a receipt that the "
-                 "service already has is not registered twice.")};
+                 "service already has is not registered twice."),
+        true};
+}
+
+QString accountAdvice(ServiceCode code)
+{
+    const QString cause = [&] {
+        switch (code) {
+        case ServiceCode::BlockedUser:
+            return Text::tr("The account is blocked: ask the service.");
+        case ServiceCode::WrongGroup:
+            return Text::tr("Correct groupCode, or login and password, in the configuration.");
+        case ServiceCode::WrongProtocol:
+            return Text::tr("The group is for another version of the protocol: ask the service for one of "
+                            "version 4 and correct groupCode in the configuration.");
+        default:
+            return Text::tr("Correct login and password in the configuration.");
+        }
+    }();
+    return Text::tr("Nothing was registered, and no other receipt would be. %1 Then run the same file again.")
+        .arg(cause);
 }
 
 } // namespace till

@@ -30,9 +30,14 @@ struct Conclusion
     QString message;
     /// What the user can do now; empty when there is nothing to do.
     QString advice;
+    /// Whether the next receipt would fare no better, or must wait until this one is cleared up.
+    bool endsRun = false;
 };
 
 /// A verdict that asks for a further step counts as Unknown: the step was not taken or led nowhere.
 [[nodiscard]] Conclusion conclusionOf(SaleVerdict verdict);
+
+/// What to correct when the service refuses receipts because of the account.
+[[nodiscard]] QString accountAdvice(ServiceCode code);
 
 } // namespace till

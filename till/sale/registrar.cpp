@@ -8,8 +8,10 @@
 #include "till/wire/fiscalpayload.h"
 #include "till/wire/observingtransport.h"
 
+#include <algorithm>
 #include <thread>
 #include <tuple>
+#include <utility>
 
 namespace till {
 
@@ -33,9 +35,15 @@ void handOver(AbstractFrDriver& driver, const Receipt& receipt)
         driver.checkPay(payment);
 }
 
-Registrar::Registrar(LoadedRegister& usedRegister, ObservingTransport& usedTransport)
+ReceiptFacts factsOf(const Receipt& receipt)
+{
+    return {receipt.id(), receipt.total()};
+}
+
+Registrar::Registrar(LoadedRegister& usedRegister, ObservingTransport& usedTransport, Patience usedPatience)
     : fiscalRegister(usedRegister)
     , transport(usedTransport)
+    , patience(usedPatience)
 {
 }
 
@@ -43,19 +51,26 @@ ReceiptResult Registrar::sell(const QueuedReceipt& queued)
 {
     const Receipt& receipt = queued.receipt;
     Finding finding = close(receipt);
+    if (finding.verdict == SaleVerdict::RefusedOnce) {
+        finding = closeAgain(receipt);
+        finding.verdict = second(finding.verdict);
+    }
+    // The driver's interface names the document of a known id only when the receipt is sent once more.
     if (finding.verdict == SaleVerdict::Existing)
-        finding = lookUp(receipt, std::move(finding));
-    if (finding.verdict == SaleVerdict::Unfinished)
+        finding = closeAgain(receipt);
+    if (finding.verdict == SaleVerdict::Unfinished || finding.verdict == SaleVerdict::FailedOnce)
         finding = await(receipt, std::move(finding));
-    if (finding.existed)
-        finding.verdict =
-            compareTotals(finding.verdict, totalIn(transport.seen().status.payload), receipt.total());
     return resultOf(queued, finding);
 }
 
 ReceiptResult Registrar::send(const QueuedReceipt& queued)
 {
-    return resultOf(queued, submit(queued.receipt));
+    Finding finding = submit(queued.receipt);
+    if (finding.verdict == SaleVerdict::RefusedOnce) {
+        finding = submitAgain(queued.receipt);
+        finding.verdict = second(finding.verdict);
+    }
+    return resultOf(queued, finding);
 }
 
 Registrar::Finding Registrar::close(const Receipt& receipt)
@@ -66,71 +81,88 @@ Registrar::Finding Registrar::close(const Receipt& receipt)
         handOver(fiscalRegister.driver(), receipt);
         fiscalRegister.driver().checkClose(receipt.document);
     });
-    finding.uuid = transport.seen().registration.uuid;
-    finding.verdict = judgeSale(transport.seen(), receipt.id(), finding.error.has_value());
+    finding.verdict = judgeSale(transport.seen(), factsOf(receipt), finding.error.has_value());
+    return finding;
+}
+
+// Sends what has already been handed over.
+Registrar::Finding Registrar::closeAgain(const Receipt& receipt)
+{
+    Finding finding;
+    finding.error =
+        attempted([&] { std::ignore = fiscalRegister.service().documentClose(receipt.document); });
+    finding.verdict = judgeSale(transport.seen(), factsOf(receipt), finding.error.has_value());
     return finding;
 }
 
 Registrar::Finding Registrar::submit(const Receipt& receipt)
 {
     transport.startReceipt();
-    Finding finding;
-    finding.error = attempted([&] {
-        handOver(fiscalRegister.driver(), receipt);
-        std::ignore = fiscalRegister.service().documentClose(receipt.document);
-    });
-    const ServiceAnswer& answer = transport.seen().registration;
-    finding.uuid = answer.uuid;
-    finding.existed = answer.errorCode.has_value();
-    finding.verdict = judgeSending(transport.seen(), finding.error.has_value());
-    return finding;
+    if (auto error = attempted([&] { handOver(fiscalRegister.driver(), receipt); }))
+        return {judgeSending(transport.seen(), true), std::move(error)};
+    return submitAgain(receipt);
 }
 
-// The driver's interface names the document of a known id only when the receipt is sent once more.
-Registrar::Finding Registrar::lookUp(const Receipt& receipt, Finding finding)
+Registrar::Finding Registrar::submitAgain(const Receipt& receipt)
 {
-    QString uuid;
-    finding.error = attempted([&] { uuid = fiscalRegister.service().documentClose(receipt.document); });
-    if (!uuid.isEmpty())
-        finding.uuid = uuid;
-    finding.existed = true;
-    finding.verdict = finding.uuid.isEmpty() ? SaleVerdict::Unknown : SaleVerdict::Unfinished;
+    Finding finding;
+    finding.error =
+        attempted([&] { std::ignore = fiscalRegister.service().documentClose(receipt.document); });
+    finding.verdict = judgeSending(transport.seen(), finding.error.has_value());
     return finding;
 }
 
 Registrar::Finding Registrar::await(const Receipt& receipt, Finding finding)
 {
+    bool isAnswered = finding.verdict == SaleVerdict::FailedOnce;
     const auto ask = [&] {
-        if (auto error =
-                attempted([&] { std::ignore = fiscalRegister.service().getDocumentInfo(finding.uuid); }))
+        if (std::exchange(isAnswered, false))
+            return DocumentState::Failed;
+        transport.startQuestion();
+        const QString uuid = transport.seen().registration.uuid;
+        if (auto error = attempted([&] { std::ignore = fiscalRegister.service().getDocumentInfo(uuid); }))
             finding.error = std::move(error);
-        return judgeStatus(transport.seen().status, receipt.id());
+        return judgeStatus(transport.seen(), receipt.id());
     };
-    const auto pause = [&] { std::this_thread::sleep_for(fiscalRegister.requestInterval()); };
-    finding.verdict = verdictOf(awaitDocument(ask, pause));
+    const auto pause = [&](std::chrono::milliseconds least) {
+        std::this_thread::sleep_for(std::max(fiscalRegister.requestInterval(), least));
+    };
+    const DocumentState state = awaitDocument(ask, pause, patience);
+    finding.verdict = verdictOf(state, transport.seen(), factsOf(receipt));
     return finding;
+}
+
+SaleVerdict Registrar::second(SaleVerdict verdict) const
+{
+    const auto code = transport.seen().registration.errorCode;
+    return verdict == SaleVerdict::RefusedOnce && code ? confirmed(*code) : verdict;
 }
 
 ReceiptResult Registrar::resultOf(const QueuedReceipt& queued, const Finding& finding) const
 {
+    const WireRecord& seen = transport.seen();
     const Conclusion conclusion = conclusionOf(finding.verdict);
     ReceiptResult result;
     result.file = queued.file;
     result.line = queued.line;
     result.id = queued.receipt.id();
-    result.uuid = finding.uuid;
+    result.uuid = seen.registration.uuid;
     result.outcome = conclusion.outcome;
     result.advice = conclusion.advice;
-    if (finding.verdict == SaleVerdict::Registered) {
-        const FiscalPayload payload =
-            readPayload(transport.seen().status.payload, queued.receipt.taxSystem());
+    result.endsRun = conclusion.endsRun;
+    const bool isRegistered = finding.verdict == SaleVerdict::Registered;
+    const bool isGood = isRegistered || finding.verdict == SaleVerdict::Accepted;
+    if (isGood || finding.verdict == SaleVerdict::Incomplete)
+        result.recovered = existedBefore(seen);
+    if (isRegistered) {
+        const FiscalPayload payload = readPayload(seen.status.payload, queued.receipt.taxSystem());
         result.fiscal = payload.info;
         result.receiptUrl = payload.receiptUrl;
-    } else if (finding.verdict != SaleVerdict::Accepted) {
-        result.error = errorOf(queued.receipt, finding);
-        return result;
     }
-    result.recovered = finding.existed;
+    if (!isGood)
+        result.error = errorOf(queued.receipt, finding);
+    if (finding.verdict == SaleVerdict::AccountRefused && seen.registration.errorCode)
+        result.advice = accountAdvice(*seen.registration.errorCode);
     return result;
 }
 
@@ -139,6 +171,7 @@ ErrorInfo Registrar::errorOf(const Receipt& receipt, const Finding& finding) con
     const WireRecord& seen = transport.seen();
     const QString message = conclusionOf(finding.verdict).message;
     ErrorInfo error = finding.error.value_or(ErrorInfo{{}, seen.lastErrorCode, message});
+    const Evidence evidence = evidenceIn(seen.status, factsOf(receipt));
     switch (finding.verdict) {
     case SaleVerdict::NotSent:
         if (finding.error && !finding.error->message.isEmpty())
@@ -153,12 +186,17 @@ ErrorInfo Registrar::errorOf(const Receipt& receipt, const Finding& finding) con
         if (!seen.status.errorText.isEmpty())
             error.message = seen.status.errorText;
         break;
+    case SaleVerdict::Incomplete:
+        error = {{}, std::nullopt, describe(evidence, factsOf(receipt))};
+        break;
     case SaleVerdict::ForeignId:
         error = {{}, seen.registration.errorCode,
             Text::tr("The id already belongs to another receipt, registered with the total %1 instead of %2")
-                .arg(roubles(totalIn(seen.status.payload).value_or(0)), roubles(receipt.total()))};
+                .arg(roubles(evidence.otherTotal.value_or(0)), roubles(receipt.total()))};
         break;
     default:
+        if (seen.tokensRejected)
+            error.message = Text::tr("The service does not accept the tokens that it issues");
         break;
     }
     return error;

@@ -13,16 +13,22 @@ class ObservingTransport;
 /// Hands the receipt to the driver, from checkOpen() to the last payment; closing it is left to the caller.
 void handOver(AbstractFrDriver& driver, const Receipt& receipt);
 
+/// What the service's answers about this receipt have to repeat.
+[[nodiscard]] ReceiptFacts factsOf(const Receipt& receipt);
+
 /// Registers receipts and finds out what became of each. Blocks while the service works on a receipt.
 ///
 /// Outcomes are judged by what went over the wire, never by the class of an exception: an error in a status
 /// answer says nothing about the receipt. An id that the service already knows is never an error by itself:
 /// the earlier document is looked up and its total compared.
+///
+/// A single answer never proves that a receipt is not registered. A failed document is asked about again, and
+/// a refused receipt is sent once more under its id, which the service registers only once.
 class Registrar
 {
 public:
-    /// Both are borrowed; the register's driver must use the transport.
-    Registrar(LoadedRegister& usedRegister, ObservingTransport& usedTransport);
+    /// Register and transport are borrowed; the register's driver must use the transport.
+    Registrar(LoadedRegister& usedRegister, ObservingTransport& usedTransport, Patience usedPatience = {});
 
     /// Registers a receipt and waits for its fiscal result. Throws nothing that a driver may throw: every
     /// failure is an outcome.
@@ -32,27 +38,27 @@ public:
     [[nodiscard]] ReceiptResult send(const QueuedReceipt& queued);
 
 private:
-    /// What is known of the receipt after a step.
+    /// What is known of the receipt after a step; the rest is in what the transport has seen.
     struct Finding
     {
         SaleVerdict verdict = SaleVerdict::Unknown;
-        QString uuid;
         /// What the driver threw last; none when it threw nothing.
         std::optional<ErrorInfo> error;
-        /// Whether the document was there before this attempt.
-        bool existed = false;
     };
 
     [[nodiscard]] Finding close(const Receipt& receipt);
+    [[nodiscard]] Finding closeAgain(const Receipt& receipt);
     [[nodiscard]] Finding submit(const Receipt& receipt);
-    [[nodiscard]] Finding lookUp(const Receipt& receipt, Finding finding);
+    [[nodiscard]] Finding submitAgain(const Receipt& receipt);
     [[nodiscard]] Finding await(const Receipt& receipt, Finding finding);
+    [[nodiscard]] SaleVerdict second(SaleVerdict verdict) const;
     [[nodiscard]] ReceiptResult resultOf(const QueuedReceipt& queued, const Finding& finding) const;
     [[nodiscard]] ErrorInfo errorOf(const Receipt& receipt, const Finding& finding) const;
     [[nodiscard]] std::optional<ErrorInfo> attempted(const std::function<void()>& step) const;
 
     LoadedRegister& fiscalRegister;
     ObservingTransport& transport;
+    Patience patience;
 };
 
 } // namespace till

@@ -37,6 +37,8 @@ struct ReceiptResult
     std::optional<ErrorInfo> error;
     /// What the user can do now; empty when there is nothing to do.
     QString advice;
+    /// Whether no further receipt is to be sent in this run.
+    bool endsRun = false;
 };
 
 } // namespace till

@@ -1,28 +1,34 @@
 #include "till/sale/verdict.h"
 
-#include <cmath>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace till {
 
 namespace {
 
-constexpr int maxSilentQuestions = 3;
-constexpr double halfKopeck = 0.005;
+bool isWaiting(const ServiceAnswer& answer)
+{
+    return answer.status == "wait"_L1;
+}
+
+bool isOfAnotherDocument(const ServiceAnswer& answer, const QString& id, const QString& uuid)
+{
+    return (!answer.externalId.isEmpty() && answer.externalId != id) ||
+           (!answer.uuid.isEmpty() && answer.uuid != uuid);
+}
 
 SaleVerdict judgeErrorCode(ServiceCode code, const QString& uuid)
 {
     if (code == ServiceCode::DocumentExists)
-        return SaleVerdict::Existing;
+        return uuid.isEmpty() ? SaleVerdict::Existing : SaleVerdict::Unfinished;
     if (code == ServiceCode::DocumentInProgress && !uuid.isEmpty())
         return SaleVerdict::Unfinished;
-    return meaningOf(code).refusesReceipt ? SaleVerdict::Refused : SaleVerdict::Unknown;
+    return meaningOf(code).refusesReceipt ? SaleVerdict::RefusedOnce : SaleVerdict::Unknown;
 }
 
 SaleVerdict verdictOfUnsent(const WireRecord& seen, bool driverFailed)
 {
-    if (seen.lastAnswered == false)
+    if (seen.lastAnswered)
         return SaleVerdict::NotSent;
     return driverFailed ? SaleVerdict::Refused : SaleVerdict::Unknown;
 }
@@ -37,33 +43,41 @@ SaleVerdict judgeRegistration(const WireRecord& seen, bool driverFailed)
         return SaleVerdict::Unknown;
     if (answer.errorCode)
         return judgeErrorCode(*answer.errorCode, answer.uuid);
-    return answer.uuid.isEmpty() ? SaleVerdict::Unknown : SaleVerdict::Accepted;
+    return answer.uuid.isEmpty() ? SaleVerdict::Unknown : SaleVerdict::Unfinished;
+}
+
+SaleVerdict judgeEvidence(const WireRecord& seen, const ReceiptFacts& receipt)
+{
+    const Evidence evidence = evidenceIn(seen.status, receipt);
+    if (evidence.isWhole())
+        return SaleVerdict::Registered;
+    const bool isForeign = existedBefore(seen) && evidence.otherTotal && evidence.namesTheDocument();
+    return isForeign ? SaleVerdict::ForeignId : SaleVerdict::Incomplete;
 }
 
 } // namespace
 
-DocumentState judgeStatus(const ServiceAnswer& answer, const QString& id)
+DocumentState judgeStatus(const WireRecord& seen, const QString& id)
 {
+    const ServiceAnswer& answer = seen.status;
     if (!answer.arrived)
         return DocumentState::NoNews;
-    if (!answer.externalId.isEmpty() && answer.externalId != id)
+    if (isOfAnotherDocument(answer, id, seen.registration.uuid))
         return DocumentState::Doubtful;
     if (answer.saysFailed())
         return DocumentState::Failed;
-    if (answer.errorCode == ServiceCode::DocumentInProgress)
+    if (answer.errorCode == ServiceCode::DocumentInProgress || (!answer.errorCode && isWaiting(answer)))
         return DocumentState::Waiting;
-    if (answer.errorCode)
+    if (answer.hasError)
         return DocumentState::NoNews;
-    if (answer.status == "done"_L1)
-        return DocumentState::Registered;
-    return answer.status == "wait"_L1 ? DocumentState::Waiting : DocumentState::Doubtful;
+    return answer.status == "done"_L1 ? DocumentState::Registered : DocumentState::Doubtful;
 }
 
-SaleVerdict verdictOf(DocumentState state)
+SaleVerdict verdictOf(DocumentState state, const WireRecord& seen, const ReceiptFacts& receipt)
 {
     switch (state) {
     case DocumentState::Registered:
-        return SaleVerdict::Registered;
+        return judgeEvidence(seen, receipt);
     case DocumentState::Failed:
         return SaleVerdict::Failed;
     case DocumentState::Waiting:
@@ -75,36 +89,53 @@ SaleVerdict verdictOf(DocumentState state)
     return SaleVerdict::Unknown;
 }
 
-SaleVerdict judgeSale(const WireRecord& seen, const QString& id, bool driverFailed)
+SaleVerdict judgeSale(const WireRecord& seen, const ReceiptFacts& receipt, bool driverFailed)
 {
-    const SaleVerdict verdict = judgeRegistration(seen, driverFailed);
-    return verdict == SaleVerdict::Accepted ? verdictOf(judgeStatus(seen.status, id)) : verdict;
+    SaleVerdict verdict = judgeRegistration(seen, driverFailed);
+    if (verdict == SaleVerdict::Unfinished)
+        verdict = verdictOf(judgeStatus(seen, receipt.id), seen, receipt);
+    return verdict == SaleVerdict::Failed ? SaleVerdict::FailedOnce : verdict;
 }
 
 SaleVerdict judgeSending(const WireRecord& seen, bool driverFailed)
 {
     const SaleVerdict verdict = judgeRegistration(seen, driverFailed);
-    if (verdict != SaleVerdict::Existing && verdict != SaleVerdict::Unfinished)
-        return verdict;
-    return seen.registration.uuid.isEmpty() ? SaleVerdict::Unknown : SaleVerdict::Accepted;
-}
-
-DocumentState awaitDocument(const std::function<DocumentState()>& ask, const std::function<void()>& pause)
-{
-    for (int silent = 0;;) {
-        const DocumentState state = ask();
-        if (state == DocumentState::Waiting)
-            silent = 0;
-        else if (state != DocumentState::NoNews || ++silent == maxSilentQuestions)
-            return state;
-        pause();
+    if (verdict == SaleVerdict::Unfinished) {
+        const bool isAccepted = !seen.registration.hasError && isWaiting(seen.registration);
+        return isAccepted || existedBefore(seen) ? SaleVerdict::Accepted : SaleVerdict::Unknown;
     }
+    return verdict == SaleVerdict::Existing ? SaleVerdict::Unknown : verdict;
 }
 
-SaleVerdict compareTotals(SaleVerdict verdict, std::optional<double> registered, double expected)
+SaleVerdict confirmed(ServiceCode refusal)
 {
-    const bool differs = registered && !(std::abs(*registered - expected) < halfKopeck);
-    return verdict == SaleVerdict::Registered && differs ? SaleVerdict::ForeignId : verdict;
+    return meaningOf(refusal).concernsAccount ? SaleVerdict::AccountRefused : SaleVerdict::Refused;
+}
+
+bool existedBefore(const WireRecord& seen)
+{
+    return seen.registration.errorCode == ServiceCode::DocumentExists ||
+           seen.registration.errorCode == ServiceCode::DocumentInProgress;
+}
+
+DocumentState awaitDocument(const std::function<DocumentState()>& ask,
+    const std::function<void(std::chrono::milliseconds least)>& pause, const Patience& patience)
+{
+    for (int silent = 0, failed = 0;;) {
+        const DocumentState state = ask();
+        if (state == DocumentState::NoNews) {
+            ++silent;
+        } else {
+            silent = 0;
+            failed = state == DocumentState::Failed ? failed + 1 : 0;
+        }
+        const bool goesOn = state == DocumentState::Waiting ||
+                            (state == DocumentState::NoNews && silent < patience.questionsWithoutNews) ||
+                            (state == DocumentState::Failed && failed <= patience.repeatedFailures);
+        if (!goesOn)
+            return state;
+        pause(failed > 0 ? patience.betweenFailures : std::chrono::milliseconds(0));
+    }
 }
 
 } // namespace till

@@ -1,9 +1,11 @@
 #pragma once
 
+#include "till/sale/evidence.h"
 #include "till/wire/serviceanswer.h"
 
 #include <QString>
 
+#include <chrono>
 #include <functional>
 
 namespace till {
@@ -19,7 +21,7 @@ enum class DocumentState
     Waiting,
     /// The answer, or its absence, says nothing about the document; asking again may help.
     NoNews,
-    /// The answer cannot be trusted: it is about another receipt or has an unknown status.
+    /// The answer cannot be trusted: it is about another document or has an unknown status.
     Doubtful,
 };
 
@@ -31,8 +33,10 @@ enum class SaleVerdict
     Incomplete,
     /// The service has accepted the receipt, and its registration is not waited for.
     Accepted,
-    /// Nothing was registered: the driver refused the receipt before sending it, or the service did.
+    /// Nothing was registered: the driver refused the receipt before sending it, or the service did, twice.
     Refused,
+    /// The same, and the service would refuse every other receipt, too: the account is at fault.
+    AccountRefused,
     /// It was not sent because a request was not answered. Nobody has refused it.
     NotSent,
     /// The service accepted the receipt and then could not register it; its id is used up.
@@ -41,33 +45,51 @@ enum class SaleVerdict
     ForeignId,
     /// It may or may not be registered.
     Unknown,
-    /// Not final: the service knows this id from an earlier attempt, whose outcome has to be found out.
+    /// Not final: the service has refused the receipt once.
+    RefusedOnce,
+    /// Not final: the service knows this id from an earlier attempt and has not named its document.
     Existing,
-    /// Not final: the service accepted the receipt, and nothing has been heard of it since.
+    /// Not final: the service knows the receipt, and whether it is registered has to be asked.
     Unfinished,
+    /// Not final: the service has said once that it could not register the receipt.
+    FailedOnce,
 };
 
-/// Judges one answer about the document of the receipt `id`.
-[[nodiscard]] DocumentState judgeStatus(const ServiceAnswer& answer, const QString& id);
+/// What a status answer says about the document of the receipt `id` that the service named when the receipt
+/// was sent.
+[[nodiscard]] DocumentState judgeStatus(const WireRecord& seen, const QString& id);
 
-/// Judges a finished attempt to register the receipt `id`. `driverFailed` tells whether the driver threw.
-[[nodiscard]] SaleVerdict judgeSale(const WireRecord& seen, const QString& id, bool driverFailed);
+/// Judges a finished attempt to register the receipt. `driverFailed` tells whether the driver threw.
+[[nodiscard]] SaleVerdict judgeSale(const WireRecord& seen, const ReceiptFacts& receipt, bool driverFailed);
 
 /// Judges a finished attempt to send a receipt without waiting for its registration.
 [[nodiscard]] SaleVerdict judgeSending(const WireRecord& seen, bool driverFailed);
 
-/// What the end of waiting for a document says of its receipt.
-[[nodiscard]] SaleVerdict verdictOf(DocumentState state);
+/// What the end of waiting for a document, which the last status answer has brought about, says of its
+/// receipt.
+[[nodiscard]] SaleVerdict verdictOf(DocumentState state, const WireRecord& seen, const ReceiptFacts& receipt);
 
-/// Asks about a document until it is finished: `ask` asks once, `pause` waits in between. Gives up, with
-/// NoNews, after three questions in a row without news; a waiting document is waited for without a limit.
-[[nodiscard]] DocumentState awaitDocument(
-    const std::function<DocumentState()>& ask, const std::function<void()>& pause);
+/// What a refusal is when the service repeats it.
+[[nodiscard]] SaleVerdict confirmed(ServiceCode refusal);
 
-/// Registered stays so only when the total that the service has registered is the receipt's own. It does not
-/// compare receipts that share an id; the total shows the commonest mix-up. An answer without a total proves
-/// nothing either way. In roubles.
-[[nodiscard]] SaleVerdict compareTotals(
-    SaleVerdict verdict, std::optional<double> registered, double expected);
+/// Whether the service knew the receipt from an earlier attempt when it was sent last.
+[[nodiscard]] bool existedBefore(const WireRecord& seen);
+
+/// How long to go on asking about a document.
+struct Patience
+{
+    /// After so many questions in a row without news, nothing is known.
+    int questionsWithoutNews = 3;
+    /// So many further answers have to repeat that a document has failed.
+    int repeatedFailures = 3;
+    /// The pause before each of these questions, at least.
+    std::chrono::milliseconds betweenFailures = std::chrono::seconds(1);
+};
+
+/// Asks about a document until it is finished: `ask` asks once, `pause` waits in between, at least for the
+/// given time. A single answer does not prove a failure: any other answer in between goes on. Gives up, with
+/// NoNews, after too many questions without news; a waiting document is waited for without a limit.
+[[nodiscard]] DocumentState awaitDocument(const std::function<DocumentState()>& ask,
+    const std::function<void(std::chrono::milliseconds least)>& pause, const Patience& patience);
 
 } // namespace till

@@ -33,7 +33,8 @@ enum class ServiceCode : int
 struct ServiceCodeMeaning
 {
     ServiceCode code;
-    /// As the answer to a receipt: it is not registered and will not be. The other codes leave that open.
+    /// As the answer to a receipt: it is not registered and will not be. The other codes leave that open; a
+    /// rejected token only asks for another one.
     bool refusesReceipt;
     /// As the answer to a question about a document: it says nothing about the document.
     bool concernsRequest;
@@ -47,8 +48,8 @@ inline constexpr std::array serviceCodes{
     ServiceCodeMeaning{ServiceCode::UnknownError,           false, true,  false},
     ServiceCodeMeaning{ServiceCode::NotProcessed,           true,  false, false},
     ServiceCodeMeaning{ServiceCode::WrongInn,               true,  false, false},
-    ServiceCodeMeaning{ServiceCode::UnknownToken,           true,  true,  false},
-    ServiceCodeMeaning{ServiceCode::ExpiredToken,           true,  true,  false},
+    ServiceCodeMeaning{ServiceCode::UnknownToken,           false, true,  false},
+    ServiceCodeMeaning{ServiceCode::ExpiredToken,           false, true,  false},
     ServiceCodeMeaning{ServiceCode::WrongCredentials,       true,  true,  true},
     ServiceCodeMeaning{ServiceCode::InvalidTokenRequest,    true,  true,  true},
     ServiceCodeMeaning{ServiceCode::BlockedUser,            true,  true,  true},

@@ -75,12 +75,20 @@ protected:
     ObservingTransport transport;
 };
 
-// A service that accepts a receipt and has registered it when it is asked.
-void registerReceipt(ObservingTransport& transport)
+constexpr auto accepted = R"({"uuid":"u","status":"wait"})";
+constexpr auto known = R"({"uuid":"u","status":"wait","error":{"code":33,"type":"system"}})";
+constexpr auto done = R"({"uuid":"u","external_id":"r1","status":"done","payload":{"total":0,
+    "fn_number":"0251440300046840","fiscal_document_number":29414,"fiscal_document_attribute":3449555941}})";
+constexpr auto doneWithTotal5 = R"({"uuid":"u","external_id":"r1","status":"done","payload":{"total":5}})";
+constexpr auto doneWithoutPayload = R"({"uuid":"u","external_id":"r1","status":"done"})";
+constexpr auto failed = R"({"uuid":"u","external_id":"r1","status":"fail"})";
+
+// A service that gives these answers to a receipt and to the question about it.
+void registerReceipt(
+    ObservingTransport& transport, const char* registration = accepted, const char* report = done)
 {
-    const RawServer service([](Peer& peer, const std::string& request) {
-        peer.answer(200, request.starts_with("POST") ? R"({"uuid":"u","status":"wait"})"
-                                                     : R"({"uuid":"u","external_id":"r1","status":"done"})");
+    const RawServer service([&](Peer& peer, const std::string& request) {
+        peer.answer(200, request.starts_with("POST") ? registration : report);
     });
     const QUrl url(QString::fromStdString(service.url()));
     EXPECT_TRUE(transport.post(url.resolved(QUrl(u"/v4/g/sell"_s)), "{}", {}));
@@ -145,6 +153,64 @@ TEST_F(RunOfABatch, InterruptedWhenTheServiceHasRegisteredTheReceiptWritesItsRes
     EXPECT_EQ(batch.end(), ExitCode::Unknown);
     EXPECT_EQ(written(), QByteArray(R"({"id":"r1","line":0,"outcome":"registered"})"
                                     "\n"));
+}
+
+TEST_F(RunOfABatch, InterruptedAfterTheLastAnswerSaysWhatItSays)
+{
+    struct Row
+    {
+        const char* registration;
+        const char* report;
+        const char* sentence;
+    };
+    constexpr auto unproven =
+        "r1 is registered according to the service, which has not proved it; run again.";
+    const Row rows[] = {
+        {accepted, done, "r1 is registered."},
+        {known, done, "r1 is registered."},
+        {accepted, doneWithoutPayload, unproven},
+        {known, doneWithoutPayload, unproven},
+        {accepted, doneWithTotal5, unproven},
+        {known, doneWithTotal5, "r1 was refused."},
+    };
+    for (const Row& row : rows) {
+        Batch batch(commandLine(Command::Sell), output, transport);
+        batch.setCount(1);
+        std::ignore = batch.begin(receipt("r1"));
+        registerReceipt(transport, row.registration, row.report);
+        testing::internal::CaptureStderr();
+        batch.interrupt();
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "Interrupted. " + std::string(row.sentence) + "\n");
+    }
+}
+
+TEST_F(RunOfABatch, InterruptedAfterAFailureThatIsNotConfirmedSaysThatTheOutcomeIsUnknown)
+{
+    for (const char* registration : {accepted, known}) {
+        EXPECT_EXIT(
+            {
+                Batch batch(commandLine(Command::Sell), output, transport);
+                batch.setCount(1);
+                std::ignore = batch.begin(receipt("r1"));
+                registerReceipt(transport, registration, failed);
+                batch.interrupt();
+            },
+            testing::ExitedWithCode(4), "^Interrupted\\. r1 was sent, its outcome is unknown;");
+    }
+}
+
+TEST_F(RunOfABatch, EndsEarlyWhereNoFurtherReceiptCouldBeRegistered)
+{
+    Batch batch(commandLine(Command::Sell), output, transport);
+    batch.setCount(3);
+    std::ignore = batch.begin(receipt("r1"));
+    ReceiptResult refused = resultOf("r1", Outcome::Refused);
+    refused.endsRun = true;
+    EXPECT_FALSE(batch.finish(refused));
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(batch.end(), ExitCode::Refused);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        "Receipts: 3. Registered: 0, refused: 1, unknown: 0.\nReceipts not sent: 2.\n");
 }
 
 TEST_F(RunOfABatch, InterruptedWhenTheServiceHasAcceptedTheReceiptWritesItsIdentifier)

@@ -13,24 +13,48 @@ TEST(Conclusion, NamesTheOutcomeOfEachVerdict)
         SaleVerdict verdict;
         std::optional<Outcome> outcome;
         bool hasAdvice;
+        bool endsRun;
     };
     const Row rows[] = {
-        {SaleVerdict::Registered, Outcome::Registered, false},
-        {SaleVerdict::Incomplete, Outcome::Incomplete, true},
-        {SaleVerdict::Accepted, std::nullopt, false},
-        {SaleVerdict::Refused, Outcome::Refused, true},
-        {SaleVerdict::NotSent, Outcome::Unknown, true},
-        {SaleVerdict::Failed, Outcome::Refused, true},
-        {SaleVerdict::ForeignId, Outcome::Refused, true},
-        {SaleVerdict::Unknown, Outcome::Unknown, true},
-        {SaleVerdict::Existing, Outcome::Unknown, true},
-        {SaleVerdict::Unfinished, Outcome::Unknown, true},
+        {SaleVerdict::Registered, Outcome::Registered, false, false},
+        {SaleVerdict::Incomplete, Outcome::Incomplete, true, false},
+        {SaleVerdict::Accepted, std::nullopt, false, false},
+        {SaleVerdict::Refused, Outcome::Refused, true, false},
+        {SaleVerdict::AccountRefused, Outcome::Refused, false, true},
+        {SaleVerdict::NotSent, Outcome::Unknown, true, true},
+        {SaleVerdict::Failed, Outcome::Refused, true, false},
+        {SaleVerdict::ForeignId, Outcome::Refused, true, false},
+        {SaleVerdict::Unknown, Outcome::Unknown, true, true},
+        {SaleVerdict::RefusedOnce, Outcome::Unknown, true, true},
+        {SaleVerdict::Existing, Outcome::Unknown, true, true},
+        {SaleVerdict::Unfinished, Outcome::Unknown, true, true},
+        {SaleVerdict::FailedOnce, Outcome::Unknown, true, true},
     };
     for (const Row& row : rows) {
         const Conclusion conclusion = conclusionOf(row.verdict);
         EXPECT_EQ(conclusion.outcome, row.outcome) << static_cast<int>(row.verdict);
         EXPECT_EQ(!conclusion.advice.isEmpty(), row.hasAdvice) << static_cast<int>(row.verdict);
+        EXPECT_EQ(conclusion.endsRun, row.endsRun) << static_cast<int>(row.verdict);
     }
+}
+
+TEST(AccountAdvice, SaysWhatToCorrect)
+{
+    struct Row
+    {
+        ServiceCode code;
+        const char* correct;
+    };
+    const Row rows[] = {
+        {ServiceCode::WrongCredentials, "Correct login and password in the configuration."},
+        {ServiceCode::InvalidTokenRequest, "Correct login and password in the configuration."},
+        {ServiceCode::BlockedUser, "ask the service."},
+        {ServiceCode::WrongGroup, "Correct groupCode"},
+        {ServiceCode::WrongProtocol, "correct groupCode in the configuration."},
+    };
+    for (const Row& row : rows)
+        EXPECT_TRUE(accountAdvice(row.code).contains(QString::fromLatin1(row.correct)))
+            << static_cast<int>(row.code);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
 #include <vector>
 
 using namespace Qt::Literals::StringLiterals;
@@ -11,8 +12,8 @@ namespace till {
 
 inline void PrintTo(SaleVerdict verdict, std::ostream* out)
 {
-    constexpr const char* names[] = {"Registered", "Incomplete", "Accepted", "Refused", "NotSent", "Failed",
-        "ForeignId", "Unknown", "Existing", "Unfinished"};
+    constexpr const char* names[] = {"Registered", "Incomplete", "Accepted", "Refused", "AccountRefused",
+        "NotSent", "Failed", "ForeignId", "Unknown", "RefusedOnce", "Existing", "Unfinished", "FailedOnce"};
     *out << names[static_cast<int>(verdict)];
 }
 
@@ -24,7 +25,7 @@ inline void PrintTo(DocumentState state, std::ostream* out)
 
 namespace {
 
-const QString id = u"till-1"_s;
+const ReceiptFacts receipt{u"till-1"_s, 160};
 
 ServiceAnswer status(const char* text, std::optional<int> code = {}, const char* externalId = "till-1")
 {
@@ -35,6 +36,20 @@ ServiceAnswer status(const char* text, std::optional<int> code = {}, const char*
     if (code)
         answer.errorCode = ServiceCode{*code};
     answer.externalId = QString::fromLatin1(externalId);
+    return answer;
+}
+
+QVariantMap payload(double total)
+{
+    return {{u"total"_s, total}, {u"fn_number"_s, u"0251440300046840"_s},
+        {u"fiscal_document_number"_s, 29414LL}, {u"fiscal_document_attribute"_s, 3449555941LL}};
+}
+
+ServiceAnswer done(double total = 160, const char* uuid = "u", const char* externalId = "till-1")
+{
+    ServiceAnswer answer = status("done", {}, externalId);
+    answer.uuid = QString::fromLatin1(uuid);
+    answer.payload = payload(total);
     return answer;
 }
 
@@ -60,7 +75,7 @@ SaleVerdict afterAnswer(
     seen.receiptSent = true;
     seen.registration = registration;
     seen.status = last;
-    return judgeSale(seen, id, driverFailed);
+    return judgeSale(seen, receipt, driverFailed);
 }
 
 SaleVerdict afterSending(const ServiceAnswer& registration, bool driverFailed = true)
@@ -73,7 +88,7 @@ SaleVerdict afterSending(const ServiceAnswer& registration, bool driverFailed = 
 
 TEST(Verdict, IsRefusedWhenTheDriverSentNothing)
 {
-    EXPECT_EQ(judgeSale({}, id, true), SaleVerdict::Refused);
+    EXPECT_EQ(judgeSale({}, receipt, true), SaleVerdict::Refused);
     EXPECT_EQ(judgeSending({}, true), SaleVerdict::Refused);
 }
 
@@ -82,24 +97,25 @@ TEST(Verdict, OfALostConnectionIsNeverThatItWasRefused)
     WireRecord seen;
     seen.lastAnswered = false;
     for (const bool driverFailed : {true, false}) {
-        EXPECT_EQ(judgeSale(seen, id, driverFailed), SaleVerdict::NotSent);
+        EXPECT_EQ(judgeSale(seen, receipt, driverFailed), SaleVerdict::NotSent);
         EXPECT_EQ(judgeSending(seen, driverFailed), SaleVerdict::NotSent);
     }
     seen.receiptSent = true;
-    EXPECT_EQ(judgeSale(seen, id, true), SaleVerdict::Unknown);
+    EXPECT_EQ(judgeSale(seen, receipt, true), SaleVerdict::Unknown);
     EXPECT_EQ(judgeSending(seen, true), SaleVerdict::Unknown);
 }
 
-TEST(Verdict, IsRefusedWhenTheServiceAnsweredButGaveNoToken)
+TEST(Verdict, IsNotSentWhenOnlyARequestForATokenWasAnswered)
 {
     WireRecord seen;
     seen.lastAnswered = true;
-    EXPECT_EQ(judgeSale(seen, id, true), SaleVerdict::Refused);
+    EXPECT_EQ(judgeSale(seen, receipt, true), SaleVerdict::NotSent);
+    EXPECT_EQ(judgeSending(seen, true), SaleVerdict::NotSent);
 }
 
 TEST(Verdict, IsUnknownWhenTheDriverSaysItSentWhatNobodySaw)
 {
-    EXPECT_EQ(judgeSale({}, id, false), SaleVerdict::Unknown);
+    EXPECT_EQ(judgeSale({}, receipt, false), SaleVerdict::Unknown);
     EXPECT_EQ(judgeSending({}, false), SaleVerdict::Unknown);
 }
 
@@ -111,19 +127,45 @@ TEST(Verdict, IsUnknownWithoutAnAnswer)
 
 TEST(Verdict, FollowsTheMeaningOfTheCodeThatAnswersTheReceipt)
 {
-    for (const int code : {1, 2, 10, 11, 12, 13, 14, 20, 21, 30, 31, 32, 40, 41}) {
-        EXPECT_EQ(afterAnswer(answeredWith(code)), SaleVerdict::Refused) << code;
-        EXPECT_EQ(afterSending(answeredWith(code)), SaleVerdict::Refused) << code;
+    for (const int code : {1, 2, 12, 13, 14, 20, 21, 30, 31, 32, 40, 41}) {
+        EXPECT_EQ(afterAnswer(answeredWith(code)), SaleVerdict::RefusedOnce) << code;
+        EXPECT_EQ(afterSending(answeredWith(code)), SaleVerdict::RefusedOnce) << code;
     }
-    for (const int code : {-2, 0, 3, 9, 15, 22, 35, 42, 50, 51, 429, 2003}) {
+    for (const int code : {-2, -1, 0, 3, 9, 10, 11, 15, 22, 35, 42, 50, 51, 429, 2003}) {
         EXPECT_EQ(afterAnswer(answeredWith(code)), SaleVerdict::Unknown) << code;
         EXPECT_EQ(afterSending(answeredWith(code)), SaleVerdict::Unknown) << code;
     }
 }
 
+TEST(Verdict, OfARepeatedRefusalTellsWhetherTheAccountIsAtFault)
+{
+    for (const int code : {12, 13, 14, 20, 21})
+        EXPECT_EQ(confirmed(ServiceCode{code}), SaleVerdict::AccountRefused) << code;
+    for (const int code : {1, 2, 30, 31, 32, 40, 41})
+        EXPECT_EQ(confirmed(ServiceCode{code}), SaleVerdict::Refused) << code;
+}
+
+TEST(Verdict, IsUnknownWhenNoTokenCouldBeHadForAReceiptThatWasSent)
+{
+    for (const int code : {10, 11}) {
+        for (const std::optional<int> tokenCode : {std::optional<int>(), {12}, {50}}) {
+            WireRecord seen;
+            seen.receiptSent = true;
+            seen.registration = answeredWith(code);
+            seen.lastAnswered = tokenCode.has_value();
+            if (tokenCode)
+                seen.token = answeredWith(*tokenCode);
+            EXPECT_EQ(judgeSale(seen, receipt, true), SaleVerdict::Unknown) << code;
+            EXPECT_EQ(judgeSending(seen, true), SaleVerdict::Unknown) << code;
+        }
+    }
+}
+
 TEST(Verdict, OfAKnownIdIsThatOfTheEarlierTry)
 {
-    EXPECT_EQ(afterAnswer(answeredWith(33, "u")), SaleVerdict::Existing);
+    EXPECT_EQ(afterAnswer(answeredWith(33, "u")), SaleVerdict::Unfinished);
+    EXPECT_EQ(afterAnswer(answeredWith(33)), SaleVerdict::Existing);
+    EXPECT_EQ(afterAnswer(answeredWith(33, "u"), done()), SaleVerdict::Registered);
     EXPECT_EQ(afterSending(answeredWith(33, "u"), false), SaleVerdict::Accepted);
     EXPECT_EQ(afterSending(answeredWith(33), false), SaleVerdict::Unknown);
 }
@@ -132,24 +174,53 @@ TEST(Verdict, OfAReceiptInProgressHasToBeAsked)
 {
     EXPECT_EQ(afterAnswer(answeredWith(34, "u")), SaleVerdict::Unfinished);
     EXPECT_EQ(afterAnswer(answeredWith(34)), SaleVerdict::Unknown);
+    EXPECT_EQ(afterSending(answeredWith(34, "u")), SaleVerdict::Accepted);
+    EXPECT_EQ(afterSending(answeredWith(34)), SaleVerdict::Unknown);
+}
+
+TEST(Verdict, KnowsAReceiptThatWasThereBefore)
+{
+    WireRecord seen;
+    EXPECT_FALSE(existedBefore(seen));
+    for (const auto& [code, existed] :
+        {std::pair{33, true}, {34, true}, {0, false}, {11, false}, {32, false}, {50, false}}) {
+        seen.registration = answeredWith(code, "u");
+        EXPECT_EQ(existedBefore(seen), existed) << code;
+    }
+    seen.registration = accepted();
+    EXPECT_FALSE(existedBefore(seen));
 }
 
 TEST(Verdict, IsUnknownWhenTheServiceGaveNoIdentifier)
 {
-    EXPECT_EQ(afterAnswer(accepted(""), status("done"), false), SaleVerdict::Unknown);
+    EXPECT_EQ(afterAnswer(accepted(""), done(), false), SaleVerdict::Unknown);
     EXPECT_EQ(afterSending(accepted(""), false), SaleVerdict::Unknown);
+}
+
+TEST(Verdict, OfASentReceiptNeedsAnAnswerWithoutContradiction)
+{
+    EXPECT_EQ(afterSending(accepted(), false), SaleVerdict::Accepted);
+    for (const char* word : {"", "fail", "done", "WAIT"}) {
+        ServiceAnswer answer = accepted();
+        answer.status = QString::fromLatin1(word);
+        EXPECT_EQ(afterSending(answer, false), SaleVerdict::Unknown) << word;
+    }
+    ServiceAnswer answer = accepted();
+    answer.hasError = true;
+    EXPECT_EQ(afterSending(answer, false), SaleVerdict::Unknown) << "an error without a code";
+    EXPECT_EQ(afterAnswer(answer), SaleVerdict::Unfinished) << "its document can be asked about";
 }
 
 TEST(Verdict, FollowsTheLastStatusOfAnAcceptedReceipt)
 {
-    EXPECT_EQ(afterAnswer(accepted(), status("done"), false), SaleVerdict::Registered);
-    EXPECT_EQ(afterAnswer(accepted(), status("done"), true), SaleVerdict::Registered);
-    EXPECT_EQ(afterAnswer(accepted(), status("fail"), false), SaleVerdict::Failed);
-    EXPECT_EQ(afterAnswer(accepted(), status("fail", 502)), SaleVerdict::Failed);
+    EXPECT_EQ(afterAnswer(accepted(), done(), false), SaleVerdict::Registered);
+    EXPECT_EQ(afterAnswer(accepted(), done(), true), SaleVerdict::Registered);
+    EXPECT_EQ(afterAnswer(accepted(), status("fail"), false), SaleVerdict::FailedOnce);
+    EXPECT_EQ(afterAnswer(accepted(), status("fail", 502)), SaleVerdict::FailedOnce);
     EXPECT_EQ(afterAnswer(accepted(), status("DONE"), false), SaleVerdict::Unknown);
-    EXPECT_EQ(afterAnswer(accepted(), status("done", {}, "till-2"), false), SaleVerdict::Unknown);
+    EXPECT_EQ(afterAnswer(accepted(), done(160, "u", "till-2"), false), SaleVerdict::Unknown);
+    EXPECT_EQ(afterAnswer(accepted(), done(160, "u-2"), false), SaleVerdict::Unknown);
     EXPECT_EQ(afterAnswer(accepted(), status("fail", {}, "till-2"), false), SaleVerdict::Unknown);
-    EXPECT_EQ(afterSending(accepted(), false), SaleVerdict::Accepted);
 }
 
 TEST(Verdict, OfAnAcceptedReceiptIsAskedAgainAfterAFailureThatIsNotItsOwn)
@@ -160,45 +231,105 @@ TEST(Verdict, OfAnAcceptedReceiptIsAskedAgainAfterAFailureThatIsNotItsOwn)
     EXPECT_EQ(afterAnswer(accepted(), answeredWith(50)), SaleVerdict::Unfinished);
 }
 
-TEST(Verdict, OfARegisteredReceiptNeedsItsOwnTotal)
+TEST(Verdict, OfARegisteredReceiptNeedsWholeEvidence)
 {
     using enum SaleVerdict;
-    EXPECT_EQ(compareTotals(Registered, 160.0, 160.0), Registered);
-    EXPECT_EQ(compareTotals(Registered, 160.004, 160.0), Registered);
-    EXPECT_EQ(compareTotals(Registered, 160.01, 160.0), ForeignId);
-    EXPECT_EQ(compareTotals(Registered, 5.0, 160.0), ForeignId);
-    EXPECT_EQ(compareTotals(Registered, std::nullopt, 160.0), Registered);
-    for (const SaleVerdict other : {Refused, Failed, Unknown, Unfinished})
-        EXPECT_EQ(compareTotals(other, 5.0, 160.0), other);
+    const ServiceAnswer noPayload = [] {
+        ServiceAnswer answer = done();
+        answer.payload = {};
+        return answer;
+    }();
+    const ServiceAnswer otherTotalAlone = [] {
+        ServiceAnswer answer = done();
+        answer.payload = {{u"total"_s, 5.0}};
+        return answer;
+    }();
+    struct Row
+    {
+        ServiceAnswer answer;
+        SaleVerdict fresh;
+        SaleVerdict recovered;
+    };
+    const Row rows[] = {
+        {done(), Registered, Registered},
+        {done(160.004), Registered, Registered},
+        {done(160.01), Incomplete, ForeignId},
+        {done(5), Incomplete, ForeignId},
+        {otherTotalAlone, Incomplete, ForeignId},
+        {noPayload, Incomplete, Incomplete},
+        {done(160, "", "till-1"), Incomplete, Incomplete},
+        {done(160, "u", ""), Incomplete, Incomplete},
+        {done(5, "", "till-1"), Incomplete, Incomplete},
+        {done(5, "u", ""), Incomplete, Incomplete},
+    };
+    for (const Row& row : rows) {
+        const auto place = &row - rows;
+        EXPECT_EQ(afterAnswer(accepted(), row.answer, false), row.fresh) << place;
+        EXPECT_EQ(afterAnswer(answeredWith(33, "u"), row.answer), row.recovered) << place;
+        EXPECT_EQ(afterAnswer(answeredWith(34, "u"), row.answer), row.recovered) << place;
+    }
+}
+
+DocumentState toldBy(const ServiceAnswer& answer)
+{
+    WireRecord seen;
+    seen.registration = accepted("u");
+    seen.status = answer;
+    return judgeStatus(seen, receipt.id);
 }
 
 TEST(DocumentState, ToldByOneAnswer)
 {
-    EXPECT_EQ(judgeStatus({}, id), DocumentState::NoNews);
-    EXPECT_EQ(judgeStatus(status("wait"), id), DocumentState::Waiting);
-    EXPECT_EQ(judgeStatus(status("wait", 34), id), DocumentState::Waiting);
-    EXPECT_EQ(judgeStatus(status("done"), id), DocumentState::Registered);
-    EXPECT_EQ(judgeStatus(status("done", {}, ""), id), DocumentState::Registered);
-    EXPECT_EQ(judgeStatus(status("done", 50), id), DocumentState::NoNews);
-    EXPECT_EQ(judgeStatus(status("fail"), id), DocumentState::Failed);
-    EXPECT_EQ(judgeStatus(answeredWith(11), id), DocumentState::NoNews);
-    EXPECT_EQ(judgeStatus(status(""), id), DocumentState::Doubtful);
-    EXPECT_EQ(judgeStatus(status("done", {}, "other"), id), DocumentState::Doubtful);
+    ServiceAnswer errorWithoutCode = done();
+    errorWithoutCode.hasError = true;
+    struct Row
+    {
+        ServiceAnswer answer;
+        DocumentState state;
+    };
+    using enum DocumentState;
+    const Row rows[] = {
+        {{}, NoNews},
+        {status("wait"), Waiting},
+        {status("wait", 34), Waiting},
+        {status("done", 34), Waiting},
+        {status("wait", 50), NoNews},
+        {done(), Registered},
+        {status("done", {}, ""), Registered},
+        {status("done", 50), NoNews},
+        {errorWithoutCode, NoNews},
+        {status("fail"), Failed},
+        {answeredWith(11), NoNews},
+        {status(""), Doubtful},
+        {done(160, "u", "other"), Doubtful},
+        {done(160, "other"), Doubtful},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(toldBy(row.answer), row.state) << (&row - rows);
+    for (const char* word : {"wait", "fail"}) {
+        ServiceAnswer other = status(word);
+        other.uuid = u"other"_s;
+        EXPECT_EQ(toldBy(other), Doubtful) << word;
+    }
 }
 
 struct Awaited
 {
     DocumentState state;
-    int pauses;
+    // Milliseconds of each pause, at least.
+    std::vector<int> pauses;
 
     bool operator==(const Awaited&) const = default;
 };
 
 Awaited awaited(std::vector<DocumentState> answers)
 {
+    const Patience patience{3, 2, std::chrono::milliseconds(7)};
     auto next = answers.begin();
     Awaited result{};
-    result.state = awaitDocument([&] { return *next++; }, [&] { ++result.pauses; });
+    result.state = awaitDocument([&] { return *next++; },
+        [&](std::chrono::milliseconds least) { result.pauses.push_back(static_cast<int>(least.count())); },
+        patience);
     EXPECT_EQ(next, answers.end());
     return result;
 }
@@ -206,16 +337,37 @@ Awaited awaited(std::vector<DocumentState> answers)
 TEST(AwaitDocument, AsksUntilTheDocumentIsFinished)
 {
     using enum DocumentState;
-    EXPECT_EQ(awaited({Registered}), (Awaited{Registered, 0}));
-    EXPECT_EQ(awaited({Waiting, Waiting, Waiting, Waiting, Failed}), (Awaited{Failed, 4}));
-    EXPECT_EQ(awaited({Waiting, Doubtful}), (Awaited{Doubtful, 1}));
+    EXPECT_EQ(awaited({Registered}), (Awaited{Registered, {}}));
+    EXPECT_EQ(awaited({Waiting, Waiting, Waiting, Waiting, Registered}), (Awaited{Registered, {0, 0, 0, 0}}));
+    EXPECT_EQ(awaited({Waiting, Doubtful}), (Awaited{Doubtful, {0}}));
 }
 
 TEST(AwaitDocument, GivesUpAfterThreeQuestionsInARowWithoutNews)
 {
     using enum DocumentState;
-    EXPECT_EQ(awaited({NoNews, NoNews, NoNews}), (Awaited{NoNews, 2}));
-    EXPECT_EQ(awaited({NoNews, NoNews, Waiting, NoNews, NoNews, Registered}), (Awaited{Registered, 5}));
+    EXPECT_EQ(awaited({NoNews, NoNews, NoNews}), (Awaited{NoNews, {0, 0}}));
+    EXPECT_EQ(awaited({NoNews, NoNews, Waiting, NoNews, NoNews, Registered}),
+        (Awaited{Registered, {0, 0, 0, 0, 0}}));
+}
+
+TEST(AwaitDocument, BelievesAFailureOnlyWhenEveryFurtherAnswerRepeatsIt)
+{
+    using enum DocumentState;
+    EXPECT_EQ(awaited({Failed, Failed, Failed}), (Awaited{Failed, {7, 7}}));
+    EXPECT_EQ(awaited({Waiting, Failed, Failed, Failed}), (Awaited{Failed, {0, 7, 7}}));
+    EXPECT_EQ(awaited({Failed, Registered}), (Awaited{Registered, {7}}));
+    EXPECT_EQ(awaited({Failed, Failed, Registered}), (Awaited{Registered, {7, 7}}));
+    EXPECT_EQ(awaited({Failed, Failed, Waiting, Failed, Failed, Failed}), (Awaited{Failed, {7, 7, 0, 7, 7}}));
+    EXPECT_EQ(awaited({Failed, Doubtful}), (Awaited{Doubtful, {7}}));
+    EXPECT_EQ(awaited({Failed, NoNews, NoNews, NoNews}), (Awaited{NoNews, {7, 7, 7}}));
+    EXPECT_EQ(awaited({Failed, NoNews, Failed, NoNews, NoNews, Failed}), (Awaited{Failed, {7, 7, 7, 7, 7}}));
+}
+
+TEST(Patience, AsksThreeMoreTimesOverSomeSeconds)
+{
+    const Patience usual;
+    EXPECT_EQ(usual.repeatedFailures, 3);
+    EXPECT_GE(usual.betweenFailures, std::chrono::seconds(1));
 }
 
 } // namespace
