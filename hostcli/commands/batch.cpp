@@ -48,6 +48,17 @@ QString outcomeSentence(const ReceiptResult& result)
     return Text::tr("The outcome of %1 is unknown; run again.").arg(result.id);
 }
 
+QString causeAndAdvice(const ReceiptResult& result)
+{
+    QString cause = result.error ? result.error->message.trimmed() : QString();
+    if (cause.isEmpty())
+        return result.advice;
+    // The service's own words may end like a sentence.
+    if (!u".!?…"_s.contains(cause.back()))
+        cause += u'.';
+    return cause + u' ' + result.advice;
+}
+
 ExitCode exitCodeOf(std::optional<Outcome> outcome)
 {
     switch (outcome.value_or(Outcome::Registered)) {
@@ -214,8 +225,7 @@ void Batch::write(const ReceiptResult& result)
     if (!output.write(text))
         Console::instance().lines(QString::fromUtf8(text).trimmed());
     if (!result.advice.isEmpty())
-        Console::instance().line(
-            u"%1: %2. %3"_s.arg(result.id, result.error ? result.error->message : QString(), result.advice));
+        Console::instance().line(u"%1: %2"_s.arg(result.id, causeAndAdvice(result)));
 }
 
 void Batch::writePicture(const ReceiptResult& result)

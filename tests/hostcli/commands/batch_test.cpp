@@ -213,6 +213,35 @@ TEST_F(RunOfABatch, EndsEarlyWhereNoFurtherReceiptCouldBeRegistered)
         "Receipts: 3. Registered: 0, refused: 1, unknown: 0.\nReceipts not sent: 2.\n");
 }
 
+TEST_F(RunOfABatch, WritesCauseAndAdviceAsSentences)
+{
+    struct Row
+    {
+        std::optional<ErrorInfo> error;
+        const char* line;
+    };
+    const Row rows[] = {
+        {ErrorInfo{{}, {}, u"Not valid"_s}, "r: Not valid. Correct it.\n"},
+        {ErrorInfo{{}, {}, u"Not valid."_s}, "r: Not valid. Correct it.\n"},
+        {ErrorInfo{{}, {}, u"Not valid. "_s}, "r: Not valid. Correct it.\n"},
+        {ErrorInfo{{}, {}, u"Why?"_s}, "r: Why? Correct it.\n"},
+        {ErrorInfo{{}, {}, u""_s}, "r: Correct it.\n"},
+        {ErrorInfo{{}, {}, u" "_s}, "r: Correct it.\n"},
+        {std::nullopt, "r: Correct it.\n"},
+    };
+    for (const Row& row : rows) {
+        Batch batch(commandLine(Command::Sell), output, transport);
+        batch.setCount(1);
+        std::ignore = batch.begin(receipt("r"));
+        ReceiptResult result = resultOf("r", Outcome::Refused);
+        result.error = row.error;
+        result.advice = u"Correct it."_s;
+        testing::internal::CaptureStderr();
+        std::ignore = batch.finish(result);
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), row.line);
+    }
+}
+
 TEST_F(RunOfABatch, InterruptedWhenTheServiceHasAcceptedTheReceiptWritesItsIdentifier)
 {
     Batch batch(commandLine(Command::Send), output, transport);
