@@ -1,3 +1,4 @@
+#include "host/log/exchangesecrets.h"
 #include "hostcli/commands/commands.h"
 #include "hostcli/commands/setup.h"
 #include "hostcli/terminal/printable.h"
@@ -12,6 +13,7 @@
 
 using namespace Qt::Literals::StringLiterals;
 using namespace till;
+using hostruntime::secrets::withoutPassword;
 
 namespace frhost {
 
@@ -36,7 +38,7 @@ bool isSecret(const QString& property)
 QString shown(const PropertyInfo& property, const QVariant& value)
 {
     if (!isSecret(property.name) || value.toString().isEmpty())
-        return value.toString();
+        return withoutPassword(value.toString());
     return Text::tr("(set)");
 }
 
@@ -75,6 +77,12 @@ QJsonObject toJson(const QMap<QString, QString>& texts)
     return json;
 }
 
+QJsonValue jsonOf(const QVariant& value)
+{
+    const bool isText = value.typeId() == QMetaType::QString;
+    return isText ? QJsonValue(withoutPassword(value.toString())) : QJsonValue::fromVariant(value);
+}
+
 QJsonObject toJson(const PropertyInfo& property)
 {
     QJsonObject json{{u"name"_s, property.name}, {u"type"_s, property.type},
@@ -85,9 +93,9 @@ QJsonObject toJson(const PropertyInfo& property)
         return json;
     }
     if (property.initial.isValid())
-        json.insert(u"default"_s, QJsonValue::fromVariant(property.initial));
+        json.insert(u"default"_s, jsonOf(property.initial));
     if (property.current.isValid())
-        json.insert(u"value"_s, QJsonValue::fromVariant(property.current));
+        json.insert(u"value"_s, jsonOf(property.current));
     return json;
 }
 

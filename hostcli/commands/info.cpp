@@ -1,3 +1,4 @@
+#include "host/log/secrets.h"
 #include "host/vposfrdriver.h"
 #include "hostcli/commands/commands.h"
 #include "hostcli/commands/setup.h"
@@ -15,6 +16,7 @@
 #include <tuple>
 
 using namespace till;
+namespace secrets = hostruntime::secrets;
 
 namespace frhost {
 
@@ -47,8 +49,10 @@ ExitCode info(const CommandLine& line, Output& output)
     const ServiceAnswer& answer = seen.status;
     if (!answer.arrived)
         throw Failure(ExitCode::Unknown, error ? error->message : Text::tr("The service did not answer"));
-    const QByteArray shown = QJsonDocument(service.getLastResponse())
-                                 .toJson(line.json ? QJsonDocument::Compact : QJsonDocument::Indented);
+    const QJsonValue masked =
+        secrets::masked(QJsonValue(service.getLastResponse()), secrets::Audience::Developer);
+    const QByteArray shown =
+        QJsonDocument(masked.toObject()).toJson(line.json ? QJsonDocument::Compact : QJsonDocument::Indented);
     output.write(printableJson(shown.trimmed()) + '\n');
     if (!error)
         return answer.saysFailed() ? ExitCode::Refused : ExitCode::Success;

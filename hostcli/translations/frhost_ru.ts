@@ -166,10 +166,6 @@
         <translation>ключ указан до первой [секции]</translation>
     </message>
     <message>
-        <source>the key &quot;%1&quot; is given twice</source>
-        <translation>ключ «%1» задан дважды</translation>
-    </message>
-    <message>
         <source>The service could not register the receipt</source>
         <translation>Сервис не смог зарегистрировать чек</translation>
     </message>
@@ -236,18 +232,6 @@
     <message>
         <source>%1: no password in UTF-8 on the first line</source>
         <translation>%1: в первой строке нет пароля в UTF-8</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; is not an option; write, for example, 0x10 = off</source>
-        <translation>«%1» — не опция; пишите, например, 0x10 = off</translation>
-    </message>
-    <message>
-        <source>option %1 must be &quot;on&quot; or &quot;off&quot;</source>
-        <translation>опция %1 может быть «on» или «off»</translation>
-    </message>
-    <message>
-        <source>unknown section [%1]; did you mean [%2]?</source>
-        <translation>неизвестная секция [%1]; возможно, имелось в виду [%2]?</translation>
     </message>
     <message>
         <source>set password or passwordFile, not both</source>
@@ -462,10 +446,6 @@
         <translation>Прервано.</translation>
     </message>
     <message>
-        <source>%1 holds a password and has the mode %2, so others can read it. Run: %3</source>
-        <translation>%1 содержит пароль, а права %2 позволяют читать файл другим пользователям. Выполните: %3</translation>
-    </message>
-    <message>
         <source>%1: larger than 1 MiB</source>
         <translation>%1: больше 1 МиБ</translation>
     </message>
@@ -582,6 +562,48 @@
     <message>
         <source>The group is for another version of the protocol: ask the service for one of version 4 and correct groupCode in the configuration.</source>
         <translation>Группа заведена для другой версии протокола: запросите у сервиса группу для версии 4 и исправьте groupCode в настройках.</translation>
+        <source>Run: %1</source>
+        <translation>Выполните: %1</translation>
+    </message>
+    <message>
+        <source>Its owner, user %1, or an administrator should run: %2</source>
+        <translation>Попросите владельца (пользователь %1) или администратора выполнить: %2</translation>
+    </message>
+    <message>
+        <source>%1 holds a password and has the mode %2, so others can read it.</source>
+        <translation>%1 содержит пароль и имеет права %2: его могут прочитать другие.</translation>
+    </message>
+    <message>
+        <source>Only its owner, user %1, or an administrator can change that; you need a file of your own with the mode 0600.</source>
+        <translation>Изменить это может только владелец (пользователь %1) или администратор; вам нужен собственный файл с правами 0600.</translation>
+    </message>
+    <message>
+        <source>%1 has the mode %2, so others can change it, and with it the address that receives login and password.</source>
+        <translation>%1 имеет права %2: другие могут изменить файл, а с ним и адрес, на который уходят логин и пароль.</translation>
+    </message>
+    <message>
+        <source>%1 has the mode %2, so others can replace %3, and with it the address that receives login and password.</source>
+        <translation>%1 имеет права %2: другие могут подменить %3, а с ним и адрес, на который уходят логин и пароль.</translation>
+    </message>
+    <message>
+        <source>the key of line %1 is given again</source>
+        <translation>повторён ключ из строки %1</translation>
+    </message>
+    <message>
+        <source>not an option; write, for example, 0x10 = off</source>
+        <translation>это не опция; пишите, например, 0x10 = off</translation>
+    </message>
+    <message>
+        <source>an option must be &quot;on&quot; or &quot;off&quot;</source>
+        <translation>опция может быть «on» или «off»</translation>
+    </message>
+    <message>
+        <source>unknown key; did you mean &quot;%1&quot;?</source>
+        <translation>неизвестный ключ; возможно, имелось в виду «%1»?</translation>
+    </message>
+    <message>
+        <source>unknown section; did you mean [%1]?</source>
+        <translation>неизвестная секция; возможно, имелось в виду [%1]?</translation>
     </message>
 </context>
 </TS>

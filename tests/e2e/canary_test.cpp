@@ -195,6 +195,44 @@ INSTANTIATE_TEST_SUITE_P(Of, Canary,
     testing::Combine(testing::ValuesIn(cases), testing::Values("debug", "info")),
     [](const auto& of) { return std::string(std::get<0>(of.param).name) + "At" + std::get<1>(of.param); });
 
+TEST(CanaryInfo, IsMaskedInTheAnswerThatItShows)
+{
+    const Service service([&](Service::Request& request) {
+        const bool isToken = request.call() == Call::Token;
+        request.answer(
+            200, isToken ? tokenAnswer : R"({"uuid":"canary-token","canary-password":["&#99;anary-password"],
+                "login":"canary-login","status":"done","n":17})");
+    });
+    const CanaryTill till(service.url());
+    const Ran shown = till.shop.frhost({u"info"_s, u"u-1"_s});
+    EXPECT_EQ(shown.exitCode, 0) << shown.err.toStdString();
+    EXPECT_EQ(shown.out.toStdString(),
+        R"({"***":["***"],"login":"canary-login","n":17,"status":"done","uuid":"***"})"
+        "\n");
+}
+
+// What a service says is escaped by the programs on its way, each in its manner.
+TEST(CanaryEscaped, IsFoundNowhereInALog)
+{
+    for (const char* text :
+        {"canary&#45;password &#x63;anary-token", "\\u0063anary\\u002Dpassword canary%2Dtoken",
+            "canary\\u0026#45;password canary&amp;#45;token"}) {
+        const QByteArray answer =
+            R"({"error":{"error_id":"e","code":99,"type":"system","text":")" + QByteArray(text) + R"("}})";
+        const Service service([&](Service::Request& request) {
+            request.answer(200, request.call() == Call::Token ? tokenAnswer : answer.constData());
+        });
+        const CanaryTill till(service.url());
+        for (const QString& level : {u"debug"_s, u"info"_s}) {
+            Running frhost(u"env"_s, till.selling(level));
+            frhost.giveInput(CanaryTill::receipt());
+            const Ran ran = frhost.end();
+            EXPECT_THAT(ran.err.toStdString(), testing::HasSubstr("*** ***"));
+            EXPECT_THAT((ran.out + ran.err).toStdString(), testing::Not(testing::HasSubstr("password")));
+        }
+    }
+}
+
 // The output names the receipt as the service does, but the log does not.
 TEST(CanaryIdentifiers, AreNotLoggedWhenTheyHoldASecret)
 {

@@ -15,7 +15,8 @@ namespace {
 using testing::HasSubstr;
 
 // Clears the screen, turns the text round, begins a line, hides itself.
-const QString hostile = u"a\x1b[2J\u009b31m\u007f\u202eb\u2066c\u200f\u2028\u2029\u200b\ufeffd\nr2: registered"_s;
+const QString hostile =
+    u"a\x1b[2J\u009b31m\u007f\u202eb\u2066c\u200f\u2028\u2029\u200b\ufeffd\nr2: registered"_s;
 
 // The same as JSON that hides nothing.
 QByteArray hostileJson()

@@ -3,7 +3,7 @@
 #include "till/error.h"
 #include "till/text.h"
 
-#include <QSet>
+#include <QHash>
 #include <QStringDecoder>
 #include <QStringList>
 
@@ -29,7 +29,7 @@ QString decoded(const QByteArray& text, const QString& fileName)
 QList<IniEntry> parseIni(const QByteArray& text, const QString& fileName)
 {
     QList<IniEntry> entries;
-    QSet<std::pair<QString, QString>> seen;
+    QHash<std::pair<QString, QString>, int> seen;
     QString section;
     int number = 0;
     const auto fail = [&](const QString& what) {
@@ -48,16 +48,15 @@ QList<IniEntry> parseIni(const QByteArray& text, const QString& fileName)
             continue;
         }
         const qsizetype equals = line.indexOf(u'=');
-        // The line itself is not shown: it may be a password that lost its key.
         if (equals <= 0)
             fail(Text::tr("expected \"key = value\", a [section] or a # comment"));
         if (section.isEmpty())
             fail(Text::tr("the key precedes the first [section]"));
         const IniEntry entry{
             section, line.first(equals).trimmed(), line.sliced(equals + 1).trimmed(), number};
-        if (seen.contains({section, entry.key}))
-            fail(Text::tr("the key \"%1\" is given twice").arg(entry.key));
-        seen.insert({section, entry.key});
+        if (const int first = seen.value({section, entry.key}))
+            fail(Text::tr("the key of line %1 is given again").arg(first));
+        seen.insert({section, entry.key}, number);
         entries << entry;
     }
     return entries;

@@ -20,7 +20,8 @@ struct IniEntry
 /// backslashes, commas, "#" and ";" are part of it. A comment is a line that begins with "#" or ";".
 ///
 /// Throws Error that names the file and the line for a line that is none of these, a key outside a
-/// section, a key given twice and text that is not UTF-8.
+/// section, a key given twice and text that is not UTF-8. No message quotes the text of a line: it may be a
+/// password that lost its key.
 [[nodiscard]] QList<IniEntry> parseIni(const QByteArray& text, const QString& fileName);
 
 } // namespace till

@@ -1,5 +1,6 @@
 #include "till/config/registerconfig.h"
 
+#include "host/log/exchangesecrets.h"
 #include "host/log/secrets.h"
 #include "till/config/exposure.h"
 #include "till/config/inifile.h"
@@ -11,6 +12,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStringDecoder>
+#include <QUrl>
 
 #include <algorithm>
 #include <unistd.h>
@@ -41,27 +43,27 @@ constexpr qint64 largestFile = 1024 * 1024;
 struct Content
 {
     QByteArray bytes;
-    // Why a password should not stand there; empty when it may.
-    QString exposure;
+    struct stat status = {};
 };
 
-Content readAll(const QString& path)
+// Messages call the file by `name`.
+Content readAll(const QString& path, const QString& name)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
-        throw Error(Problem::Setup, Text::tr("%1: %2").arg(path, file.errorString()));
+        throw Error(Problem::Setup, Text::tr("%1: %2").arg(name, file.errorString()));
     struct stat status = {};
     fstat(file.handle(), &status);
     const QByteArray bytes = file.read(largestFile + 1);
     if (file.error() != QFileDevice::NoError)
-        throw Error(Problem::Setup, Text::tr("%1: %2").arg(path, file.errorString()));
+        throw Error(Problem::Setup, Text::tr("%1: %2").arg(name, file.errorString()));
     if (bytes.size() > largestFile)
-        throw Error(Problem::Setup, Text::tr("%1: larger than 1 MiB").arg(path));
-    return {bytes, exposure(path, status, geteuid())};
+        throw Error(Problem::Setup, Text::tr("%1: larger than 1 MiB").arg(name));
+    return {bytes, status};
 }
 
 // Everything up to the first line break, spaces included: they may belong to the password.
-QString firstLine(QByteArray content, const QString& path)
+QString firstLine(QByteArray content, const QString& name)
 {
     if (const qsizetype end = content.indexOf('\n'); end >= 0)
         content.truncate(end);
@@ -70,7 +72,7 @@ QString firstLine(QByteArray content, const QString& path)
     QStringDecoder decoder(QStringDecoder::Utf8);
     QString password = decoder(content);
     if (decoder.hasError() || password.isEmpty())
-        throw Error(Problem::Setup, Text::tr("%1: no password in UTF-8 on the first line").arg(path));
+        throw Error(Problem::Setup, Text::tr("%1: no password in UTF-8 on the first line").arg(name));
     return password;
 }
 
@@ -79,13 +81,20 @@ QString besideConfig(const RegisterConfig& config, const QString& path)
     return QFileInfo(config.file).absoluteDir().absoluteFilePath(path);
 }
 
-QString readPasswordFile(RegisterConfig& config, const QString& name)
+void warn(RegisterConfig& config, const QString& warning)
 {
-    const QString path = besideConfig(config, name);
-    const Content content = readAll(path);
-    if (!content.exposure.isEmpty())
-        config.warnings << content.exposure;
-    return firstLine(content.bytes, path);
+    if (!warning.isEmpty())
+        config.warnings << warning;
+}
+
+// Messages do not show the name: it may be the password itself.
+QString readPasswordFile(RegisterConfig& config, const IniEntry& entry)
+{
+    const QString name = u"%1:%2: %3"_s.arg(config.file, QString::number(entry.line), passwordFileKey);
+    const QString path = besideConfig(config, entry.value);
+    const Content content = readAll(path, name);
+    warn(config, exposure(path, content.status, geteuid()));
+    return firstLine(content.bytes, name);
 }
 
 void addPassword(RegisterConfig& config, const QString& password, int line)
@@ -105,16 +114,42 @@ void takeCredential(RegisterConfig& config)
         config.warnings << Text::tr("%1: the password is taken from here, not from the credential %2")
                                .arg(config.file, credential);
     else
-        addPassword(config, firstLine(readAll(path).bytes, path), 0);
+        addPassword(config, firstLine(readAll(path, path).bytes, path), 0);
+}
+
+bool isAddress(const IniEntry& entry)
+{
+    return entry.key == u"proxy"_s || entry.key == u"url"_s;
 }
 
 // Whether the configuration itself holds a password: the register's, or one in an address.
 bool holdsPassword(const QList<IniEntry>& entries)
 {
     return std::any_of(entries.begin(), entries.end(), [](const IniEntry& entry) {
-        const bool isAddress = entry.key == u"proxy"_s || entry.key == u"url"_s;
-        return entry.key == passwordKey || (isAddress && entry.value.contains(u'@'));
+        return entry.key == passwordKey || (isAddress(entry) && entry.value.contains(u'@'));
     });
+}
+
+void keepAddressesOutOfLogs(const QList<IniEntry>& entries)
+{
+    for (const IniEntry& entry : entries) {
+        if (!isAddress(entry))
+            continue;
+        for (const QString& password : hostruntime::secrets::passwordsIn(entry.value))
+            hostruntime::secrets::addCredential(password);
+        hostruntime::secrets::addCredential(QUrl(entry.value).password());
+    }
+}
+
+void warnOfOthers(RegisterConfig& config, const struct stat& status, const QList<IniEntry>& entries)
+{
+    if (!S_ISREG(status.st_mode))
+        return;
+    const uid_t reader = geteuid();
+    if (holdsPassword(entries))
+        warn(config, exposure(config.file, status, reader));
+    warn(config, changeability(config.file, status, reader));
+    config.warnings << replaceability(config.file, reader);
 }
 
 void addOption(RegisterConfig& config, const IniEntry& entry)
@@ -122,11 +157,10 @@ void addOption(RegisterConfig& config, const IniEntry& entry)
     bool isNumber = false;
     const quint64 bits = entry.key.toULongLong(&isNumber, 0);
     if (!isNumber || bits == 0)
-        fail(config.file, entry.line,
-            Text::tr("\"%1\" is not an option; write, for example, 0x10 = off").arg(entry.key));
+        fail(config.file, entry.line, Text::tr("not an option; write, for example, 0x10 = off"));
     const QString value = entry.value.toLower();
     if (value != u"on"_s && value != u"off"_s)
-        fail(config.file, entry.line, Text::tr("option %1 must be \"on\" or \"off\"").arg(entry.key));
+        fail(config.file, entry.line, Text::tr("an option must be \"on\" or \"off\""));
     config.driverOptions.insert(static_cast<hw::fr::Option>(bits), value == u"on"_s);
 }
 
@@ -179,7 +213,7 @@ void addTransport(RegisterConfig& config, const IniEntry& entry)
         return;
     }
     fail(config.file, entry.line,
-        Text::tr("unknown key \"%1\"; did you mean \"%2\"?").arg(entry.key, nearestName(entry.key, known)));
+        Text::tr("unknown key; did you mean \"%1\"?").arg(nearestName(entry.key, known)));
 }
 
 } // namespace
@@ -194,10 +228,10 @@ RegisterConfig readRegisterConfig(const QString& file)
 {
     RegisterConfig config;
     config.file = file;
-    const Content content = readAll(file);
+    const Content content = readAll(file, file);
     const QList<IniEntry> entries = parseIni(content.bytes, file);
-    if (!content.exposure.isEmpty() && holdsPassword(entries))
-        config.warnings << content.exposure;
+    keepAddressesOutOfLogs(entries);
+    warnOfOthers(config, content.status, entries);
     for (const IniEntry& entry : entries) {
         if (entry.section == optionSection) {
             addOption(config, entry);
@@ -209,15 +243,14 @@ RegisterConfig readRegisterConfig(const QString& file)
         }
         if (entry.section != registerSection)
             fail(file, entry.line,
-                Text::tr("unknown section [%1]; did you mean [%2]?")
-                    .arg(entry.section,
-                        nearestName(entry.section, {registerSection, optionSection, transportSection})));
+                Text::tr("unknown section; did you mean [%1]?")
+                    .arg(nearestName(entry.section, {registerSection, optionSection, transportSection})));
         const bool fromFile = entry.key == passwordFileKey;
         const QString name = fromFile ? passwordKey : entry.key;
         if (config.has(name))
             fail(file, entry.line, Text::tr("set password or passwordFile, not both"));
         if (name == passwordKey)
-            addPassword(config, fromFile ? readPasswordFile(config, entry.value) : entry.value, entry.line);
+            addPassword(config, fromFile ? readPasswordFile(config, entry) : entry.value, entry.line);
         else
             config.settings << Setting{name, entry.value, entry.line};
     }

@@ -39,9 +39,10 @@ struct RegisterConfig
 /// neither is given, the credential `frhost.password` of $CREDENTIALS_DIRECTORY is the password, if there is
 /// one. Relative paths are taken from the configuration's folder. Files larger than 1 MiB are refused.
 ///
-/// A file with a password that others can read is a warning, and so is a credential that is not used.
+/// A file with a password that others can read is a warning. So is a configuration that others can change or
+/// replace, and a credential that is not used.
 ///
-/// Throws Error that names the file and the line.
+/// Throws Error that names the file and the line, and never quotes it.
 [[nodiscard]] RegisterConfig readRegisterConfig(const QString& file);
 
 /// Throws Error when a setting is missing without which the service cannot be reached.

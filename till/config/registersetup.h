@@ -22,8 +22,9 @@ class LoadedRegister;
 
 /// Writes the configuration into the device's properties.
 ///
-/// Throws Error that names file and line for a setting that the device does not have (with the
-/// nearest that it has), a value of the wrong type, and a value that the device silently refused.
+/// Throws Error that names file and line for a setting that the device does not have (with the nearest one
+/// that it has, not its own name, which may be a misplaced password), a value of the wrong type, and a value
+/// that the device silently refused.
 void configure(QObject& device, const RegisterConfig& config);
 
 /// Configures the register's device, creates its driver and checks that the driver has taken over the

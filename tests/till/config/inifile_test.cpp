@@ -50,7 +50,7 @@ TEST(IniFile, NamesFileAndLineOfWhatIsWrong)
         u"r.ini:2: expected \"key = value\", a [section] or a # comment"_s);
     EXPECT_EQ(messageFor("[register\n"), u"r.ini:1: the section name has no closing \"]\""_s);
     EXPECT_EQ(messageFor("a=1\n"), u"r.ini:1: the key precedes the first [section]"_s);
-    EXPECT_EQ(messageFor("[register]\na=1\n\na=2\n"), u"r.ini:4: the key \"a\" is given twice"_s);
+    EXPECT_EQ(messageFor("[register]\na=1\n\na=2\n"), u"r.ini:4: the key of line 2 is given again"_s);
     EXPECT_EQ(messageFor("[register]\na=\xFF\n"), u"r.ini: the file is not in UTF-8"_s);
 }
 

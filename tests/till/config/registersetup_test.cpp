@@ -85,16 +85,14 @@ TEST(RegisterSetup, WritesEveryKindOfSetting)
 
 TEST(RegisterSetup, NamesTheNearestKeyForAnUnknownOne)
 {
-    EXPECT_EQ(
-        messageFor("intervall", "300"), u"r.ini:7: unknown key \"intervall\"; did you mean \"interval\"?"_s);
+    EXPECT_EQ(messageFor("intervall", "300"), u"r.ini:7: unknown key; did you mean \"interval\"?"_s);
 }
 
 TEST(RegisterSetup, RefusesWhatIsNoSetting)
 {
     EXPECT_EQ(messageFor("speed", "on"), u"r.ini:7: the register does not use \"speed\""_s);
-    EXPECT_TRUE(messageFor("hardware", "1").startsWith(u"r.ini:7: unknown key \"hardware\""_s));
-    EXPECT_TRUE(messageFor("objectName", "x").startsWith(u"r.ini:7: unknown key \"objectName\""_s));
-    EXPECT_TRUE(messageFor("driverOptions", "x").startsWith(u"r.ini:7: unknown key \"driverOptions\""_s));
+    for (const char* name : {"hardware", "objectName", "driverOptions"})
+        EXPECT_TRUE(messageFor(name, "x").startsWith(u"r.ini:7: unknown key; did you mean \""_s)) << name;
 }
 
 TEST(RegisterSetup, ReportsAValueOfTheWrongType)
