@@ -100,7 +100,10 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
         command
             ->add_option("--qr-dir", arguments.qrDir,
                 Text::tr("Folder for pictures of the receipts' QR codes").toStdString())
-            ->option_text("DIR");
+            ->option_text("DIR")
+            ->check([](const std::string& name) {
+                return name.empty() ? Text::tr("the folder has no name").toStdString() : std::string();
+            });
     return command;
 }
 

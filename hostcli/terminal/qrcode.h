@@ -24,8 +24,9 @@ private:
     QImage modules;
 };
 
-/// The name of the picture file of the receipt `id`: letters, digits, spaces and "._-" as they are, anything
-/// else percent-encoded, so that no id leads out of the folder.
-[[nodiscard]] QString qrFileName(const QString& id);
+/// The name of the picture file of the receipt `id`, another one for every id: letters and digits of
+/// Unicode's first plane, spaces and "._-" as they are, anything else percent-encoded, so that no id leads
+/// out of the folder. A name of more than `longest` bytes ends early, with "~" and a digest of the id.
+[[nodiscard]] QString qrFileName(const QString& id, int longest = 255);
 
 } // namespace frhost

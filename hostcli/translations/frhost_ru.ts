@@ -605,5 +605,9 @@
         <source>unknown section; did you mean [%1]?</source>
         <translation>неизвестная секция; возможно, имелось в виду [%1]?</translation>
     </message>
+    <message>
+        <source>the folder has no name</source>
+        <translation>не указано имя папки</translation>
+    </message>
 </context>
 </TS>

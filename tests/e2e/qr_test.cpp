@@ -62,6 +62,26 @@ TEST_F(SoldReceiptsQr, IsDrawnOnlyOnATerminal)
     EXPECT_THAT(run(frhostProgram(), arguments).out.toStdString(), Not(HasSubstr("█")));
 }
 
+TEST_F(SoldReceiptsQr, IsWrittenForTheLongestId)
+{
+    const Ran sold = shop.frhost({u"sell"_s, u"--qr-dir"_s, folder.path(),
+        shop.receipts({QString(128, u'ч'), QString(127, u'ч') + u'/'})});
+    EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
+    EXPECT_EQ(QDir(folder.path()).entryList({u"*.png"_s}).size(), 2);
+}
+
+TEST_F(SoldReceiptsQr, IsNotWrittenThroughALink)
+{
+    const QString precious = shop.file(u"precious"_s, "x");
+    ASSERT_TRUE(QFile::link(precious, folder.filePath(u"r1.png"_s)));
+    const Ran sold = shop.frhost({u"sell"_s, u"--qr-dir"_s, folder.path(), shop.receipts({u"r1"_s})});
+    EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
+    QFile kept(precious);
+    ASSERT_TRUE(kept.open(QIODevice::ReadOnly));
+    EXPECT_EQ(kept.readAll(), QByteArray("x"));
+    EXPECT_EQ(readBack(folder.filePath(u"r1.png"_s)), sold.lines().at(0).value(u"qr"_s).toString());
+}
+
 TEST_F(SoldReceiptsQr, FailureIsReportedWithTheSaleStillRegistered)
 {
     ASSERT_TRUE(QDir(folder.path()).mkdir(u"r1.png"_s));

@@ -94,6 +94,8 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow)
     EXPECT_TRUE(answer({"check", "a"}).isError);
     EXPECT_TRUE(answer({"--log-level", "loud", "check"}).isError);
     EXPECT_TRUE(answer({"--password", "x", "check"}).isError);
+    EXPECT_TRUE(answer({"sell", "--qr-dir", "", "a"}).isError);
+    EXPECT_TRUE(answer({"sell", "--qr-dir=", "a"}).isError);
 }
 
 } // namespace
