@@ -2,7 +2,9 @@
 #include "hostcli/commands/commands.h"
 #include "hostcli/failure.h"
 #include "hostcli/terminal/console.h"
+#include "hostcli/terminal/interruption.h"
 #include "hostcli/terminal/logging.h"
+#include "hostcli/terminal/signalwatch.h"
 
 #include <QCoreApplication>
 #include <QLocale>
@@ -75,11 +77,16 @@ int main(int argc, char** argv)
 {
     keepMemoryPrivate();
     occupyStandardDescriptors();
-    // A reader that goes away must not end the program in the middle of a receipt.
+    // A reader that goes away, or a file that may not grow, must not end the program in the middle of a
+    // receipt.
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+    const SignalWatch watch(&interrupt);
     const QCoreApplication application(argc, argv);
     QTranslator translator;
     if (translator.load(QLocale(), u"frhost"_s, u"_"_s, u":/frhost"_s))
         QCoreApplication::installTranslator(&translator);
-    return static_cast<int>(start(argc, argv));
+    const ExitCode code = start(argc, argv);
+    ignoreInterruptions();
+    return static_cast<int>(code);
 }

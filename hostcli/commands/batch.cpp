@@ -152,7 +152,8 @@ void Batch::interrupt()
 {
     const std::scoped_lock lock(guard);
     const auto held = transport.hold();
-    if (step == Step::Ended)
+    const bool isLastDone = step == Step::BetweenReceipts && count > 0 && tally.done() == count;
+    if (step == Step::Ended || isLastDone)
         return;
     raise(ExitCode::Unknown);
     goesOn = false;

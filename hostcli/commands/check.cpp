@@ -1,9 +1,7 @@
 #include "hostcli/commands/commands.h"
 #include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
-#include "hostcli/terminal/interruption.h"
 #include "hostcli/terminal/printable.h"
-#include "hostcli/terminal/signalwatch.h"
 #include "till/sale/session.h"
 #include "till/text.h"
 
@@ -30,7 +28,6 @@ QByteArray report(bool json, const QString& url)
 ExitCode check(const CommandLine& line, Output& output)
 {
     Session session(serviceConfigOf(line), pluginOf(line));
-    const SignalWatch watch(&sayInterruptedAndEnd);
     const QString url = session.serviceAddress();
     {
         const ShownStatus status(url);

@@ -1,6 +1,7 @@
 #include "hostcli/commands/commands.h"
 
 #include "hostcli/terminal/console.h"
+#include "hostcli/terminal/interruption.h"
 #include "till/text.h"
 
 using till::Text;
@@ -13,17 +14,25 @@ ExitCode dispatch(const CommandLine& line, Output& output)
 {
     switch (line.command) {
     case Command::Describe:
+        leaveInterruptionsToTheSystem();
         return describe(line, output);
-    case Command::Check:
+    case Command::Check: {
+        const OnInterruption interruption(&sayInterruptedAndEnd);
         return check(line, output);
+    }
     case Command::Sell:
-    case Command::Send:
+    case Command::Send: {
+        const OnInterruption interruption(&sayNothingSentAndEnd);
         return submit(line, output);
-    case Command::Info:
+    }
+    case Command::Info: {
+        const OnInterruption interruption(&sayInterruptedAndEnd);
         return info(line, output);
+    }
     case Command::Compose:
         break;
     }
+    leaveInterruptionsToTheSystem();
     return compose(line, output);
 }
 

@@ -3,9 +3,7 @@
 #include "hostcli/commands/commands.h"
 #include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
-#include "hostcli/terminal/interruption.h"
 #include "hostcli/terminal/printable.h"
-#include "hostcli/terminal/signalwatch.h"
 #include "till/sale/attempt.h"
 #include "till/sale/session.h"
 #include "till/text.h"
@@ -38,7 +36,6 @@ ExitCode info(const CommandLine& line, Output& output)
         throw Failure(
             ExitCode::LocalFailure, Text::tr("\"%1\" is not the identifier of a document").arg(line.uuid));
     Session session(serviceConfigOf(line), pluginOf(line));
-    const SignalWatch watch(&sayInterruptedAndEnd);
     session.connect();
     VposFrDriver& service = session.fiscalRegister().service();
     session.transport().startReceipt();

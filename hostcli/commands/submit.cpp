@@ -2,7 +2,7 @@
 #include "hostcli/commands/commands.h"
 #include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
-#include "hostcli/terminal/signalwatch.h"
+#include "hostcli/terminal/interruption.h"
 #include "till/sale/registrar.h"
 #include "till/sale/session.h"
 
@@ -14,7 +14,7 @@ ExitCode submit(const CommandLine& line, Output& output)
 {
     Session session(serviceConfigOf(line), pluginOf(line));
     Batch batch(line, output, session.transport());
-    const SignalWatch watch([&] { batch.interrupt(); });
+    const OnInterruption interruption([&] { batch.interrupt(); });
     ReceiptQueue queue(line.files);
     batch.setCount(queue.count());
     session.connect();

@@ -23,16 +23,16 @@ bool isIgnored(int signal)
 
 } // namespace
 
-SignalWatch::SignalWatch(std::function<void()> action)
+SignalWatch::SignalWatch(std::function<void(int)> action)
     : onFirst(std::move(action))
 {
     sigemptyset(&watched);
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         if (!isIgnored(signal))
             sigaddset(&watched, signal);
     }
     sigaddset(&watched, wakeUp);
-    pthread_sigmask(SIG_BLOCK, &watched, &before);
+    pthread_sigmask(SIG_BLOCK, &watched, nullptr);
     watcher = std::thread([this] { watch(); });
 }
 
@@ -41,23 +41,23 @@ SignalWatch::~SignalWatch()
     ending = true;
     pthread_kill(watcher.native_handle(), wakeUp);
     watcher.join();
-    pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 void SignalWatch::watch()
 {
     using Clock = std::chrono::steady_clock;
-    if (next() == 0)
+    int signal = next();
+    if (signal == 0)
         return;
     const auto first = Clock::now();
-    const std::jthread acting(onFirst);
-    int signal = 0;
+    const std::jthread acting(onFirst, signal);
     do
         signal = next();
     while (signal != 0 && Clock::now() - first < oneSignal);
+    if (signal == 0)
+        return;
     pthread_sigmask(SIG_UNBLOCK, &watched, nullptr);
-    if (signal != 0)
-        std::raise(signal);
+    std::raise(signal);
 }
 
 int SignalWatch::next() const

@@ -9,8 +9,8 @@
 
 namespace frhost {
 
-/// Waits for SIGINT and SIGTERM in a thread of its own, so that they are answered at once whatever the others
-/// are blocked in.
+/// Waits for SIGINT, SIGTERM and SIGHUP in a thread of its own, so that they are answered at once whatever
+/// the others are blocked in.
 ///
 /// The first signal calls a function. A second one ends the program by its default action, also when that
 /// function hangs; one that comes within a quarter of a second counts as the first, because `timeout` and
@@ -18,10 +18,11 @@ namespace frhost {
 class SignalWatch
 {
 public:
-    /// `onFirst` is called once, in another thread, and must not throw. Create the watch before all threads
-    /// that live as long.
-    explicit SignalWatch(std::function<void()> onFirst);
-    /// Waits for `onFirst` to return, if it was called. From then on the signals do what they did before.
+    /// `action` is called once, with the signal and in another thread, and must not throw. Create the watch
+    /// before all threads that live as long.
+    explicit SignalWatch(std::function<void(int)> action);
+    /// Waits for the action to return, if it was called. The signals stay blocked, so that none of them
+    /// changes the status of a program that has done its work.
     ~SignalWatch();
     Q_DISABLE_COPY_MOVE(SignalWatch)
 
@@ -30,9 +31,8 @@ private:
     // The next signal; 0 when the watch is to end.
     [[nodiscard]] int next() const;
 
-    std::function<void()> onFirst;
+    std::function<void(int)> onFirst;
     sigset_t watched{};
-    sigset_t before{};
     std::atomic<bool> ending = false;
     std::thread watcher;
 };

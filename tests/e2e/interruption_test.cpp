@@ -71,9 +71,11 @@ protected:
     Shop shop{emulator.url()};
 };
 
-const auto names = [](const auto& of) { return of.param == SIGINT ? "ByCtrlC" : "BySigTerm"; };
+const auto names = [](const auto& of) {
+    return of.param == SIGINT ? "ByCtrlC" : of.param == SIGTERM ? "BySigTerm" : "ByHangup";
+};
 
-INSTANTIATE_TEST_SUITE_P(Is, Interruption, testing::Values(SIGINT, SIGTERM), names);
+INSTANTIATE_TEST_SUITE_P(Is, Interruption, testing::Values(SIGINT, SIGTERM, SIGHUP), names);
 
 TEST_P(Interruption, OfAnUnansweredSaleSaysThatItWasSent)
 {
@@ -152,6 +154,36 @@ TEST_P(Interruption, BeforeTheTokenSaysThatNothingWasSent)
     EXPECT_THAT(ran.err.toStdString(), StartsWith("Interrupted. Nothing was sent.\n"));
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("Receipts not sent: 2.\n"));
     EXPECT_EQ(ran.out, QString());
+}
+
+TEST_P(Interruption, WhileTheConfigurationIsReadSaysThatNothingWasSent)
+{
+    const QTemporaryDir folder;
+    const QString config = folder.filePath(u"register.ini"_s);
+    ASSERT_EQ(mkfifo(config.toLocal8Bit().constData(), 0600), 0);
+    Running frhost(frhostProgram(), {u"--config"_s, config, u"sell"_s, shop.receipts({u"r1"_s})});
+    const int writer = open(config.toLocal8Bit().constData(), O_WRONLY | O_CLOEXEC);
+    frhost.signal(GetParam());
+    const Ran ran = frhost.end();
+    close(writer);
+    EXPECT_EQ(ran.exitCode, 4);
+    EXPECT_EQ(ran.err.toStdString(), "Interrupted. Nothing was sent.\n");
+}
+
+// Wherever the program is after its last line.
+TEST_P(Interruption, AfterTheLastLineLeavesTheStatusOfTheRun)
+{
+    for (int delay = 0; delay < 10; ++delay) {
+        Running frhost(frhostProgram(), shop.arguments({u"sell"_s, shop.receipts({u"r1"_s})}));
+        ASSERT_THAT(frhost.moreOutput().toStdString(), EndsWith("}\n"));
+        usleep(static_cast<useconds_t>(delay * 200));
+        frhost.signal(GetParam());
+        const Ran ran = frhost.end();
+        if (ran.exitCode == 4)
+            EXPECT_EQ(ran.err.toStdString(), "Interrupted. r1 is registered.\n");
+        else
+            EXPECT_EQ(ran.exitCode, 0) << ran.err.toStdString();
+    }
 }
 
 TEST_P(Interruption, OfABatchReportsHowManyAreDone)

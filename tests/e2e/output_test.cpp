@@ -49,6 +49,20 @@ TEST_F(StandardOutput, DoesNotEndTheProgramWhenItsReaderIsGone)
     EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("outcome":"registered")"));
 }
 
+TEST_F(StandardOutput, ThatExceedsTheLargestSizeOfAFileLosesNoOutcome)
+{
+    const QString file = shop.receipts({u"r1"_s, u"r2"_s});
+    const QString full = shop.file(u"full"_s, QByteArray(512 * 1024, '\n'));
+    const Ran sold =
+        run(u"sh"_s, QStringList{u"-c"_s, u"ulimit -f 1024; out=$1; shift; exec \"$@\" >> \"$out\""_s,
+                         u"sh"_s, full, frhostProgram()} +
+                         shop.arguments({u"sell"_s, file}));
+    EXPECT_EQ(sold.exitCode, 1);
+    EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("id":"r1","line":1,"outcome":"registered")"));
+    EXPECT_THAT(sold.err.toStdString(), HasSubstr("Standard output: File too large"));
+    EXPECT_THAT(sold.err.toStdString(), HasSubstr("Receipts not sent: 1."));
+}
+
 TEST_F(StandardOutput, IsATableWithoutJson)
 {
     QStringList arguments = shop.arguments({u"sell"_s, shop.receipts({u"r1"_s})});

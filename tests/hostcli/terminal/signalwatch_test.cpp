@@ -20,30 +20,40 @@ sigset_t blockedSignals()
 
 TEST(SignalWatch, CallsInAThreadOfItsOwn)
 {
-    for (const int signal : {SIGINT, SIGTERM}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         std::binary_semaphore called(0);
         std::thread::id where;
-        const SignalWatch watch([&] {
+        int what = 0;
+        const SignalWatch watch([&](int number) {
+            what = number;
             where = std::this_thread::get_id();
             called.release();
         });
         kill(getpid(), signal);
         called.acquire();
+        EXPECT_EQ(what, signal);
         EXPECT_NE(where, std::this_thread::get_id());
     }
 }
 
-TEST(SignalWatch, LeavesTheSignalsAsTheyWere)
+// A program that has done its work must end with its own status.
+TEST(SignalWatch, LeavesTheSignalsBlocked)
 {
     {
-        const SignalWatch watch([] {});
-        const sigset_t during = blockedSignals();
-        EXPECT_EQ(sigismember(&during, SIGINT), 1);
-        EXPECT_EQ(sigismember(&during, SIGTERM), 1);
+        const SignalWatch watch([](int) {});
     }
     const sigset_t after = blockedSignals();
-    EXPECT_EQ(sigismember(&after, SIGINT), 0);
-    EXPECT_EQ(sigismember(&after, SIGTERM), 0);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        EXPECT_EQ(sigismember(&after, signal), 1);
+        kill(getpid(), signal);
+    }
+    sigset_t pending;
+    sigpending(&pending);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        EXPECT_EQ(sigismember(&pending, signal), 1);
+        std::signal(signal, SIG_IGN);
+        std::signal(signal, SIG_DFL);
+    }
 }
 
 } // namespace
