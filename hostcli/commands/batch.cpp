@@ -140,10 +140,22 @@ bool Batch::finish(const ReceiptResult& result)
     return goesOn && output.error().isEmpty();
 }
 
+void Batch::stop(const Error& error)
+{
+    {
+        const std::scoped_lock lock(guard);
+        step = Step::BetweenReceipts;
+        raise(exitCodeOf(error.problem()));
+    }
+    Console::instance().line(error.message());
+}
+
 ExitCode Batch::end()
 {
     const std::scoped_lock lock(guard);
     step = Step::Ended;
+    if (tally.done() != count)
+        raise(ExitCode::LocalFailure);
     summarize();
     return status;
 }

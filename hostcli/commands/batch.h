@@ -30,6 +30,8 @@ public:
     [[nodiscard]] QString begin(const till::QueuedReceipt& queued);
     /// Its result is known: writes it. Returns whether the run goes on.
     [[nodiscard]] bool finish(const till::ReceiptResult& result);
+    /// The run cannot go on; what is left is not sent.
+    void stop(const till::Error& error);
     /// Writes the summary; returns the exit status of the run.
     [[nodiscard]] ExitCode end();
 

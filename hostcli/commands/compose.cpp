@@ -5,6 +5,7 @@
 #include "hostcli/terminal/printable.h"
 #include "till/config/registersetup.h"
 #include "till/device/loadedregister.h"
+#include "till/error.h"
 #include "till/sale/attempt.h"
 #include "till/sale/registrar.h"
 #include "till/text.h"
@@ -27,7 +28,7 @@ ExitCode compose(const CommandLine& line, Output& output)
     setUp(fiscalRegister, config);
     ReceiptQueue queue(line.files);
     bool isRefused = false;
-    queue.forEach([&](const QueuedReceipt& queued) {
+    const auto handle = [&](const QueuedReceipt& queued) {
         const auto error = attempt([&] {
             handOver(fiscalRegister.driver(), queued.receipt);
             std::ignore = fiscalRegister.service().documentClose(queued.receipt.document);
@@ -39,7 +40,13 @@ ExitCode compose(const CommandLine& line, Output& output)
         Console::instance().line(u"%1:%2: %3"_s.arg(queued.file, QString::number(queued.line),
             error ? error->message : Text::tr("the driver sent nothing")));
         return true;
-    });
+    };
+    try {
+        queue.forEach(handle);
+    } catch (const Error& error) {
+        Console::instance().line(error.message());
+        return isRefused ? ExitCode::Refused : exitCodeOf(error.problem());
+    }
     return isRefused ? ExitCode::Refused : ExitCode::Success;
 }
 

@@ -3,6 +3,7 @@
 #include "hostcli/commands/setup.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/interruption.h"
+#include "till/error.h"
 #include "till/sale/registrar.h"
 #include "till/sale/session.h"
 
@@ -19,14 +20,19 @@ ExitCode submit(const CommandLine& line, Output& output)
     batch.setCount(queue.count());
     session.connect();
     Registrar registrar(session.fiscalRegister(), session.transport());
-    queue.forEach([&](const QueuedReceipt& queued) {
+    const auto handle = [&](const QueuedReceipt& queued) {
         const QString status = batch.begin(queued);
         const ReceiptResult result = [&] {
             const ShownStatus shown(status);
             return line.command == Command::Sell ? registrar.sell(queued) : registrar.send(queued);
         }();
         return batch.finish(result);
-    });
+    };
+    try {
+        queue.forEach(handle);
+    } catch (const Error& error) {
+        batch.stop(error);
+    }
     return batch.end();
 }
 

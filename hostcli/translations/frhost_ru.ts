@@ -608,6 +608,8 @@
     <message>
         <source>the folder has no name</source>
         <translation>не указано имя папки</translation>
+        <source>%1: more than 256 MiB, the most that is read from standard input or a pipe. Nothing was sent. Put the receipts into a file.</source>
+        <translation>%1: больше 256 МиБ, а больше из стандартного ввода или канала не читается. Ничего не отправлено. Запишите чеки в файл.</translation>
     </message>
 </context>
 </TS>

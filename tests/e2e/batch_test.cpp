@@ -2,8 +2,10 @@
 #include "tests/e2e/support/service.h"
 #include "tests/e2e/support/shop.h"
 
+#include <QDir>
 #include <QFile>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -11,6 +13,7 @@
 #include <atomic>
 #include <optional>
 #include <string>
+#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -171,6 +174,89 @@ TEST(Batch, ContinuesAfterIncompleteEvidence)
     const Ran again = shop.frhost({u"sell"_s, file});
     EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
     EXPECT_EQ(again.columns({u"outcome"_s, u"recovered"_s}), QStringList(3, u"registered true"_s));
+}
+
+constexpr auto token = R"({"error":null,"token":"t","timestamp":"01.01.2026 00:00:00"})";
+
+// The receipts of the file once the service is asked for a token, which is after they were checked.
+struct Change
+{
+    const char* name;
+    QStringList ids;
+    int sent;
+};
+
+class ChangedFile : public testing::TestWithParam<Change>
+{
+};
+
+TEST_P(ChangedFile, EndsTheRunWithATotalAndNeverWithSuccess)
+{
+    std::atomic<int> sells = 0;
+    const Shop* till = nullptr;
+    const Service service([&](Service::Request& request) {
+        if (request.call() == Call::Token) {
+            std::ignore = till->receipts(GetParam().ids);
+            request.answer(200, token);
+            return;
+        }
+        ++sells;
+        request.answer(200, R"({"uuid":"u","status":"wait","error":null})");
+    });
+    const Shop shop(service.url());
+    till = &shop;
+    const QString file = shop.receipts({u"r1"_s, u"r2"_s});
+    const Ran ran = shop.frhost({u"send"_s, file});
+    EXPECT_EQ(ran.exitCode, 1);
+    EXPECT_EQ(sells, GetParam().sent);
+    EXPECT_EQ(ran.lines().size(), GetParam().sent);
+    EXPECT_THAT(ran.err.toStdString(),
+        HasSubstr(file.toStdString() + ": the file has changed since it was checked; the rest was not sent"));
+    EXPECT_THAT(ran.err.toStdString(),
+        HasSubstr("Receipts: 2. Accepted: " + std::to_string(GetParam().sent) + ", refused: 0, unknown: 0."));
+}
+
+INSTANTIATE_TEST_SUITE_P(By, ChangedFile,
+    testing::Values(Change{"AVanishedReceipt", {u"r1"_s}, 1},
+        Change{"AReplacedReceipt", {u"r1"_s, u"r3"_s}, 1},
+        Change{"AnAppendedReceipt", {u"r1"_s, u"r2"_s, u"r3"_s}, 2}, Change{"LosingAll", {}, 0}),
+    [](const auto& change) { return change.param.name; });
+
+TEST(ChangedFile, StillEndsWithTheStatusOfARefusalBeforeIt)
+{
+    const Shop* till = nullptr;
+    const Service service([&](Service::Request& request) {
+        if (request.call() == Call::Token) {
+            std::ignore = till->receipts({u"r1"_s});
+            request.answer(200, token);
+            return;
+        }
+        request.answer(
+            400, R"({"status":"fail","error":{"error_id":"e","code":32,"text":"t","type":"system"}})");
+    });
+    const Shop shop(service.url());
+    till = &shop;
+    const Ran ran = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s, u"r2"_s})});
+    EXPECT_EQ(ran.exitCode, 3);
+    EXPECT_THAT(ran.err.toStdString(), HasSubstr("the file has changed since it was checked"));
+    EXPECT_THAT(ran.err.toStdString(), HasSubstr("Receipts: 2. Registered: 0, refused: 1, unknown: 0."));
+    EXPECT_THAT(ran.err.toStdString(), HasSubstr("Receipts not sent: 1."));
+}
+
+TEST(EndlessInput, IsRefusedAndLeavesNoCopy)
+{
+    const EmulatorProcess emulator;
+    const Shop shop(emulator.url());
+    const QTemporaryDir copies;
+    const QString endless = u"TMPDIR=%1 exec \"$@\" </dev/zero"_s.arg(copies.path());
+    const Ran ran = run(u"sh"_s,
+        QStringList{u"-c"_s, endless, u"sh"_s, frhostProgram()} + shop.arguments({u"sell"_s, u"-"_s}));
+    EXPECT_EQ(ran.exitCode, 2);
+    EXPECT_EQ(ran.err,
+        u"-: more than 256 MiB, the most that is read from standard input or a pipe. Nothing was "
+        u"sent. Put the receipts into a file.\n"_s);
+    EXPECT_EQ(emulator.calls(), QString());
+    EXPECT_TRUE(QDir(copies.path()).isEmpty(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot));
 }
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)

@@ -16,6 +16,8 @@ namespace till {
 namespace {
 
 constexpr qint64 maxReceiptSize = 16 * 1024 * 1024;
+// About half a million receipts.
+constexpr qint64 maxCopySize = 256 * 1024 * 1024;
 
 // Follows JSON text far enough to see whether all brackets are closed.
 class Brackets
@@ -67,6 +69,12 @@ std::unique_ptr<QIODevice> spooled(const QString& name, QFile& source)
         const QByteArray part = source.read(64 * 1024);
         if (part.isEmpty())
             break;
+        if (copy->pos() + part.size() > maxCopySize)
+            throw Error(Problem::Receipt,
+                Text::tr(
+                    "%1: more than 256 MiB, the most that is read from standard input or a pipe. Nothing "
+                    "was sent. Put the receipts into a file.")
+                    .arg(name));
         isGood = copy->write(part) == part.size();
     }
     if (!isGood || !copy->seek(0))

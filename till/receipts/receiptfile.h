@@ -18,11 +18,11 @@ struct RawReceipt
 
 /// A file of receipts: one JSON object on any number of lines, or JSON Lines. It is read one receipt at a
 /// time, whatever its size, and can be read again; input that cannot be read twice (standard input, a pipe)
-/// is copied to a temporary file first.
+/// is copied to a temporary file first, and may be up to 256 MiB.
 class ReceiptFile
 {
 public:
-    /// "-" is standard input. Throws Error when the file cannot be read.
+    /// "-" is standard input. Throws Error when the file cannot be read, or copied.
     explicit ReceiptFile(const QString& name);
 
     [[nodiscard]] QString name() const { return fileName; }

@@ -6,7 +6,6 @@
 #include <QCryptographicHash>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <tuple>
 
@@ -31,17 +30,15 @@ struct SeenId
     }
 };
 
-SeenId seenId(const QString& id, int file, int line)
-{
-    SeenId seen{{}, file, line};
-    const QByteArray digest = QCryptographicHash::hash(id.toUtf8(), QCryptographicHash::Blake2s_128);
-    std::memcpy(seen.digest.data(), digest.constData(), seen.digest.size());
-    return seen;
-}
-
 QString place(const QString& file, int line)
 {
     return u"%1:%2"_s.arg(file, QString::number(line));
+}
+
+[[noreturn]] void failChanged(const ReceiptFile& file)
+{
+    throw Error(Problem::Setup,
+        Text::tr("%1: the file has changed since it was checked; the rest was not sent").arg(file.name()));
 }
 
 QString described(const QString& file, int line, const ReceiptProblem& problem)
@@ -53,10 +50,18 @@ QString described(const QString& file, int line, const ReceiptProblem& problem)
 
 } // namespace
 
+ReceiptQueue::Digest ReceiptQueue::digestOf(const QByteArray& text)
+{
+    Digest digest{};
+    const QByteArray hash = QCryptographicHash::hash(text, QCryptographicHash::Blake2s_128);
+    std::memcpy(digest.data(), hash.constData(), digest.size());
+    return digest;
+}
+
 ReceiptQueue::ReceiptQueue(const QStringList& fileNames)
 {
     for (const QString& name : fileNames)
-        files.push_back(std::make_unique<ReceiptFile>(name));
+        files.push_back({ReceiptFile(name), {}});
     const QString problems = checkAll();
     if (!problems.isEmpty())
         throw Error(Problem::Receipt,
@@ -75,19 +80,20 @@ QString ReceiptQueue::checkAll()
 
     std::vector<SeenId> ids;
     for (std::size_t i = 0; i < files.size(); ++i) {
+        auto& [file, receipts] = files[i];
         RawReceipt raw;
-        const int before = receiptCount;
-        while (problemCount < maxProblems && files[i]->next(raw)) {
-            ++receiptCount;
+        while (problemCount < maxProblems && file.next(raw)) {
+            receipts.push_back(digestOf(raw.text));
             const auto parsed = parser.parse(raw.text);
             if (const auto* problem = std::get_if<ReceiptProblem>(&parsed))
-                add(described(files[i]->name(), raw.line, *problem));
+                add(described(file.name(), raw.line, *problem));
             else
-                ids.push_back(seenId(
-                    std::get<QJsonObject>(parsed).value(u"id"_s).toString(), static_cast<int>(i), raw.line));
+                ids.push_back({digestOf(std::get<QJsonObject>(parsed).value(u"id"_s).toString().toUtf8()),
+                    static_cast<int>(i), raw.line});
         }
-        if (receiptCount == before)
-            add(Text::tr("%1: the file contains no receipt").arg(files[i]->name()));
+        if (receipts.empty())
+            add(Text::tr("%1: the file contains no receipt").arg(file.name()));
+        receiptCount += static_cast<int>(receipts.size());
     }
 
     std::sort(ids.begin(), ids.end());
@@ -95,40 +101,42 @@ QString ReceiptQueue::checkAll()
         if (ids[i].digest == ids[i - 1].digest)
             add(Text::tr("%1: /id: the same id is used at %2; the service would treat the second receipt as "
                          "a repeat of the first")
-                    .arg(place(files[static_cast<std::size_t>(ids[i].file)]->name(), ids[i].line),
-                        place(files[static_cast<std::size_t>(ids[i - 1].file)]->name(), ids[i - 1].line)));
+                    .arg(place(files[static_cast<std::size_t>(ids[i].file)].file.name(), ids[i].line),
+                        place(
+                            files[static_cast<std::size_t>(ids[i - 1].file)].file.name(), ids[i - 1].line)));
     }
     return problems;
 }
 
-std::optional<QJsonObject> ReceiptQueue::readAgain(ReceiptFile& file, RawReceipt& raw) const
+// A file that can no longer be read as it was has changed, too.
+bool ReceiptQueue::readAgain(CheckedFile& checked, RawReceipt& raw)
 {
-    const auto fail = [&] {
-        throw Error(
-            Problem::Setup, Text::tr("%1: the file has changed since it was checked; the rest was not sent")
-                                .arg(file.name()));
-    };
     try {
-        if (!file.next(raw))
-            return std::nullopt;
+        return checked.file.next(raw);
     } catch (const Error&) {
-        fail();
+        failChanged(checked.file);
     }
-    const auto parsed = parser.parse(raw.text);
-    if (!std::holds_alternative<QJsonObject>(parsed))
-        fail();
-    return std::get<QJsonObject>(parsed);
+}
+
+QJsonObject ReceiptQueue::readChecked(CheckedFile& checked, const Digest& digest, RawReceipt& raw) const
+{
+    if (!readAgain(checked, raw) || digestOf(raw.text) != digest)
+        failChanged(checked.file);
+    return std::get<QJsonObject>(parser.parse(raw.text));
 }
 
 void ReceiptQueue::forEach(const std::function<bool(const QueuedReceipt&)>& handle)
 {
-    for (const auto& file : files) {
-        file->rewind();
+    for (CheckedFile& checked : files) {
+        checked.file.rewind();
         RawReceipt raw;
-        while (const auto json = readAgain(*file, raw)) {
-            if (!handle({file->name(), raw.line, toReceipt(*json)}))
+        for (const Digest& digest : checked.receipts) {
+            const Receipt receipt = toReceipt(readChecked(checked, digest, raw));
+            if (!handle({checked.file.name(), raw.line, receipt}))
                 return;
         }
+        if (readAgain(checked, raw))
+            failChanged(checked.file);
     }
 }
 

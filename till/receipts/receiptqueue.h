@@ -8,9 +8,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <array>
 #include <functional>
-#include <memory>
-#include <optional>
 #include <vector>
 
 namespace till {
@@ -23,9 +22,9 @@ struct QueuedReceipt
     Receipt receipt;
 };
 
-/// The receipts of a run, from any number of files. They are read twice: first all are checked and
-/// forgotten, then they are handed out one at a time, so memory grows by a few dozen bytes a receipt, and
-/// only while they are checked.
+/// The receipts of a run, from any number of files. They are read twice: first all are checked, then they are
+/// handed out one at a time, each compared with the digest of what was checked. Memory grows by a few dozen
+/// bytes a receipt.
 class ReceiptQueue
 {
 public:
@@ -35,16 +34,27 @@ public:
 
     [[nodiscard]] int count() const { return receiptCount; }
 
-    /// Hands the receipts out in their order until `handle` returns false. Throws Error when a file
-    /// has changed since it was checked.
+    /// Hands the receipts out in their order until `handle` returns false. Throws Error where a file differs
+    /// from what was checked: nothing unchecked is ever handed out.
     void forEach(const std::function<bool(const QueuedReceipt&)>& handle);
 
 private:
+    using Digest = std::array<char, 16>;
+
+    struct CheckedFile
+    {
+        ReceiptFile file;
+        /// Of the texts of its receipts, in their order.
+        std::vector<Digest> receipts;
+    };
+
+    [[nodiscard]] static Digest digestOf(const QByteArray& text);
+    [[nodiscard]] static bool readAgain(CheckedFile& checked, RawReceipt& raw);
     [[nodiscard]] QString checkAll();
-    [[nodiscard]] std::optional<QJsonObject> readAgain(ReceiptFile& file, RawReceipt& raw) const;
+    [[nodiscard]] QJsonObject readChecked(CheckedFile& checked, const Digest& digest, RawReceipt& raw) const;
 
     ReceiptParser parser;
-    std::vector<std::unique_ptr<ReceiptFile>> files;
+    std::vector<CheckedFile> files;
     int receiptCount = 0;
 };
 

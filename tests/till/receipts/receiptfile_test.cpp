@@ -104,4 +104,13 @@ TEST_F(Receipts, ThatCannotBeReadAreReported)
     EXPECT_FALSE(messageOf<Error>([&] { ReceiptFile file(files.path()); }).isEmpty()) << "a folder";
 }
 
+// 256 MiB are copied, and a little more is read.
+TEST_F(Receipts, WithoutEndAreRefused)
+{
+    EXPECT_EQ(messageOf<Error>([] { ReceiptFile file(u"/dev/zero"_s); }),
+        u"/dev/zero: more than 256 MiB, the most that is read from standard input or a pipe. Nothing was "
+        u"sent. "
+        u"Put the receipts into a file."_s);
+}
+
 } // namespace

@@ -82,11 +82,23 @@ TEST_F(Queue, RefusesAFileWithoutReceipts)
                     .startsWith(u"b: the file contains no receipt\n"_s));
 }
 
-TEST_F(Queue, NoticesAFileThatChangesBeforeItIsSent)
+// What becomes of a file after it was checked, and how many of its receipts are still handed out.
+struct Change
 {
-    const QString name = files.file("a", receipt("1") + receipt("2"));
-    ReceiptQueue queue({name});
-    std::ignore = files.file("a", receipt("1") + "nonsense\n");
+    const char* name;
+    QByteArray after;
+    int handed;
+};
+
+class ChangedQueue : public Queue, public testing::WithParamInterface<Change>
+{
+};
+
+TEST_P(ChangedQueue, EndsWhereTheFileDiffersFromWhatWasChecked)
+{
+    const QString name = files.file("a", receipt("1") + receipt("2") + receipt("3"));
+    ReceiptQueue queue({name, files.file("b", receipt("4"))});
+    std::ignore = files.file("a", GetParam().after);
     int handed = 0;
     const QString message = messageOf<Error>([&] {
         queue.forEach([&](const QueuedReceipt&) {
@@ -94,8 +106,34 @@ TEST_F(Queue, NoticesAFileThatChangesBeforeItIsSent)
             return true;
         });
     });
-    EXPECT_EQ(handed, 1);
+    EXPECT_EQ(handed, GetParam().handed);
     EXPECT_EQ(message, name + u": the file has changed since it was checked; the rest was not sent"_s);
+}
+
+INSTANTIATE_TEST_SUITE_P(By, ChangedQueue,
+    testing::Values(Change{"Nonsense", receipt("1") + "nonsense\n", 1},
+        Change{"ABlankedLine", receipt("1") + "\n" + receipt("3"), 1},
+        Change{"ABlankedLastLine", receipt("1") + receipt("2") + "\n", 2},
+        Change{"AReplacedLine", receipt("1") + receipt("5") + receipt("3"), 1},
+        Change{"TwoLinesThatChangedPlaces", receipt("1") + receipt("3") + receipt("2"), 1},
+        Change{"AnInsertedLine", receipt("1") + receipt("5") + receipt("2") + receipt("3"), 1},
+        Change{"AnAppendedLine", receipt("1") + receipt("2") + receipt("3") + receipt("5"), 3},
+        Change{"AnAppendedCopy", receipt("1") + receipt("2") + receipt("3") + receipt("3"), 3},
+        Change{"ATruncatedLine", receipt("1") + receipt("2").chopped(9), 1},
+        Change{"AVanishedLine", receipt("1") + receipt("2"), 2}, Change{"VanishedContent", QByteArray(), 0}),
+    [](const auto& change) { return change.param.name; });
+
+TEST_F(Queue, AcceptsBlankLinesThatMoveTheSameReceipts)
+{
+    const QString name = files.file("a", receipt("1") + receipt("2"));
+    ReceiptQueue queue({name});
+    std::ignore = files.file("a", receipt("1") + "\n\n" + receipt("2"));
+    QList<int> lines;
+    queue.forEach([&](const QueuedReceipt& queued) {
+        lines << queued.line;
+        return true;
+    });
+    EXPECT_EQ(lines, (QList<int>{1, 4}));
 }
 
 } // namespace
