@@ -39,8 +39,7 @@ Emulator::Emulator(const Options& options, Clock usedClock)
     , root((options.tls.certificateChain.empty() ? "http://127.0.0.1:" : "https://127.0.0.1:") +
            std::to_string(httpServer.port()) + "/")
 {
-    for (const Fault& fault : options.faults)
-        faults.add(fault);
+    faults.add(options.faults);
     service.setAddress(root);
     service.setListener([this](const Exchange& exchange) { publishExchange(exchange); });
     api.setListener([this](const Json& event) { httpServer.publish(toLine(event)); });

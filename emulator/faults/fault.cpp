@@ -19,13 +19,24 @@ std::string joined(std::span<const Row> table, std::string_view Row::*name)
     return text;
 }
 
+// Every fault is kept, shown and compared with every call. An id of 128 characters has up to 512 bytes.
+std::string shortText(JsonReader& reader, const char* key)
+{
+    constexpr std::size_t longest = 512;
+    std::string text = reader.text(key);
+    if (text.size() > longest)
+        throw JsonError(std::string(key) + " may be " + std::to_string(longest) + " bytes long, not " +
+                        std::to_string(text.size()));
+    return text;
+}
+
 void readMatch(Fault& fault, const Json& json)
 {
     constexpr std::int64_t many = 1'000'000'000;
     JsonReader match(json, "match");
-    fault.login = match.text("login");
-    fault.group = match.text("group");
-    fault.externalId = match.text("external_id");
+    fault.login = shortText(match, "login");
+    fault.group = shortText(match, "group");
+    fault.externalId = shortText(match, "external_id");
     fault.next = match.integer("next", 0, 1, many);
     fault.every = match.integer("every", 1, 1, many);
     fault.after = match.integer("after", 0, 0, many);
@@ -49,7 +60,7 @@ int readBytes(JsonReader& reader, int fallback)
 
 std::string readKey(JsonReader& reader)
 {
-    std::string key = reader.text("key");
+    std::string key = shortText(reader, "key");
     if (key.empty())
         throw JsonError("fault.key must name the key to leave out, such as payload.fn_number");
     return key;
@@ -173,7 +184,7 @@ Fault readFault(const Json& json)
 {
     Fault fault;
     JsonReader reader(json, "fault");
-    fault.name = reader.text("name");
+    fault.name = shortText(reader, "name");
     fault.endpoint = readEndpoint(reader.text("endpoint"));
     const EffectInfo& info = readEffect(reader.text("effect"), fault.endpoint);
     fault.effect = info.effect;

@@ -3,21 +3,22 @@
 #include "emulator/faults/fault.h"
 #include "emulator/protocol/call.h"
 
-#include <string_view>
+#include <cstddef>
+#include <span>
 #include <vector>
 
 namespace emulator {
-
-/// Whether `text` matches `pattern`, where `*` stands for any characters and `?` for any single one. Both are
-/// UTF-8.
-[[nodiscard]] bool matches(std::string_view text, std::string_view pattern);
 
 /// The active faults in the order in which they were added. The first one that matches a call hits it.
 class FaultBox
 {
 public:
-    /// Sets the fault's id.
-    const Fault& add(Fault fault);
+    /// How many faults there can be. Every call is compared with every fault.
+    static constexpr std::size_t most = 1000;
+
+    /// Adds all and sets their ids, or throws JsonError if that would be too many. Returns what was added,
+    /// valid until the next change.
+    std::span<const Fault> add(const std::vector<Fault>& wanted);
     bool remove(int id);
     void clear() { faults.clear(); }
     [[nodiscard]] const std::vector<Fault>& all() const { return faults; }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -25,14 +26,15 @@ struct Request
     /// The first header of that name, in any letter case; empty if there is none.
     [[nodiscard]] std::string header(std::string_view name) const
     {
-        const auto same = [](char a, char b) {
-            return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
-        };
-        for (const auto& [key, value] : headers) {
-            if (std::ranges::equal(key, name, same))
-                return value;
-        }
-        return {};
+        const auto found =
+            std::ranges::find_if(headers, [name](const auto& one) { return isNamed(one, name); });
+        return found == headers.end() ? std::string() : found->second;
+    }
+
+    /// How many headers have that name.
+    [[nodiscard]] std::ptrdiff_t count(std::string_view name) const
+    {
+        return std::ranges::count_if(headers, [name](const auto& one) { return isNamed(one, name); });
     }
 
     /// The first query parameter of that name; empty if there is none.
@@ -43,6 +45,13 @@ struct Request
                 return value;
         }
         return {};
+    }
+
+private:
+    static bool isNamed(const std::pair<std::string, std::string>& header, std::string_view name)
+    {
+        return std::ranges::equal(header.first, name,
+            [](unsigned char a, unsigned char b) { return std::tolower(a) == std::tolower(b); });
     }
 };
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "emulator/http/budget.h"
+
 #include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/steady_timer.hpp>
 
 #include <algorithm>
+#include <cstddef>
 #include <deque>
 #include <string>
 #include <vector>
@@ -14,42 +17,81 @@ namespace emulator {
 class Hub
 {
 public:
-    /// Receives events for as long as it exists.
+    /// `most` connections at once receive events; the oldest one is closed for another.
+    explicit Hub(std::size_t most)
+        : mostFollowers(most)
+    {
+    }
+
+    /// Receives events for as long as it exists and its connection is open.
     class Follower
     {
     public:
-        Follower(Hub& usedHub, const boost::asio::any_io_executor& executor)
+        /// Hub and account are borrowed.
+        Follower(Hub& usedHub, Budget::Account& usedAccount, const boost::asio::any_io_executor& executor)
             : wake(executor)
+            , account(usedAccount)
             , hub(usedHub)
         {
+            while (hub.followers.size() >= hub.mostFollowers)
+                hub.followers.front()->dismiss();
             hub.followers.push_back(this);
         }
         ~Follower() { std::erase(hub.followers, this); }
         Follower(const Follower&) = delete;
         Follower& operator=(const Follower&) = delete;
 
-        std::deque<std::string> pending;
+        [[nodiscard]] bool hasEvent() const { return !pending.empty(); }
+
+        [[nodiscard]] std::string takeEvent()
+        {
+            std::string event = std::move(pending.front());
+            pending.pop_front();
+            pendingBytes -= event.size();
+            return event;
+        }
+
         boost::asio::steady_timer wake;
 
     private:
+        friend class Hub;
+
+        // One that does not keep up loses its unsent events and gets a `lost` event instead.
+        void add(const std::string& event)
+        {
+            constexpr std::size_t mostPending = 256 * 1024;
+            if (pendingBytes + event.size() > mostPending) {
+                pending.assign(1, R"({"kind":"lost"})");
+                pendingBytes = pending.front().size();
+            }
+            pending.push_back(event);
+            pendingBytes += event.size();
+            wake.cancel();
+        }
+
+        void dismiss()
+        {
+            account.close();
+            wake.cancel();
+            std::erase(hub.followers, this);
+        }
+
+        Budget::Account& account;
         Hub& hub;
+        std::deque<std::string> pending;
+        std::size_t pendingBytes = 0;
     };
 
-    /// A follower that does not keep up loses its unsent events and gets a `lost` event instead.
     void publish(const std::string& event)
     {
-        constexpr std::size_t mostPending = 1000;
-        for (Follower* follower : followers) {
-            if (follower->pending.size() >= mostPending)
-                follower->pending.assign(1, R"({"kind":"lost"})");
-            follower->pending.push_back(event);
-            follower->wake.cancel();
-        }
+        for (Follower* follower : followers)
+            follower->add(event);
     }
 
     [[nodiscard]] bool followed() const { return !followers.empty(); }
 
 private:
+    std::size_t mostFollowers;
     std::vector<Follower*> followers;
 };
 

@@ -20,21 +20,13 @@ using boost::system::error_code;
 
 constexpr auto tuple = asio::as_tuple(asio::use_awaitable);
 
-class Counted
+// Connections on loopback have IPv4 addresses.
+Budget::Peer peerOf(const tcp::socket& socket)
 {
-public:
-    explicit Counted(std::size_t& counter)
-        : counted(counter)
-    {
-        ++counted;
-    }
-    ~Counted() { --counted; }
-    Counted(const Counted&) = delete;
-    Counted& operator=(const Counted&) = delete;
-
-private:
-    std::size_t& counted;
-};
+    error_code error;
+    const auto end = socket.remote_endpoint(error);
+    return error || !end.address().is_v4() ? 0 : end.address().to_v4().to_uint();
+}
 
 } // namespace
 
@@ -103,13 +95,12 @@ private:
         for (;;) {
             auto [error, socket] = co_await acceptor.async_accept(tuple);
             if (error) {
-                // Most likely out of descriptors: wait for connections to end instead of spinning.
+                // Most likely out of descriptors.
+                shared.budget.closeStalest();
                 asio::steady_timer pause(io, std::chrono::milliseconds(50));
                 co_await pause.async_wait(tuple);
                 continue;
             }
-            if (shared.connections >= shared.limits.connections)
-                continue;
             socket.set_option(tcp::no_delay(true), error);
             asio::co_spawn(io, attend(std::move(socket)), asio::detached);
         }
@@ -117,19 +108,23 @@ private:
 
     asio::awaitable<void> attend(tcp::socket socket)
     {
-        const Counted counted(shared.connections);
+        Budget::Account account(shared.budget, peerOf(socket));
+        if (!account.isOpen())
+            co_return;
         if (tlsContext) {
             TlsStream stream(std::move(socket), *tlsContext);
+            account.setCloser([&stream] { beast::get_lowest_layer(stream).close(); });
             beast::get_lowest_layer(stream).expires_after(shared.limits.idle);
             const auto [failure] = co_await stream.async_handshake(asio::ssl::stream_base::server, tuple);
             if (failure)
                 co_return;
-            co_await serve(stream, shared);
+            co_await serve(stream, shared, account);
             if (beast::get_lowest_layer(stream).socket().is_open())
                 co_await stream.async_shutdown(tuple);
         } else {
             TcpStream stream(std::move(socket));
-            co_await serve(stream, shared);
+            account.setCloser([&stream] { stream.close(); });
+            co_await serve(stream, shared, account);
             error_code ignored;
             stream.socket().shutdown(tcp::socket::shutdown_send, ignored);
         }

@@ -1,5 +1,7 @@
 #include "emulator/http/session.h"
 
+#include "emulator/http/framing.h"
+
 #include <boost/asio.hpp>
 #include <boost/beast/core.hpp>
 #include <boost/beast/http.hpp>
@@ -22,6 +24,9 @@ const std::string eventsHead = "HTTP/1.1 200 OK\r\nServer: fremulator\r\nContent
                                "Cache-Control: no-store\r\nConnection: close\r\n\r\n: hello\n\n";
 const std::string keepAliveLine = ": still here\n\n";
 
+// Between two pieces of an answer, the client has made progress.
+constexpr std::size_t largestPiece = 64 * 1024;
+
 constexpr auto tuple = asio::as_tuple(asio::use_awaitable);
 
 Request toRequest(Parser& parser, std::string raw)
@@ -38,49 +43,77 @@ Request toRequest(Parser& parser, std::string raw)
     return request;
 }
 
-int statusOf(const error_code& error)
+struct Refusal
+{
+    int status = 400;
+    std::string text{};
+};
+
+Refusal refusalOf(const error_code& error)
 {
     if (error == http::error::body_limit)
-        return 413;
-    return error == http::error::header_limit ? 431 : 400;
+        return {413, error.message()};
+    return {error == http::error::header_limit ? 431 : 400, error.message()};
+}
+
+// The peer is gone, or has been told to go.
+bool isEnd(const error_code& error)
+{
+    return error == http::error::end_of_stream || error == beast::error::timeout;
 }
 
 template <class Stream>
 class Session
 {
 public:
-    Session(Stream& usedStream, SharedState& sharedState)
+    Session(Stream& usedStream, SharedState& sharedState, Budget::Account& usedAccount)
         : stream(usedStream)
         , shared(sharedState)
+        , account(usedAccount)
     {
     }
 
     asio::awaitable<void> serve()
     {
-        for (bool keep = true; keep;) {
-            Parser parser;
-            parser.eager(true);
-            parser.header_limit(static_cast<std::uint32_t>(shared.limits.headerBytes));
-            parser.body_limit(shared.limits.bodyBytes);
-            std::string raw;
-            if (const error_code error = co_await read(parser, raw)) {
-                if (error != http::error::end_of_stream && error != beast::error::timeout)
-                    co_await refuse(error);
-                co_return;
+        for (bool keep = true; keep && account.isOpen();) {
+            Answer answer;
+            bool keepAlive = false;
+            {
+                Parser parser;
+                parser.eager(true);
+                parser.header_limit(static_cast<std::uint32_t>(shared.limits.headerBytes));
+                parser.body_limit(shared.limits.bodyBytes);
+                std::string raw;
+                const auto [error, problem] = co_await read(parser, raw);
+                if (isEnd(error) || !account.isOpen())
+                    co_return;
+                if (error || !problem.empty()) {
+                    const Refusal refusal = error ? refusalOf(error) : Refusal{.text = std::string(problem)};
+                    co_await refuse(refusal);
+                    co_return;
+                }
+                const Request request = toRequest(parser, std::move(raw));
+                answer = shared.handler(request);
+                keepAlive = request.keepAlive;
             }
-            const Request request = toRequest(parser, std::move(raw));
-            const Answer answer = shared.handler(request);
-            if (answer.follow)
-                keep = co_await sendEvents();
-            else
-                keep = co_await send(answer, request.keepAlive);
+            keep = answer.follow ? co_await sendEvents() : co_await send(answer, keepAlive);
+            account.hold(buffer.capacity());
         }
     }
 
 private:
-    // Feeds the parser by hand so that `raw` holds every byte of this request and none of the next.
-    asio::awaitable<error_code> read(Parser& parser, std::string& raw)
+    // Why a request could not be read: an error, or what is wrong with its headers.
+    struct Outcome
     {
+        error_code error{};
+        std::string_view problem{};
+    };
+
+    // Feeds the parser by hand so that `raw` holds every byte of this request and none of the next.
+    asio::awaitable<Outcome> read(Parser& parser, std::string& raw)
+    {
+        // Around the pieces of a chunked body, a client may put as many bytes as it likes.
+        const std::size_t most = shared.limits.headerBytes + 2 * shared.limits.bodyBytes;
         bool continueAsked = false;
         lowest().expires_after(shared.limits.idle);
         while (!parser.is_done()) {
@@ -88,8 +121,15 @@ private:
             const std::size_t used = buffer.size() > 0 ? parser.put(buffer.data(), error) : 0;
             raw.append(static_cast<const char*>(buffer.data().data()), used);
             buffer.consume(used);
+            if (parser.is_header_done()) {
+                const std::string_view problem = framingProblem(parser.get(), parser.get().version());
+                if (!problem.empty())
+                    co_return Outcome{.problem = problem};
+            }
+            if (raw.size() + buffer.size() > most)
+                error = http::error::body_limit;
             if (error && error != http::error::need_more)
-                co_return error;
+                co_return Outcome{.error = error};
             if (used > 0 && (!error || parser.is_done()))
                 continue;
             if (parser.is_header_done() && !continueAsked &&
@@ -99,17 +139,21 @@ private:
             }
             const auto [failure, bytes] = co_await stream.async_read_some(buffer.prepare(8192), tuple);
             if (failure)
-                co_return raw.empty() ? error_code(http::error::end_of_stream) : failure;
+                co_return Outcome{.error = raw.empty() ? error_code(http::error::end_of_stream) : failure};
             buffer.commit(bytes);
+            account.progress();
+            account.hold(buffer.capacity() + raw.capacity() + parser.get().body().capacity());
         }
-        co_return error_code();
+        co_return Outcome{};
     }
 
-    asio::awaitable<void> refuse(error_code error)
+    asio::awaitable<void> refuse(const Refusal& refusal)
     {
-        const Answer answer{
-            .reply = {
-                .status = statusOf(error), .contentType = "text/plain", .body = error.message() + "\n"}};
+        const Answer answer{.reply = {
+                                .status = refusal.status,
+                                .contentType = "text/plain",
+                                .body = refusal.text + "\n",
+                            }};
         const std::string bytes = answer.bytes(false);
         co_await write(bytes);
     }
@@ -121,9 +165,10 @@ private:
         if (wire.delay.count() > 0)
             co_await wait(wire.delay);
         const std::string bytes = answer.bytes(keepAlive);
-        const std::size_t piece = wire.piece > 0 ? wire.piece : std::max<std::size_t>(1, bytes.size());
+        account.hold(bytes.size() + answer.reply.body.size());
+        const std::size_t piece = wire.piece > 0 ? wire.piece : largestPiece;
         for (std::size_t from = 0; from < bytes.size(); from += piece) {
-            if (from > 0)
+            if (from > 0 && wire.pause.count() > 0)
                 co_await wait(wire.pause);
             const bool written = co_await write(std::string_view(bytes).substr(from, piece));
             if (!written)
@@ -154,19 +199,16 @@ private:
 
     asio::awaitable<bool> sendEvents()
     {
-        Hub::Follower follower(shared.hub, stream.get_executor());
+        Hub::Follower follower(shared.hub, account, stream.get_executor());
+        account.setBusy(true);
         bool written = co_await write(eventsHead);
         while (written) {
-            if (follower.pending.empty()) {
+            if (!follower.hasEvent()) {
                 follower.wake.expires_after(std::chrono::seconds(15));
                 co_await follower.wake.async_wait(tuple);
             }
-            if (follower.pending.empty()) {
-                written = co_await write(keepAliveLine);
-                continue;
-            }
-            const std::string event = "data: " + follower.pending.front() + "\n\n";
-            follower.pending.pop_front();
+            const std::string event =
+                follower.hasEvent() ? "data: " + follower.takeEvent() + "\n\n" : keepAliveLine;
             written = co_await write(event);
         }
         co_return false;
@@ -174,8 +216,11 @@ private:
 
     asio::awaitable<void> wait(std::chrono::milliseconds time)
     {
+        account.setBusy(true);
         asio::steady_timer timer(stream.get_executor(), time);
         co_await timer.async_wait(tuple);
+        account.setBusy(false);
+        account.progress();
     }
 
     asio::awaitable<bool> write(std::string_view bytes)
@@ -183,27 +228,29 @@ private:
         lowest().expires_after(shared.limits.idle);
         const auto [failure, count] =
             co_await asio::async_write(stream, asio::buffer(bytes.data(), bytes.size()), tuple);
-        co_return !failure;
+        account.progress();
+        co_return !failure && account.isOpen();
     }
 
     beast::tcp_stream& lowest() { return beast::get_lowest_layer(stream); }
 
     Stream& stream;
     SharedState& shared;
+    Budget::Account& account;
     beast::flat_buffer buffer;
 };
 
 } // namespace
 
-asio::awaitable<void> serve(TcpStream& stream, SharedState& shared)
+asio::awaitable<void> serve(TcpStream& stream, SharedState& shared, Budget::Account& account)
 {
-    Session<TcpStream> session(stream, shared);
+    Session<TcpStream> session(stream, shared, account);
     co_await session.serve();
 }
 
-asio::awaitable<void> serve(TlsStream& stream, SharedState& shared)
+asio::awaitable<void> serve(TlsStream& stream, SharedState& shared, Budget::Account& account)
 {
-    Session<TlsStream> session(stream, shared);
+    Session<TlsStream> session(stream, shared, account);
     co_await session.serve();
 }
 

@@ -1,14 +1,13 @@
 #pragma once
 
 #include "emulator/http/answer.h"
+#include "emulator/http/budget.h"
 #include "emulator/http/hub.h"
 #include "emulator/http/limits.h"
 
 #include <boost/asio/awaitable.hpp>
 #include <boost/beast/core/tcp_stream.hpp>
 #include <boost/beast/ssl.hpp>
-
-#include <cstddef>
 
 namespace emulator {
 
@@ -20,12 +19,12 @@ struct SharedState
 {
     Handler handler;
     Limits limits;
-    Hub hub{};
-    std::size_t connections = 0;
+    Budget budget{limits};
+    Hub hub{limits.followers};
 };
 
-/// Answers the requests of a connection one after the other until it ends. Both arguments are borrowed.
-boost::asio::awaitable<void> serve(TcpStream& stream, SharedState& shared);
-boost::asio::awaitable<void> serve(TlsStream& stream, SharedState& shared);
+/// Answers the requests of a connection one after the other until it ends. The arguments are borrowed.
+boost::asio::awaitable<void> serve(TcpStream& stream, SharedState& shared, Budget::Account& account);
+boost::asio::awaitable<void> serve(TlsStream& stream, SharedState& shared, Budget::Account& account);
 
 } // namespace emulator

@@ -36,26 +36,10 @@ std::vector<bool> hits(FaultBox& box, int count, const std::string& externalId =
 
 } // namespace
 
-TEST(Pattern, SupportsStarsAndQuestionMarks)
-{
-    EXPECT_TRUE(matches("till-7-001", "till-7-001"));
-    EXPECT_TRUE(matches("till-7-001", "till-*"));
-    EXPECT_TRUE(matches("till-7-001", "*001"));
-    EXPECT_TRUE(matches("till-7-001", "t*l-?-*1"));
-    EXPECT_TRUE(matches("", "*"));
-    EXPECT_FALSE(matches("till-7-001", "till-?"));
-    EXPECT_FALSE(matches("till-7-001", ""));
-    EXPECT_FALSE(matches("aab", "*ab?"));
-    EXPECT_TRUE(matches("чек-1", "?е?-1"));
-    EXPECT_TRUE(matches("чек-1", "*?-1"));
-    EXPECT_FALSE(matches("чек", "????"));
-    EXPECT_FALSE(matches("чек", "*????"));
-}
-
 TEST(FaultBox, HitsEveryCallOfItsEndpointByDefault)
 {
     FaultBox box;
-    box.add(fault(R"({"endpoint":"sell","effect":"close"})"));
+    box.add({fault(R"({"endpoint":"sell","effect":"close"})")});
     EXPECT_THAT(hits(box, 3), ElementsAre(true, true, true));
     EXPECT_EQ(box.take({.endpoint = Endpoint::Token}), nullptr);
 }
@@ -63,7 +47,7 @@ TEST(FaultBox, HitsEveryCallOfItsEndpointByDefault)
 TEST(FaultBox, HitsOnlyTheNextCalls)
 {
     FaultBox box;
-    box.add(fault(R"({"endpoint":"sell","effect":"close","match":{"next":2}})"));
+    box.add({fault(R"({"endpoint":"sell","effect":"close","match":{"next":2}})")});
     EXPECT_THAT(hits(box, 4), ElementsAre(true, true, false, false));
     EXPECT_TRUE(box.all().front().spent());
 }
@@ -71,22 +55,22 @@ TEST(FaultBox, HitsOnlyTheNextCalls)
 TEST(FaultBox, HitsEveryNthCall)
 {
     FaultBox box;
-    box.add(fault(R"({"endpoint":"sell","effect":"close","match":{"every":3}})"));
+    box.add({fault(R"({"endpoint":"sell","effect":"close","match":{"every":3}})")});
     EXPECT_THAT(hits(box, 7), ElementsAre(false, false, true, false, false, true, false));
 }
 
 TEST(FaultBox, SparesTheFirstCalls)
 {
     FaultBox box;
-    box.add(fault(R"({"endpoint":"sell","effect":"close","match":{"after":2,"every":2,"next":1}})"));
+    box.add({fault(R"({"endpoint":"sell","effect":"close","match":{"after":2,"every":2,"next":1}})")});
     EXPECT_THAT(hits(box, 6), ElementsAre(false, false, false, true, false, false));
 }
 
 TEST(FaultBox, MatchesLoginGroupAndExternalId)
 {
     FaultBox box;
-    box.add(fault(
-        R"({"endpoint":"sell","effect":"close","match":{"login":"l","group":"g","external_id":"a-*"}})"));
+    box.add({fault(
+        R"({"endpoint":"sell","effect":"close","match":{"login":"l","group":"g","external_id":"a-*"}})")});
     EXPECT_THAT(hits(box, 1, "a-1"), ElementsAre(true));
     EXPECT_THAT(hits(box, 1, "b-1"), ElementsAre(false));
     EXPECT_EQ(
@@ -98,8 +82,8 @@ TEST(FaultBox, MatchesLoginGroupAndExternalId)
 TEST(FaultBox, AppliesTheFirstMatchingFaultUntilItIsRemoved)
 {
     FaultBox box;
-    const int first = box.add(fault(R"({"endpoint":"sell","effect":"close","name":"one"})")).id;
-    box.add(fault(R"({"endpoint":"sell","effect":"silent","name":"two"})"));
+    const int first = box.add({fault(R"({"endpoint":"sell","effect":"close","name":"one"})")}).front().id;
+    box.add({fault(R"({"endpoint":"sell","effect":"silent","name":"two"})")});
     EXPECT_EQ(box.take({.endpoint = Endpoint::Sell})->name, "one");
     EXPECT_TRUE(box.remove(first));
     EXPECT_FALSE(box.remove(first));

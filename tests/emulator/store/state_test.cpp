@@ -4,8 +4,6 @@
 
 #include <cstdio>
 #include <fstream>
-#include <list>
-#include <sys/resource.h>
 
 using emulator::Json;
 using namespace std::chrono_literals;
@@ -225,41 +223,4 @@ TEST_F(State, RequiresTheTaxpayerNumberOfTheGroup)
     options.service.groups.front().inn = "7711111111";
     ready();
     EXPECT_EQ(sell(goodReceipt()).json()["error"]["code"], 32);
-}
-
-TEST_F(State, ServesAThousandConnectionsAtOnce)
-{
-    rlimit limit{};
-    ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &limit), 0);
-    limit.rlim_cur = limit.rlim_max;
-    ASSERT_EQ(setrlimit(RLIMIT_NOFILE, &limit), 0);
-    ASSERT_GT(limit.rlim_max, 2100u) << "this machine does not allow enough descriptors";
-
-    ready();
-    std::list<RawClient> clients;
-    for (int i = 0; i < 1000; ++i)
-        clients.emplace_back(port());
-    for (int round = 0; round < 2; ++round) {
-        int id = round * 1000;
-        for (const RawClient& client : clients)
-            client.send(postRequest("/possystem/v4/group-1/sell",
-                goodReceipt("id-" + std::to_string(++id)).dump(), tokenHeader()));
-        for (RawClient& client : clients)
-            ASSERT_EQ(client.receive().status, 200);
-    }
-    EXPECT_EQ(get("/_emulator/expect?count=2000&wire_requests=1").status, 200);
-}
-
-TEST_F(State, RefusesConnectionsBeyondTheLimit)
-{
-    options.limits.connections = 2;
-    start();
-    RawClient first(port());
-    RawClient second(port());
-    first.send(getRequest("/_emulator/faults"));
-    second.send(getRequest("/_emulator/faults"));
-    EXPECT_EQ(first.receive().status, 200);
-    EXPECT_EQ(second.receive().status, 200);
-    RawClient third(port());
-    EXPECT_EQ(third.receiveAll().end, RawClient::End::Closed);
 }

@@ -26,11 +26,14 @@ std::size_t contentLength(const std::string& head)
 
 } // namespace
 
-RawClient::RawClient(std::uint16_t port)
+RawClient::RawClient(std::uint16_t port, const char* from)
     : handle(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
 {
     sockaddr_in address{};
     address.sin_family = AF_INET;
+    ::inet_pton(AF_INET, from, &address.sin_addr);
+    if (::bind(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
+        fail("bind");
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     if (::connect(handle, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0)
@@ -100,7 +103,7 @@ RawClient::Answer RawClient::receiveAll(std::chrono::milliseconds patience)
     const std::size_t end = buffer.find("\r\n\r\n");
     answer.head = buffer.substr(0, end == std::string::npos ? end : end + 4);
     answer.body = buffer.substr(answer.head.size());
-    if (answer.head.size() >= 12)
+    if (answer.head.starts_with("HTTP/1.1 "))
         answer.status = std::stoi(answer.head.substr(9, 3));
     buffer.clear();
     return answer;

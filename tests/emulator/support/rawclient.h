@@ -10,7 +10,8 @@
 class RawClient
 {
 public:
-    explicit RawClient(std::uint16_t port);
+    /// Connects from an address of this machine.
+    explicit RawClient(std::uint16_t port, const char* from = "127.0.0.1");
     ~RawClient();
     RawClient(const RawClient&) = delete;
     RawClient& operator=(const RawClient&) = delete;

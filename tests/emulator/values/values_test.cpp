@@ -1,7 +1,10 @@
+#include "emulator/values/digest.h"
 #include "emulator/values/endpoint.h"
 #include "emulator/values/identifiers.h"
 #include "emulator/values/money.h"
 #include "emulator/values/moscowtime.h"
+#include "emulator/values/pattern.h"
+#include "emulator/values/plaintext.h"
 
 #include <gmock/gmock.h>
 
@@ -65,4 +68,47 @@ TEST(EndpointSet, ContainsItsEndpointsOnly)
     EXPECT_TRUE(documents.contains(Endpoint::Report));
     EXPECT_FALSE(documents.contains(Endpoint::Token));
     EXPECT_FALSE(documents.contains(Endpoint::Unknown));
+}
+
+TEST(Pattern, SupportsStarsAndQuestionMarks)
+{
+    EXPECT_TRUE(matches("till-7-001", "till-7-001"));
+    EXPECT_TRUE(matches("till-7-001", "till-*"));
+    EXPECT_TRUE(matches("till-7-001", "*001"));
+    EXPECT_TRUE(matches("till-7-001", "t*l-?-*1"));
+    EXPECT_TRUE(matches("", "*"));
+    EXPECT_FALSE(matches("till-7-001", "till-?"));
+    EXPECT_FALSE(matches("till-7-001", ""));
+    EXPECT_FALSE(matches("aab", "*ab?"));
+    EXPECT_TRUE(matches("чек-1", "?е?-1"));
+    EXPECT_TRUE(matches("чек-1", "*?-1"));
+    EXPECT_FALSE(matches("чек", "????"));
+    EXPECT_FALSE(matches("чек", "*????"));
+}
+
+TEST(Pattern, LooksBeyondAZeroByte)
+{
+    using namespace std::string_view_literals;
+    EXPECT_FALSE(matches("a\0b"sv, "a"sv));
+    EXPECT_FALSE(matches("a"sv, "a\0b"sv));
+    EXPECT_TRUE(matches("a\0b"sv, "a?b"sv));
+}
+
+TEST(PlainText, IsUtf8WithoutControlCharacters)
+{
+    using namespace std::string_view_literals;
+    for (const std::string_view good :
+        {""sv, " ~"sv, "Чек № 1"sv, "\xC2\x80"sv, "\xDF\xBF"sv, "\xE0\xA0\x80"sv, "\xED\x9F\xBF"sv,
+            "\xEE\x80\x80"sv, "\xF0\x90\x80\x80"sv, "\xF4\x8F\xBF\xBF"sv})
+        EXPECT_TRUE(isPlainText(good)) << good;
+    for (const std::string_view bad : {"a\0b"sv, "\x1F"sv, "\x7F"sv, "\x80"sv, "\xBF"sv, "\xC1\xBF"sv,
+             "\xC2"sv, "\xC2 "sv, "\xE0\x9F\xBF"sv, "\xED\xA0\x80"sv, "\xED\xBF\xBF"sv, "\xE1\x80"sv,
+             "\xF0\x8F\xBF\xBF"sv, "\xF4\x90\x80\x80"sv, "\xF8\x88\x80\x80\x80"sv, "\xFF"sv})
+        EXPECT_FALSE(isPlainText(bad)) << testing::PrintToString(bad);
+}
+
+TEST(Digest, IsSha256)
+{
+    EXPECT_EQ(digestOf("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
+    EXPECT_EQ(digestOf(""), "e3b0c44298fc1c149afbf4c8996fb92427ae41e4649b934ca495991b7852b855");
 }
