@@ -5,6 +5,7 @@
 #include "emulator/http/jsonreply.h"
 #include "emulator/values/jsonreader.h"
 #include "emulator/values/money.h"
+#include "emulator/values/plaintext.h"
 
 #include <charconv>
 
@@ -88,6 +89,16 @@ Json toJson(const EffectInfo& info)
     return json;
 }
 
+void rejectBadQuery(const Request& request)
+{
+    for (const auto& [name, value] : request.query) {
+        if (!isPlainText(name))
+            throw JsonError("the name of a parameter must be text in UTF-8 without control characters");
+        if (!isPlainText(value))
+            throw JsonError(name + " must be text in UTF-8 without control characters");
+    }
+}
+
 Reply effectsReply()
 {
     Json all = Json::array();
@@ -103,6 +114,7 @@ Answer Api::answer(const Request& request)
     if (request.path == "/_emulator/events" && request.method == "GET")
         return {.follow = true};
     try {
+        rejectBadQuery(request);
         return {.reply = route(request)};
     } catch (const JsonError& error) {
         return {.reply = errorReply(400, error.what())};
@@ -227,8 +239,8 @@ Reply Api::addFaults(const std::string& body)
     for (const Json& one : json.is_array() ? json : Json::array({json}))
         wanted.push_back(readFault(one));
     Json added = Json::array();
-    for (const Fault& fault : wanted)
-        added.push_back(emulator::toJson(faultBox.add(fault)));
+    for (const Fault& fault : faultBox.add(wanted))
+        added.push_back(emulator::toJson(fault));
     notify("faults");
     return jsonReply(200, {{"faults", added}});
 }

@@ -12,14 +12,23 @@ void check(int code, sqlite3* handle)
         throw Error(sqlite3_errmsg(handle));
 }
 
+// A text may hold zero bytes.
+std::string_view textOf(sqlite3_value* value)
+{
+    const auto* bytes = static_cast<const char*>(sqlite3_value_blob(value));
+    const auto size = static_cast<std::size_t>(sqlite3_value_bytes(value));
+    return bytes == nullptr ? std::string_view() : std::string_view(bytes, size);
+}
+
 } // namespace
 
-Database::Database(const std::string& file, const char* schema)
+Database::Database(const std::string& file, const std::function<void(Database&)>& prepare)
 {
-    const bool good = sqlite3_open(file.c_str(), &connection) == SQLITE_OK &&
-                      sqlite3_exec(connection, schema, nullptr, nullptr, nullptr) == SQLITE_OK;
-    if (!good) {
-        const std::string message = "cannot open " + file + ": " + sqlite3_errmsg(connection);
+    try {
+        check(sqlite3_open(file.c_str(), &connection), connection);
+        prepare(*this);
+    } catch (const Error& error) {
+        const std::string message = "cannot use " + file + ": " + error.what();
         sqlite3_close(connection);
         throw Error(message);
     }
@@ -33,6 +42,30 @@ Database::~Database()
 void Database::execute(const char* sql)
 {
     check(sqlite3_exec(connection, sql, nullptr, nullptr, nullptr), connection);
+}
+
+void Database::addPredicate(const char* name, bool (*function)(std::string_view, std::string_view))
+{
+    using Function = decltype(function);
+    const auto call = [](sqlite3_context* context, int, sqlite3_value** values) {
+        const auto used = reinterpret_cast<Function>(sqlite3_user_data(context));
+        sqlite3_result_int(context, used(textOf(values[0]), textOf(values[1])) ? 1 : 0);
+    };
+    check(sqlite3_create_function(connection, name, 2, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
+              reinterpret_cast<void*>(function), call, nullptr, nullptr),
+        connection);
+}
+
+void Database::addFunction(const char* name, std::string (*function)(std::string_view))
+{
+    using Function = decltype(function);
+    const auto call = [](sqlite3_context* context, int, sqlite3_value** values) {
+        const std::string result = reinterpret_cast<Function>(sqlite3_user_data(context))(textOf(values[0]));
+        sqlite3_result_text64(context, result.data(), result.size(), SQLITE_TRANSIENT, SQLITE_UTF8);
+    };
+    check(sqlite3_create_function(connection, name, 1, SQLITE_UTF8 | SQLITE_DETERMINISTIC,
+              reinterpret_cast<void*>(function), call, nullptr, nullptr),
+        connection);
 }
 
 std::int64_t Database::lastInsertId() const

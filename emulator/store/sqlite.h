@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -22,14 +23,19 @@ public:
 class Database
 {
 public:
-    /// Opens or creates `file` (`:memory:` lasts as long as the object) and executes `schema`.
-    Database(const std::string& file, const char* schema);
+    /// Opens or creates `file` (`:memory:` lasts as long as the object) and prepares it for use. The message
+    /// of an error that `prepare` throws names the file.
+    Database(const std::string& file, const std::function<void(Database&)>& prepare);
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
 
     /// Runs statements without parameters or results.
     void execute(const char* sql);
+
+    /// Adds a function to SQL: of two texts, true or false; or of one text, another.
+    void addPredicate(const char* name, bool (*function)(std::string_view, std::string_view));
+    void addFunction(const char* name, std::string (*function)(std::string_view));
 
     [[nodiscard]] std::int64_t lastInsertId() const;
     [[nodiscard]] sqlite3* handle() const { return connection; }

@@ -1,31 +1,11 @@
 #include "emulator/store/store.h"
 
+#include "emulator/store/schema.h"
+#include "emulator/values/digest.h"
+
 namespace emulator {
 
 namespace {
-
-constexpr auto schema = R"(
-PRAGMA journal_mode = WAL;
-PRAGMA synchronous = NORMAL;
-CREATE TABLE IF NOT EXISTS tokens(
-    sequence INTEGER PRIMARY KEY, token TEXT UNIQUE, login TEXT, expires_at INTEGER);
-CREATE TABLE IF NOT EXISTS registers(
-    group_code TEXT, number INTEGER, storage_number TEXT, registration_number TEXT, documents INTEGER,
-    shift INTEGER, receipts_in_shift INTEGER, shift_open INTEGER, shift_opened_at INTEGER, free_at INTEGER,
-    PRIMARY KEY(group_code, number));
-CREATE TABLE IF NOT EXISTS documents(
-    sequence INTEGER PRIMARY KEY AUTOINCREMENT, uuid TEXT UNIQUE, group_code TEXT, external_id TEXT,
-    operation TEXT, login TEXT, received_at INTEGER, body TEXT, total INTEGER, callback_url TEXT,
-    device_code TEXT, ready_at INTEGER, waits_left INTEGER, outcome INTEGER, payload TEXT, error TEXT,
-    UNIQUE(group_code, external_id));
-CREATE TABLE IF NOT EXISTS register_calls(
-    sequence INTEGER PRIMARY KEY, group_code TEXT, external_id TEXT, operation TEXT, requests INTEGER,
-    UNIQUE(group_code, external_id, operation));
-CREATE TABLE IF NOT EXISTS exchanges(
-    sequence INTEGER PRIMARY KEY AUTOINCREMENT, at INTEGER, endpoint TEXT, group_code TEXT, external_id TEXT,
-    uuid TEXT, login TEXT, request TEXT, answer TEXT, status INTEGER, code INTEGER, fault TEXT);
-CREATE INDEX IF NOT EXISTS exchanges_by_id ON exchanges(external_id, group_code);
-)";
 
 constexpr std::int64_t exchangesPerDocument = 4;
 constexpr int noCode = -1;
@@ -97,23 +77,21 @@ std::vector<Exchange> readExchanges(sqlite::Rows rows)
     return all;
 }
 
-// In a GLOB pattern, a bracket would start a set of characters.
-std::string globOf(const std::string& pattern)
+// No pattern means any id.
+std::string patternOf(const std::string& pattern)
 {
-    std::string glob;
-    for (const char c : pattern)
-        glob += c == '[' ? std::string("[[]") : std::string(1, c);
-    return glob.empty() ? "*" : glob;
+    return pattern.empty() ? "*" : pattern;
 }
 
 } // namespace
 
 Store::Store(const std::string& file, std::int64_t keep)
-    : database(file, schema)
+    : stateFile(file)
+    , database(file, prepare)
     , documentsKept(keep)
     , insertToken(database, "INSERT INTO tokens VALUES(NULL, ?, ?, ?)")
     , pruneTokens(database, "DELETE FROM tokens WHERE sequence <= ?")
-    , selectToken(database, "SELECT login, expires_at FROM tokens WHERE token = ?")
+    , selectToken(database, "SELECT login, expires_at FROM tokens WHERE digest = ?")
     , insertRegister(database, "INSERT INTO registers VALUES(?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
     , countRegisters(database, "SELECT count(*), count(*) FILTER (WHERE group_code = ?) FROM registers")
     , selectRegister(database, "SELECT * FROM registers WHERE group_code = ? AND number <= ?"
@@ -126,7 +104,7 @@ Store::Store(const std::string& file, std::int64_t keep)
     , pruneDocuments(database, "DELETE FROM documents WHERE sequence <= ?")
     , selectDocument(database, "SELECT * FROM documents WHERE uuid = ?")
     , selectDocuments(database, "SELECT * FROM documents WHERE (?1 = '' OR group_code = ?1)"
-                                " AND external_id GLOB ?2 AND (?3 = '' OR operation = ?3)"
+                                " AND matches(external_id, ?2) AND (?3 = '' OR operation = ?3)"
                                 " AND (?4 = '' OR instr(uuid || ' ' || external_id || ' ' || body, ?4) > 0)"
                                 " AND (?5 = 0 OR sequence < ?5) ORDER BY sequence DESC LIMIT ?6")
     , selectUuid(database, "SELECT uuid FROM documents WHERE group_code = ? AND external_id = ?")
@@ -137,7 +115,7 @@ Store::Store(const std::string& file, std::int64_t keep)
     , selectWire(
           database, "SELECT sum(requests) FROM register_calls WHERE group_code = ? AND external_id = ?")
     , selectWires(database, "SELECT group_code, external_id, sum(requests) FROM register_calls"
-                            " WHERE (?1 = '' OR group_code = ?1) AND external_id GLOB ?2"
+                            " WHERE (?1 = '' OR group_code = ?1) AND matches(external_id, ?2)"
                             " AND (?3 = '' OR operation = ?3) GROUP BY group_code, external_id")
     , insertExchange(database, "INSERT INTO exchanges VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
     , pruneExchanges(database, "DELETE FROM exchanges WHERE sequence <= ?")
@@ -153,13 +131,13 @@ Store::Store(const std::string& file, std::int64_t keep)
 
 void Store::addToken(const std::string& token, const Token& about)
 {
-    insertToken.run(token, about.login, toNumber(about.expiresAt));
+    insertToken.run(digestOf(token), about.login, toNumber(about.expiresAt));
     pruneTokens.run(database.lastInsertId() - tokensKept);
 }
 
 std::optional<Token> Store::findToken(const std::string& token)
 {
-    sqlite::Rows rows = selectToken.rows(token);
+    sqlite::Rows rows = selectToken.rows(digestOf(token));
     if (!rows.next())
         return std::nullopt;
     return Token{.login = rows.text(0), .expiresAt = toTime(rows.integer(1))};
@@ -226,8 +204,8 @@ std::optional<Document> Store::findDocument(const std::string& uuid)
 
 std::vector<Document> Store::documents(const DocumentFilter& filter)
 {
-    sqlite::Rows rows = selectDocuments.rows(
-        filter.group, globOf(filter.externalId), filter.operation, filter.text, filter.before, filter.limit);
+    sqlite::Rows rows = selectDocuments.rows(filter.group, patternOf(filter.externalId), filter.operation,
+        filter.text, filter.before, filter.limit);
     std::vector<Document> all;
     while (rows.next())
         all.push_back(readDocument(rows));
@@ -266,7 +244,7 @@ std::int64_t Store::requests(const std::string& groupCode, const std::string& ex
 std::vector<WireCount> Store::wireCounts(
     const std::string& group, const std::string& idPattern, const std::string& operation)
 {
-    sqlite::Rows rows = selectWires.rows(group, globOf(idPattern), operation);
+    sqlite::Rows rows = selectWires.rows(group, patternOf(idPattern), operation);
     std::vector<WireCount> all;
     while (rows.next())
         all.push_back({rows.text(0), rows.text(1), rows.integer(2)});

@@ -4,6 +4,7 @@
 #include "emulator/store/exchange.h"
 #include "emulator/store/register.h"
 #include "emulator/store/sqlite.h"
+#include "emulator/store/statefile.h"
 #include "emulator/values/moscowtime.h"
 
 #include <cstdint>
@@ -27,12 +28,14 @@ struct WireCount
     std::int64_t requests = 0;
 };
 
-/// Documents, tokens, registers and recorded exchanges in SQLite. Every call that fails throws sqlite::Error.
+/// Documents, tokens, registers and recorded exchanges in SQLite. Of a token, only its digest is stored.
+/// Every call that fails throws sqlite::Error.
 class Store
 {
 public:
     /// `file` is created if missing; `:memory:` lasts as long as the store. Only the newest `keep` documents,
-    /// four times as many exchanges and 100,000 tokens are kept.
+    /// four times as many exchanges and 100,000 tokens are kept. Throws std::runtime_error if the file cannot
+    /// be used.
     explicit Store(const std::string& file, std::int64_t keep = 10'000);
 
     /// For one request: its changes are made as a whole or not at all.
@@ -78,6 +81,7 @@ public:
     void clear();
 
 private:
+    StateFile stateFile;
     sqlite::Database database;
     std::int64_t documentsKept;
     sqlite::Statement insertToken;

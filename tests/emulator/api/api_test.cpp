@@ -354,6 +354,39 @@ TEST_F(ApiCalls, AddsNoFaultIfOneIsInvalid)
     EXPECT_EQ(exchange(postRequest("/_emulator/faults", "{")).status, 400);
 }
 
+TEST_F(ApiCalls, RefusesMoreFaultsThanItKeeps)
+{
+    const Json close{{"endpoint", "sell"}, {"effect", "close"}, {"match", {{"external_id", "no-such"}}}};
+    EXPECT_EQ(post("/_emulator/faults", Json(999, close)).status, 200);
+    const auto answer = post("/_emulator/faults", Json(2, close));
+    EXPECT_EQ(answer.status, 400);
+    EXPECT_EQ(
+        answer.json()["error"], "at most 1000 faults are kept, and there are 999 already; delete some first");
+    EXPECT_EQ(get("/_emulator/faults").json()["faults"].size(), 999u);
+    EXPECT_EQ(post("/_emulator/faults", close).status, 200);
+    EXPECT_EQ(post("/_emulator/faults", close).status, 400);
+    EXPECT_EQ(call("DELETE", "/_emulator/faults/7").status, 200);
+    EXPECT_EQ(post("/_emulator/faults", close).status, 200);
+}
+
+TEST_F(ApiCalls, RefusesFaultsWithLongTexts)
+{
+    const std::string text(512, 'x');
+    const auto set = [this](const std::string& pointer, const std::string& value) {
+        Json fault{
+            {"endpoint", "sell"}, {"effect", "without-key"}, {"key", "uuid"}, {"match", Json::object()}};
+        fault[Json::json_pointer(pointer)] = value;
+        return post("/_emulator/faults", fault);
+    };
+    for (const std::string pointer :
+        {"/name", "/key", "/match/login", "/match/group", "/match/external_id"}) {
+        EXPECT_EQ(set(pointer, text).status, 200) << pointer;
+        const auto refused = set(pointer, text + "x");
+        EXPECT_EQ(refused.status, 400) << pointer;
+        EXPECT_THAT(refused.json()["error"].get<std::string>(), HasSubstr("may be 512 bytes long"));
+    }
+}
+
 TEST_F(ApiCalls, RejectsFaultsNestedTooDeeply)
 {
     EXPECT_EQ(exchange(postRequest("/_emulator/faults", std::string(500'000, '['))).status, 400);
@@ -447,6 +480,31 @@ TEST_F(ApiCalls, RejectsAnEmptyExpectation)
     }
 }
 
+// A text that is cut at a zero byte would make an expectation about one id pass for another.
+TEST_F(ApiCalls, RejectsQueryValuesWithBytesThatAreNotText)
+{
+    registerReceipt("a");
+    for (const std::string path : {"expect", "documents", "exchanges"}) {
+        for (const std::string value : {"a%00zzz", "a%00", "%00", "a%0A", "a%7F", "a%ff", "%c1%a1",
+                 "%ed%a0%80", "%f5%80%80%80", "a%c3"}) {
+            const auto answer = get("/_emulator/" + path + "?external_id=" + value);
+            EXPECT_EQ(answer.status, 400) << path << " " << value << " " << answer.body;
+            EXPECT_EQ(answer.json()["error"], "external_id must be text in UTF-8 without control characters");
+        }
+        EXPECT_EQ(get("/_emulator/" + path + "?a%00=b").status, 400) << path;
+    }
+    verdict("external_id=a", 200);
+}
+
+// Clients can send ids that hold a zero byte.
+TEST_F(ApiCalls, TellsIdsApartThatDifferOnlyAfterAZeroByte)
+{
+    registerReceipt(std::string("a\0zzz", 5));
+    EXPECT_THAT(ids("?external_id=a"), IsEmpty());
+    verdict("external_id=a&count=0&wire_requests=0", 200);
+    verdict("external_id=a*&count=1&wire_requests=1", 200);
+}
+
 TEST_F(ApiCalls, CountsWireRequestsPerOperation)
 {
     registerReceipt("id-1");
@@ -500,6 +558,23 @@ TEST_F(ApiCalls, RefusesAForeignHost)
     EXPECT_EQ(call("GET", "/_emulator/faults", "", "localhost:1").status, 200);
     EXPECT_EQ(call("GET", "/_emulator/faults", "", "[::1]:1").status, 200);
     EXPECT_EQ(call("POST", "/possystem/v4/getToken", "", "shop.example").status, 403);
+}
+
+TEST_F(ApiCalls, RefusesAHostThatIsNotExactlyANameAndAPort)
+{
+    for (const std::string host :
+        {"127.0.0.1:1@shop.example", "127.0.0.1:80:80", "127.0.0.1:", "127.0.0.1:x", "127.0.0.1:-1",
+            "127.0.0.1:65536", "127.0.0.1:000080", "127.0.0.1/x", "127.0.0.1 shop.example", "localhost.",
+            "user@localhost", "[::1]x", "[::1]:", "[::1]1", "x[::1]", "", "127.0.0.1,shop.example"})
+        EXPECT_EQ(call("GET", "/_emulator/faults", "", host).status, 403) << host;
+    EXPECT_EQ(call("GET", "/_emulator/faults", "", "127.0.0.1:65535").status, 200);
+    EXPECT_EQ(call("GET", "/_emulator/faults", "Host: shop.example\r\n", "127.0.0.1").status, 403);
+    EXPECT_EQ(call("GET", "/_emulator/faults", "Host: 127.0.0.1\r\n", "127.0.0.1").status, 403);
+    const std::string own = "127.0.0.1:" + std::to_string(port());
+    EXPECT_EQ(
+        call("GET", "/_emulator/faults", "Origin: http://" + own + "\r\nOrigin: http://shop.example\r\n", own)
+            .status,
+        403);
 }
 
 TEST_F(ApiCalls, RefusesAForeignOrigin)

@@ -4,10 +4,15 @@
 
 #include <cstdio>
 #include <fstream>
+#include <sstream>
+#include <sys/stat.h>
 
 using emulator::Json;
 using namespace std::chrono_literals;
+using testing::AllOf;
 using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Not;
 
 namespace {
 
@@ -42,6 +47,17 @@ struct StateInAFile : State
     {
         stop();
         removeFiles();
+    }
+    // Database and journal.
+    std::string bytesOfFiles() const
+    {
+        std::ostringstream bytes;
+        for (const char* suffix : {"", "-wal"}) {
+            std::ifstream file(options.database + suffix, std::ios::binary);
+            if (file.peek() != std::ifstream::traits_type::eof())
+                bytes << file.rdbuf();
+        }
+        return bytes.str();
     }
     void removeFiles() const
     {
@@ -92,6 +108,102 @@ TEST_F(StateInAFile, IsRejectedIfTheFileIsNotADatabase)
 {
     std::ofstream(options.database) << std::string(4096, 'x');
     EXPECT_THROW(start(), emulator::sqlite::Error);
+}
+
+TEST_F(StateInAFile, IsReadableForItsOwnerOnly)
+{
+    const auto modes = [this] {
+        std::string all;
+        for (const char* suffix : {"", "-wal", "-shm"}) {
+            struct stat file = {};
+            EXPECT_EQ(::stat((options.database + suffix).c_str(), &file), 0) << suffix;
+            std::ostringstream mode;
+            mode << std::oct << (file.st_mode & 07777U);
+            all += mode.str() + " ";
+        }
+        return all;
+    };
+    for (const mode_t mask : {0U, 0777U}) {
+        removeFiles();
+        const mode_t before = ::umask(mask);
+        ready();
+        registered("id-1");
+        EXPECT_EQ(modes(), "600 600 600 ") << std::oct << mask;
+        stop();
+        ::umask(before);
+    }
+    // A file of an older emulator, left by a kill.
+    for (const char* suffix : {"", "-wal", "-shm"}) {
+        std::ofstream(options.database + suffix, std::ios::app);
+        EXPECT_EQ(::chmod((options.database + suffix).c_str(), 0666), 0);
+    }
+    ready();
+    EXPECT_EQ(modes(), "600 600 600 ");
+}
+
+TEST_F(StateInAFile, IsUsedByOneEmulatorOnly)
+{
+    ready();
+    const std::string uuid = registered("id-1");
+    try {
+        const emulator::Emulator second(options);
+        FAIL() << "the second emulator has started";
+    } catch (const std::runtime_error& error) {
+        EXPECT_EQ(error.what(), "cannot use " + options.database + ": another fremulator is using it");
+    }
+    EXPECT_EQ(status(uuid), "done");
+    start();
+    EXPECT_EQ(status(uuid), "done");
+}
+
+TEST_F(StateInAFile, HoldsNoToken)
+{
+    ready();
+    EXPECT_THAT(registered("id-1"), testing::Not(""));
+    const std::string header = tokenHeader();
+    const std::string token = header.substr(7, header.size() - 9);
+    EXPECT_THAT(bytesOfFiles(), AllOf(HasSubstr("id-1"), Not(HasSubstr(token))));
+    start();
+    EXPECT_EQ(sell(goodReceipt("id-2")).status, 200);
+}
+
+TEST_F(StateInAFile, KeepsTheTokensOfAnOlderEmulatorButNotReadable)
+{
+    const std::string token = "0123456789abcdef-token-of-an-older-emulator";
+    const std::string large(100'000, 'x');
+    {
+        emulator::sqlite::Database old(options.database, [](emulator::sqlite::Database& database) {
+            database.execute("PRAGMA journal_mode = WAL; CREATE TABLE tokens(sequence INTEGER PRIMARY KEY,"
+                             " token TEXT UNIQUE, login TEXT, expires_at INTEGER)");
+        });
+        emulator::sqlite::Statement insert(old, "INSERT INTO tokens VALUES(NULL, ?, 'shop', 9000000000000)");
+        insert.run(token);
+        insert.run(token + large);
+        ASSERT_THAT(bytesOfFiles(), HasSubstr(token));
+    }
+    for (int starts = 0; starts < 2; ++starts) {
+        start();
+        EXPECT_EQ(exchange(getRequest("/possystem/v4/group-1/report/x", "Token: " + token + "\r\n"))
+                      .json()["error"]["code"],
+            30);
+        EXPECT_THAT(bytesOfFiles(), AllOf(HasSubstr("CREATE TABLE"), Not(HasSubstr(token))));
+        stop();
+        EXPECT_THAT(bytesOfFiles(), AllOf(HasSubstr("CREATE TABLE"), Not(HasSubstr(token))));
+    }
+}
+
+TEST_F(StateInAFile, OfANewerEmulatorIsRefused)
+{
+    ready();
+    stop();
+    emulator::sqlite::Database(options.database,
+        [](emulator::sqlite::Database& database) { database.execute("PRAGMA user_version = 2"); });
+    try {
+        start();
+        FAIL() << "it has started";
+    } catch (const std::runtime_error& error) {
+        EXPECT_EQ(error.what(), "cannot use " + options.database + ": a newer fremulator wrote it");
+    }
 }
 
 TEST_F(State, KeepsOnlyTheNewestDocuments)
