@@ -115,6 +115,19 @@ void readConfig(const std::string& file, Options& options)
     reader.rejectUnknownKeys();
 }
 
+std::string readPassword(const std::string& file)
+{
+    std::ifstream stream(file);
+    std::string line;
+    if (!stream || (!std::getline(stream, line) && !stream.eof()))
+        throw JsonError("cannot read " + file);
+    if (line.ends_with('\r'))
+        line.pop_back();
+    if (line.empty())
+        throw JsonError(file + " has no password on its first line");
+    return line;
+}
+
 void readFaults(const std::string& file, Options& options)
 {
     const Json json = readFile(file);

@@ -22,6 +22,7 @@ struct Arguments
     std::uint16_t port = 0;
     std::string login = "test";
     std::string password = "test";
+    std::string passwordFile;
     std::string group = "test";
     std::string config;
     std::string faults;
@@ -36,19 +37,30 @@ struct Arguments
     emulator::TlsFiles tls;
 };
 
+// An empty argument usually comes from an unset shell variable.
+const CLI::Validator notEmpty(
+    [](const std::string& text) { return text.empty() ? std::string("must not be empty") : std::string(); },
+    "");
+
 void addContentOptions(CLI::App& app, Arguments& a)
 {
     app.add_option("--port", a.port, "TCP port on 127.0.0.1; 0 means any free one")->capture_default_str();
     auto* config = app.add_option("--config", a.config, "JSON file with groups, users, lists and faults");
-    for (auto* option : {app.add_option("--login", a.login, "login of the user"),
-             app.add_option("--password", a.password, "password of the user"),
+    config->check(notEmpty);
+    auto* password = app.add_option("--password", a.password, "password of the user");
+    for (auto* option : {app.add_option("--login", a.login, "login of the user"), password,
              app.add_option("--group", a.group, "code of the group of registers")})
-        option->capture_default_str()->excludes(config);
-    app.add_option("--db", a.database, "SQLite file for the state; without it, the state is kept in memory");
+        option->capture_default_str()->check(notEmpty)->excludes(config);
+    app.add_option("--password-file", a.passwordFile, "file with the password on its first line")
+        ->check(notEmpty)
+        ->excludes(config)
+        ->excludes(password);
+    app.add_option("--db", a.database, "SQLite file for the state; without it, the state is kept in memory")
+        ->check(notEmpty);
     app.add_option("--keep", a.keep, "how many of the newest documents to keep")
         ->check(CLI::Range(std::int64_t{1}, std::int64_t{1'000'000'000}))
         ->capture_default_str();
-    app.add_option("--faults", a.faults, "JSON file with an array of faults");
+    app.add_option("--faults", a.faults, "JSON file with an array of faults")->check(notEmpty);
 }
 
 void addTimingOptions(CLI::App& app, Arguments& a)
@@ -72,12 +84,13 @@ void addTimingOptions(CLI::App& app, Arguments& a)
 
 void addAccessOptions(CLI::App& app, Arguments& a)
 {
-    app.add_option("--allow-host", a.allowedHosts, "another name to permit in the Host header");
+    app.add_option("--allow-host", a.allowedHosts, "another name to permit in the Host header")
+        ->check(notEmpty);
     auto* certificate = app.add_option(
         "--tls-cert", a.tls.certificateChain, "PEM file with the certificate chain; enables TLS");
     auto* key = app.add_option("--tls-key", a.tls.privateKey, "PEM file with the key of --tls-cert");
-    certificate->needs(key);
-    key->needs(certificate);
+    certificate->needs(key)->check(notEmpty);
+    key->needs(certificate)->check(notEmpty);
 }
 
 Options toOptions(const Arguments& a)
@@ -86,7 +99,8 @@ Options toOptions(const Arguments& a)
     emulator::ServiceOptions& service = options.service;
     options.port = a.port;
     service.groups = {{.code = a.group}};
-    service.users = {{.login = a.login, .password = a.password, .groups = {a.group}}};
+    const std::string password = a.passwordFile.empty() ? a.password : emulator::readPassword(a.passwordFile);
+    service.users = {{.login = a.login, .password = password, .groups = {a.group}}};
     if (!a.config.empty())
         emulator::readConfig(a.config, options);
     if (!a.faults.empty())

@@ -1,4 +1,5 @@
 #include "emulator/config.h"
+#include "emulator/emulator.h"
 #include "emulator/values/jsonreader.h"
 
 #include <gmock/gmock.h>
@@ -110,6 +111,32 @@ TEST_F(ConfigFile, IsRejectedWithTheReasonIfInvalid)
         complaint(R"({"faults": [{"endpoint": "sell", "effect": "x"}]})"), HasSubstr("effect must be"));
     Options options;
     EXPECT_THROW(readConfig("/nowhere/config.json", options), JsonError);
+}
+
+TEST_F(ConfigFile, WithAPasswordHasItOnItsFirstLine)
+{
+    const auto password = [this](const std::string& content) {
+        std::ofstream(file, std::ios::binary) << content;
+        return readPassword(file);
+    };
+    EXPECT_EQ(password("secret"), "secret");
+    EXPECT_EQ(password(" se cret \nrest\n"), " se cret ");
+    EXPECT_EQ(password("secret\r\nrest"), "secret");
+    EXPECT_THROW(password(""), JsonError);
+    EXPECT_THROW(password("\nsecret"), JsonError);
+    EXPECT_THROW(readPassword("/nowhere/password"), JsonError);
+    EXPECT_THROW(readPassword(testing::TempDir()), JsonError);
+}
+
+TEST_F(ConfigFile, CannotHaveMoreFaultsThanTheEmulatorKeeps)
+{
+    std::string text = R"([{"endpoint": "sell", "effect": "close"})";
+    for (int i = 0; i < 1000; ++i)
+        text += R"(, {"endpoint": "sell", "effect": "close"})";
+    std::ofstream(file) << text << "]";
+    Options options;
+    readFaults(file, options);
+    EXPECT_THROW(Emulator{options}, JsonError);
 }
 
 TEST_F(ConfigFile, OfFaultsMustContainAnArray)

@@ -7,11 +7,13 @@
 #include <csignal>
 #include <cstdio>
 #include <fstream>
+#include <list>
 #include <netinet/in.h>
 #include <poll.h>
 #include <set>
 #include <sstream>
 #include <string>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -67,6 +69,8 @@ public:
     // Whether the program has not closed its output yet.
     bool more() const { return std::feof(output) == 0; }
 
+    pid_t pid() const { return process; }
+
     // Sends the signal (0: none), waits, and returns the exit status or the negated signal that ended it.
     int finish(int signal)
     {
@@ -90,6 +94,25 @@ std::uint16_t portIn(const std::string& line)
     if (!line.starts_with(before) || !line.ends_with(after))
         throw std::runtime_error("unexpected first line: " + line);
     return static_cast<std::uint16_t>(std::stoi(line.substr(before.size())));
+}
+
+struct Ending
+{
+    int status = 0;
+    std::string output{};
+};
+
+// Runs the program with arguments as a shell reads them; what it prints is that of both streams.
+Ending runToTheEnd(const std::string& arguments)
+{
+    FILE* pipe = ::popen(("timeout 20 '" FREMULATOR "' " + arguments + " 2>&1").c_str(), "r");
+    if (pipe == nullptr)
+        throw std::runtime_error("popen");
+    Ending ending;
+    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe))
+        ending.output += static_cast<char>(c);
+    ending.status = WEXITSTATUS(::pclose(pipe));
+    return ending;
 }
 
 } // namespace
@@ -160,6 +183,69 @@ TEST(Program, KeepsItsStateWhenKilled)
     EXPECT_EQ(client.receive().json()["uuid"], uuid);
     for (const char* suffix : {"", "-wal", "-shm"})
         std::remove((database + suffix).c_str());
+}
+
+TEST(Program, SharesItsDatabaseWithNoOther)
+{
+    const std::string database = testing::TempDir() + "fremulator-lock-" + std::to_string(::getpid()) + ".db";
+    {
+        Program first({"--db", database});
+        EXPECT_THAT(first.line(), testing::StartsWith("listening"));
+        const Ending second = runToTheEnd("--db '" + database + "'");
+        EXPECT_EQ(second.status, 1);
+        EXPECT_EQ(second.output, "fremulator: cannot use " + database + ": another fremulator is using it\n");
+        EXPECT_EQ(first.finish(SIGKILL), -SIGKILL);
+    }
+    Program again({"--db", database});
+    EXPECT_THAT(again.line(), testing::StartsWith("listening"));
+    for (const char* suffix : {"", "-wal", "-shm"})
+        std::remove((database + suffix).c_str());
+}
+
+TEST(Program, RefusesEmptyArguments)
+{
+    for (const std::string option : {"--db", "--config", "--faults", "--password-file", "--login",
+             "--password", "--group", "--allow-host", "--tls-cert", "--tls-key"}) {
+        const Ending ending = runToTheEnd(option + " ''");
+        EXPECT_GT(ending.status, 1) << option;
+        EXPECT_THAT(ending.output, testing::StartsWith(option + ": must not be empty"));
+        EXPECT_GT(runToTheEnd(option + "=").status, 1) << option;
+    }
+}
+
+TEST(Program, ReadsThePasswordFromAFile)
+{
+    const std::string file = testing::TempDir() + "fremulator-password-" + std::to_string(::getpid());
+    std::ofstream(file) << "from the file\n";
+    {
+        Program program({"--password-file", file});
+        RawClient client(portIn(program.line()));
+        client.send(postRequest("/possystem/v4/getToken", R"({"login":"test","pass":"test"})"));
+        EXPECT_EQ(client.receive().status, 401);
+        client.send(postRequest("/possystem/v4/getToken", R"({"login":"test","pass":"from the file"})"));
+        EXPECT_EQ(client.receive().status, 200);
+    }
+    EXPECT_GT(runToTheEnd("--password x --password-file '" + file + "'").status, 1);
+    EXPECT_GT(runToTheEnd("--config x --password-file '" + file + "'").status, 1);
+    std::remove(file.c_str());
+    const Ending missing = runToTheEnd("--password-file '" + file + "'");
+    EXPECT_EQ(missing.output, "fremulator: cannot read " + file + "\n");
+    EXPECT_EQ(missing.status, 1);
+}
+
+// Otherwise idle connections could keep everybody out until they time out.
+TEST(Program, ClosesIdleConnectionsWhenItRunsOutOfDescriptors)
+{
+    Program program({});
+    const std::uint16_t port = portIn(program.line());
+    const rlimit few{.rlim_cur = 40, .rlim_max = 40};
+    ASSERT_EQ(::prlimit(program.pid(), RLIMIT_NOFILE, &few, nullptr), 0);
+    std::list<RawClient> idle;
+    for (int i = 0; i < 60; ++i)
+        idle.emplace_back(port);
+    RawClient client(port);
+    client.send(getRequest("/_emulator/faults"));
+    EXPECT_EQ(client.receive().status, 200);
 }
 
 TEST(Program, ReadsItsConfigurationAndFaultsFromFiles)
