@@ -1,0 +1,25 @@
+"""The table of a sweep."""
+from judgement import NOTES, WRONGS
+
+COLUMNS = ["positions", "missed", *WRONGS, *NOTES]
+
+
+class Table:
+    def __init__(self):
+        self.rows = {}
+
+    def add(self, row, verdict):
+        counts = self.rows.setdefault(row, dict.fromkeys(COLUMNS, 0))
+        counts["positions"] += 1
+        counts["missed"] += not verdict.was_disturbed
+        for column in {finding.column for finding in verdict.findings}:
+            counts[column] += 1
+
+    def has_wrongs(self):
+        return any(counts[column] for counts in self.rows.values() for column in WRONGS)
+
+    def __str__(self):
+        width = max(map(len, self.rows))
+        lines = [[" " * width, *COLUMNS]]
+        lines += [[row.ljust(width), *map(str, counts.values())] for row, counts in self.rows.items()]
+        return "\n".join("  ".join(cell.rjust(len(column)) for cell, column in zip(line, lines[0])) for line in lines)

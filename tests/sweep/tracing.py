@@ -1,0 +1,146 @@
+"""System calls of a program: counting them, and changing one of them. Uses strace."""
+import os
+import re
+import signal
+import subprocess
+import time
+from dataclasses import dataclass
+from pathlib import Path
+
+# How a call may fail, by name. A name with a signal: the kernel sends that too.
+ERRORS = {
+    "accept4": ["EMFILE"],
+    "access": ["EACCES"],
+    "bind": ["EADDRINUSE"],
+    "brk": ["ENOMEM"],
+    "clock_nanosleep": ["EINTR"],
+    "clone3": ["EAGAIN"],
+    "connect": ["ECONNREFUSED"],
+    "epoll_create1": ["EMFILE"],
+    "epoll_ctl": ["ENOMEM"],
+    "epoll_wait": ["EINTR"],
+    "eventfd2": ["EMFILE"],
+    "fcntl": ["EAGAIN"],
+    "ftruncate": ["EIO", "EFBIG:signal=XFSZ"],
+    "getcwd": ["ENOENT"],
+    "getpeername": ["ENOTCONN"],
+    "getrandom": ["EINTR"],
+    "getsockname": ["ENOBUFS"],
+    "getsockopt": ["ENOBUFS"],
+    "ioctl": ["ENOTTY"],
+    "listen": ["EADDRINUSE"],
+    "lseek": ["ESPIPE"],
+    "madvise": ["ENOMEM"],
+    "mkdir": ["ENOSPC"],
+    "mmap": ["ENOMEM"],
+    "mprotect": ["ENOMEM"],
+    "munmap": ["ENOMEM"],
+    "newfstatat": ["EACCES"],
+    "openat": ["EACCES", "EMFILE"],
+    "poll": ["EINTR", "ENOMEM"],
+    "ppoll": ["EINTR"],
+    "pwrite64": ["ENOSPC", "EIO", "EFBIG:signal=XFSZ"],
+    "readlink": ["EACCES"],
+    "recvfrom": ["ECONNRESET", "EAGAIN"],
+    "recvmsg": ["ECONNRESET"],
+    "rename": ["ENOSPC"],
+    "sendmsg": ["ECONNRESET"],
+    "sendto": ["ECONNRESET", "EPIPE"],
+    "setsockopt": ["ENOBUFS"],
+    "socket": ["EMFILE"],
+    "socketpair": ["EMFILE"],
+    "write": ["ENOSPC", "EIO", "EPIPE:signal=PIPE", "EFBIG:signal=XFSZ"],
+    "writev": ["ENOSPC"],
+}
+OTHERWISE = ["EIO"]
+# Calls that cannot fail for a reason outside the program.
+CANNOT_FAIL = set(
+    "arch_prctl exit exit_group futex getegid geteuid getgid getpid gettid getuid prctl prlimit64 rseq"
+    " rt_sigaction rt_sigprocmask rt_sigreturn rt_sigtimedwait sched_getaffinity sched_yield set_robust_list"
+    " set_tid_address sysinfo tgkill umask uname".split())
+
+KILL = "signal=KILL"
+SIGNALS = ["TERM", "INT", "HUP"]
+STOPPED = "stopped by SIGSTOP"
+
+
+@dataclass(frozen=True)
+class Call:
+    """A call of a clean run: the how-manieth of its name in its thread."""
+
+    name: str
+    number: int
+    in_another_thread: bool = False
+
+    def __str__(self):
+        return f"{self.name}:{self.number}" + ("+threads" if self.in_another_thread else "")
+
+
+def is_permitted():
+    return subprocess.run(["strace", "-qq", "-o", "/dev/null", "true"], stderr=subprocess.DEVNULL).returncode == 0
+
+
+class Tracer:
+    """strace around a program, writing to a file in the folder."""
+
+    def __init__(self, folder, *options):
+        self.file = Path(folder) / "trace"
+        self.options = options
+
+    def command(self):
+        return ["strace", *self.options, "-o", str(self.file)]
+
+    def text(self):
+        return self.file.read_text(errors="replace") if self.file.exists() else ""
+
+    def signal(self, tracer, number):
+        """To the program that the process `tracer` traces."""
+        children = Path(f"/proc/{tracer}/task/{tracer}/children")
+        for child in children.read_text().split() if children.exists() else ():
+            os.kill(int(child), number)
+
+    def watch(self, process):
+        """Called in a thread of its own as soon as the program runs."""
+
+
+class Counter(Tracer):
+    """Lists the calls of a program that runs undisturbed."""
+
+    def __init__(self, folder):
+        super().__init__(folder, "-f")
+
+    def calls(self):
+        """Those of the main thread in order, then those of the others; without the execve that starts it."""
+        counts = {}
+        calls = []
+        for thread, name in re.findall(r"^(\d+) +(\w+)\(", self.text(), re.M):
+            counts[thread, name] = counts.get((thread, name), 0) + 1
+            calls.append(Call(name, counts[thread, name], thread != next(iter(counts))[0]))
+        return sorted(dict.fromkeys(calls[1:]), key=lambda call: call.in_another_thread)
+
+
+class Injection(Tracer):
+    """Changes one call, or sends a signal once it has been made.
+
+    strace counts the calls of each thread apart. Without -f it sees the main thread alone; with it, the change hits the
+    first thread that makes so many calls of the name. A signal from strace would go to that thread; a real one goes to
+    the process. So strace only stops the program, and the signal is sent meanwhile.
+    """
+
+    def __init__(self, folder, call, change):
+        follow = ["-f"] if call.in_another_thread else []
+        self.to_send = signal.Signals[f"SIG{change}"] if change in SIGNALS else None
+        tampering = "signal=STOP" if self.to_send else change
+        super().__init__(folder, *follow, "-e", f"trace={call.name}",
+            "-e", f"inject={call.name}:{tampering}:when={call.number}")
+
+    def was_made(self):
+        return any(sign in self.text() for sign in ("(INJECTED)", "killed by SIGKILL", STOPPED))
+
+    def watch(self, process):
+        while self.to_send and process.poll() is None:
+            if STOPPED in self.text():
+                self.signal(process.pid, self.to_send)
+                self.signal(process.pid, signal.SIGCONT)
+                return
+            time.sleep(0.005)
