@@ -5,7 +5,7 @@ from emulator import Emulator
 from judgement import Finding
 from programs import DidNotStart
 from sale import Sale
-from tracing import CANNOT_FAIL, ERRORS, KILL, OTHERWISE, SIGNALS, Call, Counter, Injection
+from tracing import ENDS, KILL, SIGNALS, Call, Counter, Injection
 
 VICTIMS = ["sell", "send", "emulator"]
 
@@ -66,11 +66,10 @@ def _positions_of(victim, calls):
     for call in calls:
         yield Interruption(victim, "killed", KILL, call)
     for call in calls:
-        if call.name not in CANNOT_FAIL:
-            for error in ERRORS.get(call.name, OTHERWISE):
-                yield Interruption(victim, "broken", f"error={error}", call)
+        for error in call.errors():
+            yield Interruption(victim, "broken", f"error={error}", call)
     for call in calls:
-        for signal in signals:
+        for signal in signals if call.name not in ENDS else ():
             yield Interruption(victim, "signalled", signal, call)
 
 

@@ -15,11 +15,15 @@ class Table:
         for column in {finding.column for finding in verdict.findings}:
             counts[column] += 1
 
-    def has_wrongs(self):
-        return any(counts[column] for counts in self.rows.values() for column in WRONGS)
+    def is_bad(self):
+        """Also when so many positions were missed that little has been tried."""
+        return any(counts[column] for counts in self.rows.values() for column in WRONGS) or any(
+            counts["missed"] * 10 > counts["positions"] for counts in self.rows.values())
 
     def __str__(self):
+        together = {column: sum(counts[column] for counts in self.rows.values()) for column in COLUMNS}
         width = max(map(len, self.rows))
         lines = [[" " * width, *COLUMNS]]
-        lines += [[row.ljust(width), *map(str, counts.values())] for row, counts in self.rows.items()]
+        for row, counts in (self.rows | {"together": together}).items():
+            lines.append([row.ljust(width), *map(str, counts.values())])
         return "\n".join("  ".join(cell.rjust(len(column)) for cell, column in zip(line, lines[0])) for line in lines)

@@ -52,10 +52,11 @@ ERRORS = {
     "write": ["ENOSPC", "EIO", "EPIPE:signal=PIPE", "EFBIG:signal=XFSZ"],
     "writev": ["ENOSPC"],
 }
-OTHERWISE = ["EIO"]
+# Calls after which their thread does nothing more.
+ENDS = {"exit", "exit_group"}
 # Calls that cannot fail for a reason outside the program.
-CANNOT_FAIL = set(
-    "arch_prctl exit exit_group futex getegid geteuid getgid getpid gettid getuid prctl prlimit64 rseq"
+CANNOT_FAIL = ENDS | set(
+    "arch_prctl futex getegid geteuid getgid getpid gettid getuid prctl prlimit64 rseq"
     " rt_sigaction rt_sigprocmask rt_sigreturn rt_sigtimedwait sched_getaffinity sched_yield set_robust_list"
     " set_tid_address sysinfo tgkill umask uname".split())
 
@@ -71,6 +72,10 @@ class Call:
     name: str
     number: int
     in_another_thread: bool = False
+    is_of_inner_pipe: bool = False  # where nothing outside the program can make it fail
+
+    def errors(self):
+        return [] if self.name in CANNOT_FAIL or self.is_of_inner_pipe else ERRORS.get(self.name, ["EIO"])
 
     def __str__(self):
         return f"{self.name}:{self.number}" + ("+threads" if self.in_another_thread else "")
@@ -107,15 +112,16 @@ class Counter(Tracer):
     """Lists the calls of a program that runs undisturbed."""
 
     def __init__(self, folder):
-        super().__init__(folder, "-f")
+        super().__init__(folder, "-f", "-y")
 
     def calls(self):
         """Those of the main thread in order, then those of the others; without the execve that starts it."""
         counts = {}
         calls = []
-        for thread, name in re.findall(r"^(\d+) +(\w+)\(", self.text(), re.M):
+        for thread, name, file in re.findall(r"^(\d+) +(\w+)\((\d+<.*?>)?", self.text(), re.M):
             counts[thread, name] = counts.get((thread, name), 0) + 1
-            calls.append(Call(name, counts[thread, name], thread != next(iter(counts))[0]))
+            is_inner = bool(re.match(r"([3-9]|\d\d+)<(pipe|anon_inode):", file))
+            calls.append(Call(name, counts[thread, name], thread != next(iter(counts))[0], is_inner))
         return sorted(dict.fromkeys(calls[1:]), key=lambda call: call.in_another_thread)
 
 
@@ -138,9 +144,11 @@ class Injection(Tracer):
         return any(sign in self.text() for sign in ("(INJECTED)", "killed by SIGKILL", STOPPED))
 
     def watch(self, process):
+        stops = 0
         while self.to_send and process.poll() is None:
-            if STOPPED in self.text():
-                self.signal(process.pid, self.to_send)
-                self.signal(process.pid, signal.SIGCONT)
-                return
+            if (seen := self.text().count(STOPPED)) > stops:
+                if stops == 0:
+                    self.signal(process.pid, self.to_send)
+                self.signal(process.pid, signal.SIGCONT)  # with -f each thread may stop the program once
+                stops = seen
             time.sleep(0.005)

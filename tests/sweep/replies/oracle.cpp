@@ -1,0 +1,169 @@
+#include "tests/sweep/replies/oracle.h"
+
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+using nlohmann::json;
+
+namespace {
+
+// Two voices: the least that can agree.
+constexpr std::size_t fewestVoices = 2;
+
+json at(const json& object, const char* key)
+{
+    return object.is_object() && object.contains(key) ? object[key] : json();
+}
+
+bool isInteger(const json& value, std::int64_t least, std::int64_t greatest)
+{
+    if (!value.is_number_integer() || (value.is_number_unsigned() && value.get<std::uint64_t>() > INT64_MAX))
+        return false;
+    return value.get<std::int64_t>() >= least && value.get<std::int64_t>() <= greatest;
+}
+
+bool isSum(const json& value, double sum)
+{
+    return value.is_number() && std::abs(value.get<double>() - sum) < 0.005;
+}
+
+bool hasText(const json& value)
+{
+    return value.is_string() && !value.get<std::string>().empty();
+}
+
+std::vector<json> answersTo(Call call, const std::vector<GivenReply>& replies)
+{
+    std::vector<json> answers;
+    for (const GivenReply& given : replies) {
+        if (given.call == call)
+            answers.push_back(given.reply.json());
+    }
+    return answers;
+}
+
+json last(const std::vector<json>& answers)
+{
+    return answers.empty() ? json() : answers.back();
+}
+
+bool saysDone(const json& report)
+{
+    return at(report, "status") == "done";
+}
+
+bool isOfTheReceipt(const json& report, const json& uuid)
+{
+    return at(report, "external_id") == honest::id && hasText(uuid) && at(report, "uuid") == uuid;
+}
+
+bool hasFiscalData(const json& payload)
+{
+    return at(payload, "total").is_number() && hasText(at(payload, "fn_number")) &&
+           isInteger(at(payload, "fiscal_document_number"), 1, INT32_MAX) &&
+           isInteger(at(payload, "fiscal_document_attribute"), 1, UINT32_MAX);
+}
+
+bool proves(const json& report, const json& uuid)
+{
+    const json payload = at(report, "payload");
+    return saysDone(report) && at(report, "error").is_null() && isOfTheReceipt(report, uuid) &&
+           hasFiscalData(payload) && isSum(at(payload, "total"), honest::total);
+}
+
+// The id belongs to a receipt with another total, whose registration is as well proved.
+bool provesAnother(const json& report, const json& uuid)
+{
+    return saysDone(report) && isOfTheReceipt(report, uuid) &&
+           at(at(report, "payload"), "total").is_number() &&
+           !isSum(at(at(report, "payload"), "total"), honest::total);
+}
+
+// Whether an answer about the receipt says that it is not registered.
+bool refuses(const json& answer)
+{
+    return at(answer, "status") == "fail" || isInteger(at(at(answer, "error"), "code"), 0, INT32_MAX);
+}
+
+// The answers about the receipt at the end that all refuse it.
+std::size_t agreeingRefusals(const std::vector<GivenReply>& replies)
+{
+    std::size_t count = 0;
+    for (auto given = replies.rbegin(); given != replies.rend(); ++given) {
+        if (given->call == Call::Token)
+            continue;
+        if (!refuses(given->reply.json()))
+            break;
+        ++count;
+    }
+    return count;
+}
+
+struct Told
+{
+    const char* key;
+    const char* inPayload;
+};
+
+constexpr Told told[] = {
+    {"fnNumber", "fn_number"},
+    {"fiscalDocumentNumber", "fiscal_document_number"},
+    {"fiscalSign", "fiscal_document_attribute"},
+    {"registrationNumber", "ecr_registration_number"},
+    {"shiftNumber", "shift_number"},
+    {"total", "total"},
+};
+
+std::string textOf(const json& value)
+{
+    return value.is_string() ? value.get<std::string>() : value.dump();
+}
+
+std::optional<std::string> inventedFiscalData(const json& line, const json& payload)
+{
+    const json fiscal = at(line, "fiscal");
+    for (const Told& pair : told) {
+        const json said = at(fiscal, pair.key);
+        const json given = at(payload, pair.inPayload);
+        const bool isSame = given.is_number() && said.is_number() ? isSum(said, given.get<double>())
+                                                                  : textOf(said) == textOf(given);
+        if (!said.is_null() && !isSame)
+            return std::string(pair.key) + " is " + said.dump() + " instead of " + given.dump();
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+std::vector<std::string> contradictions(const json& line, const std::vector<GivenReply>& replies)
+{
+    std::vector<std::string> wrong;
+    const auto require = [&](bool holds, const std::string& otherwise) {
+        if (!holds)
+            wrong.push_back(otherwise);
+    };
+    const auto sells = answersTo(Call::Sell, replies);
+    const auto reports = answersTo(Call::Report, replies);
+    const json uuid = at(last(sells), "uuid");
+    const json outcome = at(line, "outcome");
+    const json message = at(at(line, "error"), "message");
+
+    if (outcome == "registered")
+        require(proves(last(reports), uuid), "registered, but the last answer does not prove it");
+    else if (outcome == "incomplete")
+        require(
+            saysDone(last(reports)), "incomplete, but the last answer does not say that it is registered");
+    else if (outcome == "refused" && !sells.empty() && !provesAnother(last(reports), uuid))
+        require(agreeingRefusals(replies) >= fewestVoices, "refused on one voice");
+    else if (outcome.is_null())
+        require(
+            hasText(uuid) && at(line, "uuid") == uuid, "accepted, but the answer does not have this uuid");
+    if (outcome != "registered")
+        require(!proves(last(reports), uuid), "not called registered, although the last answer proves it");
+    if (const auto invented = inventedFiscalData(line, at(last(reports), "payload")))
+        wrong.push_back(*invented);
+    if (message.is_string() && message.get<std::string>().starts_with("Not sent"))
+        require(sells.empty(), "not sent, but it was");
+    return wrong;
+}
