@@ -562,6 +562,8 @@
     <message>
         <source>The group is for another version of the protocol: ask the service for one of version 4 and correct groupCode in the configuration.</source>
         <translation>Группа заведена для другой версии протокола: запросите у сервиса группу для версии 4 и исправьте groupCode в настройках.</translation>
+    </message>
+    <message>
         <source>Run: %1</source>
         <translation>Выполните: %1</translation>
     </message>
@@ -608,6 +610,8 @@
     <message>
         <source>the folder has no name</source>
         <translation>не указано имя папки</translation>
+    </message>
+    <message>
         <source>%1: more than 256 MiB, the most that is read from standard input or a pipe. Nothing was sent. Put the receipts into a file.</source>
         <translation>%1: больше 256 МиБ, а больше из стандартного ввода или канала не читается. Ничего не отправлено. Запишите чеки в файл.</translation>
     </message>
