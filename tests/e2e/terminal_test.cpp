@@ -99,9 +99,14 @@ TEST_F(HostileText, IsEscapedInJsonWithItsValueKept)
     }
     const Ran asked = ran({u"info"_s, u"u"_s}, true);
     EXPECT_EQ(asked.columns({u"uuid"_s}), QStringList{hostile});
-    const Ran composed = ran({u"compose"_s, u"-"_s}, true, receipt);
-    EXPECT_EQ(composed.columns({u"external_id"_s}), QStringList{hostile});
+    const QStringList composing = shop.arguments({u"compose"_s, shop.file(u"hostile.json"_s, receipt)});
+    const Ran composed = runOnTerminal(frhostProgram(), composing);
+    // Other lines are of the log.
+    EXPECT_EQ(composed.lines().last().value(u"external_id"_s).toString(), hostile);
+    EXPECT_FALSE(hasHiddenCharacter(QString(composed.out).remove(u'\r'))) << composed.out.toStdString();
     EXPECT_THAT(composed.out.toStdString(), HasSubstr("\\u202e"));
+    EXPECT_THAT(run(frhostProgram(), composing).out.toStdString(), HasSubstr("\u202e"))
+        << "as it would be sent";
 }
 
 TEST_F(HostileText, OfTheConfigurationDoesNotReachTheTerminal)
