@@ -8,7 +8,6 @@
 #include "till/wire/fiscalpayload.h"
 #include "till/wire/observingtransport.h"
 
-#include <algorithm>
 #include <thread>
 #include <tuple>
 #include <utility>
@@ -124,10 +123,10 @@ Registrar::Finding Registrar::await(const Receipt& receipt, Finding finding)
             finding.error = std::move(error);
         return judgeStatus(transport.seen(), receipt.id());
     };
-    const auto pause = [&](std::chrono::milliseconds least) {
-        std::this_thread::sleep_for(std::max(fiscalRegister.requestInterval(), least));
-    };
-    const DocumentState state = awaitDocument(ask, pause, patience);
+    const auto pause = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); };
+    Patience ofRegister = patience;
+    ofRegister.beforeQuestion = fiscalRegister.requestInterval();
+    const DocumentState state = awaitDocument(ask, pause, ofRegister);
     finding.verdict = verdictOf(state, transport.seen(), factsOf(receipt));
     return finding;
 }

@@ -119,7 +119,7 @@ bool existedBefore(const WireRecord& seen)
 }
 
 DocumentState awaitDocument(const std::function<DocumentState()>& ask,
-    const std::function<void(std::chrono::milliseconds least)>& pause, const Patience& patience)
+    const std::function<void(std::chrono::milliseconds time)>& pause, const Patience& patience)
 {
     for (int silent = 0, failed = 0;;) {
         const DocumentState state = ask();
@@ -134,7 +134,7 @@ DocumentState awaitDocument(const std::function<DocumentState()>& ask,
                             (state == DocumentState::Failed && failed <= patience.repeatedFailures);
         if (!goesOn)
             return state;
-        pause(failed > 0 ? patience.betweenFailures : std::chrono::milliseconds(0));
+        pause(failed > 0 ? patience.beforeRepetition : patience.beforeQuestion);
     }
 }
 

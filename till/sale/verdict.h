@@ -82,14 +82,16 @@ struct Patience
     int questionsWithoutNews = 3;
     /// So many further answers have to repeat that a document has failed.
     int repeatedFailures = 3;
-    /// The pause before each of these questions, at least.
-    std::chrono::milliseconds betweenFailures = std::chrono::seconds(1);
+    /// The pause before each of these questions.
+    std::chrono::milliseconds beforeRepetition = std::chrono::seconds(1);
+    /// The pause before each other question; that of the register's configuration, where there is one.
+    std::chrono::milliseconds beforeQuestion = std::chrono::seconds(1);
 };
 
-/// Asks about a document until it is finished: `ask` asks once, `pause` waits in between, at least for the
-/// given time. A single answer does not prove a failure: any other answer in between goes on. Gives up, with
-/// NoNews, after too many questions without news; a waiting document is waited for without a limit.
+/// Asks about a document until it is finished: `ask` asks once, `pause` waits in between. A single answer
+/// does not prove a failure: any other answer in between goes on. Gives up, with NoNews, after too many
+/// questions without news; a waiting document is waited for without a limit.
 [[nodiscard]] DocumentState awaitDocument(const std::function<DocumentState()>& ask,
-    const std::function<void(std::chrono::milliseconds least)>& pause, const Patience& patience);
+    const std::function<void(std::chrono::milliseconds time)>& pause, const Patience& patience);
 
 } // namespace till

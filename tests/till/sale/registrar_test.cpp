@@ -140,7 +140,8 @@ public:
 
     [[nodiscard]] Registrar registrar()
     {
-        return {fiscalRegister, transport, {3, 3, std::chrono::milliseconds(1)}};
+        return {
+            fiscalRegister, transport, {3, 3, std::chrono::milliseconds(1), std::chrono::milliseconds(1)}};
     }
 
 private:

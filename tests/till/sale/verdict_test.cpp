@@ -316,7 +316,7 @@ TEST(DocumentState, ToldByOneAnswer)
 struct Awaited
 {
     DocumentState state;
-    // Milliseconds of each pause, at least.
+    // Milliseconds of each pause.
     std::vector<int> pauses;
 
     bool operator==(const Awaited&) const = default;
@@ -324,11 +324,11 @@ struct Awaited
 
 Awaited awaited(std::vector<DocumentState> answers)
 {
-    const Patience patience{3, 2, std::chrono::milliseconds(7)};
+    const Patience patience{3, 2, std::chrono::milliseconds(7), std::chrono::milliseconds(0)};
     auto next = answers.begin();
     Awaited result{};
     result.state = awaitDocument([&] { return *next++; },
-        [&](std::chrono::milliseconds least) { result.pauses.push_back(static_cast<int>(least.count())); },
+        [&](std::chrono::milliseconds time) { result.pauses.push_back(static_cast<int>(time.count())); },
         patience);
     EXPECT_EQ(next, answers.end());
     return result;
@@ -367,7 +367,7 @@ TEST(Patience, AsksThreeMoreTimesOverSomeSeconds)
 {
     const Patience usual;
     EXPECT_EQ(usual.repeatedFailures, 3);
-    EXPECT_GE(usual.betweenFailures, std::chrono::seconds(1));
+    EXPECT_GE(usual.beforeRepetition, std::chrono::seconds(1));
 }
 
 } // namespace

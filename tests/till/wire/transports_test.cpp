@@ -8,6 +8,8 @@
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <mutex>
+#include <optional>
 #include <semaphore>
 #include <thread>
 #include <vector>
@@ -25,12 +27,10 @@ public:
     explicit Answers(std::deque<std::string> bodies)
         : left(std::move(bodies))
         , server([this](Peer& peer, const std::string&) {
-            if (left.empty()) {
+            if (const auto body = next())
+                peer.answer(200, *body);
+            else
                 peer.close();
-                return;
-            }
-            peer.answer(200, left.front());
-            left.pop_front();
         })
     {
     }
@@ -42,6 +42,18 @@ public:
     [[nodiscard]] std::size_t requests() const { return server.requests().size(); }
 
 private:
+    // Taken before it is sent: the next request may come on another connection, in another thread.
+    std::optional<std::string> next()
+    {
+        const std::scoped_lock lock(guard);
+        if (left.empty())
+            return std::nullopt;
+        std::string body = left.front();
+        left.pop_front();
+        return body;
+    }
+
+    std::mutex guard;
     std::deque<std::string> left;
     RawServer server;
 };
