@@ -64,13 +64,14 @@ struct Tls : RunningEmulator
     Tls()
     {
         const std::string stem = testing::TempDir() + "fremulator-" + std::to_string(::getpid());
-        options.tls = {.certificateChain = stem + ".crt", .privateKey = stem + ".key"};
-        writeCertificate(options.tls);
+        written = {.certificateChain = stem + ".crt", .privateKey = stem + ".key"};
+        writeCertificate(written);
+        options.tls = written;
     }
     ~Tls() override
     {
-        std::remove(options.tls.certificateChain.c_str());
-        std::remove(options.tls.privateKey.c_str());
+        std::remove(written.certificateChain.c_str());
+        std::remove(written.privateKey.c_str());
     }
 
     // The answer that a client that verifies certificates receives; empty if it rejected the server.
@@ -103,6 +104,10 @@ struct Tls : RunningEmulator
         ::close(handle);
         return answer;
     }
+
+private:
+    // A test may give the emulator other files.
+    emulator::TlsFiles written;
 };
 
 const std::string loginRequest =

@@ -3,12 +3,11 @@
 import assert from 'node:assert/strict';
 import {execFileSync, spawn} from 'node:child_process';
 import {once} from 'node:events';
-import {existsSync, mkdtempSync, readFileSync, rmSync, writeFileSync} from 'node:fs';
+import {existsSync, mkdtempSync, readFileSync, writeFileSync} from 'node:fs';
 import net from 'node:net';
-import {tmpdir} from 'node:os';
 import {join} from 'node:path';
 import {after, before, test} from 'node:test';
-import {Browser, keys, lineOf} from './webdriver.mjs';
+import {Browser, keys, lineOf, scratch} from './webdriver.mjs';
 
 const {FREMULATOR: program, AXE: axe, FRHOST: host} = process.env;
 const password = 'password-that-must-not-be-shown';
@@ -139,7 +138,7 @@ test('a receipt appears without a reload', async () => {
 });
 
 test('a receipt sold by the host program appears without a reload', async () => {
-  const folder = mkdtempSync(join(tmpdir(), 'fremulator-host-'));
+  const folder = mkdtempSync(join(scratch, 'host-'));
   writeFileSync(join(folder, 'register.ini'), `[register]
 url=${root}possystem/v4/
 login=shop
@@ -158,7 +157,6 @@ paymentAddress=https://shop.example
   let complaint = '';
   sold.stderr.on('data', chunk => { complaint += chunk; });
   const status = await new Promise(resolve => sold.on('close', resolve));
-  rmSync(folder, {recursive: true});
   assert.equal(status, 0, complaint);
   assert.match(await browser.until(`return ${rowOf('host-1')}?.innerText`), /host-1[^]*30\.00[^]*done/);
   assert.equal(await browser.run('return window.sameDocument'), true);
@@ -209,10 +207,9 @@ test('opened exchanges stay open while more arrive', async () => {
 test('a decoder reads the QR code on the slip', async () => {
   const {payload} = await report(await browser.run('return location.hash.slice(1)'));
   await browser.until("return document.querySelector('#qr').complete && document.querySelector('#qr').naturalWidth > 0");
-  const folder = mkdtempSync(join(tmpdir(), 'fremulator-qr-'));
+  const folder = mkdtempSync(join(scratch, 'qr-'));
   writeFileSync(join(folder, 'qr.png'), await browser.picture('#qr'));
   const text = execFileSync('zbarimg', ['--raw', '--quiet', join(folder, 'qr.png')], {encoding: 'utf8'}).trim();
-  rmSync(folder, {recursive: true});
   const [, day, month, year, hour, minute] = payload.receipt_datetime.match(/(\d\d)\.(\d\d)\.(\d{4}) (\d\d):(\d\d)/);
   assert.equal(text, `t=${year}${month}${day}T${hour}${minute}&s=150.50&fn=${payload.fn_number}` +
     `&i=${payload.fiscal_document_number}&fp=${payload.fiscal_document_attribute}&n=1`);
@@ -477,7 +474,7 @@ test('an opened receipt shows its newest calls, however few are kept', async () 
 });
 
 test('what happened while the connection was lost is shown once it is restored', async () => {
-  const folder = mkdtempSync(join(tmpdir(), 'fremulator-state-'));
+  const folder = mkdtempSync(join(scratch, 'state-'));
   await startEmulator('--db', join(folder, 'state'));
   await openPage('en');
   const {uuid} = JSON.parse((await sell('away')).body);
@@ -491,7 +488,6 @@ test('what happened while the connection was lost is shown once it is restored',
   // A browser takes seconds to reconnect.
   await report(uuid);
   await browser.until("return document.querySelectorAll('#detail .exchange').length === 2");
-  rmSync(folder, {recursive: true});
 });
 
 test('a receipt with very many calls shows the newest, and earlier ones on request', async () => {

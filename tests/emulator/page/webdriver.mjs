@@ -4,6 +4,10 @@ import {mkdtempSync, rmSync} from 'node:fs';
 import {tmpdir} from 'node:os';
 import {join} from 'node:path';
 
+/** For everything that the tests, the browser and its driver write; removed however the tests end. */
+export const scratch = mkdtempSync(join(tmpdir(), 'page-'));
+process.on('exit', () => rmSync(scratch, {recursive: true, force: true, maxRetries: 10}));
+
 const elementKey = 'element-6066-11e4-a52e-4f735466cecf';
 
 /** The first match in the process's output. Fails if the output ends without one. */
@@ -23,15 +27,15 @@ export function lineOf(process, pattern) {
 export class Browser {
   static async start({language}) {
     const browser = new Browser();
-    browser.profile = mkdtempSync(join(tmpdir(), 'fremulator-page-'));
-    browser.driver = spawn('chromedriver', ['--port=0'], {stdio: ['ignore', 'pipe', 'inherit']});
+    browser.driver = spawn('chromedriver', ['--port=0'],
+      {stdio: ['ignore', 'pipe', 'inherit'], env: {...process.env, TMPDIR: scratch}});
     const [, port] = await lineOf(browser.driver, /started successfully on port (\d+)/);
     browser.url = `http://127.0.0.1:${port}/session`;
     // Without these, it contacts services of its vendor at every start.
     const args = ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
       '--disable-background-networking', '--disable-component-update', '--disable-sync', '--disable-dev-shm-usage',
       `--accept-lang=${language}`, `--lang=${language}`, '--window-size=1400,1200',
-      `--user-data-dir=${browser.profile}`];
+      `--user-data-dir=${mkdtempSync(join(scratch, 'profile-'))}`];
     const capabilities = {alwaysMatch: {browserName: 'chrome', 'goog:chromeOptions': {args},
       'goog:loggingPrefs': {browser: 'ALL', performance: 'ALL'}}};
     const {sessionId} = await browser.call('POST', '', {capabilities});
@@ -105,7 +109,6 @@ export class Browser {
     await this.call('DELETE', '');
     this.driver.kill();
     await new Promise(resolve => this.driver.once('close', resolve));
-    rmSync(this.profile, {recursive: true, force: true, maxRetries: 10});
   }
 }
 

@@ -3,12 +3,9 @@
 #include "tests/support/wire/rawserver.h"
 #include "till/wire/observingtransport.h"
 
-#include <QFile>
-#include <QTemporaryDir>
-
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 #include <tuple>
@@ -55,21 +52,21 @@ class RunOfABatch : public testing::Test
 {
 protected:
     RunOfABatch()
-        : descriptor(open(file().toLocal8Bit().constData(), O_RDWR | O_CREAT | O_CLOEXEC, 0600))
+        : descriptor(memfd_create("output", MFD_CLOEXEC))
         , output(descriptor)
     {
         GTEST_FLAG_SET(death_test_style, "threadsafe");
     }
     ~RunOfABatch() override { close(descriptor); }
 
-    [[nodiscard]] QString file() const { return folder.filePath(u"out"_s); }
     [[nodiscard]] QByteArray written() const
     {
-        QFile out(file());
-        return out.open(QIODevice::ReadOnly) ? out.readAll() : "unreadable";
+        QByteArray all(4096, Qt::Uninitialized);
+        all.truncate(pread(descriptor, all.data(), static_cast<std::size_t>(all.size()), 0));
+        return all;
     }
 
-    QTemporaryDir folder;
+    // Without a name, because a process that dies as expected would leave it.
     int descriptor;
     Output output;
     ObservingTransport transport;
