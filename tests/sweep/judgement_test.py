@@ -23,7 +23,7 @@ def known(status=None, sent=True):
 
 def said(status, line=None, err="", command="sell", hung=False):
     lines = {ID: {"id": ID} | line} if line else {}
-    return Said(Ended(status, ID if line else "", err, hung), command, lines, False)
+    return Said(Ended(status, ID if line else "", err, hung), command, lines)
 
 
 def outcome(word, **more):

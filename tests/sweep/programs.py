@@ -7,6 +7,7 @@ from dataclasses import dataclass
 
 # Seconds: a program that has not ended by then hangs.
 LIMIT = 40
+LAST_MOMENT = 10
 # As a shell starts it, whatever this process ignores; it does not outlive this process.
 START = ["setpriv", "--pdeathsig", "TERM", "env", "--default-signal=HUP,INT,TERM,PIPE"]
 
@@ -58,8 +59,8 @@ class Program:
             return False
 
     def end(self):
-        """Waits for the end, and brings it about where it does not come."""
-        hung = not self.ends_within(LIMIT)
+        """Waits a little for the end, and brings it about where it does not come."""
+        hung = not self.ends_within(LAST_MOMENT)
         if hung:
             self.signal(signal.SIGKILL)
             self.process.kill()

@@ -10,7 +10,7 @@ from emulator import GROUP, LOGIN, PASSWORD
 from programs import LIMIT, Ended, Program
 
 # Seconds after which a till asks whether the service is still working on the receipt.
-PATIENCE = 10
+PATIENCE = 8
 TOTAL = 160.0
 
 
@@ -21,7 +21,6 @@ class Said:
     ended: Ended
     command: str
     lines: dict  # of JSON, by id
-    was_stopped: bool  # by the till, because the service went on working
 
     @property
     def status(self):
@@ -44,25 +43,17 @@ class Till:
         self.folder = Path(folder)
 
     def run(self, command, receipts, url, hurried=False, tracer=None, is_working=lambda: False):
-        """Runs `sell` or `send`. `hurried` shortens the limits of the exchange; A run that waits only because
-        the service `is_working` is interrupted."""
+        """Runs `sell` or `send`. `hurried` shortens the limits of the exchange. A run that only waits because the service
+        `is_working` is interrupted."""
         program = Program(
             [self.program, "--config", self._configuration(url, hurried), "--json", *self._command(command, receipts)],
             {"LC_ALL": "C.UTF-8", "XDG_STATE_HOME": self.folder / "state"}, tracer)
-        was_stopped = not program.ends_within(PATIENCE) and self._interrupt(program, is_working)
-        ended = program.end()
-        return Said(ended, command, _lines(ended.out), was_stopped)
-
-    @staticmethod
-    def _interrupt(program, is_working):
-        deadline = time.monotonic() + LIMIT
-        while time.monotonic() < deadline:
+        started = time.monotonic()
+        while not program.ends_within(PATIENCE) and time.monotonic() < started + LIMIT:
             if is_working():
                 program.signal(signal.SIGTERM)
-                return True
-            if program.ends_within(1):
-                return False
-        return False
+        ended = program.end()
+        return Said(ended, command, _lines(ended.out))
 
     def _command(self, command, receipts):
         pictures = ["--qr-dir", str(self.folder / "pictures")] if command == "sell" else []
