@@ -80,10 +80,16 @@ bool provesAnother(const json& report, const json& uuid)
            !isSum(at(at(report, "payload"), "total"), honest::total);
 }
 
-// Whether an answer about the receipt says that it is not registered.
-bool refuses(const json& answer)
+// Whether an answer about the receipt says that it is not registered and will not be.
+bool refuses(const GivenReply& given)
 {
-    return at(answer, "status") == "fail" || isInteger(at(at(answer, "error"), "code"), 0, INT32_MAX);
+    const json answer = given.reply.json();
+    if (given.call == Call::Report)
+        return at(answer, "status") == "fail";
+    // An unknown error, a document that exists or is in progress, an error of the server.
+    constexpr int leaveItOpen[] = {0, 33, 34, 50};
+    const json code = at(at(answer, "error"), "code");
+    return isInteger(code, 0, INT32_MAX) && std::ranges::count(leaveItOpen, code.get<int>()) == 0;
 }
 
 // The answers about the receipt at the end that all refuse it.
@@ -93,7 +99,7 @@ std::size_t agreeingRefusals(const std::vector<GivenReply>& replies)
     for (auto given = replies.rbegin(); given != replies.rend(); ++given) {
         if (given->call == Call::Token)
             continue;
-        if (!refuses(given->reply.json()))
+        if (!refuses(*given))
             break;
         ++count;
     }
