@@ -65,11 +65,15 @@ rc::Gen<Reply> replyFrom(const rc::Gen<json>& answer)
         {{16, sound}, {2, unsound}, {1, rc::gen::just(Reply{.isLost = true})}});
 }
 
+// Of changing mind, or one answer again and again.
 rc::Gen<std::vector<Reply>> repliesFrom(const rc::Gen<json>& answer, int most)
 {
-    return rc::gen::mapcat(rc::gen::inRange(1, most + 1), [=](int count) {
+    const auto changing = rc::gen::mapcat(rc::gen::inRange(1, most + 1), [=](int count) {
         return rc::gen::container<std::vector<Reply>>(static_cast<std::size_t>(count), replyFrom(answer));
     });
+    const auto steady = rc::gen::map(replyFrom(answer),
+        [most](const Reply& reply) { return std::vector<Reply>(static_cast<std::size_t>(most), reply); });
+    return rc::gen::oneOf(changing, steady);
 }
 
 rc::Gen<json> withCode(json (*make)(int))
