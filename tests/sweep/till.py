@@ -32,7 +32,7 @@ class Said:
 
     def tells_to_use_another_id(self, receipt):
         advice = [line for line in self.ended.err.splitlines() if line.startswith(f"{receipt}:")]
-        return any(re.search(r"\bnew id\b|\bid of its own\b", line) for line in advice)
+        return any(re.search(r"\bGive (the sale|it) an? (new id|id of its own)\b", line) for line in advice)
 
 
 class Till:

@@ -58,9 +58,17 @@ bool isOfTheReceipt(const json& report, const json& uuid)
     return at(report, "external_id") == honest::id && hasText(uuid) && at(report, "uuid") == uuid;
 }
 
+bool isStorage(const json& value)
+{
+    if (!value.is_string())
+        return false;
+    const auto digits = value.get<std::string>();
+    return digits.size() == 16 && digits.find_first_not_of("0123456789") == std::string::npos;
+}
+
 bool hasFiscalData(const json& payload)
 {
-    return at(payload, "total").is_number() && hasText(at(payload, "fn_number")) &&
+    return at(payload, "total").is_number() && isStorage(at(payload, "fn_number")) &&
            isInteger(at(payload, "fiscal_document_number"), 1, INT32_MAX) &&
            isInteger(at(payload, "fiscal_document_attribute"), 1, UINT32_MAX);
 }

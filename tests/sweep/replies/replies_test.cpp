@@ -149,7 +149,7 @@ TEST_F(Oracle, FindsLies)
     for (const char* key : {"total", "fn_number", "fiscal_document_number", "fiscal_document_attribute"}) {
         json done = honest::done();
         done["payload"][key] = "?";
-        EXPECT_EQ(lies(registered, {accepted}, {done}), std::string_view(key) != "fn_number") << key;
+        EXPECT_TRUE(lies(registered, {accepted}, {done})) << key;
         done["payload"].erase(key);
         EXPECT_TRUE(lies(registered, {accepted}, {done})) << key;
     }
