@@ -54,11 +54,13 @@ ERRORS = {
 }
 # Calls after which their thread does nothing more.
 ENDS = {"exit", "exit_group"}
-# Calls that cannot fail for a reason outside the program.
+# Calls that cannot fail for a reason outside the program; some others only with these arguments: a pipe to itself, and
+# the release of a lock.
 CANNOT_FAIL = ENDS | set(
     "arch_prctl futex getegid geteuid getgid getpid gettid getuid prctl prlimit64 rseq"
     " rt_sigaction rt_sigprocmask rt_sigreturn rt_sigtimedwait sched_getaffinity sched_yield set_robust_list"
     " set_tid_address sysinfo tgkill umask uname".split())
+HARMLESS_ARGUMENTS = re.compile(r"^([3-9]|\d\d+)<(pipe|anon_inode):|\bF_UNLCK\b")
 
 KILL = "signal=KILL"
 SIGNALS = ["TERM", "INT", "HUP"]
@@ -72,10 +74,10 @@ class Call:
     name: str
     number: int
     in_another_thread: bool = False
-    is_of_inner_pipe: bool = False  # where nothing outside the program can make it fail
+    cannot_fail: bool = False  # for a reason outside the program
 
     def errors(self):
-        return [] if self.name in CANNOT_FAIL or self.is_of_inner_pipe else ERRORS.get(self.name, ["EIO"])
+        return [] if self.cannot_fail else ERRORS.get(self.name, ["EIO"])
 
     def __str__(self):
         return f"{self.name}:{self.number}" + ("+threads" if self.in_another_thread else "")
@@ -118,10 +120,11 @@ class Counter(Tracer):
         """Those of the main thread in order, then those of the others; without the execve that starts it."""
         counts = {}
         calls = []
-        for thread, name, file in re.findall(r"^(\d+) +(\w+)\((\d+<.*?>)?", self.text(), re.M):
+        for thread, name, arguments in re.findall(r"^(\d+) +(\w+)\((.*)", self.text(), re.M):
             counts[thread, name] = counts.get((thread, name), 0) + 1
-            is_inner = bool(re.match(r"([3-9]|\d\d+)<(pipe|anon_inode):", file))
-            calls.append(Call(name, counts[thread, name], thread != next(iter(counts))[0], is_inner))
+            is_other_thread = thread != next(iter(counts))[0]
+            cannot_fail = name in CANNOT_FAIL or bool(HARMLESS_ARGUMENTS.search(arguments))
+            calls.append(Call(name, counts[thread, name], is_other_thread, cannot_fail))
         return sorted(dict.fromkeys(calls[1:]), key=lambda call: call.in_another_thread)
 
 
