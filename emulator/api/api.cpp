@@ -2,12 +2,13 @@
 
 #include "emulator/api/expect.h"
 #include "emulator/api/qr.h"
+#include "emulator/api/receipts.h"
 #include "emulator/http/jsonreply.h"
 #include "emulator/values/jsonreader.h"
-#include "emulator/values/money.h"
 #include "emulator/values/plaintext.h"
 
 #include <charconv>
+#include <optional>
 
 namespace emulator {
 
@@ -18,16 +19,23 @@ Reply errorReply(int status, const std::string& text)
     return jsonReply(status, {{"error", text}});
 }
 
+std::optional<int> numberOf(const std::string& text)
+{
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    const bool whole = error == std::errc() && end == text.data() + text.size();
+    return whole ? std::optional(value) : std::nullopt;
+}
+
 int positiveParameter(const Request& request, const char* key, int fallback)
 {
     const std::string text = request.parameter(key);
-    int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (text.empty())
         return fallback;
-    if (error != std::errc() || end != text.data() + text.size() || value < 1)
+    const auto value = numberOf(text);
+    if (!value || *value < 1)
         throw JsonError(std::string(key) + " must be a positive whole number");
-    return value;
+    return *value;
 }
 
 ExchangeRange rangeIn(const Request& request)
@@ -135,6 +143,12 @@ Reply Api::route(const Request& request)
         return document(rest);
     if (first == "documents" && method == "GET")
         return documentPart(request, rest.substr(0, rest.find('/')), rest.substr(rest.find('/') + 1));
+    if (path == "receipts" && method == "GET")
+        return jsonReply(200, receipts(request, positiveParameter(request, "limit", 100), store, service));
+    if (first == "refusals" && method == "GET")
+        return refusal(rest);
+    if (path == "service" && method == "GET")
+        return jsonReply(200, accounts(service.settings()));
     if (path == "exchanges" && method == "GET")
         return exchanges(request);
     if (path == "effects" && method == "GET")
@@ -156,11 +170,14 @@ Reply Api::route(const Request& request)
 
 Json Api::summary(const Document& document) const
 {
-    return {{"sequence", document.sequence}, {"uuid", document.uuid}, {"group", document.groupCode},
-        {"external_id", document.externalId}, {"operation", document.operation}, {"login", document.login},
-        {"received_at", isoTime(document.receivedAt)}, {"status", service.statusWord(document)},
-        {"total", roubles(document.totalKopecks)},
-        {"wire_requests", store.requests(document.groupCode, document.externalId)}};
+    return summaryOf(document, store, service);
+}
+
+Reply Api::refusal(const std::string& id) const
+{
+    const auto number = numberOf(id);
+    const auto found = number ? store.refusals().find(*number) : std::nullopt;
+    return found ? jsonReply(200, detailsOf(*found, store)) : errorReply(404, "refusal not found: " + id);
 }
 
 Reply Api::documents(const Request& request) const
@@ -254,9 +271,8 @@ Reply Api::clearFaults()
 
 Reply Api::removeFault(const std::string& id)
 {
-    int number = 0;
-    const auto [end, error] = std::from_chars(id.data(), id.data() + id.size(), number);
-    if (error != std::errc() || end != id.data() + id.size() || !faultBox.remove(number))
+    const auto number = numberOf(id);
+    if (!number || !faultBox.remove(*number))
         return errorReply(404, "fault not found: " + id);
     notify("faults");
     return faults();

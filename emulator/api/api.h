@@ -40,6 +40,7 @@ private:
     Reply document(const std::string& uuid) const;
     Reply documentPart(const Request& request, const std::string& uuid, const std::string& part) const;
     Reply clearDocuments();
+    Reply refusal(const std::string& id) const;
     Reply exchanges(const Request& request) const;
     Reply faults() const;
     Reply addFaults(const std::string& body);

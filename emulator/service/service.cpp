@@ -3,14 +3,15 @@
 #include "emulator/faults/misbehaviour.h"
 #include "emulator/protocol/replies.h"
 #include "emulator/service/fiscalisation.h"
-#include "emulator/service/receiptcheck.h"
 #include "emulator/service/record.h"
 #include "emulator/service/statusreplies.h"
 #include "emulator/values/identifiers.h"
+#include "emulator/values/money.h"
 
 #include <algorithm>
 #include <cctype>
 #include <random>
+#include <ranges>
 
 namespace emulator {
 
@@ -39,6 +40,22 @@ std::string callbackUrl(const Json& body)
         return {};
     const auto url = service->find("callback_url");
     return url != service->end() && url->is_string() ? url->get<std::string>() : std::string();
+}
+
+std::optional<std::int64_t> totalOf(const Json& body)
+{
+    const Json::json_pointer path("/receipt/total");
+    return body.contains(path) ? wholePartsOf(body[path], 100) : std::nullopt;
+}
+
+Json toJson(const std::vector<Violation>& violations)
+{
+    // The answer names all of them.
+    constexpr std::size_t most = 50;
+    Json all = Json::array();
+    for (const Violation& violation : violations | std::views::take(most))
+        all.push_back({{"field", violation.field}, {"rule", violation.rule}});
+    return all;
 }
 
 } // namespace
@@ -131,8 +148,24 @@ void Service::record(const Context& context, const Request& request, const Answe
     if (call.endpoint == Endpoint::Sell)
         exchange.uuid = store.findUuid(call.group, call.externalId).value_or("");
     store.addExchange(exchange);
+    if (call.endpoint == Endpoint::Sell)
+        noteRefusal(call, exchange);
     if (listener)
         listener(exchange);
+}
+
+void Service::noteRefusal(const Call& call, const Exchange& exchange)
+{
+    if (!exchange.uuid.empty()) {
+        store.refusals().forget(call.group, call.externalId);
+        return;
+    }
+    const Group* group = findGroup(call.group);
+    const bool invalid = exchange.code == toNumber(ErrorCode::InvalidReceipt);
+    store.refusals().add({.exchange = exchange,
+        .operation = call.operation,
+        .totalKopecks = totalOf(call.body),
+        .fields = invalid && group != nullptr ? toJson(wrongFields(call, *group)) : Json::array()});
 }
 
 Reply Service::issueToken(const Context& context)
@@ -179,17 +212,17 @@ Reply Service::acceptDocument(const Context& context)
     if (!call.body.is_object())
         return error(Endpoint::Sell, ErrorCode::InvalidRequest);
     const Group& group = *findGroup(call.group);
-    if (const std::string wrong = wrongFields(call, group); !wrong.empty())
-        return error(Endpoint::Sell, ErrorCode::InvalidReceipt, wrong);
+    if (const auto wrong = wrongFields(call, group); !wrong.empty())
+        return error(Endpoint::Sell, ErrorCode::InvalidReceipt, describe(wrong));
     if (const auto uuid = store.findUuid(call.group, call.externalId))
         return duplicateReply(*uuid, clock());
     return acceptedReply(newDocument(context, group).uuid, clock());
 }
 
-std::string Service::wrongFields(const Call& call, const Group& group) const
+std::vector<Violation> Service::wrongFields(const Call& call, const Group& group) const
 {
     const auto check = isCorrection(call) ? checkCorrection : checkReceipt;
-    return describe(check(call.body, options.lists, group.inn));
+    return check(call.body, options.lists, group.inn);
 }
 
 Document Service::newDocument(const Context& context, const Group& group)

@@ -5,6 +5,7 @@
 #include "emulator/protocol/call.h"
 #include "emulator/protocol/errors.h"
 #include "emulator/service/pace.h"
+#include "emulator/service/receiptcheck.h"
 #include "emulator/service/serviceoptions.h"
 #include "emulator/store/store.h"
 #include "emulator/values/moscowtime.h"
@@ -12,6 +13,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace emulator {
 
@@ -37,6 +39,9 @@ public:
     /// `wait`, `done` or `fail`.
     [[nodiscard]] std::string statusWord(const Document& document) const;
 
+    [[nodiscard]] const ServiceOptions& settings() const { return options; }
+    [[nodiscard]] TimePoint now() const { return clock(); }
+
 private:
     /// A call and what belongs to it.
     struct Context
@@ -58,7 +63,9 @@ private:
 
     /// The error code if token, user or group do not permit the call.
     [[nodiscard]] std::optional<ErrorCode> refusal(const Context& context) const;
-    [[nodiscard]] std::string wrongFields(const Call& call, const Group& group) const;
+    /// Keeps a register call whose id has no document as a refusal.
+    void noteRefusal(const Call& call, const Exchange& exchange);
+    [[nodiscard]] std::vector<Violation> wrongFields(const Call& call, const Group& group) const;
     Document newDocument(const Context& context, const Group& group);
     /// Sets when the document is ready and its fiscal data or its error.
     void fiscalise(Document& document, const Group& group, const Fault* fault);

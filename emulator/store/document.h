@@ -52,6 +52,9 @@ struct DocumentFilter
     std::string operation{};
     /// Part of the uuid, the external id or the body.
     std::string text{};
+    /// `wait`, `done` or `fail`, at the time `now`.
+    std::string status{};
+    TimePoint now{};
     /// Only documents with a lower sequence; 0 means no limit.
     std::int64_t before = 0;
     int limit = 100;

@@ -31,6 +31,9 @@ CREATE TABLE IF NOT EXISTS exchanges(
     sequence INTEGER PRIMARY KEY AUTOINCREMENT, at INTEGER, endpoint TEXT, group_code TEXT, external_id TEXT,
     uuid TEXT, login TEXT, request TEXT, answer TEXT, status INTEGER, code INTEGER, fault TEXT);
 CREATE INDEX IF NOT EXISTS exchanges_by_id ON exchanges(external_id, group_code);
+CREATE TABLE IF NOT EXISTS refusals(
+    exchange INTEGER PRIMARY KEY, group_code TEXT, external_id TEXT, operation TEXT, total INTEGER, fields TEXT);
+CREATE INDEX IF NOT EXISTS refusals_by_id ON refusals(external_id, group_code);
 )";
 
 // Version 0 is a new database, or one of the emulators that stored tokens as they are.

@@ -1,5 +1,6 @@
 #include "emulator/store/store.h"
 
+#include "emulator/store/rows.h"
 #include "emulator/store/schema.h"
 #include "emulator/values/digest.h"
 
@@ -8,7 +9,6 @@ namespace emulator {
 namespace {
 
 constexpr std::int64_t exchangesPerDocument = 4;
-constexpr int noCode = -1;
 // Independent of the number of documents, as a valid token must work; this many take tens of megabytes.
 constexpr std::int64_t tokensKept = 100'000;
 
@@ -20,11 +20,6 @@ std::int64_t toNumber(TimePoint time)
 TimePoint toTime(std::int64_t number)
 {
     return TimePoint(std::chrono::milliseconds(number));
-}
-
-std::optional<int> toCode(std::int64_t number)
-{
-    return number == noCode ? std::nullopt : std::optional(static_cast<int>(number));
 }
 
 Json toJson(const std::string& text)
@@ -60,28 +55,18 @@ Document readDocument(const sqlite::Rows& rows)
 std::vector<Exchange> readExchanges(sqlite::Rows rows)
 {
     std::vector<Exchange> all;
-    while (rows.next()) {
-        all.push_back({.sequence = rows.integer(0),
-            .at = toTime(rows.integer(1)),
-            .endpoint = endpointNamed(rows.text(2)),
-            .groupCode = rows.text(3),
-            .externalId = rows.text(4),
-            .uuid = rows.text(5),
-            .login = rows.text(6),
-            .request = rows.text(7),
-            .answer = rows.text(8),
-            .status = static_cast<int>(rows.integer(9)),
-            .code = toCode(rows.integer(10)),
-            .fault = rows.text(11)});
-    }
+    while (rows.next())
+        all.push_back(readExchange(rows));
     return all;
 }
 
-// No pattern means any id.
-std::string patternOf(const std::string& pattern)
-{
-    return pattern.empty() ? "*" : pattern;
-}
+// As Service::statusWord, at the time ?5.
+const std::string statusColumn = "CASE WHEN waits_left > 0 OR ready_at > ?5 OR outcome = 2 THEN 'wait'"
+                                 " WHEN outcome = 0 THEN 'done' ELSE 'fail' END";
+const std::string documentFilter =
+    " FROM documents WHERE (?1 = '' OR group_code = ?1) AND matches(external_id, ?2)"
+    " AND (?3 = '' OR operation = ?3)"
+    " AND (?4 = '' OR instr(uuid || ' ' || external_id || ' ' || body, ?4) > 0)";
 
 } // namespace
 
@@ -103,10 +88,9 @@ Store::Store(const std::string& file, std::int64_t keep)
           database, "INSERT INTO documents VALUES(NULL, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)")
     , pruneDocuments(database, "DELETE FROM documents WHERE sequence <= ?")
     , selectDocument(database, "SELECT * FROM documents WHERE uuid = ?")
-    , selectDocuments(database, "SELECT * FROM documents WHERE (?1 = '' OR group_code = ?1)"
-                                " AND matches(external_id, ?2) AND (?3 = '' OR operation = ?3)"
-                                " AND (?4 = '' OR instr(uuid || ' ' || external_id || ' ' || body, ?4) > 0)"
-                                " AND (?5 = 0 OR sequence < ?5) ORDER BY sequence DESC LIMIT ?6")
+    , selectDocuments(database, "SELECT *" + documentFilter + " AND (?6 = '' OR " + statusColumn +
+                                    " = ?6) AND (?7 = 0 OR sequence < ?7) ORDER BY sequence DESC LIMIT ?8")
+    , countDocuments(database, "SELECT " + statusColumn + ", count(*)" + documentFilter + " GROUP BY 1")
     , selectUuid(database, "SELECT uuid FROM documents WHERE group_code = ? AND external_id = ?")
     , updateWaits(database, "UPDATE documents SET waits_left = ? WHERE sequence = ?")
     , upsertWire(database, "INSERT INTO register_calls VALUES(NULL, ?, ?, ?, 1)"
@@ -126,6 +110,7 @@ Store::Store(const std::string& file, std::int64_t keep)
     , selectNewest(database,
           "SELECT * FROM exchanges WHERE ?1 = '' OR group_code = ?1 ORDER BY sequence DESC LIMIT ?2")
     , pruneWire(database, "DELETE FROM register_calls WHERE sequence <= ?")
+    , refusalTable(database, exchangesPerDocument * keep)
 {
 }
 
@@ -205,10 +190,20 @@ std::optional<Document> Store::findDocument(const std::string& uuid)
 std::vector<Document> Store::documents(const DocumentFilter& filter)
 {
     sqlite::Rows rows = selectDocuments.rows(filter.group, patternOf(filter.externalId), filter.operation,
-        filter.text, filter.before, filter.limit);
+        filter.text, toNumber(filter.now), filter.status, filter.before, filter.limit);
     std::vector<Document> all;
     while (rows.next())
         all.push_back(readDocument(rows));
+    return all;
+}
+
+std::map<std::string, std::int64_t> Store::documentCounts(const DocumentFilter& filter)
+{
+    sqlite::Rows rows = countDocuments.rows(
+        filter.group, patternOf(filter.externalId), filter.operation, filter.text, toNumber(filter.now));
+    std::map<std::string, std::int64_t> all;
+    while (rows.next())
+        all[rows.text(0)] = rows.integer(1);
     return all;
 }
 
@@ -273,7 +268,8 @@ std::vector<Exchange> Store::newestExchanges(const std::string& groupCode, int l
 
 void Store::clear()
 {
-    database.execute("DELETE FROM documents; DELETE FROM exchanges; DELETE FROM register_calls");
+    database.execute("DELETE FROM documents; DELETE FROM exchanges; DELETE FROM register_calls;"
+                     " DELETE FROM refusals");
 }
 
 } // namespace emulator

@@ -2,12 +2,14 @@
 
 #include "emulator/store/document.h"
 #include "emulator/store/exchange.h"
+#include "emulator/store/refusals.h"
 #include "emulator/store/register.h"
 #include "emulator/store/sqlite.h"
 #include "emulator/store/statefile.h"
 #include "emulator/values/moscowtime.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -59,6 +61,8 @@ public:
     void setWaitsLeft(std::int64_t sequence, int waits);
     /// Newest first.
     [[nodiscard]] std::vector<Document> documents(const DocumentFilter& filter);
+    /// How many there are by status, whatever the filter's status, limit and sequence.
+    [[nodiscard]] std::map<std::string, std::int64_t> documentCounts(const DocumentFilter& filter);
 
     /// Counts a register call with that id.
     void countRequest(
@@ -77,7 +81,9 @@ public:
     /// Newest first, of every endpoint; of one group if it is given.
     [[nodiscard]] std::vector<Exchange> newestExchanges(const std::string& groupCode, int limit);
 
-    /// Deletes documents, exchanges and wire counts. Tokens, registers and their counters stay.
+    [[nodiscard]] Refusals& refusals() { return refusalTable; }
+
+    /// Deletes documents, exchanges, refusals and wire counts. Tokens, registers and their counters stay.
     void clear();
 
 private:
@@ -95,6 +101,7 @@ private:
     sqlite::Statement pruneDocuments;
     sqlite::Statement selectDocument;
     sqlite::Statement selectDocuments;
+    sqlite::Statement countDocuments;
     sqlite::Statement selectUuid;
     sqlite::Statement updateWaits;
     sqlite::Statement upsertWire;
@@ -105,6 +112,7 @@ private:
     sqlite::Statement selectExchanges;
     sqlite::Statement selectNewest;
     sqlite::Statement pruneWire;
+    Refusals refusalTable;
 };
 
 } // namespace emulator

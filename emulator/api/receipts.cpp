@@ -1,0 +1,94 @@
+#include "emulator/api/receipts.h"
+
+#include "emulator/values/money.h"
+
+#include <algorithm>
+#include <functional>
+
+namespace emulator {
+
+namespace {
+
+constexpr auto refused = "refused";
+
+Json orNull(const std::optional<int>& number)
+{
+    return number ? Json(*number) : Json();
+}
+
+Json summaryOf(const Refusal& refusal, Store& store)
+{
+    const Exchange& exchange = refusal.exchange;
+    const Json firstField = refusal.fields.empty() ? Json() : refusal.fields[0];
+    const auto& total = refusal.totalKopecks;
+    return {{"refusal", exchange.sequence}, {"group", exchange.groupCode},
+        {"external_id", exchange.externalId}, {"operation", refusal.operation}, {"login", exchange.login},
+        {"received_at", isoTime(exchange.at)}, {"status", refused},
+        {"total", total ? Json(roubles(*total)) : Json()}, {"code", orNull(exchange.code)},
+        {"http_status", exchange.status}, {"fault", exchange.fault}, {"first_field", firstField},
+        {"wire_requests",
+            exchange.externalId.empty() ? 1 : store.requests(exchange.groupCode, exchange.externalId)}};
+}
+
+} // namespace
+
+Json summaryOf(const Document& document, Store& store, const Service& service)
+{
+    return {{"sequence", document.sequence}, {"uuid", document.uuid}, {"group", document.groupCode},
+        {"external_id", document.externalId}, {"operation", document.operation}, {"login", document.login},
+        {"received_at", isoTime(document.receivedAt)}, {"status", service.statusWord(document)},
+        {"total", roubles(document.totalKopecks)},
+        {"wire_requests", store.requests(document.groupCode, document.externalId)}};
+}
+
+Json detailsOf(const Refusal& refusal, Store& store)
+{
+    Json json = summaryOf(refusal, store);
+    json["fields"] = refusal.fields;
+    json["request"] = refusal.exchange.request;
+    json["answer"] = refusal.exchange.answer;
+    return json;
+}
+
+Json receipts(const Request& request, int limit, Store& store, const Service& service)
+{
+    const DocumentFilter filter{.group = request.parameter("group"),
+        .externalId = request.parameter("external_id"),
+        .operation = request.parameter("operation"),
+        .text = request.parameter("text"),
+        .status = request.parameter("status"),
+        .now = service.now(),
+        .limit = limit};
+    std::vector<Json> all;
+    if (filter.status != refused) {
+        for (const Document& document : store.documents(filter))
+            all.push_back(summaryOf(document, store, service));
+    }
+    if (filter.status.empty() || filter.status == refused) {
+        for (const Refusal& refusal : store.refusals().matching(filter))
+            all.push_back(summaryOf(refusal, store));
+    }
+    const auto time = [](const Json& one) { return one["received_at"].get<std::string>(); };
+    std::ranges::stable_sort(all, std::greater(), time);
+    all.resize(std::min(all.size(), static_cast<std::size_t>(limit)));
+
+    auto counts = store.documentCounts(filter);
+    counts[refused] = store.refusals().count(filter);
+    Json counted;
+    for (const char* status : {"done", "wait", "fail", refused})
+        counted[status] = counts[status];
+    return {{"receipts", all}, {"counts", counted}};
+}
+
+Json accounts(const ServiceOptions& options)
+{
+    Json users = Json::array();
+    for (const User& user : options.users)
+        users.push_back({{"login", user.login}, {"groups", user.groups}});
+    Json groups = Json::array();
+    for (const Group& group : options.groups)
+        groups.push_back({{"code", group.code}, {"inn", group.inn}});
+    return {{"users", users}, {"groups", groups}, {"operations", options.lists.operations}};
+}
+
+} // namespace emulator

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "emulator/http/http.h"
+#include "emulator/service/service.h"
+#include "emulator/store/store.h"
+
+namespace emulator {
+
+/// A document as it appears in lists.
+[[nodiscard]] Json summaryOf(const Document& document, Store& store, const Service& service);
+
+/// A refused call with everything known about it.
+[[nodiscard]] Json detailsOf(const Refusal& refusal, Store& store);
+
+/// Documents and refused calls as one list, newest first, and how many there are of each status.
+[[nodiscard]] Json receipts(const Request& request, int limit, Store& store, const Service& service);
+
+/// The users, without their passwords, and what they may use.
+[[nodiscard]] Json accounts(const ServiceOptions& options);
+
+} // namespace emulator
