@@ -1,26 +1,35 @@
 // Events, and the start of the page.
 
-import {ignoreErrors} from './api.js';
+import {ask, ignoreErrors} from './api.js';
+import {showBeginning} from './beginning.js';
 import {showCalls, startCalls} from './calls.js';
+import {startExport} from './csv.js';
 import {byId} from './dom.js';
 import {followEvents} from './events.js';
 import {showFaults, startFaults} from './faults.js';
-import {refresh, refreshSoon, refreshWaiting, showReceipt, startList} from './list.js';
-import {isOpen, openFromAddress, refreshOpened, startReceipt} from './receipt.js';
+import {refresh, refreshWaiting, shownReceipts, startList} from './list.js';
+import {startPanes} from './panes.js';
+import {closeReceipt, isOpen, openFirst, refreshOpened, reopen, startReceipt} from './receipt.js';
 import {labels, language} from './texts.js';
+import {startTheme} from './theme.js';
 
 let pendingEvents = [];
 let eventsTimer = 0;
+
+async function showReceipts() {
+  await refresh();
+  openFirst(shownReceipts()[0]);
+}
 
 function handleEvents() {
   eventsTimer = 0;
   const events = pendingEvents;
   pendingEvents = [];
-  const receipts = new Map(events.filter(one => one.document).map(one => [one.document.uuid, one.document]));
-  for (const receipt of receipts.values()) showReceipt(receipt);
-  if ([...receipts.keys()].some(isOpen) || events.some(one => one.kind === 'lost')) openFromAddress();
-  if (events.some(one => one.kind === 'cleared' || one.kind === 'lost')) refreshSoon();
-  if (events.some(one => one.kind === 'faults' || one.kind === 'lost' || one.fault)) ignoreErrors(showFaults());
+  const has = kind => events.some(one => one.kind === kind);
+  if (has('cleared')) closeReceipt();
+  if (has('cleared') || has('lost') || events.some(one => one.endpoint === 'sell')) ignoreErrors(showReceipts());
+  if (has('lost') || events.some(isOpen)) reopen();
+  if (has('faults') || has('lost') || events.some(one => one.fault)) ignoreErrors(showFaults());
   ignoreErrors(showCalls());
 }
 
@@ -32,10 +41,10 @@ function showConnection(live) {
 function connected(live) {
   showConnection(live);
   if (!live) return;
-  ignoreErrors(refresh());
-  ignoreErrors(showFaults());
   // There were no events while the connection was lost.
-  openFromAddress();
+  reopen();
+  ignoreErrors(showReceipts());
+  ignoreErrors(showFaults());
   ignoreErrors(showCalls());
 }
 
@@ -57,11 +66,17 @@ async function pollWaiting() {
 async function start() {
   document.documentElement.lang = language;
   for (const element of document.querySelectorAll('[data-text]')) element.textContent = labels[element.dataset.text];
+  for (const element of document.querySelectorAll('[data-label]')) element.ariaLabel = labels[element.dataset.label];
   byId('address').textContent = location.origin + '/possystem/v4/';
-  await startFaults();
-  startList();
+  startTheme();
+  startPanes();
+  const accounts = await ask('service');
+  showBeginning(accounts);
+  startList(accounts);
+  startExport();
   startCalls();
   startReceipt();
+  await startFaults();
   pollWaiting();
   followEvents({state: connected, event: collect});
 }

@@ -3,6 +3,7 @@
 import {ask} from './api.js';
 import {byId, setOptions} from './dom.js';
 import {labels} from './texts.js';
+import {phaseText} from './wire.js';
 
 let effects = [];
 
@@ -13,6 +14,7 @@ export function showEffects() {
   const endpoint = byId('endpoint').value;
   setOptions(byId('effect'), effects.filter(one => one.endpoints.includes(endpoint))
     .map(one => [one.effect, labels.effects[one.effect] || one.effect]));
+  setOptions(byId('phase'), ['before', 'after'].map(phase => [phase, phaseText(endpoint, phase)]));
   for (const row of document.querySelectorAll('.of-group')) row.hidden = endpoint === 'token';
   showParameter();
 }
@@ -66,7 +68,6 @@ export function faultFromForm() {
 /** Calls `add` with each fault that is submitted. */
 export async function startFaultForm(add) {
   setOptions(byId('endpoint'), ['sell', 'report', 'token'].map(name => [name, labels[name]]));
-  setOptions(byId('phase'), ['before', 'after'].map(phase => [phase, labels['phase_' + phase]]));
   effects = (await ask('effects')).effects;
   showEffects();
   byId('endpoint').addEventListener('change', showEffects);

@@ -4,6 +4,7 @@ import {ask} from './api.js';
 import {byId, make} from './dom.js';
 import {effectNamed, startFaultForm} from './faultform.js';
 import {labels} from './texts.js';
+import {phaseOf} from './wire.js';
 
 /** Sends a change and shows its error, if any, beside the form. */
 async function change(path, options) {
@@ -34,9 +35,10 @@ function parameterText(fault) {
 
 function faultRow(fault) {
   const what = fault.name || `${labels[fault.endpoint]}: ${labels.effects[fault.effect] || fault.effect}${parameterText(fault)}`;
-  const phase = labels['phase_' + fault.phase];
   const where = matchText(fault.match);
-  const remove = make('button', {type: 'button', textContent: labels.remove, ariaLabel: `${labels.remove}: ${what}`});
+  const hits = `${labels.hits}: ${fault.hits}` + (fault.match.next ? `/${fault.match.next}` : '');
+  const verb = fault.spent ? labels.remove : labels.switchOff;
+  const remove = make('button', {type: 'button', textContent: verb, ariaLabel: `${verb}: ${what}`});
   remove.dataset.fault = fault.id;
   remove.addEventListener('click', async () => {
     await change('faults/' + fault.id, {method: 'DELETE'});
@@ -44,8 +46,7 @@ function faultRow(fault) {
   });
   return make('li', {className: fault.spent ? 'spent' : ''},
     make('div', {}, make('span', {className: 'what', textContent: what}),
-      make('small', {textContent: `${phase}${where ? '; ' + where : ''}; ${labels.hits}: ${fault.hits}` +
-        (fault.match.next ? `/${fault.match.next}` : '')})),
+      make('small', {textContent: [phaseOf(fault), where, hits, fault.spent ? labels.spent : ''].filter(Boolean).join('; ')})),
     remove);
 }
 
@@ -55,20 +56,37 @@ export async function showFaults() {
   const focused = document.activeElement.dataset.fault;
   byId('fault-list').replaceChildren(...faults.map(faultRow));
   if (focused) byId('fault-list').querySelector(`button[data-fault="${focused}"]`)?.focus();
+  const active = faults.filter(one => !one.spent);
+  byId('fault-count').textContent = active.length || '';
+  for (const button of byId('presets').children) showPreset(button, active);
 }
 
 const presets = {
-  preset_lost: {endpoint: 'sell', effect: 'close', phase: 'after', match: {next: 1}},
-  preset_down: {endpoint: 'sell', effect: 'html', status: 502, phase: 'before', match: {next: 1}},
-  preset_silent: {endpoint: 'sell', effect: 'silent', phase: 'before', match: {next: 1}},
-  preset_driver: {endpoint: 'sell', effect: 'fail', type: 'driver', match: {next: 1}},
-  preset_token: {endpoint: 'token', effect: 'old-token', milliseconds: 0, match: {next: 1}}
+  preset_lost: {endpoint: 'sell', effect: 'close', phase: 'after'},
+  preset_down: {endpoint: 'sell', effect: 'html', status: 502, phase: 'before'},
+  preset_silent: {endpoint: 'sell', effect: 'silent', phase: 'before'},
+  preset_driver: {endpoint: 'sell', effect: 'fail', type: 'driver'},
+  preset_token: {endpoint: 'token', effect: 'old-token', milliseconds: 0}
 };
+
+/** The active fault that the preset would set. */
+const setBy = (preset, active) => active.find(fault => Object.keys(fault.match).join() === 'next' && fault.match.next === 1 &&
+  Object.entries(preset).every(([key, value]) => fault[key] === value));
+
+function showPreset(button, active) {
+  const fault = setBy(presets[button.dataset.preset], active);
+  button.setAttribute('aria-pressed', String(Boolean(fault)));
+  button.dataset.active = fault?.id ?? '';
+}
 
 function showPresets() {
   byId('presets').replaceChildren(...Object.entries(presets).map(([name, fault]) => {
-    const button = make('button', {type: 'button', textContent: labels[name]});
-    button.addEventListener('click', () => addFault({name: labels[name], ...fault}));
+    const button = make('button', {type: 'button', ariaPressed: 'false'}, make('span', {textContent: labels[name]}),
+      make('span', {className: 'on', textContent: labels.on}));
+    button.dataset.preset = name;
+    button.addEventListener('click', () => button.dataset.active
+      ? change('faults/' + button.dataset.active, {method: 'DELETE'})
+      : addFault({name: labels[name], ...fault, match: {next: 1}}));
     return button;
   }));
 }

@@ -59,11 +59,12 @@ function outcome(receipt) {
       failed ? make('p', {textContent: `${error.type} ${error.code}: ${error.text}`}) : ''];
   }
   return [
-    facts([[labels.time, payload.receipt_datetime], [labels.shift, payload.shift_number],
+    facts([[labels.time, `${payload.receipt_datetime} ${labels.zone}`], [labels.shift, payload.shift_number],
       [labels.receiptNumber, payload.fiscal_receipt_number], [labels.register, payload.ecr_registration_number],
       [labels.storage, payload.fn_number], [labels.document, payload.fiscal_document_number],
       [labels.sign, payload.fiscal_document_attribute], [labels.site, payload.fns_site]]),
-    make('img', {id: 'qr', src: `${api}documents/${receipt.uuid}/qr.svg`, alt: `${labels.qr}: ${receipt.qr}`})];
+    make('div', {className: 'plate'},
+      make('img', {id: 'qr', src: `${api}documents/${receipt.uuid}/qr.svg`, alt: `${labels.qr}: ${receipt.qr}`}))];
 }
 
 export function slip(receipt) {
@@ -78,7 +79,7 @@ export function slip(receipt) {
     make('div', {className: 'line total'}, make('span', {textContent: labels.total}),
       make('span', {textContent: '= ' + money(receipt.total)})),
     facts([...body.payments.map(payment => [labels.payments[payment.type], money(payment.sum)]),
-      ...vatSums(body).map(([type, sum]) => [vatName(type), Number.isFinite(sum) ? money(sum) : '–']),
+      ...vatSums(body).map(([type, sum]) => [vatName(type), money(sum)]),
       [labels.buyer, [client.email, client.phone].filter(Boolean).join(', ')]]),
     make('hr'), ...outcome(receipt)));
 }

@@ -1,30 +1,57 @@
 // A call and its answer as they were on the wire.
 
+import {codeBox, copyButton} from './code.js';
 import {make} from './dom.js';
 import {timeOf} from './format.js';
+import {jsonLines, plainLines} from './json.js';
 import {labels} from './texts.js';
 
-function faultText(fault) {
-  const match = fault.match(/^(?:(.*) \()?(before|after) ([a-z-]+)\)?$/);
-  if (!match) return fault;
-  const what = `${labels.effects[match[3]] || match[3]}, ${labels['phase_' + match[2]]}`;
+export function faultText(one) {
+  const match = one.fault.match(/^(?:(.*) \()?(before|after) ([a-z-]+)\)?$/);
+  if (!match) return one.fault;
+  const what = [labels.effects[match[3]] || match[3], phaseOf({...one, effect: match[3], phase: match[2]})].filter(Boolean).join('; ');
   return match[1] ? `${match[1]} (${what})` : what;
 }
 
-function answerPill(one) {
+export const phaseText = (endpoint, phase) => labels[endpoint === 'sell' ? 'sellPhases' : 'phases'][phase];
+
+/** When a fault hits; nothing for those that leave the answer to a register call alone. */
+export function phaseOf({endpoint, effect, phase}) {
+  const ofDocument = endpoint === 'sell' && ['fail', 'never'].includes(effect);
+  return ofDocument ? '' : phaseText(endpoint, phase);
+}
+
+export function answerPill(one) {
   const bad = !one.status || one.status >= 400;
-  const code = one.code === undefined ? '' : `, ${labels.code} ${one.code}`;
-  return make('span', {className: 'pill ' + (bad ? 'fail' : one.code === undefined ? 'done' : 'wait'),
+  const code = one.code === undefined || one.code === null ? '' : `, ${labels.code} ${one.code}`;
+  return make('span', {className: 'pill ' + (bad ? 'fail' : code ? 'wait' : 'done'),
     textContent: (one.status ? 'HTTP ' + one.status : labels.noAnswer) + code});
 }
 
+/** Head and body of a message as they were sent. */
+export function partsOf(message) {
+  const end = message.indexOf('\r\n\r\n');
+  return end < 0 ? {head: message, body: ''} : {head: message.slice(0, end), body: message.slice(end + 4)};
+}
+
+export const linesOf = body => jsonLines(body) ?? plainLines(body);
+
+/** A message with its own heading; `lines` stand for its body if they are given. */
+export function messageBox(name, message, lines) {
+  if (!message) return make('div', {className: 'message'}, make('p', {className: 'label', textContent: name}),
+    make('p', {className: 'quiet', textContent: labels.noAnswer}));
+  const {head, body} = partsOf(message);
+  return make('div', {className: 'message'},
+    make('div', {className: 'code-head'}, make('p', {className: 'label', textContent: name}), copyButton(body || head, name)),
+    make('pre', {className: 'head', tabIndex: 0, role: 'group', ariaLabel: `${name}: ${labels.head}`, textContent: head}),
+    body ? codeBox(lines ?? linesOf(body), `${name}: ${labels.body}`) : '');
+}
+
 export function exchangeBox(one) {
-  const text = (name, content) => [make('p', {className: 'label', textContent: name}),
-    make('pre', {tabIndex: 0, role: 'group', ariaLabel: name, textContent: content})];
   const box = make('details', {className: 'exchange'}, make('summary', {},
     make('span', {textContent: `${timeOf(one.at)} ${labels[one.endpoint]} `}), answerPill(one),
-    one.fault ? make('small', {textContent: `${labels.fault}: ${faultText(one.fault)}`}) : ''));
-  box.append(...text(labels.request, one.request), ...text(labels.answer, one.answer || labels.noAnswer));
+    one.fault ? make('small', {textContent: `${labels.fault}: ${faultText(one)}`}) : ''));
+  box.append(messageBox(labels.request, one.request), messageBox(labels.answer, one.answer));
   box.dataset.sequence = one.sequence;
   return box;
 }

@@ -83,6 +83,11 @@ export class Browser {
       params: {features: [{name: 'prefers-color-scheme', value: scheme}]}});
   }
 
+  size(width, height) {
+    return this.call('POST', '/goog/cdp/execute', {cmd: 'Emulation.setDeviceMetricsOverride',
+      params: {width, height, deviceScaleFactor: 1, mobile: width < 500}});
+  }
+
   log() { return this.call('POST', '/se/log', {type: 'browser'}); }
 
   /** URLs requested by pages of this machine since the last call, not those requested by the browser itself. */
@@ -112,4 +117,4 @@ export class Browser {
   }
 }
 
-export const keys = {tab: '\uE004', enter: '\uE007', down: '\uE015', space: ' ', backspace: '\uE003'};
+export const keys = {tab: '\uE004', enter: '\uE007', down: '\uE015', space: ' ', backspace: '\uE003', escape: '\uE00C'};
