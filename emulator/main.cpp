@@ -1,5 +1,6 @@
 #include "emulator/config.h"
 #include "emulator/emulator.h"
+#include "emulator/russianhelp.h"
 
 #include <CLI/CLI.hpp>
 
@@ -141,6 +142,9 @@ int main(int argc, char** argv)
     addContentOptions(app, arguments);
     addTimingOptions(app, arguments);
     addAccessOptions(app, arguments);
+    app.set_version_flag("--version", "fremulator " FREMULATOR_VERSION, "print the version");
+    if (wantsRussian())
+        helpInRussian(app);
     CLI11_PARSE(app, argc, argv);
     raiseDescriptorLimit();
     try {

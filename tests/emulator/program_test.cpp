@@ -323,6 +323,48 @@ TEST(Program, DoesNotCallTheCallbackUrlOfAReceipt)
     ::close(listener);
 }
 
+TEST(Program, PrintsItsVersion)
+{
+    Program program({"--version"});
+    EXPECT_EQ(program.line(), "fremulator " FREMULATOR_VERSION);
+    EXPECT_EQ(program.finish(0), 0);
+}
+
+TEST(Program, DescribesEveryOptionInRussianWhereTheLocaleIs)
+{
+    ::setenv("LC_ALL", "ru_RU.UTF-8", 1);
+    Program russian({"--help"});
+    ::setenv("LC_ALL", "C.UTF-8", 1);
+    Program english({"--help"});
+    ::unsetenv("LC_ALL");
+    const auto isRussian = [](const std::string& text) {
+        return text.find("\xD0") != std::string::npos || text.find("\xD1") != std::string::npos;
+    };
+    EXPECT_PRED1(isRussian, russian.line());
+
+    int options = 0;
+    // A long name has its description on the next line.
+    std::string name;
+    for (std::string line = russian.line(); russian.more(); line = russian.line()) {
+        if (line.starts_with("  -")) {
+            EXPECT_TRUE(name.empty()) << name << " has no description in Russian";
+            name = line;
+            ++options;
+        }
+        if (isRussian(line))
+            name.clear();
+    }
+    EXPECT_TRUE(name.empty()) << name << " has no description in Russian";
+
+    int described = 0;
+    for (std::string line = english.line(); english.more(); line = english.line()) {
+        EXPECT_FALSE(isRussian(line)) << line;
+        described += line.starts_with("  -") ? 1 : 0;
+    }
+    EXPECT_EQ(options, described);
+    EXPECT_GT(options, 10);
+}
+
 TEST(Program, DocumentsEveryOptionAndEffectInItsReadme)
 {
     std::stringstream readme;
