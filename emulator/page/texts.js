@@ -11,7 +11,7 @@ const texts = {
   receipts: ['Receipts', 'Чеки'],
   zone: ['MSK', 'МСК'],
   theme: ['Colours', 'Оформление'],
-  themes: {system: ['◐ As the system', '◐ Как в системе'], light: ['☀ Light', '☀ Светлое'], dark: ['☾ Dark', '☾ Тёмное']},
+  themes: {system: ['As the system', 'Как в системе'], light: ['Light', 'Светлое'], dark: ['Dark', 'Тёмное']},
   panes: ['Parts of the page', 'Разделы страницы'],
 
   search: ['Search by id, uuid or text', 'Поиск по id, uuid или тексту'],
@@ -129,7 +129,7 @@ const texts = {
   faults: ['Faults', 'Сбои'],
   presetsHint: ['For the next call only', 'Сработает на следующем запросе'],
   on: ['on', 'вкл.'],
-  spent: ['used up', 'сработал полностью'],
+  spent: ['used up', 'исчерпан'],
   preset_lost: ['Registered, but the answer was lost', 'Чек зарегистрирован, но ответ потерян'],
   preset_down: ['502 from a proxy, nothing registered', '502 от прокси, чек не зарегистрирован'],
   preset_silent: ['The service does not answer', 'Сервис не отвечает'],

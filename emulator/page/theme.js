@@ -1,9 +1,10 @@
 // Light, dark, or as the system has it.
 
-import {byId} from './dom.js';
+import {byId, make} from './dom.js';
 import {labels} from './texts.js';
 
-const themes = ['system', 'light', 'dark'];
+const signs = {system: '◐', light: '☀', dark: '☾'};
+const themes = Object.keys(signs);
 const key = 'theme';
 
 function stored() {
@@ -17,7 +18,8 @@ function stored() {
 
 function show(theme) {
   document.documentElement.dataset.theme = theme;
-  byId('theme').textContent = labels.themes[theme];
+  byId('theme').replaceChildren(make('span', {ariaHidden: 'true', textContent: signs[theme]}),
+    make('span', {className: 'word', textContent: ' ' + labels.themes[theme]}));
   byId('theme').ariaLabel = `${labels.theme}: ${labels.themes[theme]}`;
 }
 

@@ -1,10 +1,11 @@
 // Two register calls of one receipt side by side.
 
+import {codeBox} from './code.js';
 import {make, setOptions} from './dom.js';
 import {timeOf} from './format.js';
 import {textOf} from './json.js';
 import {labels} from './texts.js';
-import {answerPill, linesOf, messageBox, partsOf} from './wire.js';
+import {answerPill, linesOf, partsOf} from './wire.js';
 
 /** The lines of one body, those that the other lacks marked. */
 function compared(message, other) {
@@ -15,6 +16,12 @@ function compared(message, other) {
   return lines;
 }
 
+/** Only the body; the headers are below, with every call. */
+function bodyBox(name, message, other) {
+  return make('div', {className: 'message'}, make('p', {className: 'label', textContent: name}),
+    message ? codeBox(compared(message, other), name) : make('p', {className: 'quiet', textContent: labels.noAnswer}));
+}
+
 function column(calls, index, other, change) {
   const call = calls[index];
   const select = make('select', {ariaLabel: labels.whichTry});
@@ -22,8 +29,7 @@ function column(calls, index, other, change) {
   select.value = index;
   select.addEventListener('change', () => change(Number(select.value)));
   return make('div', {className: 'try'}, make('p', {className: 'try-head'}, select, answerPill(call)),
-    messageBox(labels.request, call.request, compared(call.request, calls[other].request)),
-    messageBox(labels.answer, call.answer, call.answer ? compared(call.answer, calls[other].answer) : undefined));
+    bodyBox(labels.request, call.request, calls[other].request), bodyBox(labels.answer, call.answer, calls[other].answer));
 }
 
 /** Nothing if there are fewer than two. */

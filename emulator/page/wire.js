@@ -36,15 +36,15 @@ export function partsOf(message) {
 
 export const linesOf = body => jsonLines(body) ?? plainLines(body);
 
-/** A message with its own heading; `lines` stand for its body if they are given. */
-export function messageBox(name, message, lines) {
+/** A message with its heading. */
+function messageBox(name, message) {
   if (!message) return make('div', {className: 'message'}, make('p', {className: 'label', textContent: name}),
     make('p', {className: 'quiet', textContent: labels.noAnswer}));
   const {head, body} = partsOf(message);
   return make('div', {className: 'message'},
     make('div', {className: 'code-head'}, make('p', {className: 'label', textContent: name}), copyButton(body || head, name)),
     make('pre', {className: 'head', tabIndex: 0, role: 'group', ariaLabel: `${name}: ${labels.head}`, textContent: head}),
-    body ? codeBox(lines ?? linesOf(body), `${name}: ${labels.body}`) : '');
+    body ? codeBox(linesOf(body), `${name}: ${labels.body}`) : '');
 }
 
 export function exchangeBox(one) {
