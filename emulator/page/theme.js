@@ -19,7 +19,7 @@ function stored() {
 function show(theme) {
   document.documentElement.dataset.theme = theme;
   byId('theme').replaceChildren(make('span', {ariaHidden: 'true', textContent: signs[theme]}),
-    make('span', {className: 'word', textContent: ' ' + labels.themes[theme]}));
+    make('span', {className: 'theme-name', textContent: ' ' + labels.themes[theme]}));
   byId('theme').ariaLabel = `${labels.theme}: ${labels.themes[theme]}`;
 }
 
