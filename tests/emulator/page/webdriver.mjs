@@ -70,6 +70,8 @@ export class Browser {
     return Buffer.from(await this.call('GET', `/element/${element}/screenshot`), 'base64');
   }
 
+  async screenshot() { return Buffer.from(await this.call('GET', '/screenshot'), 'base64'); }
+
   /** Presses and releases the keys one after the other. Special keys are in `keys`. */
   press(...pressed) {
     const actions = pressed.flatMap(value => [{type: 'keyDown', value}, {type: 'keyUp', value}]);
