@@ -37,10 +37,14 @@ HeaderList headerLines(const HttpRequest& request)
     return list;
 }
 
+// CURLE_TOO_LARGE, which libcurl reports since 8.6, and so may the one that we run with.
+constexpr auto tooLarge = static_cast<CURLcode>(100);
+
 QString inWords(CURLcode code)
 {
     static constexpr std::array causes{
-        std::pair{CURLE_UNSUPPORTED_PROTOCOL, "протокол не HTTP"},
+        // For a reply without a status line; an address with another scheme never comes this far.
+        std::pair{CURLE_UNSUPPORTED_PROTOCOL, "ответ не HTTP"},
         std::pair{CURLE_URL_MALFORMAT, "неверный адрес"},
         std::pair{CURLE_COULDNT_RESOLVE_PROXY, "имя прокси не найдено"},
         std::pair{CURLE_COULDNT_RESOLVE_HOST, "имя сервера не найдено"},
@@ -55,8 +59,9 @@ QString inWords(CURLcode code)
         std::pair{CURLE_PARTIAL_FILE, "ответ оборван"},
         std::pair{CURLE_BAD_CONTENT_ENCODING, "сжатие ответа не понято"},
         std::pair{CURLE_WEIRD_SERVER_REPLY, "ответ не HTTP"},
-        // Also reported for a single header line over 100 KB.
+        // Before libcurl 8.6, also reported for a single header line over 100 KB.
         std::pair{CURLE_OUT_OF_MEMORY, "заголовок ответа слишком велик или не хватает памяти"},
+        std::pair{tooLarge, "заголовок ответа слишком велик, или заголовков слишком много"},
         std::pair{CURLE_HTTP2, "ошибка HTTP/2"},
         std::pair{CURLE_HTTP2_STREAM, "ошибка HTTP/2"},
     };
@@ -100,10 +105,10 @@ HttpConnection::HttpConnection(const TransportOptions& transportOptions)
 {
     static std::once_flag initialised;
     std::call_once(initialised, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
-    easy.reset(curl_easy_init());
     multi.reset(curl_multi_init());
-    if (!easy || !multi)
+    if (!multi)
         throw std::bad_alloc();
+    renewHandle();
     // No connection is kept besides the one in use.
     curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, 1L);
 }
@@ -118,12 +123,28 @@ HttpReply HttpConnection::perform(const HttpRequest& request, const std::functio
         failure = transfer.refusal();
     long status = 0;
     curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &status);
+    if (!failure.isEmpty())
+        easy.reset();
     return {failure, transfer.wasSent(), static_cast<int>(status), transfer.takeReply()};
+}
+
+// libcurl 8.14 remembers a body that it could not rewind even after the handle is reset, and then sends no
+// other body. A handle is therefore used until an exchange fails, and not for one exchange only, because it
+// holds the TLS sessions. The connections belong to the multi handle.
+void HttpConnection::renewHandle()
+{
+    if (easy) {
+        curl_easy_reset(easy.get());
+        return;
+    }
+    easy.reset(curl_easy_init());
+    if (!easy)
+        throw std::bad_alloc();
 }
 
 void HttpConnection::prepare(const HttpRequest& request, const curl_slist* headers, HttpTransfer& transfer)
 {
-    curl_easy_reset(easy.get());
+    renewHandle();
     errorText[0] = '\0';
     set(CURLOPT_ERRORBUFFER, errorText);
     set(CURLOPT_URL, request.url.constData());

@@ -48,6 +48,7 @@ private:
         curl_easy_setopt(easy.get(), option, value);
     }
 
+    void renewHandle();
     void prepare(const HttpRequest& request, const curl_slist* headers, HttpTransfer& transfer);
     void setVerb(const HttpRequest& request, HttpTransfer& transfer);
     void setRoute();
@@ -61,7 +62,7 @@ private:
     QByteArray proxy;
     QByteArray userAgent;
     KeptConnection kept;
-    // In this order, because the easy handle must be cleaned up first.
+    // In this order, because the easy handle must be cleaned up first. There is none after a failed exchange.
     std::unique_ptr<CURLM, CleanupMulti> multi;
     std::unique_ptr<CURL, CleanupEasy> easy;
     char errorText[CURL_ERROR_SIZE] = {};

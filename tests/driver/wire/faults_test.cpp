@@ -167,7 +167,7 @@ const std::vector<Fault>& faults()
         {"Content-Length too short", "HTTP/1.1 200 OK\r\nContent-Length: 20\r\n\r\n" + reply(), Then::Close,
             "HTTP 200, " + notJson},
         {"neither length nor end but closing", "HTTP/1.1 200 OK\r\n\r\n" + reply(), Then::Close},
-        {"not HTTP", "220 mail.example ESMTP\r\n\r\n", Then::Close, "протокол не HTTP"},
+        {"not HTTP", "220 mail.example ESMTP\r\n\r\n", Then::Close, "ответ не HTTP"},
         {"100 Continue and the answer", "HTTP/1.1 100 Continue\r\n\r\n" + whole},
         {"100 Continue and nothing", "HTTP/1.1 100 Continue\r\n\r\n", Then::Close,
             "сервер закрыл соединение без ответа"},
@@ -177,8 +177,15 @@ const std::vector<Fault>& faults()
             [] { return "HTTP/1.1 200 OK\r\nX: " + std::string(mebibyte, 'x') + "\r\n\r\n"; }, Then::Close,
             "заголовок ответа слишком велик"},
         {"1 MiB of headers",
+            [] {
+                return "HTTP/1.1 200 OK\r\n" + times(mebibyte / 64, "X: " + std::string(59, 'x') + "\r\n") +
+                       "\r\n";
+            },
+            Then::Close, "заголовки ответа больше 64 КиБ"},
+        // libcurl 8 counts the lines too, and its limit is the lower one if they are short.
+        {"1 MiB of short headers",
             [] { return "HTTP/1.1 200 OK\r\n" + times(mebibyte / 8, "X: 1234\r\n") + "\r\n"; }, Then::Close,
-            "заголовки ответа больше 64 КиБ"},
+            "заголов"},
 
         {"204", "HTTP/1.1 204 No Content\r\n\r\n", Then::Keep, "HTTP 204, пустое тело"},
         {"an empty 200", answer(200, ""), Then::Keep, "HTTP 200, пустое тело"},

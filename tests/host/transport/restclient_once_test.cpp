@@ -114,6 +114,31 @@ TEST_P(Once, APostOnAConnectionThatTheServerHasKept)
     }
 }
 
+TEST_P(Once, APostAfterOneThatWasLostOnAKeptConnection)
+{
+    for (const Ending ending : {Ending::Close, Ending::Reset}) {
+        for (const qsizetype size : {2, 3'000'000}) {
+            std::atomic<int> seen = 0;
+            const RawServer server(
+                [&](Peer& peer, const std::string&) {
+                    if (++seen == 3)
+                        end(peer, ending);
+                    else
+                        peer.answer(200, okBody);
+                },
+                tls());
+            ASSERT_TRUE(client->post(at(server), "{}", {}));
+            ASSERT_TRUE(client->get(at(server), {}, {}));
+            ASSERT_FALSE(client->post(at(server), QByteArray(size, ' '), {}));
+            EXPECT_TRUE(client->post(at(server), QByteArray(size, ' '), {})) << size;
+            const std::size_t opened = server.connections();
+            EXPECT_TRUE(client->get(at(server), {}, {}));
+            EXPECT_EQ(server.connections(), opened) << "connections are kept again";
+            EXPECT_EQ(server.requests().size(), 5U) << size;
+        }
+    }
+}
+
 TEST_P(Once, AGetOnABrokenKeptConnectionIsRepeatedOnANewOne)
 {
     for (const Ending ending : {Ending::Close, Ending::Reset}) {
