@@ -48,8 +48,7 @@ void rejectBadParameters(const Request& request)
             throw JsonError(name + " is unknown; known parameters are " + joined(parameters));
         if (value.empty())
             throw JsonError(name + " is empty; leave it out to accept any value");
-        const auto same = [&name = name](const auto& other) { return other.first == name; };
-        if (std::ranges::count_if(request.query, same) > 1)
+        if (std::ranges::count(request.query, name, &std::pair<std::string, std::string>::first) > 1)
             throw JsonError(name + " is given twice");
     }
     if (!request.parameter("text").empty() && !request.parameter("wire_requests").empty())

@@ -30,7 +30,8 @@ TEST_F(Secrets, MasksACredentialInEverySpelling)
 {
     const QString value = uR"(p"a/s\s %Ж+&Z)"_s;
     secrets::addCredential(value);
-    const QString json = QString::fromUtf8(QJsonDocument({{u"k"_s, value}}).toJson(QJsonDocument::Compact));
+    const QString json =
+        QString::fromUtf8(QJsonDocument(QJsonObject{{u"k"_s, value}}).toJson(QJsonDocument::Compact));
     const QStringList texts{
         value,
         json,
@@ -63,7 +64,7 @@ TEST_F(Secrets, MasksOneThatLooksLikeAnEscape)
         secrets::clear();
         secrets::addCredential(value);
         const QString json =
-            QString::fromUtf8(QJsonDocument({{u"k"_s, value}}).toJson(QJsonDocument::Compact));
+            QString::fromUtf8(QJsonDocument(QJsonObject{{u"k"_s, value}}).toJson(QJsonDocument::Compact));
         EXPECT_EQ(secrets::masked(value, Audience::Anyone), u"***"_s);
         EXPECT_EQ(secrets::masked(json, Audience::Anyone), uR"({"k":"***"})"_s);
         EXPECT_EQ(
