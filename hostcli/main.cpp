@@ -81,6 +81,7 @@ int main(int argc, char** argv)
     // receipt.
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
+    ignoreLocaleWarning();
     const SignalWatch watch(&interrupt);
     const QCoreApplication application(argc, argv);
     QTranslator translator;

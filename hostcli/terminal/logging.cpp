@@ -15,11 +15,23 @@ void toConsole(QtMsgType type, const QMessageLogContext& context, const QString&
     Console::instance().line(qFormatLogMessage(type, context, text));
 }
 
+// Qt 6.8 switches to UTF-8 by itself and says so in four lines.
+void toConsoleButForLocale(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (!text.startsWith("Detected locale "_L1))
+        toConsole(type, context, text);
+}
+
 } // namespace
 
 QStringList logLevels()
 {
     return {u"debug"_s, u"info"_s, u"warning"_s, u"critical"_s};
+}
+
+void ignoreLocaleWarning()
+{
+    qInstallMessageHandler(toConsoleButForLocale);
 }
 
 void startLogging(const QString& level)
