@@ -2,6 +2,9 @@
 # precompiled headers. The libraries and programs under test stay as the preset wants them.
 add_library(test_code INTERFACE)
 target_compile_options(test_code INTERFACE -O0 -g1)
+if(HARDENED) # Fortified functions need the optimiser.
+    target_compile_options(test_code INTERFACE -U_FORTIFY_SOURCE)
+endif()
 # Lets ccache see through the precompiled headers.
 target_compile_options(test_code INTERFACE $<$<CXX_COMPILER_ID:GNU>:-fpch-preprocess>)
 
