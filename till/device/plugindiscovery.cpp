@@ -36,7 +36,7 @@ QString PluginFile::name() const
 QStringList pluginFolders(const QString& programFolder)
 {
     QStringList folders;
-    for (const char* relative : {"../plugins", "../lib/frhost/plugins"})
+    for (const char* relative : {"../plugins", INSTALLED_PLUGINS})
         folders << QDir::cleanPath(programFolder + u'/' + QString::fromLatin1(relative));
     return folders;
 }

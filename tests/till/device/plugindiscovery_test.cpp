@@ -17,7 +17,7 @@ const QString pluginFile = pluginFolder + u"/libatolonline.so"_s;
 TEST(PluginDiscovery, LooksBesideTheProgramAndWhereItIsInstalled)
 {
     EXPECT_EQ(pluginFolders(u"/opt/frhost/bin"_s),
-        (QStringList{u"/opt/frhost/plugins"_s, u"/opt/frhost/lib/frhost/plugins"_s}));
+        (QStringList{u"/opt/frhost/plugins"_s, u"/opt/frhost/" LIBRARY_FOLDER "/frhost/plugins"_s}));
 }
 
 TEST(PluginDiscovery, FindsTheFiscalRegisterAmongOtherFiles)
