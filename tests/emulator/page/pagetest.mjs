@@ -114,8 +114,8 @@ before(async () => {
 });
 
 after(async () => {
-  await browser?.stop();
   emulator?.kill();
+  await browser?.stop();
 });
 
 test('no script leaves a name in the global scope', async () => {
