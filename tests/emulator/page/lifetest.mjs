@@ -1,0 +1,130 @@
+// The page when it starts anew, waits, or loses its connection:
+// FREMULATOR=program FRHOST=program AXE=axe.min.js node --test lifetest.mjs
+import assert from 'node:assert/strict';
+import {execFileSync} from 'node:child_process';
+import {once} from 'node:events';
+import {mkdtempSync} from 'node:fs';
+import {join} from 'node:path';
+import {test} from 'node:test';
+import {browser, emulator, openPage, openReceipt, password, port, report, root, rowOf, sell, startAll, startEmulator,
+  testThatNothingCameFromOtherSites} from './pagesupport.mjs';
+import {scratch} from './webdriver.mjs';
+
+startAll();
+
+test('without receipts, the page shows how to send one, and the commands work', async () => {
+  await startEmulator();
+  await openPage('en');
+  await browser.until("return document.getElementById('beginning').checkVisibility()");
+  const facts = await browser.run("return document.querySelector('#beginning .facts').innerText");
+  assert.match(facts, /shop[^]*group/);
+  await browser.run("navigator.clipboard.writeText = text => { window.copied = text; return Promise.resolve(); }");
+  await browser.click('#beginning .copy');
+  const commands = await browser.until('return window.copied');
+  assert.ok(!commands.includes(password));
+  const answer = execFileSync('bash', ['-c', commands.replace('the password', password)], {encoding: 'utf8', stdio: ['ignore', 'pipe', 'ignore']});
+  assert.equal(JSON.parse(answer).error, null, answer);
+  await browser.until(`return ${rowOf('curl-')}`);
+  await browser.until("return document.querySelector('#qr')", 'the first receipt is opened');
+});
+
+test('amounts are written as in Russia to Russian users', async () => {
+  await openPage('ru');
+  const item = {name: 'Сыр', price: 1114.76, quantity: 1, sum: 1114.76, vat: {type: 'vat10'}};
+  await sell('roubles', {items: [item], payments: [{type: 1, sum: 1114.76}], total: 1114.76});
+  assert.match(await browser.until(`return ${rowOf('roubles')}?.innerText`), /1\s114,76/);
+  await openReceipt('roubles');
+  await browser.until("return document.getElementById('opened-title').innerText.includes('roubles')");
+  assert.match(await browser.run("return document.querySelector('.slip').innerText"), /ИТОГ\s+= 1\s114,76/);
+});
+
+test('waiting receipts are polled even after a failed request', async () => {
+  await startEmulator('--latency', '5');
+  await openPage('en');
+  await browser.run(`const real = window.fetch;
+    window.fetch = () => { window.fetch = real; window.failed = true; return Promise.reject(new TypeError('no')); }`);
+  assert.equal((await sell('slow')).status, 200);
+  await browser.until('return window.failed');
+  assert.match(await browser.until(`return ${rowOf('slow')}?.innerText`), /waiting/);
+  await browser.until(`return ${rowOf('slow')}?.innerText.includes('done')`);
+});
+
+test('an opened receipt shows its newest calls, however few are kept', async () => {
+  await startEmulator('--keep', '1');
+  await openPage('en');
+  const {uuid} = JSON.parse((await sell('polled')).body);
+  await openReceipt('polled');
+  for (let shown = 1; shown <= 10; ++shown) {
+    await browser.until("return document.querySelectorAll('#detail .exchange').length === arguments[0]", shown);
+    await report(uuid);
+  }
+  await browser.until("return document.querySelectorAll('#detail .exchange').length === 11");
+});
+
+test('what happened while the connection was lost is shown once it is restored', async () => {
+  const folder = mkdtempSync(join(scratch, 'state-'));
+  await startEmulator('--db', join(folder, 'state'));
+  await openPage('en');
+  const {uuid} = JSON.parse((await sell('away')).body);
+  await openReceipt('away');
+  await browser.until("return document.querySelectorAll('#detail .exchange').length === 1");
+  const ended = once(emulator, 'exit');
+  emulator.kill();
+  await ended;
+  await browser.until("return document.getElementById('live').className === 'off'");
+  await startEmulator('--db', join(folder, 'state'), '--port', port);
+  // A browser takes seconds to reconnect.
+  await report(uuid);
+  await browser.until("return document.querySelectorAll('#detail .exchange').length === 2");
+});
+
+test('a receipt with very many calls shows the newest, and earlier ones on request', async () => {
+  await startEmulator();
+  const {uuid} = JSON.parse((await sell('busy')).body);
+  for (let i = 0; i < 149; ++i) await report(uuid);
+  await openPage('en');
+  const shown = "return document.querySelectorAll('#detail .exchange').length === arguments[0]";
+  await browser.until(shown, 100);
+  await browser.click('#earlier');
+  await browser.until(shown, 150);
+  assert.match(await browser.run("return document.querySelector('#detail .exchange summary').innerText"), /register/);
+  assert.equal(await browser.run("return document.getElementById('earlier').hidden"), true);
+});
+
+test('eight pages in one browser all show what happens', async () => {
+  await startEmulator();
+  await openPage('en');
+  const tabs = [await browser.call('GET', '/window')];
+  while (tabs.length < 8) {
+    const {handle} = await browser.call('POST', '/window/new', {type: 'tab'});
+    tabs.push(handle);
+    await browser.call('POST', '/window', {handle});
+    await browser.goto(root);
+    await browser.until("return document.getElementById('live').className === 'on'");
+  }
+  assert.equal((await sell('everywhere')).status, 200);
+  for (const handle of tabs) {
+    await browser.call('POST', '/window', {handle});
+    await browser.until(`return ${rowOf('everywhere')}`);
+  }
+});
+
+test('a browser without shared workers closes the stream of every page that is left', async () => {
+  await startEmulator();
+  await openPage('en');
+  await browser.call('POST', '/goog/cdp/execute', {cmd: 'Page.addScriptToEvaluateOnNewDocument', params: {source: `
+    delete window.SharedWorker;
+    window.EventSource = class extends EventSource {
+      close() { super.close(); localStorage.closed = Number(localStorage.closed || 0) + 1; }
+    };`}});
+  for (let visit = 0; visit < 8; ++visit) {
+    await browser.goto(`${root}?visit=${visit}`);
+    assert.equal(await browser.run('return typeof SharedWorker'), 'undefined');
+    await browser.until("return document.getElementById('live').className === 'on'");
+    assert.equal(await browser.run('return Number(localStorage.closed || 0)'), visit);
+  }
+  assert.equal((await sell('without')).status, 200);
+  await browser.until(`return ${rowOf('without')}`);
+});
+
+testThatNothingCameFromOtherSites();
