@@ -67,8 +67,10 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments)
     std::vector<std::string> levels;
     for (const QString& level : logLevels())
         levels.push_back(level.toStdString());
-    app.add_option(
-           "--config", arguments.config, Text::tr("INI file with the register's settings").toStdString())
+    app.add_option("--config", arguments.config,
+           Text::tr("INI file with the register's settings; otherwise $FRHOST_CONFIG, then "
+                    "frhost/register.ini in $XDG_CONFIG_HOME or /etc")
+               .toStdString())
         ->option_text("FILE");
     app.add_option("--plugin", arguments.plugin,
            Text::tr("Plugin library, instead of the one installed").toStdString())

@@ -5,6 +5,7 @@
 #include "till/text.h"
 
 #include <QCoreApplication>
+#include <QFileInfo>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace till;
@@ -23,11 +24,38 @@ QString paths(const QList<PluginFile>& plugins)
 
 } // namespace
 
+QStringList configFolders()
+{
+    QStringList folders;
+    const QString home = qEnvironmentVariable("HOME");
+    const QString own = qEnvironmentVariable("XDG_CONFIG_HOME", home.isEmpty() ? home : home + u"/.config"_s);
+    // By its specification, a relative path is to be ignored.
+    if (own.startsWith(u'/'))
+        folders << own;
+    folders << u"/etc"_s;
+    return folders;
+}
+
+QString configFileOf(const CommandLine& line, const QStringList& folders)
+{
+    if (!line.config.isEmpty())
+        return line.config;
+    if (const QString named = qEnvironmentVariable("FRHOST_CONFIG"); !named.isEmpty())
+        return named;
+    for (const QString& folder : folders) {
+        const QString file = folder + u"/frhost/register.ini"_s;
+        if (QFileInfo::exists(file))
+            return file;
+    }
+    return {};
+}
+
 RegisterConfig configOf(const CommandLine& line)
 {
-    if (line.config.isEmpty())
+    const QString file = configFileOf(line, configFolders());
+    if (file.isEmpty())
         return {};
-    const RegisterConfig config = readRegisterConfig(line.config);
+    const RegisterConfig config = readRegisterConfig(file);
     for (const QString& warning : config.warnings)
         Console::instance().line(warning);
     return config;
@@ -35,10 +63,11 @@ RegisterConfig configOf(const CommandLine& line)
 
 RegisterConfig serviceConfigOf(const CommandLine& line)
 {
-    if (line.config.isEmpty())
+    RegisterConfig config = configOf(line);
+    if (config.file.isEmpty())
         throw Failure(ExitCode::LocalFailure,
             Text::tr("This command talks to the service: name a configuration with --config FILE."));
-    return configOf(line);
+    return config;
 }
 
 PluginFile pluginOf(const CommandLine& line, const QStringList& folders)

@@ -6,11 +6,18 @@
 
 namespace frhost {
 
-/// The configuration that the command line names, its warnings shown; an empty one when it names none. Throws
+/// The folders that may hold frhost/register.ini, in this order: the user's, then that of the machine.
+[[nodiscard]] QStringList configFolders();
+
+/// The configuration file that the command line names, else the one that FRHOST_CONFIG names, else the first
+/// in the folders; empty when there is none.
+[[nodiscard]] QString configFileOf(const CommandLine& line, const QStringList& folders);
+
+/// The configuration in that file, its warnings shown; an empty one when there is no file. Throws
 /// till::Error.
 [[nodiscard]] till::RegisterConfig configOf(const CommandLine& line);
 
-/// The same for a command that talks to the service; throws Failure when the command line names none.
+/// The same for a command that talks to the service; throws Failure when there is none.
 [[nodiscard]] till::RegisterConfig serviceConfigOf(const CommandLine& line);
 
 /// The plugin that the command line names, else the only one in the folders. Throws Failure when there is

@@ -38,8 +38,8 @@
   %1</translation>
     </message>
     <message>
-        <source>INI file with the register&apos;s settings</source>
-        <translation>INI-файл с настройками регистратора</translation>
+        <source>INI file with the register&apos;s settings; otherwise $FRHOST_CONFIG, then frhost/register.ini in $XDG_CONFIG_HOME or /etc</source>
+        <translation>INI-файл с настройками регистратора; без него — $FRHOST_CONFIG, затем frhost/register.ini в $XDG_CONFIG_HOME или /etc</translation>
     </message>
     <message>
         <source>Plugin library, instead of the one installed</source>

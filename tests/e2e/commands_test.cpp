@@ -1,5 +1,7 @@
 #include "tests/e2e/support/shop.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QJsonArray>
 
 #include <gmock/gmock.h>
@@ -153,6 +155,22 @@ TEST(Language, IsThatOfTheLocale)
     for (const char* locale : {"C.UTF-8", "C", "no_SUCH"})
         EXPECT_EQ(
             told(locale), u"This command talks to the service: name a configuration with --config FILE.\n"_s);
+}
+
+TEST(Configuration, IsFoundWithoutBeingNamed)
+{
+    const Shop shop(nowhere);
+    const QString named = shop.file(u"a.ini"_s, "[register]\nurl = http://127.0.0.1:1/found/\n");
+    const QDir folder = QFileInfo(named).dir();
+    const auto describedWith = [](const QString& variable) {
+        return run(u"env"_s, {variable, frhostProgram(), u"describe"_s}).out.toStdString();
+    };
+    EXPECT_THAT(describedWith(u"FRHOST_CONFIG="_s + named), HasSubstr("http://127.0.0.1:1/found/"));
+    const QString own = u"XDG_CONFIG_HOME="_s + folder.path();
+    EXPECT_THAT(describedWith(own), Not(HasSubstr("http://127.0.0.1:1/found/")));
+    ASSERT_TRUE(
+        folder.mkpath(u"frhost"_s) && QFile::rename(named, folder.filePath(u"frhost/register.ini"_s)));
+    EXPECT_THAT(describedWith(own), HasSubstr("http://127.0.0.1:1/found/"));
 }
 
 TEST(Plugin, FileThatIsNotAPluginIsReported)

@@ -18,6 +18,9 @@ QProcessEnvironment environment()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+    // The user of this machine may have a configuration.
+    environment.insert(u"XDG_CONFIG_HOME"_s, u"/nonexistent"_s);
+    environment.remove(u"FRHOST_CONFIG"_s);
     if (isEverythingLogged())
         environment.insert(u"QT_LOGGING_RULES"_s, u"frdriver*=true"_s);
     return environment;

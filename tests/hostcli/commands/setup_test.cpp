@@ -4,6 +4,8 @@
 #include "tests/support/qtprinters.h"
 #include "tests/support/textfile.h"
 
+#include <QDir>
+
 #include <gtest/gtest.h>
 
 #include <tuple>
@@ -60,8 +62,71 @@ TEST_F(ChoiceOfAPlugin, IsNotGuessedAmongSeveral)
         u"Several fiscal-register plugins: %1, %2. Choose one with --plugin FILE."_s.arg(a, b));
 }
 
+// Sets an environment variable while it lives.
+class Variable
+{
+public:
+    Variable(const char* variable, const QString& value)
+        : name(variable)
+        , before(qgetenv(variable))
+    {
+        qputenv(name, value.toLocal8Bit());
+    }
+    ~Variable()
+    {
+        if (before.isNull())
+            qunsetenv(name);
+        else
+            qputenv(name, before);
+    }
+    Q_DISABLE_COPY_MOVE(Variable)
+
+private:
+    const char* name;
+    QByteArray before;
+};
+
+TEST(FoldersOfAConfiguration, AreTheUsersAndThatOfTheMachine)
+{
+    const Variable home("HOME", u"/home/till"_s);
+    {
+        const Variable unset("XDG_CONFIG_HOME", {});
+        qunsetenv("XDG_CONFIG_HOME");
+        EXPECT_EQ(configFolders(), (QStringList{u"/home/till/.config"_s, u"/etc"_s}));
+        qunsetenv("HOME");
+        EXPECT_EQ(configFolders(), QStringList{u"/etc"_s});
+    }
+    const Variable own("XDG_CONFIG_HOME", u"/own"_s);
+    EXPECT_EQ(configFolders(), (QStringList{u"/own"_s, u"/etc"_s}));
+    const Variable relative("XDG_CONFIG_HOME", u"own"_s);
+    EXPECT_EQ(configFolders(), QStringList{u"/etc"_s});
+}
+
+TEST(ConfigurationFile, IsTheFirstThatIsNamedOrThere)
+{
+    const TextFiles files;
+    const QString first = files.path() + u"/first"_s;
+    const QString second = files.path() + u"/second"_s;
+    const auto found = [&](const CommandLine& line = {}) { return configFileOf(line, {first, second}); };
+    const Variable unset("FRHOST_CONFIG", {});
+    EXPECT_EQ(found(), QString());
+    for (const QString& folder : {second, first}) {
+        ASSERT_TRUE(QDir().mkpath(folder + u"/frhost"_s));
+        QFile file(folder + u"/frhost/register.ini"_s);
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        EXPECT_EQ(found(), file.fileName());
+    }
+    const Variable named("FRHOST_CONFIG", u"/nonexistent/a.ini"_s);
+    EXPECT_EQ(found(), u"/nonexistent/a.ini"_s);
+    CommandLine line;
+    line.config = u"/nonexistent/b.ini"_s;
+    EXPECT_EQ(found(line), u"/nonexistent/b.ini"_s);
+}
+
 TEST(ServiceConfiguration, HasToBeNamed)
 {
+    const Variable none("FRHOST_CONFIG", {});
+    const Variable nowhere("XDG_CONFIG_HOME", u"/nonexistent"_s);
     EXPECT_EQ(messageOf<Failure>([] { std::ignore = serviceConfigOf(CommandLine()); }),
         u"This command talks to the service: name a configuration with --config FILE."_s);
 }
