@@ -615,5 +615,25 @@
         <source>%1: more than 256 MiB, the most that is read from standard input or a pipe. Nothing was sent. Put the receipts into a file.</source>
         <translation>%1: больше 256 МиБ, а больше из стандартного ввода или канала не читается. Ничего не отправлено. Запишите чеки в файл.</translation>
     </message>
+    <message>
+        <source>the file is a database of another program</source>
+        <translation>этот файл — база данных другой программы</translation>
+    </message>
+    <message>
+        <source>it was written by a newer version of this program (format %1, known here: %2)</source>
+        <translation>он записан более новой версией программы (формат %1, здесь известен %2)</translation>
+    </message>
+    <message>
+        <source>its file system does not support a write-ahead log</source>
+        <translation>файловая система не поддерживает журнал упреждающей записи</translation>
+    </message>
+    <message>
+        <source>the database does not wait for the disk</source>
+        <translation>база данных не дожидается записи на диск</translation>
+    </message>
+    <message>
+        <source>%1: the journal cannot be used: %2.</source>
+        <translation>%1: не удаётся использовать журнал: %2.</translation>
+    </message>
 </context>
 </TS>
