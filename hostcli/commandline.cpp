@@ -29,6 +29,8 @@ struct Arguments
     std::string uuid;
     std::vector<std::string> files;
     std::string qrDir;
+    std::string journal;
+    bool noJournal = false;
     bool json = false;
 };
 
@@ -83,6 +85,22 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments)
     app.set_version_flag("--version", "frhost " FRHOST_VERSION);
 }
 
+void addJournalOptions(CLI::App& command, Arguments& arguments)
+{
+    CLI::Option* file =
+        command
+            .add_option("--journal", arguments.journal,
+                Text::tr("Journal of the receipts that were sent, instead of the user's own").toStdString())
+            ->option_text("FILE")
+            ->check([](const std::string& name) {
+                return name.empty() ? Text::tr("the name of the file is empty").toStdString() : std::string();
+            });
+    command
+        .add_flag("--no-journal", arguments.noJournal,
+            Text::tr("Keep no journal: an id that is used twice is noticed by the total alone").toStdString())
+        ->excludes(file);
+}
+
 CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& arguments)
 {
     CLI::App* command = app.add_subcommand(info.name, described(info));
@@ -106,6 +124,8 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
             ->check([](const std::string& name) {
                 return name.empty() ? Text::tr("the folder has no name").toStdString() : std::string();
             });
+    if (info.command == Command::Sell || info.command == Command::Send)
+        addJournalOptions(*command, arguments);
     return command;
 }
 
@@ -171,6 +191,8 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
     line.logLevel = fromStd(arguments.logLevel);
     line.uuid = fromStd(arguments.uuid);
     line.qrDir = fromStd(arguments.qrDir);
+    line.journal = fromStd(arguments.journal);
+    line.usesJournal = !arguments.noJournal;
     for (const std::string& file : arguments.files)
         line.files << fromStd(file);
     return line;

@@ -29,6 +29,9 @@ struct CommandLine
     QStringList files;
     /// Folder for the pictures of QR codes; empty for none.
     QString qrDir;
+    /// The journal's file; empty for the user's own.
+    QString journal;
+    bool usesJournal = true;
     QString uuid;
 };
 

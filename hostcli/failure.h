@@ -14,7 +14,8 @@ enum class ExitCode : int
     /// Every receipt is registered.
     Success = 0,
     /// Something on this machine: the command line, the configuration, the credentials, the plugin, standard
-    /// output or a picture that could not be written, or a receipt file that changed after it was checked.
+    /// output, a picture or the journal that could not be written, or a receipt file that changed after it
+    /// was checked.
     LocalFailure = 1,
     /// A receipt file is wrong; nothing was sent.
     WrongReceipt = 2,

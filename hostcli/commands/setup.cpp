@@ -2,6 +2,7 @@
 
 #include "hostcli/failure.h"
 #include "hostcli/terminal/console.h"
+#include "till/journal/journalfile.h"
 #include "till/text.h"
 
 #include <QCoreApplication>
@@ -20,6 +21,12 @@ QString paths(const QList<PluginFile>& plugins)
     for (const PluginFile& plugin : plugins)
         list << plugin.path;
     return list.join(u", "_s);
+}
+
+QString waysOut()
+{
+    return Text::tr("Correct the cause, name another file with --journal FILE, or do without a journal with "
+                    "--no-journal.");
 }
 
 } // namespace
@@ -89,6 +96,30 @@ PluginFile pluginOf(const CommandLine& line, const QStringList& folders)
 PluginFile pluginOf(const CommandLine& line)
 {
     return pluginOf(line, pluginFolders(QCoreApplication::applicationDirPath()));
+}
+
+std::unique_ptr<Journal> journalOf(const CommandLine& line)
+{
+    if (!line.usesJournal)
+        return nullptr;
+    const QString file = line.journal.isEmpty() ? defaultJournalFile() : line.journal;
+    if (file.isEmpty())
+        throw Failure(ExitCode::LocalFailure,
+            Text::tr("There is no folder for the journal, because HOME is not set. Nothing was sent.") +
+                u' ' + waysOut());
+    try {
+        if (line.journal.isEmpty())
+            createFolderOf(file);
+        return std::make_unique<Journal>(file);
+    } catch (const JournalError& error) {
+        throw Failure(ExitCode::LocalFailure,
+            error.message() + u' ' + Text::tr("Nothing was sent.") + u' ' + waysOut());
+    }
+}
+
+Error explained(const JournalError& error)
+{
+    return Error(error.problem(), error.message() + u' ' + waysOut());
 }
 
 } // namespace frhost

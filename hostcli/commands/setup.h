@@ -3,6 +3,10 @@
 #include "hostcli/commandline.h"
 #include "till/config/registerconfig.h"
 #include "till/device/plugindiscovery.h"
+#include "till/journal/journal.h"
+#include "till/journal/journalerror.h"
+
+#include <memory>
 
 namespace frhost {
 
@@ -26,5 +30,11 @@ namespace frhost {
 
 /// The same in the folders of this installation.
 [[nodiscard]] till::PluginFile pluginOf(const CommandLine& line);
+
+/// The journal that the command line asks for; null for none. Throws Failure when it cannot be used.
+[[nodiscard]] std::unique_ptr<till::Journal> journalOf(const CommandLine& line);
+
+/// An error of the journal with what the user can do about it.
+[[nodiscard]] till::Error explained(const till::JournalError& error);
 
 } // namespace frhost

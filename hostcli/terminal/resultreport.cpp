@@ -64,6 +64,19 @@ QString outcomeText(const ReceiptResult& result)
     return Text::tr("unknown");
 }
 
+QString comparisonName(Comparison comparison)
+{
+    switch (comparison) {
+    case Comparison::Total:
+        return u"total"_s;
+    case Comparison::Content:
+        return u"content"_s;
+    case Comparison::None:
+        break;
+    }
+    return {};
+}
+
 QString errorText(const ErrorInfo& error)
 {
     return error.code
@@ -99,6 +112,7 @@ QByteArray toJsonLine(const ReceiptResult& result)
     put(json, "uuid", result.uuid);
     if (result.recovered)
         json.insert("recovered"_L1, true);
+    put(json, "compared", comparisonName(result.compared));
     if (result.fiscal) {
         json.insert("fiscal"_L1, fiscalJson(*result.fiscal));
         put(json, "qr", qrText(*result.fiscal));
@@ -118,6 +132,8 @@ QString toText(const ReceiptResult& result)
     };
     if (result.error)
         row(Text::tr("Cause"), errorText(*result.error));
+    if (result.compared == Comparison::Total)
+        row(Text::tr("Compared"), Text::tr("only the total; the journal does not know the earlier receipt"));
     row(Text::tr("Service's identifier"), result.uuid);
     if (result.fiscal) {
         const FiscalInfo& info = *result.fiscal;

@@ -635,5 +635,73 @@
         <source>%1: the journal cannot be used: %2.</source>
         <translation>%1: не удаётся использовать журнал: %2.</translation>
     </message>
+    <message>
+        <source>the service has accepted it</source>
+        <translation>сервис его принял</translation>
+    </message>
+    <message>
+        <source>the service could not register it</source>
+        <translation>сервис не смог его зарегистрировать</translation>
+    </message>
+    <message>
+        <source>it is registered</source>
+        <translation>он зарегистрирован</translation>
+    </message>
+    <message>
+        <source>its outcome is unknown</source>
+        <translation>его судьба неизвестна</translation>
+    </message>
+    <message>
+        <source>Nothing is registered under this id, and it is used up. Give the sale a new id and run it again.</source>
+        <translation>Под этим id ничего не зарегистрировано, но он уже использован. Дайте продаже новый id и запустите её снова.</translation>
+    </message>
+    <message>
+        <source>This receipt was not sent. If it is another sale, give it an id of its own and run it again. If it is the same sale, it is registered already.</source>
+        <translation>Этот чек не отправлен. Если это другая продажа, дайте ей собственный id и запустите снова. Если это та же продажа, она уже зарегистрирована.</translation>
+    </message>
+    <message>
+        <source>This receipt was not sent. If it is another sale, give it an id of its own and run it again. If it is the same sale, first run it exactly as it was sent, which shows what became of it.</source>
+        <translation>Этот чек не отправлен. Если это другая продажа, дайте ей собственный id и запустите снова. Если это та же продажа, сначала запустите её в точности такой, какой она была отправлена: так станет известно, что с ней стало.</translation>
+    </message>
+    <message>
+        <source>Another receipt was sent under this id on %1 (%2): %3</source>
+        <translation>Под этим id %1 уже отправлен другой чек (%2): %3</translation>
+    </message>
+    <message>
+        <source>%1 has the same content as %2, sent on %3 (%4), and the outcome of that is unknown. If both are the same sale, it may be registered twice; running %2 again shows its outcome.</source>
+        <translation>%1: содержимое то же, что у %2 (отправлен %3, %4), а судьба того чека неизвестна. Если это одна и та же продажа, она может быть зарегистрирована дважды; запустите %2 снова, чтобы узнать, что с ним стало.</translation>
+    </message>
+    <message>
+        <source>the id is in use</source>
+        <translation>id уже использован</translation>
+    </message>
+    <message>
+        <source>Journal of the receipts that were sent, instead of the user&apos;s own</source>
+        <translation>Журнал отправленных чеков вместо журнала пользователя</translation>
+    </message>
+    <message>
+        <source>the name of the file is empty</source>
+        <translation>имя файла пустое</translation>
+    </message>
+    <message>
+        <source>Keep no journal: an id that is used twice is noticed by the total alone</source>
+        <translation>Не вести журнал: повтор id будет замечен только по сумме</translation>
+    </message>
+    <message>
+        <source>Correct the cause, name another file with --journal FILE, or do without a journal with --no-journal.</source>
+        <translation>Устраните причину, укажите другой файл (--journal FILE) или откажитесь от журнала (--no-journal).</translation>
+    </message>
+    <message>
+        <source>There is no folder for the journal, because HOME is not set. Nothing was sent.</source>
+        <translation>Для журнала нет папки: переменная HOME не задана. Ничего не отправлено.</translation>
+    </message>
+    <message>
+        <source>Compared</source>
+        <translation>Сверено</translation>
+    </message>
+    <message>
+        <source>only the total; the journal does not know the earlier receipt</source>
+        <translation>только сумма; в журнале нет сведений о первом чеке</translation>
+    </message>
 </context>
 </TS>

@@ -48,6 +48,20 @@ TEST(CommandLine, HasQuietDefaults)
     EXPECT_EQ(line.logLevel, u"warning"_s);
 }
 
+TEST(CommandLine, NamesAJournalOrNone)
+{
+    for (const char* command : {"sell", "send"}) {
+        EXPECT_TRUE(std::get<CommandLine>(parsed({command, "a"})).usesJournal);
+        EXPECT_EQ(std::get<CommandLine>(parsed({command, "a"})).journal, QString());
+        EXPECT_EQ(std::get<CommandLine>(parsed({command, "a", "--journal", "j.db"})).journal, u"j.db"_s);
+        EXPECT_FALSE(std::get<CommandLine>(parsed({command, "a", "--no-journal"})).usesJournal);
+        EXPECT_TRUE(answer({command, "a", "--no-journal", "--journal", "j.db"}).isError);
+        EXPECT_TRUE(answer({command, "a", "--journal", ""}).isError);
+        EXPECT_TRUE(answer({command, "a", "--journal="}).isError);
+    }
+    EXPECT_TRUE(answer({"compose", "a", "--no-journal"}).isError);
+}
+
 TEST(CommandLine, KnowsEveryCommand)
 {
     EXPECT_EQ(std::get<CommandLine>(parsed({"check"})).command, Command::Check);

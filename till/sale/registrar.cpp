@@ -147,6 +147,7 @@ ReceiptResult Registrar::resultOf(const QueuedReceipt& queued, const Finding& fi
     result.id = queued.receipt.id();
     result.uuid = seen.registration.uuid;
     result.outcome = conclusion.outcome;
+    result.verdict = finding.verdict;
     result.advice = conclusion.advice;
     result.endsRun = conclusion.endsRun;
     const bool isRegistered = finding.verdict == SaleVerdict::Registered;
@@ -157,6 +158,7 @@ ReceiptResult Registrar::resultOf(const QueuedReceipt& queued, const Finding& fi
         const FiscalPayload payload = readPayload(seen.status.payload, queued.receipt.taxSystem());
         result.fiscal = payload.info;
         result.receiptUrl = payload.receiptUrl;
+        result.compared = result.recovered ? Comparison::Total : Comparison::None;
     }
     if (!isGood)
         result.error = errorOf(queued.receipt, finding);

@@ -19,6 +19,16 @@ struct ErrorInfo
     QString message;
 };
 
+/// How a receipt that the service knew already was compared with the earlier one.
+enum class Comparison
+{
+    None,
+    /// Only its total.
+    Total,
+    /// All of its content, by the journal.
+    Content,
+};
+
 /// The result of one receipt, ready to be reported.
 struct ReceiptResult
 {
@@ -27,10 +37,12 @@ struct ReceiptResult
     QString id;
     /// None when the receipt was accepted and its registration was not waited for.
     std::optional<Outcome> outcome;
+    SaleVerdict verdict = SaleVerdict::Unknown;
     /// Empty when the service gave none.
     QString uuid;
     /// Whether the service knew the receipt from an earlier attempt.
     bool recovered = false;
+    Comparison compared = Comparison::None;
     std::optional<FiscalInfo> fiscal;
     /// Link to the receipt at the fiscal data operator; empty when the service gave none.
     QString receiptUrl;

@@ -64,7 +64,11 @@ bool ObservingTransport::get(const QUrl& url, const QJsonDocument& document, con
 
 bool ObservingTransport::post(const QUrl& url, const QByteArray& body, const Headers& headers)
 {
-    const auto request = [&] { return RestClient::post(url, body, headers); };
+    const auto request = [&] {
+        if (carriesReceipt && gate)
+            gate(url, body);
+        return RestClient::post(url, body, headers);
+    };
     carriesReceipt = !url.path().endsWith(u"/getToken"_s);
     return carriesReceipt ? exchangeWithToken(record.registration, request) : exchangeToken(request);
 }

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <mutex>
+#include <utility>
 
 namespace till {
 
@@ -24,6 +25,12 @@ public:
     using Sleep = std::function<void(std::chrono::milliseconds)>;
 
     explicit ObservingTransport(TokenRenewals usedRenewals = TokenRenewals(), Sleep usedSleep = sleepFor);
+
+    /// Asked before the first byte of each receipt, with its address and body. What it throws comes out of
+    /// post(), and nothing is sent.
+    using Gate = std::function<void(const QUrl& url, const QByteArray& body)>;
+    /// An empty gate lets everything through.
+    void setGate(Gate asked) { gate = std::move(asked); }
 
     /// Forgets what was seen; call before each receipt.
     void startReceipt();
@@ -56,6 +63,7 @@ private:
 
     TokenRenewals renewals;
     Sleep sleep;
+    Gate gate;
     std::mutex guard;
     WireRecord record;
     bool carriesReceipt = false;

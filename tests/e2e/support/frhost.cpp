@@ -2,6 +2,7 @@
 
 #include <QJsonDocument>
 #include <QRegularExpression>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 
@@ -21,6 +22,10 @@ QProcessEnvironment environment()
     // The user of this machine may have a configuration.
     environment.insert(u"XDG_CONFIG_HOME"_s, u"/nonexistent"_s);
     environment.remove(u"FRHOST_CONFIG"_s);
+    // The journal of these tests is not the user's.
+    static const QTemporaryDir state;
+    environment.insert(u"XDG_STATE_HOME"_s, state.path());
+    environment.remove(u"STATE_DIRECTORY"_s);
     if (isEverythingLogged())
         environment.insert(u"QT_LOGGING_RULES"_s, u"frdriver*=true"_s);
     return environment;

@@ -49,7 +49,8 @@ paymentAddress=https://shop.example
   writeFileSync(join(folder, 'receipt.json'), JSON.stringify({id: 'host-1',
     requisites: [{tag: 1008, value: 'buyer@example.com'}],
     positions: [{name: 'Хлеб', price: 30, quantity: 1, sum: 30}], payments: [{type: 1, sum: 30}]}));
-  const sold = spawn(host, ['--config', join(folder, 'register.ini'), 'sell', join(folder, 'receipt.json')],
+  const sold = spawn(host, ['--config', join(folder, 'register.ini'), 'sell', join(folder, 'receipt.json'),
+    '--journal', join(folder, 'journal.db')],
     {stdio: ['ignore', 'ignore', 'pipe']});
   let complaint = '';
   sold.stderr.on('data', chunk => { complaint += chunk; });

@@ -73,6 +73,27 @@ TEST(JsonLine, LeavesOutWhatIsAbsent)
                                              "\n"));
 }
 
+TEST(JsonLine, TellsHowARecoveredReceiptWasCompared)
+{
+    ReceiptResult result;
+    result.compared = Comparison::Total;
+    EXPECT_EQ(toJsonLine(result), QByteArray(R"({"compared":"total","line":0})"
+                                             "\n"));
+    result.compared = Comparison::Content;
+    EXPECT_EQ(toJsonLine(result), QByteArray(R"({"compared":"content","line":0})"
+                                             "\n"));
+}
+
+TEST(Text, SaysWhereOnlyTheTotalWasCompared)
+{
+    const QString line = u"only the total; the journal does not know the earlier receipt"_s;
+    ReceiptResult result = registered();
+    result.compared = Comparison::Total;
+    EXPECT_TRUE(toText(result).contains(line));
+    result.compared = Comparison::Content;
+    EXPECT_FALSE(toText(result).contains(line));
+}
+
 TEST(JsonLine, HoldsTheServicesCode)
 {
     ReceiptResult result;

@@ -104,7 +104,27 @@ TEST_F(Receipts, ThatCannotBeReadAreReported)
     EXPECT_FALSE(messageOf<Error>([&] { ReceiptFile file(files.path()); }).isEmpty()) << "a folder";
 }
 
-// 256 MiB are copied, and a little more is read.
+TEST_F(Receipts, FromAPipeMayHave256MebibytesAndNotAByteMore)
+{
+    constexpr int blocks = 256;
+    const QString pipe = files.path() + u"/pipe"_s;
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    for (const bool hasMore : {false, true}) {
+        std::thread writer([&] {
+            QFile end(pipe);
+            EXPECT_TRUE(end.open(QIODevice::WriteOnly | QIODevice::Unbuffered));
+            const QByteArray block(1024 * 1024, '\n');
+            for (int i = 0; i < blocks; ++i)
+                EXPECT_EQ(end.write(block), block.size());
+            if (hasMore) {
+                EXPECT_EQ(end.write("\n"), 1);
+            }
+        });
+        EXPECT_EQ(messageOf<Error>([&] { ReceiptFile file(pipe); }).isEmpty(), !hasMore);
+        writer.join();
+    }
+}
+
 TEST_F(Receipts, WithoutEndAreRefused)
 {
     EXPECT_EQ(messageOf<Error>([] { ReceiptFile file(u"/dev/zero"_s); }),

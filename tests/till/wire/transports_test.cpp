@@ -103,6 +103,33 @@ TEST(ObservingTransport, KnowsThatAReceiptSentOnceMayHaveArrivedWhateverComesOfT
     EXPECT_TRUE(transport.seen().receiptSent);
 }
 
+TEST(ObservingTransport, AsksItsGateBeforeEachReceipt)
+{
+    const Answers service({R"({"token":"t","error":null})", R"({"uuid":"u"})"});
+    ObservingTransport transport;
+    QList<QByteArray> asked;
+    transport.setGate([&](const QUrl& url, const QByteArray& body) {
+        EXPECT_EQ(url, service.url("/v4/group/sell"));
+        EXPECT_EQ(service.requests(), 1U) << "nothing of the receipt is on the wire";
+        asked << body;
+    });
+    EXPECT_TRUE(transport.post(service.url("/v4/getToken"), "{}", {}));
+    EXPECT_TRUE(transport.post(service.url("/v4/group/sell"), "{1}", {}));
+    EXPECT_EQ(asked, QList<QByteArray>{"{1}"});
+}
+
+TEST(ObservingTransport, SendsNothingThatItsGateKeepsBack)
+{
+    const Answers service({R"({"uuid":"u"})"});
+    ObservingTransport transport;
+    transport.setGate([](const QUrl&, const QByteArray&) { throw std::runtime_error("no"); });
+    EXPECT_THROW(transport.post(service.url("/v4/group/sell"), "{}", {}), std::runtime_error);
+    EXPECT_FALSE(transport.seen().receiptSent);
+    EXPECT_EQ(service.requests(), 0U);
+    transport.setGate({});
+    EXPECT_TRUE(transport.post(service.url("/v4/group/sell"), "{}", {}));
+}
+
 // Stops just before the request is put on the wire until it is told to go on.
 class StoppingTransport : public ObservingTransport
 {

@@ -1,0 +1,194 @@
+#include "till/sale/salejournal.h"
+
+#include "till/journal/journalerror.h"
+#include "till/text.h"
+#include "till/wire/observingtransport.h"
+
+#include <utility>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace till {
+
+namespace {
+
+QString place(const JournalRecord& record)
+{
+    return u"%1:%2"_s.arg(record.file, QString::number(record.line));
+}
+
+QString time(const JournalRecord& record)
+{
+    return record.sent.toString(u"dd.MM.yyyy hh:mm:ss"_s);
+}
+
+QString fateOf(ReceiptState state)
+{
+    switch (state) {
+    case ReceiptState::Accepted:
+        return Text::tr("the service has accepted it");
+    case ReceiptState::Failed:
+        return Text::tr("the service could not register it");
+    case ReceiptState::Registered:
+    case ReceiptState::Incomplete:
+        return Text::tr("it is registered");
+    case ReceiptState::Sent:
+    case ReceiptState::Unknown:
+    case ReceiptState::Refused:
+        break;
+    }
+    return Text::tr("its outcome is unknown");
+}
+
+QString adviceAgainst(ReceiptState state)
+{
+    switch (state) {
+    case ReceiptState::Failed:
+        return Text::tr(
+            "Nothing is registered under this id, and it is used up. Give the sale a new id and run "
+            "it again.");
+    case ReceiptState::Registered:
+    case ReceiptState::Incomplete:
+        return Text::tr(
+            "This receipt was not sent. If it is another sale, give it an id of its own and run it "
+            "again. If it is the same sale, it is registered already.");
+    default:
+        return Text::tr(
+            "This receipt was not sent. If it is another sale, give it an id of its own and run it "
+            "again. If it is the same sale, first run it exactly as it was sent, which shows what "
+            "became of it.");
+    }
+}
+
+ReceiptResult conflictWith(const JournalRecord& record, const ReceiptResult& unsent)
+{
+    ReceiptResult result;
+    result.file = unsent.file;
+    result.line = unsent.line;
+    result.id = unsent.id;
+    result.outcome = Outcome::Refused;
+    result.verdict = SaleVerdict::Refused;
+    result.error = ErrorInfo{{}, std::nullopt,
+        Text::tr("Another receipt was sent under this id on %1 (%2): %3")
+            .arg(time(record), place(record), fateOf(record.state))};
+    result.advice = adviceAgainst(record.state);
+    return result;
+}
+
+QString twinWarning(const QString& id, const JournalRecord& twin)
+{
+    return Text::tr(
+        "%1 has the same content as %2, sent on %3 (%4), and the outcome of that is unknown. If both "
+        "are the same sale, it may be registered twice; running %2 again shows its outcome.")
+        .arg(id, twin.id, time(twin), place(twin));
+}
+
+std::optional<JournalEvidence> evidenceIn(const ReceiptResult& result)
+{
+    if (!result.fiscal)
+        return std::nullopt;
+    return JournalEvidence{result.fiscal->fnNumber, result.fiscal->fiscalDocumentNumber,
+        result.fiscal->fiscalSign, result.fiscal->total};
+}
+
+} // namespace
+
+SaleJournal::SaleJournal(Journal* usedJournal, ObservingTransport& usedTransport, Warn warning)
+    : journal(usedJournal)
+    , transport(usedTransport)
+    , warn(std::move(warning))
+{
+    if (journal)
+        transport.setGate([this](const QUrl& url, const QByteArray& body) { admit(url, body); });
+}
+
+SaleJournal::~SaleJournal()
+{
+    transport.setGate({});
+}
+
+void SaleJournal::begin(const QueuedReceipt& queued)
+{
+    file = queued.file;
+    line = queued.line;
+    claim.reset();
+    failure = nullptr;
+}
+
+// A driver may do anything with an exception, so it is remembered here too; and a receipt that was kept back
+// once stays so.
+void SaleJournal::admit(const QUrl& url, const QByteArray& body)
+{
+    check();
+    try {
+        if (!claim)
+            claim = journal->claim(readComposed(url, body), file, line);
+    } catch (const JournalError&) {
+        failure = std::current_exception();
+        throw;
+    }
+    if (claim->conflict)
+        throw Error(Problem::Receipt, Text::tr("the id is in use"));
+    if (claim->twin)
+        warn(twinWarning(claim->receipt.id, *claim->twin));
+    claim->twin.reset();
+}
+
+ReceiptResult SaleJournal::concluded(ReceiptResult result)
+{
+    check();
+    if (!claim)
+        return result;
+    if (claim->conflict)
+        return conflictWith(*claim->conflict, result);
+    const bool isSameDocument =
+        claim->earlier && (claim->earlier->uuid.isEmpty() || claim->earlier->uuid == result.uuid);
+    if (result.recovered && isSameDocument)
+        result.compared = Comparison::Content;
+    try {
+        record(result);
+    } catch (const JournalError&) {
+        failure = std::current_exception();
+    }
+    return result;
+}
+
+void SaleJournal::check() const
+{
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+void SaleJournal::record(const ReceiptResult& result)
+{
+    if (!transport.seen().receiptSent)
+        journal->withdraw(*claim);
+    else if (const auto state = stateOf(result))
+        journal->conclude(*claim, *state, result.uuid, evidenceIn(result));
+}
+
+// None where the result says nothing about an earlier attempt under the same id.
+std::optional<ReceiptState> SaleJournal::stateOf(const ReceiptResult& result) const
+{
+    switch (result.verdict) {
+    case SaleVerdict::Registered:
+        return ReceiptState::Registered;
+    case SaleVerdict::Incomplete:
+        return ReceiptState::Incomplete;
+    case SaleVerdict::Accepted:
+        return ReceiptState::Accepted;
+    case SaleVerdict::Failed:
+        return ReceiptState::Failed;
+    case SaleVerdict::Refused:
+    case SaleVerdict::AccountRefused:
+    case SaleVerdict::ForeignId:
+        break;
+    default:
+        return ReceiptState::Unknown;
+    }
+    const auto code = transport.seen().registration.errorCode;
+    const bool isAboutContent = code && !meaningOf(*code).concernsRequest;
+    return !claim->earlier || isAboutContent ? std::optional(ReceiptState::Refused) : std::nullopt;
+}
+
+} // namespace till

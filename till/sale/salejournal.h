@@ -1,0 +1,55 @@
+#pragma once
+
+#include "till/journal/journal.h"
+#include "till/receipts/receiptqueue.h"
+#include "till/sale/result.h"
+
+#include <exception>
+#include <functional>
+#include <optional>
+
+namespace till {
+
+class ObservingTransport;
+
+/// Keeps the journal while receipts are sold: records each one before its first byte is sent, keeps back one
+/// whose id the service may have with other content, and records what became of it.
+///
+/// For each receipt: begin(), the sale, concluded(), and after its result was reported check().
+class SaleJournal
+{
+public:
+    using Warn = std::function<void(const QString& warning)>;
+
+    /// All are borrowed. Without a journal this does nothing.
+    SaleJournal(Journal* usedJournal, ObservingTransport& usedTransport, Warn warning);
+    ~SaleJournal();
+    Q_DISABLE_COPY_MOVE(SaleJournal)
+
+    /// The receipt that is sold next.
+    void begin(const QueuedReceipt& queued);
+
+    /// Records the result; returns it with what the journal knows. Throws JournalError when the receipt could
+    /// not be recorded beforehand and was therefore not sent.
+    [[nodiscard]] ReceiptResult concluded(ReceiptResult result);
+
+    /// Throws JournalError when the result could not be recorded.
+    void check() const;
+
+private:
+    void admit(const QUrl& url, const QByteArray& body);
+    void record(const ReceiptResult& result);
+    [[nodiscard]] std::optional<ReceiptState> stateOf(const ReceiptResult& result) const;
+
+    Journal* journal;
+    ObservingTransport& transport;
+    Warn warn;
+
+    // Of the receipt that is being sold.
+    QString file;
+    int line = 0;
+    std::optional<JournalClaim> claim;
+    std::exception_ptr failure;
+};
+
+} // namespace till
