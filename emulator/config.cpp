@@ -109,6 +109,8 @@ void readConfig(const std::string& file, Options& options)
     for (std::size_t i = 0; i < users.size(); ++i)
         service.users.push_back(readUser(users[i], element("users", i), service.groups));
     service.receiptsPerShift = static_cast<int>(reader.integer("receiptsPerShift", 0, 0, 1'000'000));
+    if (const std::string site = reader.text("fnsSite"); !site.empty())
+        service.fnsSite = site;
     if (const Json* lists = reader.take("lists"))
         readLists(*lists, service.lists);
     addFaults(reader.array("faults"), options);

@@ -6,8 +6,9 @@
 
 namespace emulator {
 
-/// Reads `groups`, `users`, `lists`, `receiptsPerShift` and `faults` from a JSON file into `options`. What
-/// the file does not mention stays as it is. Throws JsonError, also if the file cannot be read.
+/// Reads `groups`, `users`, `lists`, `receiptsPerShift`, `fnsSite` and `faults` from a JSON file into
+/// `options`. What the file does not mention stays as it is. Throws JsonError, also if the file cannot be
+/// read.
 void readConfig(const std::string& file, Options& options);
 
 /// The password on the first line of a file. Throws likewise, also if that line is empty.

@@ -63,8 +63,9 @@ Answer Emulator::answer(const Request& request)
     try {
         return request.path.starts_with(apiPath) ? api.answer(request) : service.answer(request);
     } catch (const std::exception& failure) {
-        return {.reply = errorReply(
-                    Endpoint::Unknown, serviceError(ErrorCode::Internal), clock(), failure.what())};
+        const ServiceError& internal = serviceError(ErrorCode::Internal);
+        const std::string text = std::string(internal.text) + ": " + failure.what();
+        return {.reply = errorReply(Endpoint::Unknown, internal, clock(), text)};
     }
 }
 

@@ -16,19 +16,18 @@ ServiceError errorRow(ErrorCode code)
     return found == known.end() ? ServiceError{code, 400, "unknown", "Ошибка, заданная в эмуляторе"} : *found;
 }
 
-Reply withError(const Fault& fault, const Reply& honest, TimePoint now)
+Reply withError(const Fault& fault, const Call& call, const Reply& honest, TimePoint now)
 {
-    Reply reply = errorReply(fault.endpoint, errorRow(fault.code), now);
-    if (fault.code != ErrorCode::DuplicateId && fault.code != ErrorCode::NotReady)
-        return reply;
+    const ServiceError error = errorRow(fault.code);
+    if (error.keys != Keys::Waiting)
+        return errorReply(fault.endpoint, error, now);
     const bool undone =
         fault.phase == Phase::Before && fault.endpoint == Endpoint::Sell && honest.status == 200;
     const Json before = Json::parse(honest.body);
-    Json body = Json::parse(reply.body);
-    if (before.contains("uuid") && !undone)
-        body["uuid"] = before["uuid"];
-    body["status"] = "wait";
-    return jsonReply(reply.status, body);
+    const bool known = before.contains("uuid") && !undone;
+    const bool duplicate = error.code == ErrorCode::DuplicateId;
+    return waitingReply(known ? before["uuid"].get<std::string>() : std::string(), error, now,
+        duplicate ? duplicateText(call.externalId, call.group) : std::string());
 }
 
 std::optional<Reply> withoutKey(const Reply& honest, std::string_view key)
@@ -64,16 +63,23 @@ std::optional<Reply> ofAnotherDocument(const Reply& honest)
     return jsonReply(honest.status, body);
 }
 
-// A refused call has no document whose status could be changed.
-std::optional<Reply> withStatus(const Reply& honest, const char* word, const Json& error)
+// A refused call has no document whose status could be changed, and an unfinished one has no result.
+std::optional<Reply> asFailed(const Reply& honest, const Json& error)
 {
     if (honest.status != 200)
         return std::nullopt;
     Json body = Json::parse(honest.body);
-    body["status"] = word;
+    body["status"] = "fail";
     body["error"] = error;
     body["payload"] = nullptr;
     return jsonReply(200, body);
+}
+
+std::optional<Reply> asUnfinished(const Reply& honest, TimePoint now)
+{
+    if (honest.status != 200)
+        return std::nullopt;
+    return waitingReply(Json::parse(honest.body)["uuid"], serviceError(ErrorCode::NotReady), now);
 }
 
 Reply htmlPage(int status)
@@ -85,13 +91,13 @@ Reply htmlPage(int status)
                 "</h1></body>\r\n</html>\r\n"};
 }
 
-std::optional<Reply> changedReply(const Fault& fault, const Reply& honest, TimePoint now)
+std::optional<Reply> changedReply(const Fault& fault, const Call& call, const Reply& honest, TimePoint now)
 {
     const bool report = fault.endpoint == Endpoint::Report;
     const auto ifAccepted = honest.status == 200 ? std::optional(honest) : std::nullopt;
     switch (fault.effect) {
     case Effect::Error:
-        return withError(fault, honest, now);
+        return withError(fault, call, honest, now);
     case Effect::Html:
         return htmlPage(fault.status);
     case Effect::Empty:
@@ -103,10 +109,9 @@ std::optional<Reply> changedReply(const Fault& fault, const Reply& honest, TimeP
     case Effect::WithoutKey:
         return withoutKey(honest, fault.key);
     case Effect::Fail:
-        return report ? withStatus(honest, "fail", errorOf(fault.failure, fault.code)) : ifAccepted;
+        return report ? asFailed(honest, errorOf(fault.failure, fault.code)) : ifAccepted;
     case Effect::Never:
-        return report ? withStatus(honest, "wait", errorObject(serviceError(ErrorCode::NotReady)))
-                      : ifAccepted;
+        return report ? asUnfinished(honest, now) : ifAccepted;
     case Effect::OldToken:
         return ifAccepted;
     default:
@@ -152,12 +157,12 @@ Json errorOf(Failure failure)
 Json errorOf(Failure failure, ErrorCode code)
 {
     const FailureInfo& info = infoOf(failure);
-    return errorObject({code, 200, info.name, info.text});
+    return {{"code", toNumber(code)}, {"text", info.text}, {"type", info.name}};
 }
 
-std::optional<Answer> misbehave(const Fault& fault, const Reply& honest, TimePoint now)
+std::optional<Answer> misbehave(const Fault& fault, const Call& call, const Reply& honest, TimePoint now)
 {
-    const auto reply = changedReply(fault, honest, now);
+    const auto reply = changedReply(fault, call, honest, now);
     return reply ? std::optional(Answer{.reply = *reply, .wire = wireOf(fault)}) : std::nullopt;
 }
 

@@ -35,6 +35,14 @@ enum class ErrorCode : int
     return static_cast<int>(code);
 }
 
+/// Which keys an answer with an error has besides `error` and `timestamp`.
+enum class Keys
+{
+    None,
+    Failed, ///< `status` "fail"; in a status answer, `payload` as well
+    Waiting ///< `status` "wait" and `uuid`
+};
+
 /// A row of the service's error table.
 struct ServiceError
 {
@@ -44,6 +52,7 @@ struct ServiceError
     std::string_view type;
     /// The message, in Russian like those of the service.
     std::string_view text;
+    Keys keys = Keys::Failed;
 };
 
 /// One row for each enumerator.
@@ -52,7 +61,11 @@ struct ServiceError
 /// The row of `code`; throws std::out_of_range if there is none.
 [[nodiscard]] const ServiceError& serviceError(ErrorCode code);
 
-/// The error object of an answer, with a new `error_id`. `details`, if any, are appended to the text.
-[[nodiscard]] Json errorObject(const ServiceError& error, const std::string& details = {});
+/// The texts of errors that name what they are about. `fields` are those of `describe`.
+[[nodiscard]] std::string invalidReceiptText(const std::string& fields);
+[[nodiscard]] std::string duplicateText(const std::string& externalId, const std::string& groupCode);
+
+/// The error object of an answer, with a new `error_id`. `text`, if any, takes the place of the table's.
+[[nodiscard]] Json errorObject(const ServiceError& error, const std::string& text = {});
 
 } // namespace emulator

@@ -15,19 +15,25 @@ Reply acceptedReply(const std::string& uuid, TimePoint now)
         200, {{"uuid", uuid}, {"status", "wait"}, {"error", nullptr}, {"timestamp", moscowTime(now)}});
 }
 
-Reply duplicateReply(const std::string& firstUuid, TimePoint now)
+Reply waitingReply(const std::string& uuid, const ServiceError& error, TimePoint now, const std::string& text)
 {
-    const ServiceError& exists = serviceError(ErrorCode::DuplicateId);
-    return jsonReply(exists.httpStatus, {{"uuid", firstUuid}, {"status", "wait"},
-                                            {"error", errorObject(exists)}, {"timestamp", moscowTime(now)}});
+    Json body = Json::object();
+    if (!uuid.empty())
+        body["uuid"] = uuid;
+    body["status"] = "wait";
+    body["error"] = errorObject(error, text);
+    body["timestamp"] = moscowTime(now);
+    return jsonReply(error.httpStatus, body);
 }
 
-Reply errorReply(Endpoint endpoint, const ServiceError& error, TimePoint now, const std::string& details)
+Reply errorReply(Endpoint endpoint, const ServiceError& error, TimePoint now, const std::string& text)
 {
-    Json body{{"error", errorObject(error, details)}};
-    if (endpoint == Endpoint::Sell || endpoint == Endpoint::Report)
+    if (error.keys == Keys::Waiting)
+        return waitingReply({}, error, now, text);
+    Json body{{"error", errorObject(error, text)}};
+    if (error.keys == Keys::Failed)
         body["status"] = "fail";
-    if (endpoint == Endpoint::Report)
+    if (error.keys == Keys::Failed && endpoint == Endpoint::Report)
         body["payload"] = nullptr;
     body["timestamp"] = moscowTime(now);
     return jsonReply(error.httpStatus, body);

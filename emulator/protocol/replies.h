@@ -12,8 +12,10 @@ namespace emulator {
 /// The service's replies that need no stored document, as of `now`.
 [[nodiscard]] Reply tokenReply(const std::string& token, TimePoint now);
 [[nodiscard]] Reply acceptedReply(const std::string& uuid, TimePoint now);
-[[nodiscard]] Reply duplicateReply(const std::string& firstUuid, TimePoint now);
+/// With an error that does not mean that the document failed. Without a uuid if there is none.
+[[nodiscard]] Reply waitingReply(
+    const std::string& uuid, const ServiceError& error, TimePoint now, const std::string& text = {});
 [[nodiscard]] Reply errorReply(
-    Endpoint endpoint, const ServiceError& error, TimePoint now, const std::string& details = {});
+    Endpoint endpoint, const ServiceError& error, TimePoint now, const std::string& text = {});
 
 } // namespace emulator

@@ -47,6 +47,16 @@ bool isHexBytes(const std::string& text, const FieldRule& rule)
     return between(static_cast<std::int64_t>(text.size() + 1) / 3, rule);
 }
 
+std::string_view numberViolation(const Json& value, const FieldRule& rule, int scale)
+{
+    if (!value.is_number())
+        return "NumberExpected";
+    const double parts = value.get<double>() * scale;
+    if (parts < static_cast<double>(rule.low))
+        return "NumberTooSmall";
+    return parts > static_cast<double>(rule.high) ? "NumberTooBig" : "NumberNotMultipleOf";
+}
+
 std::string joined(const std::vector<std::string>& names)
 {
     std::string text;
@@ -90,6 +100,38 @@ bool holds(const Json& value, const FieldRule& rule, const Lists& lists)
         return value.is_string() && std::ranges::count(lists.*rule.names, text()) > 0;
     }
     return false;
+}
+
+std::string_view violationOf(const Json& value, const FieldRule& rule)
+{
+    if (value.is_null())
+        return "PropertyRequired";
+    switch (rule.kind) {
+    case Object:
+        return "ObjectExpected";
+    case Array:
+        if (!value.is_array())
+            return "ArrayExpected";
+        return static_cast<std::int64_t>(value.size()) < rule.low ? "TooFewItems" : "TooManyItems";
+    case Text:
+        if (!value.is_string())
+            return "StringExpected";
+        return characters(value.get<std::string>()) < rule.low ? "StringTooShort" : "StringTooLong";
+    case Timestamp:
+    case Inn:
+    case Phone:
+    case HexBytes:
+        return value.is_string() ? "PatternMismatch" : "StringExpected";
+    case Money:
+        return numberViolation(value, rule, 100);
+    case Quantity:
+        return numberViolation(value, rule, 1000);
+    case Integer:
+        return numberViolation(value, rule, 1);
+    case OneOf:
+        return "NotInEnumeration";
+    }
+    return {};
 }
 
 std::string expectation(const FieldRule& rule, const Lists& lists)

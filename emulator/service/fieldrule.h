@@ -49,6 +49,9 @@ struct FieldRule
 /// Whether the value satisfies the rule.
 [[nodiscard]] bool holds(const Json& value, const FieldRule& rule, const Lists& lists);
 
+/// The service's word for what is wrong with a value that does not satisfy the rule.
+[[nodiscard]] std::string_view violationOf(const Json& value, const FieldRule& rule);
+
 /// The rule in Russian.
 [[nodiscard]] std::string expectation(const FieldRule& rule, const Lists& lists);
 

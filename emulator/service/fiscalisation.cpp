@@ -6,6 +6,9 @@ namespace emulator {
 
 namespace {
 
+// Of an operator that does not exist.
+constexpr auto ofdInn = "7700000099";
+
 // The sign never fits into 31 bits, so that a client that stores it in an int is exposed.
 std::int64_t fiscalSign(const std::string& storageNumber, std::int64_t document)
 {
@@ -32,16 +35,17 @@ void openShiftIfNeeded(Register& where, TimePoint time, std::int64_t receiptsPer
 
 } // namespace
 
-Json registerReceipt(
-    Register& where, TimePoint time, std::int64_t totalKopecks, std::int64_t receiptsPerShift)
+Json registerReceipt(Register& where, TimePoint time, std::int64_t totalKopecks,
+    std::int64_t receiptsPerShift, const std::string& fnsSite)
 {
     openShiftIfNeeded(where, time, receiptsPerShift);
     ++where.documents;
     ++where.receiptsInShift;
-    return {{"total", roubles(totalKopecks)}, {"fns_site", "www.nalog.gov.ru"},
+    return {{"total", roubles(totalKopecks)}, {"ofd_inn", ofdInn}, {"fns_site", fnsSite},
         {"fn_number", where.storageNumber}, {"shift_number", where.shift},
-        {"receipt_datetime", moscowTime(time)}, {"fiscal_receipt_number", where.receiptsInShift},
-        {"fiscal_document_number", where.documents}, {"ecr_registration_number", where.registrationNumber},
+        {"receipt_datetime", moscowTime(std::chrono::floor<std::chrono::minutes>(time))},
+        {"fiscal_receipt_number", where.receiptsInShift}, {"fiscal_document_number", where.documents},
+        {"ecr_registration_number", where.registrationNumber},
         {"fiscal_document_attribute", fiscalSign(where.storageNumber, where.documents)}};
 }
 

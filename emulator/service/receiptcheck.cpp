@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
+#include <set>
 #include <span>
 #include <string_view>
 
@@ -31,7 +32,10 @@ public:
             walk(body, rule, 0, {});
     }
 
-    void add(const std::string& field, const std::string& rule) { violations.push_back({field, rule}); }
+    void add(const std::string& field, const std::string& rule, std::string_view kind)
+    {
+        violations.push_back({field, rule, std::string(kind)});
+    }
 
     [[nodiscard]] std::vector<Violation> result() && { return std::move(violations); }
 
@@ -64,7 +68,7 @@ private:
     {
         const bool absent = value.is_null() && rule.need == Need::Optional;
         if (!absent && !holds(value, rule, lists))
-            add(name, expectation(rule, lists));
+            add(name, expectation(rule, lists), violationOf(value, rule));
     }
 
     [[nodiscard]] std::size_t limitOf(std::string_view array) const
@@ -101,7 +105,7 @@ void checkInnOfGroup(Checker& checker, const Json& company, const std::string& p
 {
     const std::string given = textOf(company, "inn");
     if (!inn.empty() && isInn(given) && given != inn)
-        checker.add(path, "ИНН не совпадает с ИНН группы");
+        checker.add(path, "ИНН не совпадает с ИНН группы", "PatternMismatch");
 }
 
 void checkContact(Checker& checker, const Json& receipt)
@@ -109,7 +113,7 @@ void checkContact(Checker& checker, const Json& receipt)
     const Json& client = objectOf(receipt, "client");
     const bool hasClient = receipt.contains("client") && receipt["client"].is_object();
     if (hasClient && textOf(client, "email").empty() && textOf(client, "phone").empty())
-        checker.add("receipt.client", "нужно заполнить email или phone");
+        checker.add("receipt.client", "нужно заполнить email или phone", "PropertyRequired");
 }
 
 void checkItems(Checker& checker, const Json& receipt)
@@ -124,9 +128,10 @@ void checkItems(Checker& checker, const Json& receipt)
         if (!item.is_object())
             continue;
         if (!receiptHasVats && !hasValue(item, "vat"))
-            checker.add(name + ".vat", "ожидается объект");
+            checker.add(name + ".vat", "ожидается объект", "PropertyRequired");
         if (hasValue(item, "agent_info") && !hasValue(item, "supplier_info"))
-            checker.add(name + ".supplier_info", "обязательное поле, если есть agent_info");
+            checker.add(
+                name + ".supplier_info", "обязательное поле, если есть agent_info", "PropertyRequired");
     }
 }
 
@@ -153,10 +158,13 @@ void checkTotals(Checker& checker, const Json& receipt)
         receipt.contains("total") ? wholePartsOf(receipt["total"], 100).value_or(unreadable) : unreadable;
     if (total == unreadable)
         return;
-    if (total != sumOf(receipt, "payments").value_or(total))
-        checker.add("receipt.total", "итог не равен сумме оплат");
-    if (std::abs(total - sumOf(receipt, "items").value_or(total)) > largestDifference)
-        checker.add("receipt.total", "итог отличается от суммы позиций больше чем на 99 копеек");
+    const auto kind = [total](std::int64_t sum) { return total < sum ? "NumberTooSmall" : "NumberTooBig"; };
+    const std::int64_t paid = sumOf(receipt, "payments").value_or(total);
+    if (total != paid)
+        checker.add("receipt.total", "итог не равен сумме оплат", kind(paid));
+    const std::int64_t sold = sumOf(receipt, "items").value_or(total);
+    if (std::abs(total - sold) > largestDifference)
+        checker.add("receipt.total", "итог отличается от суммы позиций больше чем на 99 копеек", kind(sold));
 }
 
 } // namespace
@@ -185,8 +193,12 @@ std::vector<Violation> checkCorrection(const Json& body, const Lists& lists, con
 std::string describe(const std::vector<Violation>& violations)
 {
     std::string text;
-    for (const Violation& violation : violations)
-        text += (text.empty() ? "" : "; ") + violation.field + ": " + violation.rule;
+    std::set<std::string> named;
+    for (const Violation& violation : violations) {
+        const std::string one = violation.kind + ": #/" + violation.field;
+        if (named.insert(one).second)
+            text += (text.empty() ? "" : ", ") + one;
+    }
     return text;
 }
 

@@ -16,6 +16,8 @@ struct Violation
     std::string field{};
     /// What is expected, in Russian.
     std::string rule{};
+    /// The service's word for what is wrong, such as `NumberTooSmall`.
+    std::string kind{};
 };
 
 /// All violations in the body of a register call, in the order of the rules. `inn` is the group's taxpayer
@@ -27,7 +29,7 @@ struct Violation
 [[nodiscard]] std::vector<Violation> checkCorrection(
     const Json& body, const Lists& lists, const std::string& inn);
 
-/// `field: rule; field: rule`.
+/// `kind: #/field, kind: #/field`, as the service names wrong fields. Names the same one once.
 [[nodiscard]] std::string describe(const std::vector<Violation>& violations);
 
 /// Sum of the payments, in kopecks, of a receipt or correction without violations.

@@ -2,11 +2,13 @@
 
 #include "emulator/faults/misbehaviour.h"
 #include "emulator/protocol/replies.h"
+#include "emulator/protocol/token.h"
 #include "emulator/service/fiscalisation.h"
 #include "emulator/service/record.h"
 #include "emulator/service/statusreplies.h"
 #include "emulator/values/identifiers.h"
 #include "emulator/values/money.h"
+#include "emulator/values/plaintext.h"
 
 #include <algorithm>
 #include <cctype>
@@ -26,6 +28,14 @@ bool isJsonInUtf8(std::string type)
     std::ranges::transform(
         type, type.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return type == "application/json;charset=utf-8";
+}
+
+// The pattern of logins has not been published; this is what none can contain.
+bool isLogin(const std::string& login)
+{
+    constexpr std::size_t longest = 100;
+    return login.size() <= longest && isPlainText(login) &&
+           login.find_first_of(" \"'<>\\") == std::string::npos;
 }
 
 bool isCorrection(const Call& call)
@@ -90,7 +100,7 @@ Answer Service::performWithFault(Context& context, const Request& request)
     sqlite::Savepoint point = store.savepoint();
     const Pace paceBefore = pace;
     const Reply honest = perform(context, request);
-    const auto answer = misbehave(*context.fault, honest, clock());
+    const auto answer = misbehave(*context.fault, context.call, honest, clock());
     if (answer && context.fault->phase == Phase::Before) {
         // The answer is as it would have been, but the savepoint undoes what the call did.
         pace = paceBefore;
@@ -174,21 +184,26 @@ Reply Service::issueToken(const Context& context)
     if (call.login.empty() || call.password.empty())
         return error(Endpoint::Token, ErrorCode::InvalidTokenRequest);
     const User* user = findUser(call.login);
+    if (user == nullptr && !isLogin(call.login))
+        return error(Endpoint::Token, ErrorCode::InvalidReceipt, "PatternMismatch: #/login");
     if (user == nullptr || user->password != call.password)
         return error(Endpoint::Token, ErrorCode::WrongPassword);
     if (user->blocked)
         return error(Endpoint::Token, ErrorCode::BlockedUser);
     const bool old = context.fault != nullptr && context.fault->effect == Effect::OldToken;
     const std::chrono::milliseconds life = old ? context.fault->time : options.tokenLife;
-    const std::string token = newToken();
-    store.addToken(token, {.login = user->login, .expiresAt = clock() + life});
+    const TimePoint end = clock() + life;
+    const std::string token = newToken(end);
+    store.addToken(token, {.login = user->login, .expiresAt = end});
     return tokenReply(token, clock());
 }
 
 std::optional<ErrorCode> Service::refusal(const Context& context) const
 {
-    if (!context.token)
-        return ErrorCode::UnknownToken;
+    if (!context.token) {
+        const auto end = endOf(context.call.token);
+        return end && *end <= clock() ? ErrorCode::ExpiredToken : ErrorCode::UnknownToken;
+    }
     if (context.token->expiresAt <= clock())
         return ErrorCode::ExpiredToken;
     const User* user = findUser(context.call.login);
@@ -213,9 +228,10 @@ Reply Service::acceptDocument(const Context& context)
         return error(Endpoint::Sell, ErrorCode::InvalidRequest);
     const Group& group = *findGroup(call.group);
     if (const auto wrong = wrongFields(call, group); !wrong.empty())
-        return error(Endpoint::Sell, ErrorCode::InvalidReceipt, describe(wrong));
+        return error(Endpoint::Sell, ErrorCode::InvalidReceipt, invalidReceiptText(describe(wrong)));
     if (const auto uuid = store.findUuid(call.group, call.externalId))
-        return duplicateReply(*uuid, clock());
+        return waitingReply(
+            *uuid, serviceError(ErrorCode::DuplicateId), clock(), duplicateText(call.externalId, call.group));
     return acceptedReply(newDocument(context, group).uuid, clock());
 }
 
@@ -246,7 +262,7 @@ Document Service::newDocument(const Context& context, const Group& group)
 void Service::fiscalise(Document& document, const Group& group, const Fault* fault)
 {
     Register where = store.freestRegister(group.code, group.registers);
-    document.deviceCode = "emulated-" + where.groupCode + "-" + std::to_string(where.number);
+    document.deviceCode = deviceCodeOf(where);
     const TimePoint begin = std::max(document.receivedAt, where.freeAt);
     if (begin - document.receivedAt > options.queueTimeout) {
         document.readyAt = document.receivedAt + options.queueTimeout;
@@ -262,8 +278,8 @@ void Service::fiscalise(Document& document, const Group& group, const Fault* fau
         document.outcome = Outcome::Fail;
         document.error = errorOf(fault->failure, fault->code);
     } else {
-        document.payload =
-            registerReceipt(where, document.readyAt, document.totalKopecks, options.receiptsPerShift);
+        document.payload = registerReceipt(
+            where, document.readyAt, document.totalKopecks, options.receiptsPerShift, options.fnsSite);
     }
     store.saveRegister(where);
 }
@@ -285,8 +301,8 @@ Reply Service::report(const Context& context)
     if (!document || document->groupCode != context.call.group || document->receivedAt + documentLife < now)
         return error(Endpoint::Report, ErrorCode::UnknownDocument);
     if (options.pace && !pace.allows(document->groupCode, findGroup(document->groupCode)->registers, now)) {
-        const ServiceError tooOften{
-            ErrorCode::InvalidRequest, 429, "system", "Слишком частые запросы состояния документов"};
+        const ServiceError tooOften{ErrorCode::InvalidRequest, 429, "system",
+            "Слишком частые запросы состояния документов", Keys::None};
         return errorReply(Endpoint::Report, tooOften, now);
     }
     if (document->waitsLeft > 0) {
@@ -314,9 +330,9 @@ Reply Service::statusOf(const Document& document) const
     return finishedReply(linked, clock());
 }
 
-Reply Service::error(Endpoint endpoint, ErrorCode code, const std::string& details) const
+Reply Service::error(Endpoint endpoint, ErrorCode code, const std::string& text) const
 {
-    return errorReply(endpoint, serviceError(code), clock(), details);
+    return errorReply(endpoint, serviceError(code), clock(), text);
 }
 
 const Group* Service::findGroup(const std::string& code) const

@@ -71,7 +71,7 @@ private:
     void fiscalise(Document& document, const Group& group, const Fault* fault);
     [[nodiscard]] const Group* findGroup(const std::string& code) const;
     [[nodiscard]] const User* findUser(const std::string& login) const;
-    [[nodiscard]] Reply error(Endpoint endpoint, ErrorCode code, const std::string& details = {}) const;
+    [[nodiscard]] Reply error(Endpoint endpoint, ErrorCode code, const std::string& text = {}) const;
     [[nodiscard]] std::chrono::milliseconds randomLatency() const;
 
     ServiceOptions options;

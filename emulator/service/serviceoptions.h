@@ -48,6 +48,8 @@ struct ServiceOptions
     bool pace = false;
     /// Receipts after which a register starts a new shift; 0 means that it only does so after 24 hours.
     int receiptsPerShift = 0;
+    /// Site of the tax authority, which registers print on receipts.
+    std::string fnsSite = "www.nalog.gov.ru";
     Lists lists{};
 };
 

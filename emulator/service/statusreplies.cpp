@@ -2,31 +2,37 @@
 
 #include "emulator/http/jsonreply.h"
 #include "emulator/protocol/errors.h"
+#include "emulator/protocol/replies.h"
 
 namespace emulator {
 
 namespace {
 
-Reply statusReply(
-    const Document& document, const char* word, const Json& error, const Json& payload, TimePoint now)
+// The mask of such addresses has not been published.
+Json warningsAbout(const Document& document)
 {
-    return jsonReply(200, {{"uuid", document.uuid}, {"error", error}, {"status", word}, {"payload", payload},
-                              {"timestamp", moscowTime(now)}, {"group_code", document.groupCode},
-                              {"daemon_code", "fremulator"}, {"device_code", document.deviceCode},
-                              {"external_id", document.externalId}, {"callback_url", document.callbackUrl}});
+    const std::string& url = document.callbackUrl;
+    if (url.empty() || url.starts_with("http://") || url.starts_with("https://"))
+        return nullptr;
+    return {{"callback_url", "PatternMismatch: #/service.callback_url"}};
 }
 
 } // namespace
 
 Reply waitingReply(const Document& document, TimePoint now)
 {
-    return statusReply(document, "wait", errorObject(serviceError(ErrorCode::NotReady)), nullptr, now);
+    return waitingReply(document.uuid, serviceError(ErrorCode::NotReady), now);
 }
 
 Reply finishedReply(const Document& document, TimePoint now)
 {
     const bool done = document.outcome == Outcome::Done;
-    return statusReply(document, done ? "done" : "fail", document.error, document.payload, now);
+    return jsonReply(
+        200, {{"uuid", document.uuid}, {"error", document.error}, {"status", done ? "done" : "fail"},
+                 {"payload", document.payload}, {"warnings", warningsAbout(document)},
+                 {"timestamp", moscowTime(now)}, {"group_code", document.groupCode},
+                 {"daemon_code", "fremulator"}, {"device_code", document.deviceCode},
+                 {"external_id", document.externalId}, {"callback_url", document.callbackUrl}});
 }
 
 } // namespace emulator

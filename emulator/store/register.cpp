@@ -14,6 +14,12 @@ std::string sixteenDigits(const char* prefix, std::int64_t serial)
 
 } // namespace
 
+std::string deviceCodeOf(const Register& where)
+{
+    constexpr std::size_t digits = 6;
+    return "KKT" + where.registrationNumber.substr(where.registrationNumber.size() - digits);
+}
+
 Register newRegister(const std::string& groupCode, int number, std::int64_t serial)
 {
     return {.groupCode = groupCode,

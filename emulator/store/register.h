@@ -26,6 +26,9 @@ struct Register
     TimePoint freeAt{};
 };
 
+/// The service's name for the register, such as KKT000001.
+[[nodiscard]] std::string deviceCodeOf(const Register& where);
+
 /// A new register, whose storage contains only the registration report. Its numbers are derived from
 /// `serial`, which must be unique.
 [[nodiscard]] Register newRegister(const std::string& groupCode, int number, std::int64_t serial);

@@ -33,9 +33,4 @@ std::string newUuid()
     return text;
 }
 
-std::string newToken()
-{
-    return randomHex(128);
-}
-
 } // namespace emulator

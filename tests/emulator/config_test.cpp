@@ -60,6 +60,7 @@ TEST_F(ConfigFile, DefinesGroupsUsersListsAndFaults)
             {"login": "m", "password": "p", "blocked": true}],
         "lists": {"vatTypes": ["vat22"]},
         "receiptsPerShift": 100,
+        "fnsSite": "www.nalog.ru",
         "faults": [{"endpoint": "sell", "effect": "close"}]})");
     ASSERT_EQ(options.service.groups.size(), 3u);
     EXPECT_EQ(options.service.groups[0].inn, "7700000000");
@@ -73,6 +74,7 @@ TEST_F(ConfigFile, DefinesGroupsUsersListsAndFaults)
     EXPECT_THAT(options.service.lists.vatTypes, ElementsAre("vat22"));
     EXPECT_EQ(options.service.lists.agentTypes, Lists().agentTypes);
     EXPECT_EQ(options.service.receiptsPerShift, 100);
+    EXPECT_EQ(options.service.fnsSite, "www.nalog.ru");
     ASSERT_EQ(options.faults.size(), 1u);
     EXPECT_EQ(options.faults[0].effect, Effect::Close);
 }
@@ -81,6 +83,7 @@ TEST_F(ConfigFile, LeavesUnmentionedOptionsUnchanged)
 {
     const Options options = read("{}");
     EXPECT_EQ(options.service.groups.front().code, "test");
+    EXPECT_EQ(options.service.fnsSite, "www.nalog.gov.ru");
     EXPECT_EQ(options.service.users.front().login, "test");
     EXPECT_THAT(options.faults, IsEmpty());
 }

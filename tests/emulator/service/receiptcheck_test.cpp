@@ -268,5 +268,5 @@ TEST(CorrectionCheck, ChecksEnvelopeCompanyAndPayments)
         "company": {"sno": "osn", "inn": "7700000000", "payment_address": "shop.example"},
         "payments": [{"type": 1, "sum": 10}]}})");
     EXPECT_THAT(checkCorrection(good, Lists(), {}), IsEmpty());
-    EXPECT_EQ(describe(checkCorrection(goodReceipt(), Lists(), {})), "correction: ожидается объект");
+    EXPECT_EQ(describe(checkCorrection(goodReceipt(), Lists(), {})), "PropertyRequired: #/correction");
 }
