@@ -33,6 +33,7 @@ struct Arguments
     double tokenLife = 24 * 60 * 60;
     double queueTimeout = 300;
     bool pace = false;
+    bool strict = false;
     std::int64_t keep = Options().keep;
     std::vector<std::string> allowedHosts;
     emulator::TlsFiles tls;
@@ -78,6 +79,8 @@ void addTimingOptions(CLI::App& app, Arguments& a)
         ->check(CLI::Range(0.0, 86400.0))
         ->capture_default_str();
     app.add_flag("--pace", a.pace, "refuse status calls of a group beyond one per second and register");
+    app.add_flag(
+        "--strict", a.strict, "refuse what the service takes although its description does not allow it");
     app.add_option("--token-ttl", a.tokenLife, "lifetime of a token in seconds")
         ->check(CLI::Range(0.0, 1e9))
         ->capture_default_str();
@@ -116,6 +119,7 @@ Options toOptions(const Arguments& a)
     service.tokenLife = milliseconds(a.tokenLife);
     service.queueTimeout = milliseconds(a.queueTimeout);
     service.pace = a.pace;
+    service.strict = a.strict;
     options.keep = a.keep;
     options.allowedHosts = a.allowedHosts;
     options.tls = a.tls;

@@ -39,7 +39,7 @@ void readTokenCall(Call& call, const Request& request)
 
 } // namespace
 
-Call readCall(const Request& request)
+Call readCall(const Request& request, bool mild)
 {
     Call call;
     const bool get = request.method == "GET";
@@ -48,7 +48,10 @@ Call readCall(const Request& request)
         call.body = parseShallow(request.body);
     if (!request.path.starts_with(basePath))
         return call;
-    const std::vector<std::string> parts = segments(std::string_view(request.path).substr(basePath.size()));
+    std::string_view path = std::string_view(request.path).substr(basePath.size());
+    if (mild && path.ends_with('/'))
+        path.remove_suffix(1);
+    const std::vector<std::string> parts = segments(path);
 
     call.token = request.header("Token");
     if (call.token.empty())

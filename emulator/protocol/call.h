@@ -27,7 +27,7 @@ struct Call
     Json body{};
 };
 
-/// Reads as much as it can and rejects nothing.
-[[nodiscard]] Call readCall(const Request& request);
+/// Reads as much as it can and rejects nothing. The path may end in a slash if `mild`.
+[[nodiscard]] Call readCall(const Request& request, bool mild);
 
 } // namespace emulator

@@ -21,13 +21,15 @@ namespace {
 
 constexpr auto documentLife = std::chrono::days(32);
 
-// The service insists on the character set. Letter case and spaces do not matter.
-bool isJsonInUtf8(std::string type)
+// The description insists on the character set; the service takes less, even nothing. Letter case and spaces
+// do not matter.
+bool isAcceptable(std::string type, bool strict)
 {
     std::erase_if(type, [](unsigned char c) { return std::isspace(c) != 0; });
     std::ranges::transform(
         type, type.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return type == "application/json;charset=utf-8";
+    const bool described = type == "application/json;charset=utf-8";
+    return described || (!strict && (type.empty() || type == "application/json"));
 }
 
 // The pattern of logins has not been published; this is what none can contain.
@@ -116,7 +118,7 @@ Answer Service::performWithFault(Context& context, const Request& request)
 
 Service::Context Service::contextOf(const Request& request)
 {
-    Context context{.call = readCall(request)};
+    Context context{.call = readCall(request, !options.strict)};
     Call& call = context.call;
     if (call.endpoint == Endpoint::Sell || call.endpoint == Endpoint::Report) {
         context.token = store.findToken(call.token);
@@ -135,7 +137,7 @@ Reply Service::perform(const Context& context, const Request& request)
 {
     const Endpoint endpoint = context.call.endpoint;
     const bool known = endpoint != Endpoint::Unknown;
-    if (known && request.method == "POST" && !isJsonInUtf8(request.header("Content-Type")))
+    if (known && request.method == "POST" && !isAcceptable(request.header("Content-Type"), options.strict))
         return error(endpoint, ErrorCode::WrongContentType);
     switch (endpoint) {
     case Endpoint::Token:

@@ -51,6 +51,9 @@ struct ServiceOptions
     /// Site of the tax authority, which registers print on receipts.
     std::string fnsSite = "www.nalog.gov.ru";
     Lists lists{};
+    /// Whether to insist on what the service's description says where the service itself is known to be
+    /// milder.
+    bool strict = false;
 };
 
 } // namespace emulator

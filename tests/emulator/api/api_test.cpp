@@ -203,12 +203,12 @@ TEST_F(ApiCalls, StoresNoSecretSentInAnUnusualWay)
     };
     EXPECT_EQ(get(path + "?pass=secret&pass=secret&%70ass=secret&login=shop").status, 200);
     EXPECT_EQ(get("/possystem/v4/group-1/report/x?token=secret&token=secret").status, 401);
-    EXPECT_EQ(sendRaw("POST " + path + " HTTP/1.1\r\n", "login=shop&pass=secret").status, 415);
-    EXPECT_EQ(sendRaw("POST " + path + "/x HTTP/1.1\r\n", R"({"pass": "secret"})").status, 415);
+    EXPECT_EQ(sendRaw("POST " + path + " HTTP/1.1\r\n", "login=shop&pass=secret").status, 400);
+    EXPECT_EQ(sendRaw("POST " + path + "/x HTTP/1.1\r\n", R"({"pass": "secret"})").status, 401);
     EXPECT_EQ(sendRaw("POST /elsewhere HTTP/1.1\r\n", R"({"pass": "secret)").status, 400);
     EXPECT_EQ(
-        sendRaw("POST " + path + " HTTP/1.1\r\nToken: a\r\n secret\r\ntoken: secret\r\n", "{}").status, 415);
-    EXPECT_EQ(sendRaw("POST " + path + " HTTP/1.1\r\nAuthorization: Basic secret\r\n", "{}").status, 415);
+        sendRaw("POST " + path + " HTTP/1.1\r\nToken: a\r\n secret\r\ntoken: secret\r\n", "{}").status, 400);
+    EXPECT_EQ(sendRaw("POST " + path + " HTTP/1.1\r\nAuthorization: Basic secret\r\n", "{}").status, 400);
     const std::string all = get("/_emulator/exchanges").body;
     EXPECT_THAT(all, Not(HasSubstr("secret")));
     EXPECT_THAT(all, HasSubstr("?pass=***&pass=***&%70ass=***&login=shop HTTP/1.1"));
@@ -219,7 +219,7 @@ TEST_F(ApiCalls, RecordsTheRestOfARequestUnchanged)
     const std::string sent =
         "POST /possystem/v4/group-1/sell?a=1&b HTTP/1.1\r\nHost: 127.0.0.1\r\nX: a\r\n b\r\n"
         "Token: ***\r\nContent-Length: 2\r\n\r\n{}";
-    EXPECT_EQ(exchange(sent).status, 415);
+    EXPECT_EQ(exchange(sent).status, 401);
     EXPECT_EQ(get("/_emulator/exchanges?limit=1").json()["exchanges"][0]["request"], sent);
 }
 

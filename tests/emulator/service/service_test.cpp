@@ -226,17 +226,43 @@ TEST_F(ServiceCalls, RefusesAnUnknownUuidAndOneThatIsTooOld)
 
 TEST_F(ServiceCalls, RefusesOtherContentTypes)
 {
-    ready();
-    const auto typed = [this](const std::string& type) {
-        const std::string body = goodReceipt().dump();
+    const auto typed = [this](const std::string& type, const std::string& id) {
+        const std::string body = goodReceipt(id).dump();
         return outline(
             exchange("POST " + sellPath + " HTTP/1.1\r\nHost: 127.0.0.1\r\n" + type + tokenHeader() +
                      "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body));
     };
-    EXPECT_EQ(typed("Content-Type: text/plain\r\n"), (Outline{415, 41, ""}));
-    EXPECT_EQ(typed("Content-Type: application/json\r\n"), (Outline{415, 41, ""}));
-    EXPECT_EQ(typed(""), (Outline{415, 41, ""}));
-    EXPECT_EQ(typed("content-type: Application/JSON;charset=UTF-8\r\n"), (Outline{200, 0, "wait"}));
+    const Outline taken{200, 0, "wait"};
+    const Outline refused{415, 41, ""};
+    for (const bool strict : {false, true}) {
+        options.service.strict = strict;
+        ready();
+        EXPECT_EQ(typed("Content-Type: text/plain\r\n", "1"), refused);
+        EXPECT_EQ(typed("Content-Type: application/json; charset=windows-1251\r\n", "2"), refused);
+        EXPECT_EQ(typed("Content-Type: application/json\r\n", "3"), strict ? refused : taken);
+        EXPECT_EQ(typed("Content-Type: Application/JSON\r\n", "4"), strict ? refused : taken);
+        EXPECT_EQ(typed("", "5"), strict ? refused : taken);
+        EXPECT_EQ(typed("content-type: Application/JSON;charset=UTF-8\r\n", "6"), taken);
+    }
+}
+
+TEST_F(ServiceCalls, TakeASlashAtTheEndUnlessStrict)
+{
+    for (const bool strict : {false, true}) {
+        options.service.strict = strict;
+        ready();
+        const std::string service = "/possystem/v4/";
+        const Outline refused{400, 40, ""};
+        EXPECT_EQ(outline(get(service + "getToken/?login=shop&pass=secret")),
+            strict ? refused : (Outline{200, 0, ""}));
+        EXPECT_EQ(outline(exchange(postRequest(sellPath + "/", goodReceipt("1").dump(), tokenHeader()))),
+            strict ? refused : (Outline{200, 0, "wait"}));
+        const std::string uuid = sell(goodReceipt("2")).json()["uuid"];
+        EXPECT_EQ(outline(exchange(getRequest(service + "group-1/report/" + uuid + "/", tokenHeader()))),
+            strict ? refused : (Outline{200, 0, "done"}));
+        EXPECT_EQ(
+            outline(exchange(postRequest(sellPath + "//", goodReceipt("3").dump(), tokenHeader()))), refused);
+    }
 }
 
 TEST_F(ServiceCalls, NamesEveryWrongFieldOfAReceipt)
