@@ -49,11 +49,7 @@ Registrar::Registrar(LoadedRegister& usedRegister, ObservingTransport& usedTrans
 ReceiptResult Registrar::sell(const QueuedReceipt& queued)
 {
     const Receipt& receipt = queued.receipt;
-    Finding finding = close(receipt);
-    if (finding.verdict == SaleVerdict::RefusedOnce) {
-        finding = closeAgain(receipt);
-        finding.verdict = second(finding.verdict);
-    }
+    Finding finding = repeatRefused(close(receipt), [&] { return closeAgain(receipt); });
     // The driver's interface names the document of a known id only when the receipt is sent once more.
     if (finding.verdict == SaleVerdict::Existing)
         finding = closeAgain(receipt);
@@ -64,12 +60,8 @@ ReceiptResult Registrar::sell(const QueuedReceipt& queued)
 
 ReceiptResult Registrar::send(const QueuedReceipt& queued)
 {
-    Finding finding = submit(queued.receipt);
-    if (finding.verdict == SaleVerdict::RefusedOnce) {
-        finding = submitAgain(queued.receipt);
-        finding.verdict = second(finding.verdict);
-    }
-    return resultOf(queued, finding);
+    return resultOf(
+        queued, repeatRefused(submit(queued.receipt), [&] { return submitAgain(queued.receipt); }));
 }
 
 Registrar::Finding Registrar::close(const Receipt& receipt)
@@ -131,10 +123,14 @@ Registrar::Finding Registrar::await(const Receipt& receipt, Finding finding)
     return finding;
 }
 
-SaleVerdict Registrar::second(SaleVerdict verdict) const
+Registrar::Finding Registrar::repeatRefused(Finding finding, const std::function<Finding()>& sendAgain) const
 {
+    for (int i = 0; i < patience.repeatedRefusals && finding.verdict == SaleVerdict::RefusedOnce; ++i)
+        finding = sendAgain();
     const auto code = transport.seen().registration.errorCode;
-    return verdict == SaleVerdict::RefusedOnce && code ? confirmed(*code) : verdict;
+    if (finding.verdict == SaleVerdict::RefusedOnce && code)
+        finding.verdict = confirmed(*code);
+    return finding;
 }
 
 ReceiptResult Registrar::resultOf(const QueuedReceipt& queued, const Finding& finding) const

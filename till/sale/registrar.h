@@ -51,7 +51,7 @@ private:
     [[nodiscard]] Finding submit(const Receipt& receipt);
     [[nodiscard]] Finding submitAgain(const Receipt& receipt);
     [[nodiscard]] Finding await(const Receipt& receipt, Finding finding);
-    [[nodiscard]] SaleVerdict second(SaleVerdict verdict) const;
+    [[nodiscard]] Finding repeatRefused(Finding finding, const std::function<Finding()>& sendAgain) const;
     [[nodiscard]] ReceiptResult resultOf(const QueuedReceipt& queued, const Finding& finding) const;
     [[nodiscard]] ErrorInfo errorOf(const Receipt& receipt, const Finding& finding) const;
     [[nodiscard]] std::optional<ErrorInfo> attempted(const std::function<void()>& step) const;

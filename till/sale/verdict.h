@@ -86,6 +86,8 @@ struct Patience
     std::chrono::milliseconds beforeRepetition = std::chrono::seconds(1);
     /// The pause before each other question; that of the register's configuration, where there is one.
     std::chrono::milliseconds beforeQuestion = std::chrono::seconds(1);
+    /// So many further sendings have to be refused before a refused receipt is called refused.
+    int repeatedRefusals = 2;
 };
 
 /// Asks about a document until it is finished: `ask` asks once, `pause` waits in between. A single answer
