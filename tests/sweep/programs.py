@@ -32,7 +32,8 @@ class Program:
         settings = [f"{name}={value}" for name, value in (environment or {}).items()]
         self.process = subprocess.Popen(
             [*START, *settings, *(tracer.command() if tracer else ()), *command],
-            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, errors="replace")
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True, errors="replace",
+            start_new_session=True)
         if tracer:
             threading.Thread(target=tracer.watch, args=[self.process], daemon=True).start()
 
@@ -43,6 +44,8 @@ class Program:
 
     def signal(self, number):
         """To the program itself, not to its tracer."""
+        if self.process.poll() is not None:
+            return  # its number may belong to another process by now
         try:
             if self.tracer:
                 self.tracer.signal(self.process.pid, number)
