@@ -46,13 +46,10 @@ class Program:
         """To the program itself, not to its tracer."""
         if self.process.poll() is not None:
             return  # its number may belong to another process by now
-        try:
-            if self.tracer:
-                self.tracer.signal(self.process.pid, number)
-            else:
-                self.process.send_signal(number)
-        except ProcessLookupError:
-            pass
+        if self.tracer:
+            self.tracer.signal(self.process.pid, number)
+        else:
+            self.process.send_signal(number)
 
     def ends_within(self, seconds):
         try:

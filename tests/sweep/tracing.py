@@ -1,4 +1,5 @@
 """System calls of a program: counting them, and changing one of them. Uses strace."""
+import contextlib
 import os
 import re
 import signal
@@ -102,9 +103,9 @@ class Tracer:
 
     def signal(self, tracer, number):
         """To the program that the process `tracer` traces."""
-        children = Path(f"/proc/{tracer}/task/{tracer}/children")
-        for child in children.read_text().split() if children.exists() else ():
-            os.kill(int(child), number)
+        with contextlib.suppress(FileNotFoundError, ProcessLookupError):  # it has ended
+            for child in Path(f"/proc/{tracer}/task/{tracer}/children").read_text().split():
+                os.kill(int(child), number)
 
     def watch(self, process):
         """Called in a thread of its own as soon as the program runs."""
