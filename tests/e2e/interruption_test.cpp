@@ -174,13 +174,14 @@ TEST_P(Interruption, WhileTheConfigurationIsReadSaysThatNothingWasSent)
 TEST_P(Interruption, AfterTheLastLineLeavesTheStatusOfTheRun)
 {
     for (int delay = 0; delay < 10; ++delay) {
-        Running frhost(frhostProgram(), shop.arguments({u"sell"_s, shop.receipts({u"r1"_s})}));
+        const QString id = u"r%1"_s.arg(delay);
+        Running frhost(frhostProgram(), shop.arguments({u"sell"_s, shop.receipts({id})}));
         ASSERT_THAT(frhost.moreOutput().toStdString(), EndsWith("}\n"));
         usleep(static_cast<useconds_t>(delay * 200));
         frhost.signal(GetParam());
         const Ran ran = frhost.end();
         if (ran.exitCode == 4)
-            EXPECT_EQ(ran.err.toStdString(), "Interrupted. r1 is registered.\n");
+            EXPECT_EQ(ran.err, u"Interrupted. %1 is registered.\n"_s.arg(id));
         else
             EXPECT_EQ(ran.exitCode, 0) << ran.err.toStdString();
     }
