@@ -36,7 +36,7 @@ QStringList configFolders()
     QStringList folders;
     const QString home = qEnvironmentVariable("HOME");
     const QString own = qEnvironmentVariable("XDG_CONFIG_HOME", home.isEmpty() ? home : home + u"/.config"_s);
-    // By its specification, a relative path is to be ignored.
+    // The rules of XDG ignore a relative path.
     if (own.startsWith(u'/'))
         folders << own;
     folders << u"/etc"_s;
