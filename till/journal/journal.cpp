@@ -131,10 +131,10 @@ void Journal::insert(const JournalClaim& claim, const QString& fromFile, int fro
 void Journal::conclude(const JournalClaim& claim, ReceiptState state, const QString& uuid,
     const std::optional<JournalEvidence>& evidence)
 {
-    const auto& [fiscalRegister, id, digest] = claim.receipt;
+    const ComposedReceipt& receipt = claim.receipt;
     transaction([&] {
-        const auto record = find(fiscalRegister, id);
-        if (!record || record->digest != digest || !givesWay(record->state, state))
+        const auto record = find(receipt.fiscalRegister, receipt.id);
+        if (!record || record->digest != receipt.digest || !givesWay(record->state, state))
             return;
         // A later attempt is under way, and only what the service has said of the receipt itself holds for
         // it.
@@ -142,11 +142,12 @@ void Journal::conclude(const JournalClaim& claim, ReceiptState state, const QStr
             return;
         change("UPDATE receipts SET state = ?, uuid = coalesce(nullif(?, ''), uuid), changed = unixepoch()"
                " WHERE register = (SELECT number FROM registers WHERE address = ?) AND id = ?",
-            {nameOf(state), uuid.isNull() ? u""_s : uuid, fiscalRegister, id});
+            {nameOf(state), uuid.isNull() ? u""_s : uuid, receipt.fiscalRegister, receipt.id});
         if (evidence)
             change("UPDATE receipts SET storage = ?, document = ?, sign = ?, total = ?"
                    " WHERE register = (SELECT number FROM registers WHERE address = ?) AND id = ?",
-                {evidence->storage, evidence->document, evidence->sign, evidence->total, fiscalRegister, id});
+                {evidence->storage, evidence->document, evidence->sign, evidence->total,
+                    receipt.fiscalRegister, receipt.id});
     });
 }
 
