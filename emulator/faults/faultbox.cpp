@@ -10,6 +10,8 @@ namespace emulator {
 std::span<const Fault> FaultBox::add(const std::vector<Fault>& wanted)
 {
     if (faults.size() + wanted.size() > most)
+        std::erase_if(faults, [](const Fault& fault) { return fault.spent(); });
+    if (faults.size() + wanted.size() > most)
         throw JsonError("at most " + std::to_string(most) + " faults are kept, and there are " +
                         std::to_string(faults.size()) + " already; delete some first");
     for (const Fault& fault : wanted) {

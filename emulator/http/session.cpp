@@ -96,6 +96,8 @@ public:
                 answer = shared.handler(request);
                 keepAlive = request.keepAlive;
             }
+            // The request is gone, which may have been large, and its answer may be delayed for long.
+            account.hold(buffer.capacity());
             keep = answer.follow ? co_await sendEvents() : co_await send(answer, keepAlive);
             account.hold(buffer.capacity());
         }

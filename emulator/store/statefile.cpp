@@ -50,6 +50,11 @@ StateFile::StateFile(const std::string& file)
     if (handle < 0)
         fail("cannot open " + file);
     try {
+        struct stat about = {};
+        if (::fstat(handle, &about) != 0)
+            fail("cannot look at " + file);
+        if (!S_ISREG(about.st_mode))
+            throw std::runtime_error("cannot use " + file + ": it is not a regular file");
         lock(handle, file);
         restrict(handle, file);
     } catch (const std::runtime_error&) {
