@@ -3,6 +3,7 @@ import contextlib
 import os
 import re
 import signal
+import shutil
 import subprocess
 import time
 from dataclasses import dataclass
@@ -85,7 +86,7 @@ class Call:
 
 
 def is_permitted():
-    return subprocess.run(["strace", "-qq", "-o", "/dev/null", "true"], stderr=subprocess.DEVNULL).returncode == 0
+    return bool(shutil.which("strace")) and subprocess.run(["strace", "-qq", "-o", "/dev/null", "true"], stderr=subprocess.DEVNULL).returncode == 0
 
 
 class Tracer:

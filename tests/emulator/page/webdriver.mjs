@@ -4,9 +4,10 @@ import {mkdtempSync, rmSync} from 'node:fs';
 import {tmpdir} from 'node:os';
 import {join} from 'node:path';
 
-/** For everything that the tests, the browser and its driver write; removed however the tests end. */
+/** For everything that the tests, the browser and its driver write; removed at the end, SIGKILL excepted. */
 export const scratch = mkdtempSync(join(tmpdir(), 'page-'));
 process.on('exit', () => rmSync(scratch, {recursive: true, force: true, maxRetries: 10}));
+for (const signal of ['SIGHUP', 'SIGINT', 'SIGTERM']) process.on(signal, () => process.exit(1));
 
 const elementKey = 'element-6066-11e4-a52e-4f735466cecf';
 
