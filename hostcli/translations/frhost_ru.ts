@@ -668,10 +668,6 @@
         <translation>Под этим id %1 уже отправлен другой чек (%2): %3</translation>
     </message>
     <message>
-        <source>%1 has the same content as %2, sent on %3 (%4), and the outcome of that is unknown. If both are the same sale, it may be registered twice; running %2 again shows its outcome.</source>
-        <translation>%1: содержимое то же, что у %2 (отправлен %3, %4), а судьба того чека неизвестна. Если это одна и та же продажа, она может быть зарегистрирована дважды; запустите %2 снова, чтобы узнать, что с ним стало.</translation>
-    </message>
-    <message>
         <source>the id is in use</source>
         <translation>id уже использован</translation>
     </message>
@@ -702,6 +698,14 @@
     <message>
         <source>only the total; the journal does not know the earlier receipt</source>
         <translation>только сумма; в журнале нет сведений о первом чеке</translation>
+    </message>
+    <message>
+        <source>This very receipt was sent before, on %1 (%2): %3. Do NOT give it a new id because of this answer. Correct the cause and run the same file again.</source>
+        <translation>Этот же чек уже отправлялся %1 (%2): %3. НЕ меняйте его id из-за этого ответа. Устраните причину и отправьте тот же файл ещё раз.</translation>
+    </message>
+    <message>
+        <source>%1 has the same content as %2, sent on %3 (%4), which is not proven to be registered. If both are the same sale, it may be registered twice; running %2 again shows its outcome.</source>
+        <translation>Чек %1 того же содержания, что и %2, отправленный %3 (%4); регистрация того чека не подтверждена. Если это одна и та же продажа, она может быть зарегистрирована дважды; повторная отправка %2 покажет, что с ним стало.</translation>
     </message>
 </context>
 </TS>

@@ -11,6 +11,7 @@
 
 #include <memory>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include <sys/stat.h>
@@ -120,15 +121,64 @@ TEST_F(JournalOfASale, StillHoldsForAnIdThatALaterRunCouldNotAskFor)
     emulator.addFault(lost);
     EXPECT_EQ(sell(receiptLine(u"r1"_s)).columns(outcome), QStringList{u"r1 unknown"_s});
     emulator.addFault(R"("endpoint":"sell","effect":"error","code":20,"match":{"next":3})");
-    std::ignore = sell(receiptLine(u"r1"_s));
+    const Ran refused = sell(receiptLine(u"r1"_s));
+    EXPECT_EQ(refused.columns(outcome), QStringList{u"r1 unknown"_s});
+    EXPECT_THAT(refused.err.toStdString(), HasSubstr("Do NOT give it a new id"));
     EXPECT_EQ(sell(otherGoods("r1")).exitCode, 3);
     EXPECT_EQ(sellsSeen(), 4);
+}
+
+// The advice of the first run must not lead to a second sale in the next one.
+TEST_F(JournalOfASale, KeepsAnIncompleteReceiptIncompleteWhenItIsRunAgain)
+{
+    bool isKnown = false;
+    const Service liar([&](Service::Request& request) {
+        switch (request.call()) {
+        case Service::Call::Token:
+            return request.answer(200, R"({"error":null,"token":"t"})");
+        case Service::Call::Sell:
+            return request.answer(200,
+                std::exchange(isKnown, true)
+                    ? R"({"uuid":"u","status":"wait","error":{"error_id":"e","code":33,"text":"t","type":"system"}})"
+                    : R"({"uuid":"u","status":"wait","error":null})");
+        case Service::Call::Report:
+            return request.answer(
+                200, R"({"uuid":"u","external_id":"r1","status":"done","error":null,"payload":
+                {"total":5.0,"fn_number":"9999078900006364","shift_number":17,"fiscal_document_number":12,
+                "receipt_datetime":"15.01.2020 21:10:05","fiscal_document_attribute":3449555941,
+                "ecr_registration_number":"0000111118041361"}})");
+        }
+    });
+    const Shop cheated(liar.url());
+    for (int run = 0; run < 2; ++run) {
+        const Ran sold = cheated.frhost({u"sell"_s, u"-"_s, u"--journal"_s, journal()}, receiptLine(u"r1"_s));
+        EXPECT_EQ(sold.exitCode, 5);
+        EXPECT_EQ(sold.columns(outcome), QStringList{u"r1 incomplete"_s});
+        EXPECT_THAT(sold.err.toStdString(), HasSubstr("Do NOT sell it under a new id"));
+    }
+}
+
+TEST_F(JournalOfASale, OutweighsALaterRefusalOfARegisteredReceipt)
+{
+    EXPECT_EQ(sell(receiptLine(u"r1"_s)).exitCode, 0);
+    for (const char* fault :
+        {R"("endpoint":"sell","effect":"error","code":32)", R"("endpoint":"sell","effect":"error","code":12)",
+            R"("endpoint":"report","effect":"fail","type":"driver")"}) {
+        emulator.addFault(fault);
+        const Ran again = sell(receiptLine(u"r1"_s));
+        EXPECT_EQ(again.exitCode, 4) << fault;
+        EXPECT_EQ(again.columns(outcome), QStringList{u"r1 unknown"_s}) << fault;
+        EXPECT_THAT(again.err.toStdString(), HasSubstr("it is registered. Do NOT give it a new id")) << fault;
+        emulator.clearFaults();
+    }
+    EXPECT_EQ(sell(receiptLine(u"r1"_s)).columns(outcome), QStringList{u"r1 registered"_s});
 }
 
 TEST_F(JournalOfASale, SaysThatOnlyTheTotalWasComparedWhereItDoesNotKnowTheReceipt)
 {
     EXPECT_EQ(sell(receiptLine(u"r1"_s), {u"--no-journal"_s}).exitCode, 0);
-    for (const QStringList& options : {QStringList{u"--no-journal"_s}, QStringList()}) {
+    // Once more with the journal: equal totals have proved nothing.
+    for (const QStringList& options : {QStringList{u"--no-journal"_s}, QStringList(), QStringList()}) {
         const Ran again = sell(receiptLine(u"r1"_s), options);
         EXPECT_EQ(again.columns({u"outcome"_s, u"recovered"_s, u"compared"_s}),
             QStringList{u"registered true total"_s});

@@ -44,7 +44,7 @@ const char* const schema[] = {
     " sign TEXT,"
     " total REAL,"
     " UNIQUE (register, id))",
-    "CREATE INDEX unproven ON receipts (register, digest) WHERE state IN ('sent', 'unknown')",
+    "CREATE INDEX unproven ON receipts (register, digest) WHERE state IN ('sent', 'unknown', 'incomplete')",
     "CREATE INDEX age ON receipts (sent)",
 };
 
@@ -102,9 +102,10 @@ JournalClaim Journal::claim(const ComposedReceipt& receipt, const QString& fromF
             claim.conflict = known;
             return;
         }
-        claim.twin = firstOf("address = ? AND digest = ? AND state IN ('sent', 'unknown') AND id <> ?"
-                             " AND sent > unixepoch() - ? ORDER BY sent DESC",
-            {receipt.fiscalRegister, receipt.digest, receipt.id, maxTwinAge});
+        claim.twin =
+            firstOf("address = ? AND digest = ? AND state IN ('sent', 'unknown', 'incomplete') AND id <> ?"
+                    " AND sent > unixepoch() - ? ORDER BY sent DESC",
+                {receipt.fiscalRegister, receipt.digest, receipt.id, maxTwinAge});
         if (mayBeThere) {
             claim.earlier = known;
             change("UPDATE receipts SET attempt = ?, changed = unixepoch()"

@@ -50,7 +50,7 @@ struct JournalClaim
     /// What was known of the same content under the same id before; none for a receipt that is new or that
     /// was refused before.
     std::optional<JournalRecord> earlier;
-    /// The same content under another id, sent within a day, whose outcome is unknown.
+    /// The same content under another id, sent within a day and not proven to be registered.
     std::optional<JournalRecord> twin;
     /// Other content under the same id that the service may have. Then nothing was noted, and the receipt
     /// must not be sent.

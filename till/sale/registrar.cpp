@@ -125,8 +125,10 @@ Registrar::Finding Registrar::await(const Receipt& receipt, Finding finding)
 
 Registrar::Finding Registrar::repeatRefused(Finding finding, const std::function<Finding()>& sendAgain) const
 {
-    for (int i = 0; i < patience.repeatedRefusals && finding.verdict == SaleVerdict::RefusedOnce; ++i)
+    for (int i = 0; i < patience.repeatedRefusals && finding.verdict == SaleVerdict::RefusedOnce; ++i) {
+        std::this_thread::sleep_for(patience.beforeRepetition);
         finding = sendAgain();
+    }
     const auto code = transport.seen().registration.errorCode;
     if (finding.verdict == SaleVerdict::RefusedOnce && code)
         finding.verdict = confirmed(*code);

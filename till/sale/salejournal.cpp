@@ -75,10 +75,33 @@ ReceiptResult conflictWith(const JournalRecord& record, const ReceiptResult& uns
     return result;
 }
 
+ReceiptResult incomplete(ReceiptResult result)
+{
+    const Conclusion conclusion = conclusionOf(SaleVerdict::Incomplete);
+    result.verdict = SaleVerdict::Incomplete;
+    result.outcome = conclusion.outcome;
+    result.error = ErrorInfo{{}, std::nullopt, conclusion.message};
+    result.advice = conclusion.advice;
+    result.endsRun = conclusion.endsRun;
+    return result;
+}
+
+ReceiptResult contradicted(ReceiptResult result, const JournalRecord& earlier)
+{
+    result.verdict = SaleVerdict::Unknown;
+    result.outcome = Outcome::Unknown;
+    result.advice =
+        Text::tr("This very receipt was sent before, on %1 (%2): %3. Do NOT give it a new id because of this "
+                 "answer. Correct the cause and run the same file again.")
+            .arg(time(earlier), place(earlier), fateOf(earlier.state));
+    result.endsRun = true;
+    return result;
+}
+
 QString twinWarning(const QString& id, const JournalRecord& twin)
 {
     return Text::tr(
-        "%1 has the same content as %2, sent on %3 (%4), and the outcome of that is unknown. If both "
+        "%1 has the same content as %2, sent on %3 (%4), which is not proven to be registered. If both "
         "are the same sale, it may be registered twice; running %2 again shows its outcome.")
         .arg(id, twin.id, time(twin), place(twin));
 }
@@ -150,7 +173,7 @@ ReceiptResult SaleJournal::concluded(ReceiptResult result)
     } catch (const JournalError&) {
         failure = std::current_exception();
     }
-    return result;
+    return claim->earlier ? weighed(std::move(result), *claim->earlier) : result;
 }
 
 void SaleJournal::check() const
@@ -159,9 +182,27 @@ void SaleJournal::check() const
         std::rethrow_exception(failure);
 }
 
+// A refusal now says nothing of what an earlier attempt with the same content has reached, and the id cannot
+// belong to another receipt.
+ReceiptResult SaleJournal::weighed(ReceiptResult result, const JournalRecord& earlier) const
+{
+    const bool isRegistered =
+        earlier.state == ReceiptState::Registered || earlier.state == ReceiptState::Incomplete;
+    const bool isRefused =
+        result.verdict == SaleVerdict::Refused || result.verdict == SaleVerdict::AccountRefused;
+    if (result.verdict == SaleVerdict::ForeignId)
+        return incomplete(std::move(result));
+    if ((isRefused && (isProven(earlier.state) || !stateOf(result))) ||
+        (result.verdict == SaleVerdict::Failed && isRegistered))
+        return contradicted(std::move(result), earlier);
+    return result;
+}
+
 void SaleJournal::record(const ReceiptResult& result)
 {
-    if (!transport.seen().receiptSent)
+    // Equal totals do not make it the receipt that the service has.
+    const bool isUnproven = result.recovered && !claim->earlier;
+    if (!transport.seen().receiptSent || isUnproven)
         journal->withdraw(*claim);
     else if (const auto state = stateOf(result))
         journal->conclude(*claim, *state, result.uuid, evidenceIn(result));

@@ -39,6 +39,7 @@ public:
 private:
     void admit(const QUrl& url, const QByteArray& body);
     void record(const ReceiptResult& result);
+    [[nodiscard]] ReceiptResult weighed(ReceiptResult result, const JournalRecord& earlier) const;
     [[nodiscard]] std::optional<ReceiptState> stateOf(const ReceiptResult& result) const;
 
     Journal* journal;

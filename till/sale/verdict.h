@@ -82,7 +82,7 @@ struct Patience
     int questionsWithoutNews = 3;
     /// So many further answers have to repeat that a document has failed.
     int repeatedFailures = 3;
-    /// The pause before each of these questions.
+    /// The pause before each of these questions, and before a refused receipt is sent again.
     std::chrono::milliseconds beforeRepetition = std::chrono::seconds(1);
     /// The pause before each other question; that of the register's configuration, where there is one.
     std::chrono::milliseconds beforeQuestion = std::chrono::seconds(1);
