@@ -55,7 +55,9 @@ bool isJsonSpace(char32_t point)
 QString escaped(char32_t point)
 {
     QString text;
-    for (const QChar unit : QStringView(QChar::fromUcs4(point)))
+    // Named, because it must outlive the loop.
+    const auto units = QChar::fromUcs4(point);
+    for (const QChar unit : QStringView(units))
         text += u"\\u%1"_s.arg(unit.unicode(), 4, 16, QLatin1Char('0'));
     return text;
 }
