@@ -28,10 +28,7 @@ export function lineOf(process, pattern) {
 export class Browser {
   static async start({language}) {
     const browser = new Browser();
-    browser.driver = spawn('chromedriver', ['--port=0'],
-      {stdio: ['ignore', 'pipe', 'inherit'], env: {...process.env, TMPDIR: scratch}});
-    const [, port] = await lineOf(browser.driver, /started successfully on port (\d+)/);
-    browser.url = `http://127.0.0.1:${port}/session`;
+    browser.url = `http://127.0.0.1:${await browser.startDriver()}/session`;
     // Without these, it contacts services of its vendor at every start.
     const args = ['--headless', '--no-sandbox', '--disable-gpu', '--disable-quic', '--no-first-run',
       '--disable-background-networking', '--disable-component-update', '--disable-sync', '--disable-dev-shm-usage',
@@ -43,6 +40,18 @@ export class Browser {
     browser.url += '/' + sessionId;
     await browser.call('POST', '/timeouts', {script: 60000, pageLoad: 30000});
     return browser;
+  }
+
+  /** Returns its port. The driver wants the free port of one protocol for the other one too, which may be taken. */
+  async startDriver(tries = 5) {
+    this.driver = spawn('chromedriver', ['--port=0'],
+      {stdio: ['ignore', 'pipe', 'inherit'], env: {...process.env, TMPDIR: scratch}});
+    try {
+      return (await lineOf(this.driver, /started successfully on port (\d+)/))[1];
+    } catch (error) {
+      if (tries === 1) throw error;
+      return this.startDriver(tries - 1);
+    }
   }
 
   async call(method, path, body) {
