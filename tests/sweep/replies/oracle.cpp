@@ -8,19 +8,23 @@ using nlohmann::json;
 
 namespace {
 
-// Two voices: the least that can agree.
-constexpr std::size_t fewestVoices = 2;
+// So many answers in a row have to agree before a receipt counts as refused.
+constexpr std::size_t fewestRefusals = 3;
+constexpr std::size_t fewestFailures = 4;
 
 json at(const json& object, const char* key)
 {
     return object.is_object() && object.contains(key) ? object[key] : json();
 }
 
+// JSON has one kind of number: 5.0 is 5.
 bool isInteger(const json& value, std::int64_t least, std::int64_t greatest)
 {
-    if (!value.is_number_integer() || (value.is_number_unsigned() && value.get<std::uint64_t>() > INT64_MAX))
+    if (!value.is_number())
         return false;
-    return value.get<std::int64_t>() >= least && value.get<std::int64_t>() <= greatest;
+    const auto number = value.get<double>();
+    return std::trunc(number) == number && number >= static_cast<double>(least) &&
+           number <= static_cast<double>(greatest);
 }
 
 bool isSum(const json& value, double sum)
@@ -46,6 +50,13 @@ std::vector<json> answersTo(Call call, const std::vector<GivenReply>& replies)
 json last(const std::vector<json>& answers)
 {
     return answers.empty() ? json() : answers.back();
+}
+
+// Nothing, or an error in which nothing is said.
+bool hasNoError(const json& answer)
+{
+    const json error = at(answer, "error");
+    return error.is_null() || error == json::object();
 }
 
 bool saysDone(const json& report)
@@ -76,8 +87,8 @@ bool hasFiscalData(const json& payload)
 bool proves(const json& report, const json& uuid)
 {
     const json payload = at(report, "payload");
-    return saysDone(report) && at(report, "error").is_null() && isOfTheReceipt(report, uuid) &&
-           hasFiscalData(payload) && isSum(at(payload, "total"), honest::total);
+    return saysDone(report) && hasNoError(report) && isOfTheReceipt(report, uuid) && hasFiscalData(payload) &&
+           isSum(at(payload, "total"), honest::total);
 }
 
 // The id belongs to a receipt with another total, whose registration is as well proved.
@@ -100,18 +111,20 @@ bool refuses(const GivenReply& given)
     return isInteger(code, 0, INT32_MAX) && std::ranges::count(leaveItOpen, code.get<int>()) == 0;
 }
 
-// The answers about the receipt at the end that all refuse it.
-std::size_t agreeingRefusals(const std::vector<GivenReply>& replies)
+// Whether the answers to the last kind of question about the receipt agreed often enough.
+bool isRefused(const std::vector<GivenReply>& replies)
 {
+    std::optional<Call> last;
     std::size_t count = 0;
     for (auto given = replies.rbegin(); given != replies.rend(); ++given) {
         if (given->call == Call::Token)
             continue;
-        if (!refuses(*given))
+        if (given->call != last.value_or(given->call) || !refuses(*given))
             break;
+        last = given->call;
         ++count;
     }
-    return count;
+    return count >= (last == Call::Report ? fewestFailures : fewestRefusals);
 }
 
 struct Told
@@ -131,6 +144,8 @@ constexpr Told told[] = {
 
 std::string textOf(const json& value)
 {
+    if (value.is_number_float() && isInteger(value, 0, UINT32_MAX))
+        return std::to_string(value.get<std::int64_t>());
     return value.is_string() ? value.get<std::string>() : value.dump();
 }
 
@@ -169,7 +184,7 @@ std::vector<std::string> contradictions(const json& line, const std::vector<Give
         require(
             saysDone(last(reports)), "incomplete, but the last answer does not say that it is registered");
     else if (outcome == "refused" && !sells.empty() && !provesAnother(last(reports), uuid))
-        require(agreeingRefusals(replies) >= fewestVoices, "refused on one voice");
+        require(isRefused(replies), "refused on too few voices");
     else if (outcome.is_null())
         require(
             hasText(uuid) && at(line, "uuid") == uuid, "accepted, but the answer does not have this uuid");

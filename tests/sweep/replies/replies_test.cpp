@@ -138,7 +138,18 @@ TEST_F(Oracle, FindsLies)
     const json registered{{"outcome", "registered"}, {"uuid", honest::uuid}};
     const json fiscal{{"fiscalDocumentNumber", 0}};
     const json accepted = honest::accepted();
+    json withEmptyError = honest::done();
+    withEmptyError["error"] = json::object();
+    json withDouble = honest::done();
+    withDouble["payload"]["fiscal_document_number"] = 5.0;
+    json withError = honest::done();
+    withError["error"] = json::array();
     EXPECT_FALSE(lies(registered, {accepted}, {honest::done()}));
+    EXPECT_FALSE(lies(registered, {accepted}, {withEmptyError}));
+    EXPECT_FALSE(lies(registered, {accepted}, {withDouble}));
+    EXPECT_FALSE(lies(
+        {{"fiscal", {{"fiscalDocumentNumber", "5"}}}, {"outcome", "registered"}}, {accepted}, {withDouble}));
+    EXPECT_TRUE(lies(registered, {accepted}, {withError}));
     EXPECT_TRUE(lies(registered, {accepted}, {honest::waiting()}));
     EXPECT_TRUE(lies(registered, {accepted}, {}));
     for (const char* key : {"status", "external_id", "uuid", "payload"}) {
