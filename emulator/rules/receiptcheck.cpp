@@ -1,6 +1,6 @@
-#include "emulator/service/receiptcheck.h"
+#include "emulator/rules/receiptcheck.h"
 
-#include "emulator/service/receiptrules.h"
+#include "emulator/rules/receiptrules.h"
 #include "emulator/values/money.h"
 
 #include <algorithm>

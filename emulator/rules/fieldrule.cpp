@@ -1,4 +1,4 @@
-#include "emulator/service/fieldrule.h"
+#include "emulator/rules/fieldrule.h"
 
 #include "emulator/values/money.h"
 #include "emulator/values/moscowtime.h"

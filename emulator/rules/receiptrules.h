@@ -1,6 +1,6 @@
 #pragma once
 
-#include "emulator/service/fieldrule.h"
+#include "emulator/rules/fieldrule.h"
 
 #include <cstdint>
 #include <span>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "emulator/service/lists.h"
+#include "emulator/rules/lists.h"
 #include "emulator/values/json.h"
 
 #include <cstdint>

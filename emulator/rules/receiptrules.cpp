@@ -1,4 +1,4 @@
-#include "emulator/service/receiptrules.h"
+#include "emulator/rules/receiptrules.h"
 
 namespace emulator {
 

@@ -1,4 +1,4 @@
-#include "emulator/service/receiptcheck.h"
+#include "emulator/rules/receiptcheck.h"
 #include "tests/emulator/support/goodreceipt.h"
 
 #include <gmock/gmock.h>
