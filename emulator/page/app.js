@@ -1,17 +1,17 @@
 // Events, and the start of the page.
 
-import {ask, ignoreErrors} from './api.js';
-import {showBeginning} from './beginning.js';
-import {showCalls, startCalls} from './calls.js';
-import {startExport} from './csv.js';
-import {byId} from './dom.js';
-import {followEvents} from './events.js';
-import {showFaults, startFaults} from './faults.js';
-import {refresh, refreshWaiting, shownReceipts, startList} from './list.js';
-import {startPanes} from './panes.js';
-import {closeReceipt, isOpen, openFirst, refreshOpened, reopen, startReceipt} from './receipt.js';
-import {labels, language} from './texts.js';
-import {startTheme} from './theme.js';
+import {ask, ignoreErrors} from './base/api.js';
+import {byId} from './base/dom.js';
+import {labels, language} from './base/texts.js';
+import {showFaults, startFaults} from './faults/faults.js';
+import {startPanes} from './frame/panes.js';
+import {startTheme} from './frame/theme.js';
+import {showBeginning} from './list/beginning.js';
+import {startExport} from './list/csv.js';
+import {refresh, refreshWaiting, shownReceipts, startList} from './list/list.js';
+import {closeReceipt, isOpen, openFirst, refreshOpened, reopen, startReceipt} from './receipt/receipt.js';
+import {followEvents} from './stream/events.js';
+import {showCalls, startCalls} from './wire/calls.js';
 
 let pendingEvents = [];
 let eventsTimer = 0;

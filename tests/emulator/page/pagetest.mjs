@@ -274,7 +274,7 @@ test('the list is filtered by status, kind and group, counts, and is exported as
 
 test('a text that begins like a formula is no formula in the export', async () => {
   const [csv] = await browser.runAsync(`const done = arguments[0];
-    import('/csv.js').then(({csvOf}) => done([csvOf([{external_id: '=1+"1"', received_at: '2026-03-01T00:00:00Z', wire_requests: 1}])]))`);
+    import('/list/csv.js').then(({csvOf}) => done([csvOf([{external_id: '=1+"1"', received_at: '2026-03-01T00:00:00Z', wire_requests: 1}])]))`);
   assert.ok(csv.includes(`"'=1+""1"""`), csv);
 });
 
@@ -348,8 +348,8 @@ test('the theme switch overrides the system and is remembered', async () => {
 test('the form starts with the defaults of the API, and the API accepts all that it offers', async () => {
   const all = await browser.runAsync(`const done = arguments[0];
     (async () => {
-      const {ask} = await import('/api.js');
-      const {faultFromForm} = await import('/faultform.js');
+      const {ask} = await import('/base/api.js');
+      const {faultFromForm} = await import('/faults/faultform.js');
       ${chooseInForm}
       const seen = [];
       for (const endpoint of ['sell', 'report', 'token']) {
@@ -391,7 +391,7 @@ test('the result of an outdated search is not shown', async () => {
       return answer;
     };
     const query = document.getElementById('query');
-    import('/list.js').then(({refresh}) => {
+    import('/list/list.js').then(({refresh}) => {
       query.value = 'till-1';
       const first = refresh();
       query.value = 'till-2';

@@ -1,10 +1,10 @@
 // Two register calls of one receipt side by side.
 
-import {codeBox} from './code.js';
-import {make, setOptions} from './dom.js';
-import {timeOf} from './format.js';
-import {textOf} from './json.js';
-import {labels} from './texts.js';
+import {make, setOptions} from '../base/dom.js';
+import {timeOf} from '../base/format.js';
+import {labels} from '../base/texts.js';
+import {codeBox} from '../code/code.js';
+import {textOf} from '../code/json.js';
 import {answerPill, linesOf, partsOf} from './wire.js';
 
 /** The lines of one body, those that the other lacks marked. */

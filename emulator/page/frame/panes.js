@@ -1,6 +1,6 @@
 // Which pane is shown where there is no room for all.
 
-import {byId} from './dom.js';
+import {byId} from '../base/dom.js';
 
 export function showPane(name) {
   document.body.dataset.pane = name;

@@ -3,7 +3,7 @@
 import {follow} from './stream.js';
 
 function share(handlers, otherwise) {
-  const worker = new SharedWorker('eventsworker.js', {type: 'module', name: 'events'});
+  const worker = new SharedWorker('stream/eventsworker.js', {type: 'module', name: 'events'});
   worker.onerror = otherwise;
   worker.port.onmessage = ({data}) => {
     if ('live' in data) handlers.state(data.live);

@@ -1,7 +1,7 @@
 // Export of the receipts that the list shows.
 
-import {byId, make} from './dom.js';
-import {moscowTime} from './format.js';
+import {byId, make} from '../base/dom.js';
+import {moscowTime} from '../base/format.js';
 import {shownReceipts} from './list.js';
 
 const columns = {

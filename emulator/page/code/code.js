@@ -1,8 +1,8 @@
 // Text in numbered lines.
 
-import {make} from './dom.js';
+import {make} from '../base/dom.js';
+import {labels} from '../base/texts.js';
 import {textOf} from './json.js';
-import {labels} from './texts.js';
 
 const context = 3;
 const leastFolded = 6;

@@ -1,7 +1,7 @@
 // Light, dark, or as the system has it.
 
-import {byId, make} from './dom.js';
-import {labels} from './texts.js';
+import {byId, make} from '../base/dom.js';
+import {labels} from '../base/texts.js';
 
 const signs = {system: '◐', light: '☀', dark: '☾'};
 const themes = Object.keys(signs);

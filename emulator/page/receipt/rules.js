@@ -1,6 +1,6 @@
 // The rules for fields. The service words them in Russian.
 
-import {language} from './texts.js';
+import {language} from '../base/texts.js';
 
 const english = [
   [/^ожидается объект$/, () => 'must be an object'],

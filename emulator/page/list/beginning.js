@@ -1,10 +1,10 @@
 // What to do as long as there are no receipts.
 
-import {codeBox, copyButton} from './code.js';
-import {byId, make} from './dom.js';
-import {moscowTime} from './format.js';
-import {plainLines} from './json.js';
-import {labels} from './texts.js';
+import {byId, make} from '../base/dom.js';
+import {moscowTime} from '../base/format.js';
+import {labels} from '../base/texts.js';
+import {codeBox, copyButton} from '../code/code.js';
+import {plainLines} from '../code/json.js';
 
 function commands(user, group) {
   const receipt = {client: {email: 'buyer@example.com'},

@@ -1,8 +1,8 @@
 // The wrong fields of a refused receipt, in the lines of its body.
 
-import {jsonLines} from './json.js';
+import {labels} from '../base/texts.js';
+import {jsonLines} from '../code/json.js';
 import {ruleText} from './rules.js';
-import {labels} from './texts.js';
 
 const parentOf = field => field.replace(/(\.[^.[]+|\[\d+\])$/, '');
 const nameOf = field => field.slice(parentOf(field).length).replace(/^\./, '') || field;

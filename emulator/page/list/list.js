@@ -1,9 +1,9 @@
 // The list of receipts with its filters.
 
-import {ask, ignoreErrors} from './api.js';
-import {byId, make, setOptions} from './dom.js';
-import {dateAndTime, money} from './format.js';
-import {labels} from './texts.js';
+import {ask, ignoreErrors} from '../base/api.js';
+import {byId, make, setOptions} from '../base/dom.js';
+import {dateAndTime, money} from '../base/format.js';
+import {labels} from '../base/texts.js';
 
 const mostRows = 200;
 const statuses = ['done', 'wait', 'fail', 'refused'];

@@ -1,14 +1,14 @@
 // The opened receipt.
 
-import {ask, ignoreErrors} from './api.js';
-import {byId, make} from './dom.js';
-import {choose, keyOf, statusPill} from './list.js';
-import {showPane} from './panes.js';
+import {ask, ignoreErrors} from '../base/api.js';
+import {byId, make} from '../base/dom.js';
+import {labels} from '../base/texts.js';
+import {showPane} from '../frame/panes.js';
+import {choose, keyOf, statusPill} from '../list/list.js';
+import {triesBox} from '../wire/tries.js';
+import {exchangeBox} from '../wire/wire.js';
 import {refusedBox} from './refused.js';
 import {slip} from './slip.js';
-import {labels} from './texts.js';
-import {triesBox} from './tries.js';
-import {exchangeBox} from './wire.js';
 
 const mostExchanges = 200;
 const prefix = 'refused-';

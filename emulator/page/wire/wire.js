@@ -1,10 +1,10 @@
 // A call and its answer as they were on the wire.
 
-import {codeBox, copyButton} from './code.js';
-import {make} from './dom.js';
-import {timeOf} from './format.js';
-import {jsonLines, plainLines} from './json.js';
-import {labels} from './texts.js';
+import {make} from '../base/dom.js';
+import {timeOf} from '../base/format.js';
+import {labels} from '../base/texts.js';
+import {codeBox, copyButton} from '../code/code.js';
+import {jsonLines, plainLines} from '../code/json.js';
 
 export function faultText(one) {
   const match = one.fault.match(/^(?:(.*) \()?(before|after) ([a-z-]+)\)?$/);

@@ -1,13 +1,13 @@
 // A refused receipt: why it was refused, and the wrong fields in what was sent.
 
-import {codeBox, copyButton} from './code.js';
-import {byId, make} from './dom.js';
-import {dateAndTime, money} from './format.js';
-import {plainLines} from './json.js';
-import {operationName} from './list.js';
+import {byId, make} from '../base/dom.js';
+import {dateAndTime, money} from '../base/format.js';
+import {labels} from '../base/texts.js';
+import {codeBox, copyButton} from '../code/code.js';
+import {plainLines} from '../code/json.js';
+import {operationName} from '../list/list.js';
+import {faultText, partsOf} from '../wire/wire.js';
 import {ruleText} from './rules.js';
-import {labels} from './texts.js';
-import {faultText, partsOf} from './wire.js';
 import {markedLines, valueOf} from './wrongfields.js';
 
 function titleOf(refusal) {

@@ -1,9 +1,9 @@
 // The form for a fault of one's own.
 
-import {ask} from './api.js';
-import {byId, setOptions} from './dom.js';
-import {labels} from './texts.js';
-import {phaseText} from './wire.js';
+import {ask} from '../base/api.js';
+import {byId, setOptions} from '../base/dom.js';
+import {labels} from '../base/texts.js';
+import {phaseText} from '../wire/wire.js';
 
 let effects = [];
 

@@ -1,9 +1,9 @@
 // A receipt as a printed slip.
 
-import {make} from './dom.js';
-import {money} from './format.js';
-import {api} from './paths.js';
-import {labels} from './texts.js';
+import {make} from '../base/dom.js';
+import {money} from '../base/format.js';
+import {api} from '../base/paths.js';
+import {labels} from '../base/texts.js';
 
 const vatRates = {vat10: '10%', vat110: '10/110', vat20: '20%', vat120: '20/120', vat0: '0%', vat5: '5%',
   vat105: '5/105', vat7: '7%', vat107: '7/107', vat22: '22%', vat122: '22/122'};

@@ -1,6 +1,6 @@
 // The emulator's stream of events.
 
-import {api} from './paths.js';
+import {api} from '../base/paths.js';
 
 const pause = 2000;
 

@@ -1,7 +1,7 @@
 // The latest calls of every kind.
 
-import {ask, ignoreErrors} from './api.js';
-import {byId} from './dom.js';
+import {ask, ignoreErrors} from '../base/api.js';
+import {byId} from '../base/dom.js';
 import {exchangeBox} from './wire.js';
 
 export async function showCalls() {

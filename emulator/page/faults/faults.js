@@ -1,10 +1,10 @@
 // The faults in force, and ready-made ones.
 
-import {ask} from './api.js';
-import {byId, make} from './dom.js';
+import {ask} from '../base/api.js';
+import {byId, make} from '../base/dom.js';
+import {labels} from '../base/texts.js';
+import {phaseOf} from '../wire/wire.js';
 import {effectNamed, startFaultForm} from './faultform.js';
-import {labels} from './texts.js';
-import {phaseOf} from './wire.js';
 
 /** Sends a change and shows its error, if any, beside the form. */
 async function change(path, options) {
