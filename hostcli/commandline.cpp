@@ -28,6 +28,7 @@ struct Arguments
     std::string logLevel = "warning";
     std::string uuid;
     std::vector<std::string> files;
+    std::vector<std::string> cause;
     std::string qrDir;
     std::string journal;
     bool noJournal = false;
@@ -55,6 +56,8 @@ constexpr CommandInfo commands[] = {
         QT_TRANSLATE_NOOP("Text", "Ask the service about a document")},
     {Command::Compose, "compose", "frhost --config register.ini compose receipt.json",
         QT_TRANSLATE_NOOP("Text", "Show what would be sent for receipts; sends nothing")},
+    {Command::Explain, "explain", "frhost explain 32",
+        QT_TRANSLATE_NOOP("Text", "Explain a code of the service or a cause, and what to do")},
 };
 
 std::string described(const CommandInfo& info)
@@ -110,6 +113,12 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
             ->add_option(
                 "UUID", arguments.uuid, Text::tr("The service's identifier of the document").toStdString())
             ->required();
+    else if (info.command == Command::Explain)
+        command
+            ->add_option("CAUSE", arguments.cause,
+                Text::tr("Code of the service, or words of a message or of the log; without it, all causes")
+                    .toStdString())
+            ->option_text("...");
     else if (info.command != Command::Describe && info.command != Command::Check)
         command
             ->add_option("FILE", arguments.files,
@@ -193,6 +202,10 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
     line.qrDir = fromStd(arguments.qrDir);
     line.journal = fromStd(arguments.journal);
     line.usesJournal = !arguments.noJournal;
+    QStringList words;
+    for (const std::string& word : arguments.cause)
+        words << fromStd(word);
+    line.cause = words.join(u' ').trimmed();
     for (const std::string& file : arguments.files)
         line.files << fromStd(file);
     return line;

@@ -15,6 +15,7 @@ enum class Command
     Send,
     Info,
     Compose,
+    Explain,
 };
 
 /// What the user asks for.
@@ -33,6 +34,8 @@ struct CommandLine
     QString journal;
     bool usesJournal = true;
     QString uuid;
+    /// The code or cause to explain; empty for all.
+    QString cause;
 };
 
 /// An answer that ends the program without a command: help, the version, or a usage error.

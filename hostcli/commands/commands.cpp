@@ -29,6 +29,9 @@ ExitCode dispatch(const CommandLine& line, Output& output)
         const OnInterruption interruption(&sayInterruptedAndEnd);
         return info(line, output);
     }
+    case Command::Explain:
+        leaveInterruptionsToTheSystem();
+        return explain(line, output);
     case Command::Compose:
         break;
     }

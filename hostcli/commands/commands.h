@@ -15,6 +15,7 @@ namespace frhost {
 [[nodiscard]] ExitCode submit(const CommandLine& line, Output& output);
 [[nodiscard]] ExitCode info(const CommandLine& line, Output& output);
 [[nodiscard]] ExitCode compose(const CommandLine& line, Output& output);
+[[nodiscard]] ExitCode explain(const CommandLine& line, Output& output);
 
 /// Carries out the command; a failed output is an error of its own.
 [[nodiscard]] ExitCode run(const CommandLine& line, Output& output);

@@ -707,5 +707,77 @@
         <source>%1 has the same content as %2, sent on %3 (%4), which is not proven to be registered. If both are the same sale, it may be registered twice; running %2 again shows its outcome.</source>
         <translation>Чек %1 того же содержания, что и %2, отправленный %3 (%4); регистрация того чека не подтверждена. Если это одна и та же продажа, она может быть зарегистрирована дважды; повторная отправка %2 покажет, что с ним стало.</translation>
     </message>
+    <message>
+        <source>Explain a code of the service or a cause, and what to do</source>
+        <translation>Объяснить код сервиса или причину и сказать, что делать</translation>
+    </message>
+    <message>
+        <source>Code of the service, or words of a message or of the log; without it, all causes</source>
+        <translation>Код сервиса либо слова из сообщения или журнала; без них — все причины</translation>
+    </message>
+    <message>
+        <source>refused: not registered</source>
+        <translation>отказ: не зарегистрирован</translation>
+    </message>
+    <message>
+        <source>unknown: it may be registered</source>
+        <translation>неизвестно: возможно, зарегистрирован</translation>
+    </message>
+    <message>
+        <source>registered according to the service, which has not proved it</source>
+        <translation>по словам сервиса зарегистрирован, но не доказано</translation>
+    </message>
+    <message>
+        <source>not sent</source>
+        <translation>не отправлен</translation>
+    </message>
+    <message>
+        <source>that of the document, which the service is asked about</source>
+        <translation>как у документа, о котором спрашивают сервис</translation>
+    </message>
+    <message>
+        <source>nothing</source>
+        <translation>ничего</translation>
+    </message>
+    <message>
+        <source>run the same file again</source>
+        <translation>отправить этот же файл ещё раз</translation>
+    </message>
+    <message>
+        <source>correct the receipt and run it again under the same id</source>
+        <translation>исправить чек и отправить его ещё раз с тем же id</translation>
+    </message>
+    <message>
+        <source>sell it under a new id</source>
+        <translation>отправить продажу с новым id</translation>
+    </message>
+    <message>
+        <source>correct the account or the configuration, then run the same file again</source>
+        <translation>исправить учётную запись или конфигурацию и отправить этот же файл ещё раз</translation>
+    </message>
+    <message>
+        <source>Next step</source>
+        <translation>Что делать</translation>
+    </message>
+    <message>
+        <source>Cashier</source>
+        <translation>Кассиру</translation>
+    </message>
+    <message>
+        <source>Administrator</source>
+        <translation>Администратору</translation>
+    </message>
+    <message>
+        <source>Programmer</source>
+        <translation>Программисту</translation>
+    </message>
+    <message>
+        <source>%1 is not a code of the service. The registers that it uses have codes of their own; &quot;frhost explain failed&quot; says what to do.</source>
+        <translation>%1 — не код сервиса. У касс сервиса свои коды; что делать, покажет «frhost explain failed».</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a known cause. &quot;frhost explain&quot; lists all of them.</source>
+        <translation>Причина «%1» неизвестна. Все причины показывает «frhost explain».</translation>
+    </message>
 </context>
 </TS>

@@ -48,6 +48,13 @@ TEST(CommandLine, HasQuietDefaults)
     EXPECT_EQ(line.logLevel, u"warning"_s);
 }
 
+TEST(CommandLine, TakesTheWordsOfACauseToExplain)
+{
+    EXPECT_EQ(std::get<CommandLine>(parsed({"explain"})).cause, QString());
+    EXPECT_EQ(std::get<CommandLine>(parsed({"explain", "32"})).cause, u"32"_s);
+    EXPECT_EQ(std::get<CommandLine>(parsed({"explain", "Нет", "связи", "с ФР"})).cause, u"Нет связи с ФР"_s);
+}
+
 TEST(CommandLine, NamesAJournalOrNone)
 {
     for (const char* command : {"sell", "send"}) {
