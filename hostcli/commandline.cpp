@@ -1,6 +1,6 @@
 #include "hostcli/commandline.h"
 
-#include "hostcli/terminal/logging.h"
+#include "hostcli/log/logging.h"
 #include "till/text.h"
 
 #include <CLI/App.hpp>

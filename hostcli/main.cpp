@@ -3,7 +3,7 @@
 #include "hostcli/failure.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/interruption.h"
-#include "hostcli/terminal/logging.h"
+#include "hostcli/log/logging.h"
 #include "hostcli/terminal/signalwatch.h"
 
 #include <QCoreApplication>

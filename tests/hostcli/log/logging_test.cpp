@@ -1,4 +1,4 @@
-#include "hostcli/terminal/logging.h"
+#include "hostcli/log/logging.h"
 
 #include <QtGlobal>
 
