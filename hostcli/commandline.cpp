@@ -1,11 +1,11 @@
 #include "hostcli/commandline.h"
 
-#include "hostcli/log/logging.h"
+#include "hostcli/helptext.h"
+#include "hostcli/log/loglines.h"
 #include "till/text.h"
 
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
-#include <CLI/Formatter.hpp>
 
 #include <optional>
 #include <sstream>
@@ -25,7 +25,8 @@ struct Arguments
 {
     std::string config;
     std::string plugin;
-    std::string logLevel = "warning";
+    std::string logLevel;
+    std::string logFile;
     std::string uuid;
     std::vector<std::string> files;
     std::vector<std::string> cause;
@@ -33,6 +34,7 @@ struct Arguments
     std::string journal;
     bool noJournal = false;
     bool json = false;
+    bool quiet = false;
 };
 
 struct CommandInfo
@@ -67,11 +69,40 @@ std::string described(const CommandInfo& info)
         .toStdString();
 }
 
+// Also accepted is the older name of the highest level.
+std::string flawOfLevel(const std::string& level)
+{
+    const QStringList levels = logLevels();
+    if (levels.contains(QString::fromStdString(level)) || level == "critical")
+        return {};
+    return Text::tr("\"%1\" is not a level; the levels are %2")
+        .arg(QString::fromStdString(level), levels.join(u", "_s))
+        .toStdString();
+}
+
+std::string flawOfFile(const std::string& name)
+{
+    return name.empty() ? Text::tr("the name of the file is empty").toStdString() : std::string();
+}
+
+void addLogOptions(CLI::App& app, Arguments& arguments)
+{
+    app.add_option("--log-level", arguments.logLevel,
+           Text::tr("Lowest level of log lines to show: debug, info, warning or error").toStdString())
+        ->option_text("LEVEL")
+        ->check(flawOfLevel);
+    app.add_option("--log-file", arguments.logFile,
+           Text::tr("Append the log to this file instead of showing it; from level info, unless "
+                    "--log-level says otherwise")
+               .toStdString())
+        ->option_text("FILE")
+        ->check(flawOfFile);
+    app.add_flag("--quiet", arguments.quiet,
+        Text::tr("No messages as long as all goes well, and no line with the seconds waited").toStdString());
+}
+
 void addGlobalOptions(CLI::App& app, Arguments& arguments)
 {
-    std::vector<std::string> levels;
-    for (const QString& level : logLevels())
-        levels.push_back(level.toStdString());
     app.add_option("--config", arguments.config,
            Text::tr("INI file with the register's settings; otherwise $FRHOST_CONFIG, then "
                     "frhost/register.ini in $XDG_CONFIG_HOME or /etc")
@@ -81,11 +112,9 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments)
            Text::tr("Plugin library, instead of the one installed").toStdString())
         ->option_text("FILE");
     app.add_flag("--json", arguments.json, Text::tr("One line of JSON for each result").toStdString());
-    app.add_option("--log-level", arguments.logLevel,
-           Text::tr("Lowest level of log lines to show: debug, info, warning or critical").toStdString())
-        ->option_text("LEVEL")
-        ->check(CLI::IsMember(levels));
-    app.set_version_flag("--version", "frhost " FRHOST_VERSION);
+    addLogOptions(app, arguments);
+    app.set_version_flag(
+        "--version", "frhost " FRHOST_VERSION, Text::tr("Show the version and exit").toStdString());
 }
 
 void addJournalOptions(CLI::App& command, Arguments& arguments)
@@ -95,9 +124,7 @@ void addJournalOptions(CLI::App& command, Arguments& arguments)
             .add_option("--journal", arguments.journal,
                 Text::tr("Journal of the receipts that were sent, instead of the user's own").toStdString())
             ->option_text("FILE")
-            ->check([](const std::string& name) {
-                return name.empty() ? Text::tr("the name of the file is empty").toStdString() : std::string();
-            });
+            ->check(flawOfFile);
     command
         .add_flag("--no-journal", arguments.noJournal,
             Text::tr("Keep no journal: an id that is used twice is noticed by the total alone").toStdString())
@@ -108,6 +135,7 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
 {
     CLI::App* command = app.add_subcommand(info.name, described(info));
     command->fallthrough();
+    command->group(Text::tr("Commands").toStdString());
     if (info.command == Command::Info)
         command
             ->add_option(
@@ -138,20 +166,6 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
     return command;
 }
 
-// The list of commands shows one line for each, not the whole description.
-class Help : public CLI::Formatter
-{
-public:
-    std::string make_subcommand(const CLI::App* command) const override
-    {
-        const std::string whole = command->get_description();
-        const std::size_t start = whole.rfind("\n\n");
-        std::stringstream out;
-        CLI::detail::format_help(out, command->get_name(), whole.substr(start + 2), column_width_);
-        return out.str();
-    }
-};
-
 QString fromStd(const std::string& text)
 {
     return QString::fromStdString(text);
@@ -161,8 +175,9 @@ CommandLineText endText(const CLI::App& app, const CLI::ParseError& error)
 {
     std::ostringstream out;
     std::ostringstream err;
-    const bool isError = app.exit(error, out, err) != 0;
-    return {fromStd(isError ? err.str() : out.str()), isError};
+    if (app.exit(error, out, err) != 0)
+        return {usageError(app, error), true};
+    return {fromStd(out.str()), false};
 }
 
 } // namespace
@@ -174,7 +189,8 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
                      u"\n\n"_s + Text::tr("Drives a fiscal register through its plugin."))
                      .toStdString(),
         "frhost");
-    app.formatter(std::make_shared<Help>());
+    app.formatter(std::make_shared<HelpText>());
+    app.set_help_flag("-h,--help", Text::tr("Show this help and exit").toStdString());
     app.footer(Text::tr("Exit status, of several the highest:\n"
                         "  0  every receipt is registered\n"
                         "  1  an error on this machine\n"
@@ -189,6 +205,8 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
     for (const CommandInfo& info : commands)
         addCommand(app, info, arguments)->callback([&line, &info] { line.command = info.command; });
 
+    if (argc < 2)
+        return CommandLineText{fromStd(app.help()), true};
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
@@ -197,7 +215,10 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
     line.config = fromStd(arguments.config);
     line.plugin = fromStd(arguments.plugin);
     line.json = arguments.json;
-    line.logLevel = fromStd(arguments.logLevel);
+    line.logFile = fromStd(arguments.logFile);
+    const QString usualLevel = line.logFile.isEmpty() ? u"warning"_s : u"info"_s;
+    line.logLevel = arguments.logLevel.empty() ? usualLevel : fromStd(arguments.logLevel);
+    line.quiet = arguments.quiet;
     line.uuid = fromStd(arguments.uuid);
     line.qrDir = fromStd(arguments.qrDir);
     line.journal = fromStd(arguments.journal);

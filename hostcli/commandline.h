@@ -27,6 +27,9 @@ struct CommandLine
     QString plugin;
     bool json = false;
     QString logLevel;
+    /// Empty for none.
+    QString logFile;
+    bool quiet = false;
     QStringList files;
     /// Folder for the pictures of QR codes; empty for none.
     QString qrDir;

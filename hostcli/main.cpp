@@ -1,9 +1,9 @@
 #include "hostcli/commandline.h"
 #include "hostcli/commands/commands.h"
 #include "hostcli/failure.h"
+#include "hostcli/log/logging.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/interruption.h"
-#include "hostcli/log/logging.h"
 #include "hostcli/terminal/signalwatch.h"
 
 #include <QCoreApplication>
@@ -41,7 +41,7 @@ void keepMemoryPrivate()
 ExitCode show(const CommandLineText& answer)
 {
     if (answer.isError) {
-        Console::instance().lines(answer.text.trimmed());
+        Console::instance().lines(answer.text.trimmed(), Urgency::Error);
         return ExitCode::LocalFailure;
     }
     Output output;
@@ -54,19 +54,21 @@ ExitCode start(int argc, char** argv)
     if (const auto* answer = std::get_if<CommandLineText>(&parsed))
         return show(*answer);
     const auto& line = std::get<CommandLine>(parsed);
-    startLogging(line.logLevel);
+    if (line.quiet)
+        Console::instance().beQuiet();
     try {
+        startLogging(line.logLevel, line.logFile);
         Output output;
         return run(line, output);
     } catch (const Failure& failure) {
-        Console::instance().line(failure.message());
+        Console::instance().line(failure.message(), Urgency::Error);
         return failure.code();
     } catch (const till::Error& error) {
         // One line for each wrong receipt; any other message may quote the service.
         if (error.problem() == till::Problem::Receipt)
-            Console::instance().lines(error.message());
+            Console::instance().lines(error.message(), Urgency::Error);
         else
-            Console::instance().line(error.message());
+            Console::instance().line(error.message(), Urgency::Error);
         return exitCodeOf(error.problem());
     }
 }

@@ -1,8 +1,12 @@
 #include "till/nearestname.h"
 
+#include "till/text.h"
+
 #include <algorithm>
 #include <numeric>
 #include <vector>
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace till {
 
@@ -35,7 +39,15 @@ QString nearestName(const QString& name, const QStringList& known)
 {
     const auto best = std::min_element(known.begin(), known.end(),
         [&](const QString& a, const QString& b) { return distance(name, a) < distance(name, b); });
-    return best == known.end() ? QString() : *best;
+    const int limit = std::max(1, static_cast<int>(name.size()) / 3);
+    return best == known.end() || distance(name, *best) > limit ? QString() : *best;
+}
+
+QString hintFor(const QString& name, const QStringList& known)
+{
+    const QString nearest = nearestName(name, known);
+    return nearest.isEmpty() ? Text::tr("there are %1").arg(known.join(u", "_s))
+                             : Text::tr("did you mean \"%1\"?").arg(nearest);
 }
 
 } // namespace till

@@ -4,6 +4,7 @@
 #include "till/text.h"
 
 #include <cstdio>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -26,6 +27,21 @@ void put(const QString& text)
 
 } // namespace
 
+bool leadsToJournal(int descriptor, const QByteArray& journalStream)
+{
+    struct stat status = {};
+    if (journalStream.isEmpty() || fstat(descriptor, &status) != 0)
+        return false;
+    return journalStream == QByteArray::number(static_cast<quint64>(status.st_dev)) + ':' +
+                                QByteArray::number(static_cast<quint64>(status.st_ino));
+}
+
+QString withPriority(const QString& text, Urgency urgency)
+{
+    const QString mark = u"<%1>"_s.arg(static_cast<int>(urgency));
+    return mark + QString(text).replace(u'\n', u'\n' + mark);
+}
+
 Console& Console::instance()
 {
     static Console console;
@@ -34,6 +50,7 @@ Console& Console::instance()
 
 Console::Console()
     : isTerminal(isatty(STDERR_FILENO) != 0)
+    , toJournal(leadsToJournal(STDERR_FILENO, qgetenv("JOURNAL_STREAM")))
 {
 }
 
@@ -42,27 +59,31 @@ Console::~Console()
     hideStatus();
 }
 
-void Console::line(const QString& text)
+void Console::line(const QString& text, Urgency urgency)
 {
-    write(printable(text));
+    write(printable(text), urgency);
 }
 
-void Console::lines(const QString& text)
+void Console::lines(const QString& text, Urgency urgency)
 {
-    write(printableLines(text));
+    write(printableLines(text), urgency);
 }
 
-void Console::write(const QString& printableText)
+void Console::write(const QString& printableText, Urgency urgency)
 {
+    if (copy)
+        copy(printableText, urgency);
+    if (isQuiet && urgency == Urgency::Notice)
+        return;
     const std::scoped_lock lock(guard);
     erase();
-    put(printableText + u'\n');
+    put((toJournal ? withPriority(printableText, urgency) : printableText) + u'\n');
     draw();
 }
 
 void Console::showStatus(const QString& text)
 {
-    if (!isTerminal)
+    if (!isTerminal || isQuiet)
         return;
     const std::scoped_lock lock(guard);
     status = printable(text).left(maxStatusLength);

@@ -50,10 +50,6 @@
         <translation>Результаты в JSON, по строке на каждый</translation>
     </message>
     <message>
-        <source>Lowest level of log lines to show: debug, info, warning or critical</source>
-        <translation>Показывать строки журнала от этого уровня: debug, info, warning или critical</translation>
-    </message>
-    <message>
         <source>The service&apos;s identifier of the document</source>
         <translation>Идентификатор документа у сервиса</translation>
     </message>
@@ -204,10 +200,6 @@
     <message>
         <source>%1 Expected: %2.</source>
         <translation>%1 Ожидалось: %2.</translation>
-    </message>
-    <message>
-        <source>unknown key &quot;%1&quot;; did you mean &quot;%2&quot;?</source>
-        <translation>неизвестный ключ «%1»; возможно, имелось в виду «%2»?</translation>
     </message>
     <message>
         <source>not JSON: %1</source>
@@ -600,14 +592,6 @@
         <translation>опция может быть «on» или «off»</translation>
     </message>
     <message>
-        <source>unknown key; did you mean &quot;%1&quot;?</source>
-        <translation>неизвестный ключ; возможно, имелось в виду «%1»?</translation>
-    </message>
-    <message>
-        <source>unknown section; did you mean [%1]?</source>
-        <translation>неизвестная секция; возможно, имелось в виду [%1]?</translation>
-    </message>
-    <message>
         <source>the folder has no name</source>
         <translation>не указано имя папки</translation>
     </message>
@@ -778,6 +762,116 @@
     <message>
         <source>&quot;%1&quot; is not a known cause. &quot;frhost explain&quot; lists all of them.</source>
         <translation>Причина «%1» неизвестна. Все причины показывает «frhost explain».</translation>
+        <source>unknown key; %1</source>
+        <translation>неизвестный ключ; %1</translation>
+    </message>
+    <message>
+        <source>unknown section; %1</source>
+        <translation>неизвестная секция; %1</translation>
+    </message>
+    <message>
+        <source>there are %1</source>
+        <translation>есть %1</translation>
+    </message>
+    <message>
+        <source>did you mean &quot;%1&quot;?</source>
+        <translation>возможно, имелось в виду «%1»?</translation>
+    </message>
+    <message>
+        <source>unknown key &quot;%1&quot;; %2</source>
+        <translation>неизвестный ключ «%1»; %2</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a level; the levels are %2</source>
+        <translation>уровня «%1» нет; есть %2</translation>
+    </message>
+    <message>
+        <source>Lowest level of log lines to show: debug, info, warning or error</source>
+        <translation>Показывать строки журнала от этого уровня: debug, info, warning или error</translation>
+    </message>
+    <message>
+        <source>Append the log to this file instead of showing it; from level info, unless --log-level says otherwise</source>
+        <translation>Дописывать строки журнала в этот файл, а не на экран; от уровня info, если --log-level не велит иначе</translation>
+    </message>
+    <message>
+        <source>No messages as long as all goes well, and no line with the seconds waited</source>
+        <translation>Без сообщений, пока всё в порядке, и без строки с секундами ожидания</translation>
+    </message>
+    <message>
+        <source>Show the version and exit</source>
+        <translation>Показать версию и выйти</translation>
+    </message>
+    <message>
+        <source>Commands</source>
+        <translation>Команды</translation>
+    </message>
+    <message>
+        <source>Show this help and exit</source>
+        <translation>Показать эту справку и выйти</translation>
+    </message>
+    <message>
+        <source>Did you mean &quot;%1&quot;?</source>
+        <translation>Возможно, «%1»?</translation>
+    </message>
+    <message>
+        <source>There is no option &quot;%1&quot;.</source>
+        <translation>Нет параметра «%1».</translation>
+    </message>
+    <message>
+        <source>There is no command &quot;%1&quot;.</source>
+        <translation>Нет команды «%1».</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is one argument too many.</source>
+        <translation>Лишний аргумент «%1».</translation>
+    </message>
+    <message>
+        <source>%1 is missing.</source>
+        <translation>Не указано: %1.</translation>
+    </message>
+    <message>
+        <source>A command is missing.</source>
+        <translation>Не указана команда.</translation>
+    </message>
+    <message>
+        <source>%1 needs a value.</source>
+        <translation>После %1 нужно значение.</translation>
+    </message>
+    <message>
+        <source>%1 and %2 exclude each other.</source>
+        <translation>%1 и %2 несовместимы.</translation>
+    </message>
+    <message>
+        <source>Usage</source>
+        <translation>Вызов</translation>
+    </message>
+    <message>
+        <source>OPTIONS</source>
+        <translation>ПАРАМЕТРЫ</translation>
+    </message>
+    <message>
+        <source>COMMAND</source>
+        <translation>КОМАНДА</translation>
+    </message>
+    <message>
+        <source>Arguments</source>
+        <translation>Аргументы</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Параметры</translation>
+    </message>
+    <message>
+        <source>More: %1 --help</source>
+        <translation>Подробнее: %1 --help</translation>
+    </message>
+    <message>
+        <source>The log file %1 cannot be written: %2.</source>
+        <translation>Не удаётся записать файл журнала %1: %2.</translation>
+    </message>
+    <message>
+        <source>Name another one with --log-file FILE.</source>
+        <translation>Укажите другой: --log-file FILE.</translation>
     </message>
 </context>
 </TS>

@@ -46,6 +46,20 @@ TEST(CommandLine, HasQuietDefaults)
     EXPECT_EQ(line.plugin, QString());
     EXPECT_FALSE(line.json);
     EXPECT_EQ(line.logLevel, u"warning"_s);
+    EXPECT_EQ(line.logFile, QString());
+    EXPECT_FALSE(line.quiet);
+}
+
+TEST(CommandLine, LogsMoreIntoAFile)
+{
+    const auto filed = std::get<CommandLine>(parsed({"--log-file", "a.log", "--quiet", "check"}));
+    EXPECT_EQ(filed.logFile, u"a.log"_s);
+    EXPECT_EQ(filed.logLevel, u"info"_s);
+    EXPECT_TRUE(filed.quiet);
+    const auto both = std::get<CommandLine>(parsed({"check", "--log-file", "a.log", "--log-level", "error"}));
+    EXPECT_EQ(both.logLevel, u"error"_s);
+    EXPECT_EQ(std::get<CommandLine>(parsed({"check", "--log-level", "critical"})).logLevel, u"critical"_s);
+    EXPECT_TRUE(answer({"check", "--log-file", ""}).isError);
 }
 
 TEST(CommandLine, TakesTheWordsOfACauseToExplain)

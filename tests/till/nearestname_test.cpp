@@ -20,6 +20,17 @@ TEST(NearestName, IsTheOneWithTheFewestChanges)
     EXPECT_EQ(nearest("uri"), u"url"_s);
 }
 
+TEST(NearestName, IsEmptyWhenNoneIsNear)
+{
+    const QStringList known{u"id"_s, u"positions"_s, u"payments"_s};
+    EXPECT_EQ(till::nearestName(u"email"_s, known), QString());
+    EXPECT_EQ(till::nearestName(u"xy"_s, known), QString());
+    EXPECT_EQ(till::nearestName(u"postions"_s, known), u"positions"_s);
+    EXPECT_EQ(till::nearestName(u"ip"_s, known), u"id"_s);
+    EXPECT_EQ(till::hintFor(u"ip"_s, known), u"did you mean \"id\"?"_s);
+    EXPECT_EQ(till::hintFor(u"email"_s, known), u"there are id, positions, payments"_s);
+}
+
 TEST(NearestName, IsEmptyWhenNothingIsKnown)
 {
     EXPECT_EQ(till::nearestName(u"x"_s, {}), QString());

@@ -212,8 +212,7 @@ void addTransport(RegisterConfig& config, const IniEntry& entry)
         config.transport.*member = isPath ? besideConfig(config, entry.value) : entry.value;
         return;
     }
-    fail(config.file, entry.line,
-        Text::tr("unknown key; did you mean \"%1\"?").arg(nearestName(entry.key, known)));
+    fail(config.file, entry.line, Text::tr("unknown key; %1").arg(hintFor(entry.key, known)));
 }
 
 } // namespace
@@ -243,8 +242,9 @@ RegisterConfig readRegisterConfig(const QString& file)
         }
         if (entry.section != registerSection)
             fail(file, entry.line,
-                Text::tr("unknown section; did you mean [%1]?")
-                    .arg(nearestName(entry.section, {registerSection, optionSection, transportSection})));
+                Text::tr("unknown section; %1")
+                    .arg(hintFor(u'[' + entry.section + u']',
+                        {u"[register]"_s, u"[driverOptions]"_s, u"[transport]"_s})));
         const bool fromFile = entry.key == passwordFileKey;
         const QString name = fromFile ? passwordKey : entry.key;
         if (config.has(name))

@@ -89,8 +89,7 @@ void apply(QObject& device, const Setting& setting, const QStringList& known)
     if (isUnused(device, setting.name))
         throw Error(Problem::Setup, Text::tr("the register does not use \"%1\"").arg(setting.name));
     if (!known.contains(setting.name))
-        throw Error(Problem::Setup,
-            Text::tr("unknown key; did you mean \"%1\"?").arg(nearestName(setting.name, known)));
+        throw Error(Problem::Setup, Text::tr("unknown key; %1").arg(hintFor(setting.name, known)));
     write(device, setting.name, setting.value);
 }
 

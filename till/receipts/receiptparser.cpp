@@ -260,7 +260,7 @@ private:
         QStringList known;
         for (const auto& entry : properties.GetObject())
             known << text(entry.name);
-        return Text::tr("unknown key \"%1\"; did you mean \"%2\"?").arg(name, nearestName(name, known));
+        return Text::tr("unknown key \"%1\"; %2").arg(name, hintFor(name, known));
     }
 
     rapidjson::Document document;

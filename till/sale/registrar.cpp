@@ -1,6 +1,7 @@
 #include "till/sale/registrar.h"
 
 #include "host/abstractfrdriver.h"
+#include "host/log/secrets.h"
 #include "host/vposfrdriver.h"
 #include "till/device/loadedregister.h"
 #include "till/sale/attempt.h"
@@ -16,6 +17,8 @@ namespace till {
 
 namespace {
 
+constexpr int buyerContact = 1008;
+
 QString roubles(double sum)
 {
     return QString::number(sum, 'f', 2);
@@ -26,8 +29,12 @@ QString roubles(double sum)
 void handOver(AbstractFrDriver& driver, const Receipt& receipt)
 {
     driver.checkOpen(receipt.document);
-    for (const FdRequisite& requisite : receipt.requisites)
+    for (const FdRequisite& requisite : receipt.requisites) {
+        // Known before the driver logs it.
+        if (requisite.getTag() == buyerContact)
+            hostruntime::secrets::addPersonal(requisite.getSourceData().toString());
         driver.setRequisite(requisite);
+    }
     for (const FrPosition& position : receipt.positions)
         driver.checkAddPosition(position);
     for (const FrPayment& payment : receipt.payments)

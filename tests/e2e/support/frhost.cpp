@@ -41,7 +41,8 @@ void expectNoSecret(const QString& all)
 QString withoutAdditionalLines(QString err)
 {
     static const QRegularExpression additional(
-        u"^\\d\\d:\\d\\d:\\d\\d\\.\\d{3} (debug|info) .*\n"_s, QRegularExpression::MultilineOption);
+        u"^\\d{4}-\\d\\d-\\d\\dT[\\d:.+Z-]+ \\[\\d+\\] (debug|info) .*\n"_s,
+        QRegularExpression::MultilineOption);
     return isEverythingLogged() ? err.remove(additional) : err;
 }
 

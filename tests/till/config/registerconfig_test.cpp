@@ -181,7 +181,7 @@ TEST_F(RegisterConfiguration, RefusesATransportThatIsWrong)
 
 TEST_F(RegisterConfiguration, NamesFileAndLineOfWhatIsWrong)
 {
-    EXPECT_EQ(messageFor("[regster]\nurl=x\n"), u"r.ini:2: unknown section; did you mean [register]?"_s);
+    EXPECT_EQ(messageFor("[regster]\nurl=x\n"), u"r.ini:2: unknown section; did you mean \"[register]\"?"_s);
     EXPECT_EQ(messageFor("[register]\nurl\n").section(u':', 0, 1), u"r.ini:2"_s);
 }
 

@@ -99,7 +99,7 @@ TEST_F(Parser, NamesTheLineThePointerAndTheNearestKeyOfAnUnknownOne)
     EXPECT_EQ(problem(withPosition(position + R"(,"taxcode":1)")),
         u"1 /positions/0/taxcode: unknown key \"taxcode\"; did you mean \"taxCode\"?"_s);
     EXPECT_EQ(problem("{\"id\":\"a\",\"positions\":[],\"payments\":[],\n\"sums\":1}"),
-        u"1 /sums: unknown key \"sums\"; did you mean \"id\"?"_s);
+        u"1 /sums: unknown key \"sums\"; there are id, documentType, requisites, positions, payments"_s);
     EXPECT_EQ(problem(withPosition(position + R"(,"requisites":[{"tag":1,"member":[]}])")),
         u"1 /positions/0/requisites/0/member: unknown key \"member\"; did you mean \"members\"?"_s);
 }

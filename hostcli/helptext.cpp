@@ -1,0 +1,165 @@
+#include "hostcli/helptext.h"
+
+#include "till/nearestname.h"
+#include "till/text.h"
+
+#include <QStringList>
+
+#include <sstream>
+
+using namespace Qt::Literals::StringLiterals;
+
+using till::Text;
+
+namespace frhost {
+
+namespace {
+
+constexpr int columns = 80;
+constexpr int firstColumn = 30;
+
+QString fromStd(const std::string& text)
+{
+    return QString::fromStdString(text);
+}
+
+const CLI::App& chosen(const CLI::App& app)
+{
+    const auto commands = app.get_subcommands();
+    return commands.empty() ? app : *commands.front();
+}
+
+QStringList commandNames(const CLI::App& app)
+{
+    QStringList names;
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+        names << fromStd(command->get_name());
+    return names;
+}
+
+QStringList optionNames(const CLI::App& app)
+{
+    QStringList names;
+    for (const CLI::App* level : {&app, &chosen(app)}) {
+        for (const CLI::Option* option : level->get_options()) {
+            for (const std::string& name : option->get_lnames())
+                names << u"--"_s + fromStd(name);
+        }
+    }
+    return names;
+}
+
+QString suggestion(const QString& name, const QStringList& known)
+{
+    const QString nearest = till::nearestName(name, known);
+    return nearest.isEmpty() ? QString() : u' ' + Text::tr("Did you mean \"%1\"?").arg(nearest);
+}
+
+// What no command and no option has taken.
+QString leftOver(const CLI::App& app)
+{
+    for (const std::string& rest : app.remaining(true)) {
+        const QString name = fromStd(rest).section(u'=', 0, 0);
+        if (name.startsWith(u"--"_s))
+            return Text::tr("There is no option \"%1\".").arg(name) + suggestion(name, optionNames(app));
+        if (name.startsWith(u'-') && name.size() > 1)
+            return Text::tr("There is no option \"%1\".").arg(name);
+        if (app.get_subcommands().empty())
+            return Text::tr("There is no command \"%1\".").arg(name) + suggestion(name, commandNames(app));
+        return Text::tr("\"%1\" is one argument too many.").arg(name);
+    }
+    return {};
+}
+
+QString missing(const CLI::App& app)
+{
+    for (const CLI::Option* option : chosen(app).get_options()) {
+        if (option->get_required() && option->count() == 0)
+            return Text::tr("%1 is missing.").arg(fromStd(option->get_name(true)));
+    }
+    return Text::tr("A command is missing.");
+}
+
+QString explained(const CLI::App& app, const CLI::ParseError& error)
+{
+    const QString text = fromStd(error.what());
+    if (const QString rest = leftOver(app); !rest.isEmpty())
+        return rest;
+    if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr)
+        return missing(app);
+    if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr)
+        return Text::tr("%1 needs a value.").arg(text.section(u':', 0, 0));
+    if (dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr) {
+        QStringList both{text.section(u' ', 0, 0), text.section(u' ', -1)};
+        both.sort();
+        return Text::tr("%1 and %2 exclude each other.").arg(both.first(), both.last());
+    }
+    return text;
+}
+
+} // namespace
+
+QString wrapped(const QString& text, int width)
+{
+    QStringList lines;
+    for (const QString& paragraph : text.split(u'\n')) {
+        QString line;
+        for (const QString& word : paragraph.split(u' ')) {
+            if (!line.isEmpty() && line.size() + 1 + word.size() > width) {
+                lines << line;
+                line = word;
+            } else {
+                line += line.isEmpty() ? word : u' ' + word;
+            }
+        }
+        lines << line;
+    }
+    return lines.join(u'\n');
+}
+
+HelpText::HelpText()
+{
+    column_width(firstColumn);
+    label("Usage", Text::tr("Usage").toStdString());
+    label("OPTIONS", Text::tr("OPTIONS").toStdString());
+    label("SUBCOMMAND", Text::tr("COMMAND").toStdString());
+    label("Positionals", Text::tr("Arguments").toStdString());
+}
+
+std::string HelpText::make_subcommand(const CLI::App* command) const
+{
+    const QString whole = fromStd(command->get_description());
+    const QString sentence = whole.sliced(whole.lastIndexOf(u"\n\n"_s) + 2);
+    std::stringstream out;
+    CLI::detail::format_help(
+        out, command->get_name(), wrapped(sentence, columns - firstColumn).toStdString(), column_width_);
+    return out.str();
+}
+
+std::string HelpText::make_option_opts(const CLI::Option* option) const
+{
+    const std::string text = option->get_option_text();
+    return text.empty() ? text : ' ' + text;
+}
+
+std::string HelpText::make_option_desc(const CLI::Option* option) const
+{
+    return wrapped(fromStd(option->get_description()), columns - firstColumn).toStdString();
+}
+
+std::string HelpText::make_group(
+    std::string group, bool isPositional, std::vector<const CLI::Option*> options) const
+{
+    if (group == "Options")
+        group = Text::tr("Options").toStdString();
+    return Formatter::make_group(group, isPositional, options);
+}
+
+QString usageError(const CLI::App& app, const CLI::ParseError& error)
+{
+    const QString name =
+        app.get_subcommands().empty() ? u"frhost"_s : u"frhost "_s + fromStd(chosen(app).get_name());
+    return explained(app, error) + u'\n' + Text::tr("More: %1 --help").arg(name);
+}
+
+} // namespace frhost

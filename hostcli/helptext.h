@@ -1,0 +1,33 @@
+#pragma once
+
+#include <CLI/App.hpp>
+#include <CLI/Formatter.hpp>
+
+#include <QString>
+
+#include <string>
+
+namespace frhost {
+
+/// The text with line breaks instead of spaces, so that no line has more than `width` characters unless a
+/// single word does.
+[[nodiscard]] QString wrapped(const QString& text, int width);
+
+/// Writes the help in the user's language, within 80 columns. The list of commands shows one line for each.
+class HelpText : public CLI::Formatter
+{
+public:
+    HelpText();
+
+    std::string make_subcommand(const CLI::App* command) const override;
+    std::string make_option_opts(const CLI::Option* option) const override;
+    std::string make_option_desc(const CLI::Option* option) const override;
+    std::string make_group(
+        std::string group, bool isPositional, std::vector<const CLI::Option*> options) const override;
+};
+
+/// What is wrong with the arguments, in the user's language, with the nearest command or option that there
+/// is.
+[[nodiscard]] QString usageError(const CLI::App& app, const CLI::ParseError& error);
+
+} // namespace frhost

@@ -1,0 +1,138 @@
+#include "hostcli/helptext.h"
+
+#include "hostcli/commandline.h"
+#include "tests/support/qtprinters.h"
+
+#include <QCoreApplication>
+#include <QTranslator>
+
+#include <gtest/gtest.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using namespace frhost;
+
+QString answerTo(const QStringList& arguments)
+{
+    std::vector<std::string> texts{"frhost"};
+    for (const QString& argument : arguments)
+        texts.push_back(argument.toStdString());
+    std::vector<const char*> argv;
+    for (const std::string& text : texts)
+        argv.push_back(text.c_str());
+    const auto parsed = parseCommandLine(static_cast<int>(argv.size()), argv.data());
+    const auto* answer = std::get_if<CommandLineText>(&parsed);
+    return answer ? answer->text : u"(taken)"_s;
+}
+
+class Russian
+{
+public:
+    Russian()
+    {
+        EXPECT_TRUE(translator.load(QStringLiteral(RUSSIAN)));
+        QCoreApplication::installTranslator(&translator);
+    }
+    ~Russian() { QCoreApplication::removeTranslator(&translator); }
+    Q_DISABLE_COPY_MOVE(Russian)
+
+private:
+    int count = 1;
+    char name[2] = "t";
+    char* arguments[2] = {name, nullptr};
+    const QCoreApplication application{count, arguments};
+    QTranslator translator;
+};
+
+void expectNarrow(const QStringList& arguments)
+{
+    for (const QString& line : answerTo(arguments).split(u'\n'))
+        EXPECT_LE(line.size(), 80) << line.toStdString();
+}
+
+TEST(Wrapping, BreaksLinesAtSpaces)
+{
+    EXPECT_EQ(wrapped(u"aa bb cc\ndd"_s, 5), u"aa bb\ncc\ndd"_s);
+    EXPECT_EQ(wrapped(u"longword a"_s, 4), u"longword\na"_s);
+    EXPECT_EQ(wrapped(u"ййй ц"_s, 5), u"ййй ц"_s);
+}
+
+TEST(Help, FitsIntoEightyColumnsInBothLanguages)
+{
+    for (const bool isRussian : {false, true}) {
+        const auto russian = isRussian ? std::make_unique<Russian>() : nullptr;
+        expectNarrow({u"--help"_s});
+        for (const char* command : {"describe", "check", "sell", "send", "info", "compose"})
+            expectNarrow({QString::fromLatin1(command), u"--help"_s});
+    }
+}
+
+TEST(Help, IsAllInTheUsersLanguage)
+{
+    const Russian russian;
+    for (const QStringList& arguments :
+        {QStringList{u"--help"_s}, QStringList{u"sell"_s, u"--help"_s}, QStringList{}}) {
+        const QString help = answerTo(arguments);
+        for (const char* english : {"Usage", "Options", "OPTIONS", "Subcommands", "Positionals", "REQUIRED",
+                 "Print", "Display", "TEXT", "Excludes"})
+            EXPECT_FALSE(help.contains(QString::fromLatin1(english))) << english << "\n"
+                                                                      << help.toStdString();
+        EXPECT_TRUE(help.contains(u"Параметры:"_s)) << help.toStdString();
+    }
+}
+
+TEST(Help, IsShownWhereNothingIsAskedFor)
+{
+    EXPECT_EQ(answerTo({}), answerTo({u"--help"_s}));
+}
+
+struct Mistake
+{
+    QStringList arguments;
+    QString answer;
+    QString russian;
+};
+
+TEST(UsageError, NamesTheMistakeAndTheNearestName)
+{
+    const Mistake mistakes[] = {
+        {{u"sel"_s, u"a.json"_s},
+            u"There is no command \"sel\". Did you mean \"sell\"?\nMore: frhost --help"_s,
+            u"Нет команды «sel». Возможно, «sell»?\nПодробнее: frhost --help"_s},
+        {{u"refund"_s}, u"There is no command \"refund\".\nMore: frhost --help"_s,
+            u"Нет команды «refund».\nПодробнее: frhost --help"_s},
+        {{u"--jsn"_s, u"check"_s},
+            u"There is no option \"--jsn\". Did you mean \"--json\"?\nMore: frhost check --help"_s,
+            u"Нет параметра «--jsn». Возможно, «--json»?\nПодробнее: frhost check --help"_s},
+        {{u"sell"_s, u"a"_s, u"--qrdir=x"_s},
+            u"There is no option \"--qrdir\". Did you mean \"--qr-dir\"?\nMore: frhost sell --help"_s,
+            u"Нет параметра «--qrdir». Возможно, «--qr-dir»?\nПодробнее: frhost sell --help"_s},
+        {{u"sell"_s, u"a"_s, u"-x"_s}, u"There is no option \"-x\".\nMore: frhost sell --help"_s,
+            u"Нет параметра «-x».\nПодробнее: frhost sell --help"_s},
+        {{u"check"_s, u"a"_s}, u"\"a\" is one argument too many.\nMore: frhost check --help"_s,
+            u"Лишний аргумент «a».\nПодробнее: frhost check --help"_s},
+        {{u"sell"_s}, u"FILE is missing.\nMore: frhost sell --help"_s,
+            u"Не указано: FILE.\nПодробнее: frhost sell --help"_s},
+        {{u"info"_s}, u"UUID is missing.\nMore: frhost info --help"_s,
+            u"Не указано: UUID.\nПодробнее: frhost info --help"_s},
+        {{u"--json"_s}, u"A command is missing.\nMore: frhost --help"_s,
+            u"Не указана команда.\nПодробнее: frhost --help"_s},
+        {{u"check"_s, u"--config"_s}, u"--config needs a value.\nMore: frhost check --help"_s,
+            u"После --config нужно значение.\nПодробнее: frhost check --help"_s},
+        {{u"--log-level"_s, u"loud"_s, u"check"_s},
+            u"--log-level: \"loud\" is not a level; the levels are debug, info, warning, error\nMore: frhost check --help"_s,
+            u"--log-level: уровня «loud» нет; есть debug, info, warning, error\nПодробнее: frhost check --help"_s},
+        {{u"sell"_s, u"a"_s, u"--journal"_s, u"j"_s, u"--no-journal"_s},
+            u"--journal and --no-journal exclude each other.\nMore: frhost sell --help"_s,
+            u"--journal и --no-journal несовместимы.\nПодробнее: frhost sell --help"_s},
+    };
+    for (const Mistake& mistake : mistakes) {
+        EXPECT_EQ(answerTo(mistake.arguments), mistake.answer);
+        const Russian russian;
+        EXPECT_EQ(answerTo(mistake.arguments), mistake.russian);
+    }
+}
+
+} // namespace
