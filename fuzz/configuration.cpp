@@ -39,7 +39,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const RegisterConfig config = readRegisterConfig(folder().written(data, size));
         configure(device, config);
-        requireConnection(config);
+        requireConnection(config, settableNames(device));
     } catch (const Error& error) {
         if (error.message().isEmpty())
             std::abort();

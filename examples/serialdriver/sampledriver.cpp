@@ -1,11 +1,17 @@
 #include "examples/serialdriver/sampledriver.h"
 
 #include "host/exceptions.h"
+#include "host/records/fiscaldocument.h"
+#include "host/records/frpayment.h"
+
+#include <cmath>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+constexpr char closeReceipt = 0x02;
+constexpr char isLastReceipt = 0x03;
 constexpr char enquiry = 0x05;
 constexpr char acknowledged = 0x06;
 constexpr char bell = 0x07;
@@ -47,8 +53,50 @@ void SampleDriver::beep()
         throw FrCommandException(u"ФР не выполнил команду"_s);
 }
 
+void SampleDriver::checkOpen(const FiscalDocument& document)
+{
+    isPortReady();
+    id = document.getInternalIdentifier();
+    if (id.contains(u';') || id.contains(u'\n'))
+        throw FrCommandException(u"Недопустимый идентификатор чека"_s);
+    kopecks = 0;
+    lastFiscalInfo = {};
+}
+
+void SampleDriver::checkPay(const FrPayment& payment)
+{
+    BasicFrDriver::checkPay(payment);
+    kopecks += std::llround(payment.getSum() * 100);
+}
+
+QJsonObject SampleDriver::checkClose(const FiscalDocument& /*document*/)
+{
+    const QByteArray answer = answerTo(closeReceipt, u"%1;%2"_s.arg(id, QString::number(kopecks)));
+    if (answer.isEmpty())
+        throw FrNoConnectionException(u"ФР не отвечает"_s);
+    const QStringList parts = QString::fromUtf8(answer.sliced(1)).trimmed().split(u';');
+    if (!answer.startsWith(acknowledged) || parts.size() != 4)
+        throw FrCommandException(u"ФР не закрыл чек"_s);
+    lastFiscalInfo.fnNumber = parts[0];
+    lastFiscalInfo.fiscalDocumentNumber = parts[1].toInt();
+    lastFiscalInfo.fiscalSign = parts[2];
+    lastFiscalInfo.total = parts[3].toDouble() / 100;
+    return {};
+}
+
+bool SampleDriver::isLastCheckWithNumber(const QString& checkNumber)
+{
+    return answerTo(isLastReceipt, checkNumber).startsWith(acknowledged);
+}
+
 QByteArray SampleDriver::answerTo(char command)
 {
     isPortReady();
     return line->exchange(QByteArray(1, command), time);
+}
+
+QByteArray SampleDriver::answerTo(char command, const QString& text)
+{
+    isPortReady();
+    return line->ask(command + text.toUtf8() + '\n', time);
 }

@@ -32,7 +32,24 @@ QByteArray SerialLine::exchange(const QByteArray& request, std::chrono::millisec
     port.write(request);
     if (port.waitForBytesWritten(ms))
         port.waitForReadyRead(ms);
+    check();
+    return port.readAll();
+}
+
+QByteArray SerialLine::ask(const QByteArray& request, std::chrono::milliseconds time)
+{
+    QByteArray answer = exchange(request, time);
+    while (!answer.isEmpty() && !answer.endsWith('\n')) {
+        if (!port.waitForReadyRead(static_cast<int>(time.count())))
+            break;
+        answer += port.readAll();
+    }
+    check();
+    return answer;
+}
+
+void SerialLine::check() const
+{
     if (port.error() != QSerialPort::NoError && port.error() != QSerialPort::TimeoutError)
         throw ComDriverException(port.errorString());
-    return port.readAll();
 }

@@ -24,7 +24,11 @@ public:
     /// Discards earlier input, sends the request and returns the first bytes that come back; nothing when
     /// none come in time. Blocks for at most twice `time`.
     [[nodiscard]] QByteArray exchange(const QByteArray& request, std::chrono::milliseconds time);
+    /// The same, up to the end of a line.
+    [[nodiscard]] QByteArray ask(const QByteArray& request, std::chrono::milliseconds time);
 
 private:
+    void check() const;
+
     QSerialPort port;
 };

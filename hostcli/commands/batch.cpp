@@ -202,6 +202,10 @@ QString Batch::whatIsKnown() const
         result.outcome = conclusionOf(judged()).outcome;
         return outcomeSentence(result);
     }
+    if (transport.seen().isLocal)
+        return Text::tr("%1 was given to the register, its outcome is unknown; look at the register's last "
+                        "documents.")
+            .arg(current.id);
     if (transport.seen().receiptSent)
         return Text::tr(
             "%1 was sent, its outcome is unknown; run again: the service does not register an id twice.")
@@ -222,8 +226,9 @@ void Batch::giveUpReceipt()
     current.uuid = seen.registration.uuid;
     current.outcome = Outcome::Unknown;
     current.error = ErrorInfo{{}, std::nullopt,
-        seen.receiptSent ? Text::tr("Interrupted while waiting for the service")
-                         : Text::tr("Interrupted before it was sent")};
+        seen.isLocal       ? Text::tr("Interrupted while waiting for the register")
+        : seen.receiptSent ? Text::tr("Interrupted while waiting for the service")
+                           : Text::tr("Interrupted before it was sent")};
     if (seen.receiptSent)
         ++tally.unknown;
     write(current);

@@ -26,12 +26,13 @@ ExitCode compose(const CommandLine& line, Output& output)
     const InstalledTransport installed(transport);
     LoadedRegister fiscalRegister(pluginOf(line));
     setUp(fiscalRegister, config);
+    VposFrDriver& service = fiscalRegister.service();
     ReceiptQueue queue(line.files);
     bool isRefused = false;
     const auto handle = [&](const QueuedReceipt& queued) {
         const auto error = attempt([&] {
             handOver(fiscalRegister.driver(), queued.receipt);
-            std::ignore = fiscalRegister.service().documentClose(queued.receipt.document);
+            std::ignore = service.documentClose(queued.receipt.document);
         });
         const QByteArray body = transport.takeBody();
         if (!body.isEmpty())

@@ -36,8 +36,8 @@ ExitCode info(const CommandLine& line, Output& output)
         throw Failure(
             ExitCode::LocalFailure, Text::tr("\"%1\" is not the identifier of a document").arg(line.uuid));
     Session session(serviceConfigOf(line), pluginOf(line));
-    session.connect();
     VposFrDriver& service = session.fiscalRegister().service();
+    session.connect();
     session.transport().startReceipt();
     const auto error = attempt([&] { std::ignore = service.getDocumentInfo(line.uuid); });
     const WireRecord& seen = session.transport().seen();

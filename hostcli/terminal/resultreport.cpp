@@ -77,6 +77,32 @@ QString comparisonName(Comparison comparison)
     return {};
 }
 
+QString witnessName(Witness witness)
+{
+    switch (witness) {
+    case Witness::Driver:
+        return u"driver"_s;
+    case Witness::Journal:
+        return u"journal"_s;
+    case Witness::Service:
+        break;
+    }
+    return {};
+}
+
+QString witnessText(Witness witness)
+{
+    switch (witness) {
+    case Witness::Driver:
+        return Text::tr("the driver's word");
+    case Witness::Journal:
+        return Text::tr("the driver's word, recorded in the journal");
+    case Witness::Service:
+        break;
+    }
+    return {};
+}
+
 QString errorText(const ErrorInfo& error)
 {
     return error.code
@@ -113,6 +139,7 @@ QByteArray toJsonLine(const ReceiptResult& result)
     if (result.recovered)
         json.insert("recovered"_L1, true);
     put(json, "compared", comparisonName(result.compared));
+    put(json, "evidence", witnessName(result.witness));
     if (result.fiscal) {
         json.insert("fiscal"_L1, fiscalJson(*result.fiscal));
         put(json, "qr", qrText(*result.fiscal));
@@ -134,6 +161,7 @@ QString toText(const ReceiptResult& result)
         row(Text::tr("Cause"), errorText(*result.error));
     if (result.compared == Comparison::Total)
         row(Text::tr("Compared"), Text::tr("only the total; the journal does not know the earlier receipt"));
+    row(Text::tr("Evidence"), witnessText(result.witness));
     row(Text::tr("Service's identifier"), result.uuid);
     if (result.fiscal) {
         const FiscalInfo& info = *result.fiscal;

@@ -872,6 +872,62 @@
     <message>
         <source>Name another one with --log-file FILE.</source>
         <translation>Укажите другой: --log-file FILE.</translation>
+        <source>The driver says that the receipt is registered, but returns no valid %1</source>
+        <translation>Драйвер сообщает, что чек зарегистрирован, но не возвращает верного значения %1</translation>
+    </message>
+    <message>
+        <source>The driver says that the receipt is registered, but returns the fiscal data of an earlier document</source>
+        <translation>Драйвер сообщает, что чек зарегистрирован, но возвращает фискальные данные более раннего документа</translation>
+    </message>
+    <message>
+        <source>The driver says that the receipt is registered, but with the total %1 instead of %2</source>
+        <translation>Драйвер сообщает, что чек зарегистрирован, но на сумму %1 вместо %2</translation>
+    </message>
+    <message>
+        <source>It may or may not be registered. Look at the register&apos;s last documents: if the sale is there, it is done; if it is not, sell it under a new id.</source>
+        <translation>Чек мог быть зарегистрирован, а мог и не быть. Посмотрите последние документы кассы: если продажа там есть, она завершена; если её нет, проведите её под новым идентификатором.</translation>
+    </message>
+    <message>
+        <source>Do NOT sell it again before you have looked at the register&apos;s last documents.</source>
+        <translation>НЕ проводите продажу ещё раз, пока не посмотрите последние документы кассы.</translation>
+    </message>
+    <message>
+        <source>The register was given this receipt on %1 already, its outcome was not known, and it was not given it again</source>
+        <translation>Этот чек уже передавался кассе %1, результат остался неизвестен; повторно чек не передан</translation>
+    </message>
+    <message>
+        <source>%1: not printed: %2</source>
+        <translation>%1: не напечатан: %2</translation>
+    </message>
+    <message>
+        <source>No connection to the register: %1. Nothing was sent.</source>
+        <translation>Нет связи с кассой: %1. Ничего не отправлено.</translation>
+    </message>
+    <message>
+        <source>%1 was given to the register, its outcome is unknown; look at the register&apos;s last documents.</source>
+        <translation>Чек %1 передан кассе, результат неизвестен; посмотрите последние документы кассы.</translation>
+    </message>
+    <message>
+        <source>Interrupted while waiting for the register</source>
+        <translation>Прервано во время ожидания кассы</translation>
+    </message>
+    <message>
+        <source>The register answers: %1
+</source>
+        <translation>Касса отвечает: %1
+</translation>
+    </message>
+    <message>
+        <source>the driver&apos;s word</source>
+        <translation>слово драйвера</translation>
+    </message>
+    <message>
+        <source>the driver&apos;s word, recorded in the journal</source>
+        <translation>слово драйвера, записанное в журнале</translation>
+    </message>
+    <message>
+        <source>Evidence</source>
+        <translation>Подтверждение</translation>
     </message>
 </context>
 </TS>

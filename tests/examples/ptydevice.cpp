@@ -16,6 +16,11 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
+constexpr char startOfText = 0x02;
+constexpr char endOfText = 0x03;
+constexpr char acknowledged = 0x06;
+constexpr char refused = 0x15;
+
 int checked(int result, const char* call)
 {
     if (result < 0)
@@ -94,14 +99,41 @@ void PtyDevice::serve()
     }
 }
 
+void PtyDevice::answerLine(const QByteArray& text)
+{
+    {
+        const std::lock_guard lock(guard);
+        received << QString::fromUtf8(text.sliced(1));
+    }
+    QByteArray reply(1, refused);
+    if (text.startsWith(startOfText)) {
+        const QList<QByteArray> parts = text.sliced(1).split(';');
+        lastId = parts.first();
+        reply = acknowledged + QByteArray("9999078900006364;") + QByteArray::number(++documents) +
+                ";3449555941;" + parts.last();
+        if (losesAnswers)
+            return;
+    } else if (text.sliced(1) == lastId) {
+        reply[0] = acknowledged;
+    }
+    reply += '\n';
+    static_cast<void>(!write(master, reply.constData(), static_cast<std::size_t>(reply.size())));
+}
+
 void PtyDevice::answer(char byte)
 {
+    if (!line.isEmpty() || byte == startOfText || byte == endOfText) {
+        if (byte != '\n')
+            line += byte;
+        else
+            answerLine(std::exchange(line, {}));
+        return;
+    }
     const int speed = lineSpeed();
     {
         const std::lock_guard lock(guard);
         received << u"%1 at %2"_s.arg(int{byte}).arg(speed);
     }
-    const char acknowledged = 0x06;
     const char garbled = '\xFF';
     if (speed == ownSpeed)
         static_cast<void>(!write(master, &acknowledged, 1));

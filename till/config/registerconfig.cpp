@@ -258,12 +258,12 @@ RegisterConfig readRegisterConfig(const QString& file)
     return config;
 }
 
-void requireConnection(const RegisterConfig& config)
+void requireConnection(const RegisterConfig& config, const QStringList& known)
 {
-    for (const char* name : {"url", "login", "password", "groupCode"}) {
-        if (!config.has(QString::fromLatin1(name)))
-            throw Error(Problem::Setup,
-                Text::tr("%1: section [register] lacks \"%2\"").arg(config.file, QString::fromLatin1(name)));
+    for (const QString& name : {u"url"_s, u"login"_s, passwordKey, u"groupCode"_s}) {
+        if (known.contains(name) && !config.has(name))
+            throw Error(
+                Problem::Setup, Text::tr("%1: section [register] lacks \"%2\"").arg(config.file, name));
     }
 }
 

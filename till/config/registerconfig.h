@@ -45,7 +45,8 @@ struct RegisterConfig
 /// Throws Error that names the file and the line, and never quotes it.
 [[nodiscard]] RegisterConfig readRegisterConfig(const QString& file);
 
-/// Throws Error when a setting is missing without which the service cannot be reached.
-void requireConnection(const RegisterConfig& config);
+/// Throws Error when a setting is missing without which a service cannot be reached. `known` names the
+/// settings of the device; one that it does not have is not missing.
+void requireConnection(const RegisterConfig& config, const QStringList& known);
 
 } // namespace till

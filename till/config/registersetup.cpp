@@ -17,17 +17,6 @@ namespace till {
 
 namespace {
 
-QStringList settableNames(const QObject& device)
-{
-    QStringList names;
-    for (const QMetaProperty& property : deviceProperties(device)) {
-        const QString name = QString::fromLatin1(property.name());
-        if (property.isReadable() && property.isWritable() && !isUnused(device, name))
-            names << name;
-    }
-    return names;
-}
-
 QVariant parsedBool(const QString& text)
 {
     const QString value = text.toLower();
@@ -104,6 +93,17 @@ QList<QMetaProperty> deviceProperties(const QObject& device)
     return properties;
 }
 
+QStringList settableNames(const QObject& device)
+{
+    QStringList names;
+    for (const QMetaProperty& property : deviceProperties(device)) {
+        const QString name = QString::fromLatin1(property.name());
+        if (property.isReadable() && property.isWritable() && !isUnused(device, name))
+            names << name;
+    }
+    return names;
+}
+
 bool isUnused(const QObject& device, const QString& property)
 {
     return device.property("unusedProps").toStringList().contains(property);
@@ -119,6 +119,10 @@ void configure(QObject& device, const RegisterConfig& config)
 {
     const QStringList known = settableNames(device);
     for (const Setting& setting : config.settings) {
+        // A credential is there for every register of the machine.
+        const bool isFromCredential = setting.line == 0;
+        if (isFromCredential && !known.contains(setting.name))
+            continue;
         try {
             apply(device, setting, known);
         } catch (const Error& error) {

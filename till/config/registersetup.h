@@ -14,6 +14,9 @@ class LoadedRegister;
 /// The device's own properties, without those of QObject, in the order of their declaration.
 [[nodiscard]] QList<QMetaProperty> deviceProperties(const QObject& device);
 
+/// The settings that a configuration may give the device.
+[[nodiscard]] QStringList settableNames(const QObject& device);
+
 /// Whether the device says that it does not use this inherited property.
 [[nodiscard]] bool isUnused(const QObject& device, const QString& property);
 

@@ -24,6 +24,7 @@ namespace {
 
 LoadedRegister::LoadedRegister(const PluginFile& plugin)
     : loader(plugin.path)
+    , pluginName(plugin.name())
 {
     QObject* factory = loader.instance();
     if (!factory)
@@ -47,9 +48,24 @@ void LoadedRegister::init()
     if (!legacyDriver)
         fail(loader, Text::tr("the register has no driver after init"));
     cloudDriver = dynamic_cast<VposFrDriver*>(legacyDriver);
+}
+
+QString LoadedRegister::name() const
+{
+    return pluginName;
+}
+
+unsigned int LoadedRegister::number() const
+{
+    return interface->getDeviceId();
+}
+
+VposFrDriver& LoadedRegister::service() const
+{
     if (!cloudDriver)
         fail(loader,
             Text::tr("the driver does not implement VposFrDriver, the interface of a cloud register"));
+    return *cloudDriver;
 }
 
 std::chrono::milliseconds LoadedRegister::requestInterval() const

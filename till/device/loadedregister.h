@@ -34,16 +34,24 @@ public:
     /// Creates the driver. Call once, after the settings have been written.
     void init();
 
+    /// The name in the plugin's metadata.
+    [[nodiscard]] QString name() const;
+    /// Its number among the host's registers.
+    [[nodiscard]] unsigned int number() const;
+
     /// The driver; only after init().
     [[nodiscard]] AbstractFrDriver& driver() { return *legacyDriver; }
-    /// What the driver offers as a cloud register; only after init().
-    [[nodiscard]] VposFrDriver& service() { return *cloudDriver; }
+    /// Whether the register is a web service; only after init().
+    [[nodiscard]] bool hasService() const { return cloudDriver != nullptr; }
+    /// What the driver offers as a web service; only after init(). Throws Error when it is not one.
+    [[nodiscard]] VposFrDriver& service() const;
 
     /// Pause between two questions about a document.
     [[nodiscard]] std::chrono::milliseconds requestInterval() const;
 
 private:
     QPluginLoader loader;
+    QString pluginName;
     std::unique_ptr<QObject> object;
     hw::AbstractFiscalRegister* interface = nullptr;
     AbstractFrDriver* legacyDriver = nullptr;

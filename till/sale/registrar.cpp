@@ -37,6 +37,7 @@ void handOver(AbstractFrDriver& driver, const Receipt& receipt)
     }
     for (const FrPosition& position : receipt.positions)
         driver.checkAddPosition(position);
+    driver.checkTotal();
     for (const FrPayment& payment : receipt.payments)
         driver.checkPay(payment);
 }

@@ -29,6 +29,17 @@ enum class Comparison
     Content,
 };
 
+/// On whose word an outcome rests.
+enum class Witness
+{
+    /// The service's answers.
+    Service,
+    /// The driver of a register that is not a web service.
+    Driver,
+    /// The journal, which has recorded the driver's word.
+    Journal,
+};
+
 /// The result of one receipt, ready to be reported.
 struct ReceiptResult
 {
@@ -43,6 +54,7 @@ struct ReceiptResult
     /// Whether the service knew the receipt from an earlier attempt.
     bool recovered = false;
     Comparison compared = Comparison::None;
+    Witness witness = Witness::Service;
     std::optional<FiscalInfo> fiscal;
     /// Link to the receipt at the fiscal data operator; empty when the service gave none.
     QString receiptUrl;

@@ -157,6 +157,11 @@ void SaleJournal::admit(const QUrl& url, const QByteArray& body)
     claim->twin.reset();
 }
 
+std::optional<JournalRecord> SaleJournal::earlier() const
+{
+    return claim ? claim->earlier : std::nullopt;
+}
+
 ReceiptResult SaleJournal::concluded(ReceiptResult result)
 {
     check();

@@ -29,6 +29,9 @@ public:
     /// The receipt that is sold next.
     void begin(const QueuedReceipt& queued);
 
+    /// What was known of this receipt before; none until the transport has asked, and for one that is new.
+    [[nodiscard]] std::optional<JournalRecord> earlier() const;
+
     /// Records the result; returns it with what the journal knows. Throws JournalError when the receipt could
     /// not be recorded beforehand and was therefore not sent.
     [[nodiscard]] ReceiptResult concluded(ReceiptResult result);

@@ -8,6 +8,8 @@
 
 #include <QUrl>
 
+#include <tuple>
+
 namespace till {
 
 namespace {
@@ -15,7 +17,6 @@ namespace {
 // Done before the transport is created, which copies the default options.
 RegisterConfig applied(const RegisterConfig& config)
 {
-    requireConnection(config);
     hostruntime::TransportOptions::setDefaults(config.transport);
     return config;
 }
@@ -27,7 +28,13 @@ Session::Session(const RegisterConfig& usedConfig, const PluginFile& plugin)
     , installed(observer)
     , loaded(plugin)
 {
+    requireConnection(config, settableNames(loaded.device()));
     setUp(loaded, config);
+}
+
+Session::~Session()
+{
+    std::ignore = attempt([&] { loaded.driver().portClose(); });
 }
 
 QString Session::serviceAddress() const
@@ -37,7 +44,14 @@ QString Session::serviceAddress() const
 
 void Session::connect()
 {
-    const auto error = attempt([&] { loaded.driver().connect(); });
+    if (!loaded.hasService()) {
+        connectWithoutService();
+        return;
+    }
+    const auto error = attempt([&] {
+        loaded.driver().portOpen();
+        loaded.driver().connect();
+    });
     const ServiceAnswer& answer = observer.seen().token;
     const bool lacksToken = answer.arrived && !answer.holdsToken;
     if (!error && !lacksToken)
@@ -53,6 +67,18 @@ void Session::connect()
                                      .arg(serviceAddress()));
     throw Error(Problem::Connection, Text::tr("No connection to the service at %1: %2. Nothing was sent.")
                                          .arg(serviceAddress(), error->message));
+}
+
+void Session::connectWithoutService()
+{
+    const auto error = attempt([&] {
+        loaded.driver().portOpen();
+        loaded.driver().connect();
+        loaded.driver().init();
+    });
+    if (error)
+        throw Error(Problem::Connection,
+            Text::tr("No connection to the register: %1. Nothing was sent.").arg(error->message));
 }
 
 } // namespace till

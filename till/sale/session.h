@@ -14,9 +14,13 @@ public:
     /// Loads and configures the register. The configuration's transport options become those of the process.
     /// Throws Error for whatever is wrong with configuration or plugin.
     Session(const RegisterConfig& usedConfig, const PluginFile& plugin);
+    /// Closes the register's port.
+    ~Session();
+    Q_DISABLE_COPY_MOVE(Session)
 
-    /// Asks the service for a token; blocks for one exchange. Throws Error: Setup when the service refuses
-    /// the credentials, Connection when it cannot be reached.
+    /// Opens the register's port, where it has one, and asks the service for a token; blocks for one
+    /// exchange. Without a service, has the register answer and initialises it. Throws Error: Setup when the
+    /// service refuses the credentials, Connection when service or register cannot be reached.
     void connect();
 
     /// The service's address as it may be shown: without a password.
@@ -25,6 +29,8 @@ public:
     [[nodiscard]] ObservingTransport& transport() { return observer; }
 
 private:
+    void connectWithoutService();
+
     RegisterConfig config;
     // The transport outlives the register, whose driver uses it.
     ObservingTransport observer;

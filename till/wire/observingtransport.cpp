@@ -42,6 +42,19 @@ void ObservingTransport::sleepFor(std::chrono::milliseconds time)
     std::this_thread::sleep_for(time);
 }
 
+void ObservingTransport::admit(const QUrl& url, const QByteArray& body) const
+{
+    if (gate)
+        gate(url, body);
+}
+
+void ObservingTransport::noteHandedOver()
+{
+    const auto lock = hold();
+    record.receiptSent = true;
+    record.isLocal = true;
+}
+
 void ObservingTransport::startReceipt()
 {
     renewals.forget();

@@ -32,6 +32,11 @@ public:
     /// An empty gate lets everything through.
     void setGate(Gate asked) { gate = std::move(asked); }
 
+    /// Asks the gate about a receipt that a driver is about to register in another way.
+    void admit(const QUrl& url, const QByteArray& body) const;
+    /// Notes that such a receipt may be registered from now on.
+    void noteHandedOver();
+
     /// Forgets what was seen; call before each receipt.
     void startReceipt();
     /// Forgets the last answer about a document; call before each question of the program's own.

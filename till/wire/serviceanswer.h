@@ -43,6 +43,8 @@ struct WireRecord
 {
     /// Whether any part of the receipt may have reached the service in any attempt, whatever came back.
     bool receiptSent = false;
+    /// Whether a driver registers the receipt without a service; then there is no answer here.
+    bool isLocal = false;
     /// The answer to the receipt; the last one when it was sent more than once.
     ServiceAnswer registration;
     /// The last answer to a question about the document.

@@ -276,10 +276,13 @@ TEST_F(RegisterConfiguration, RefusesTwoPasswords)
 
 TEST_F(RegisterConfiguration, SaysWhatIsMissingToReachTheService)
 {
+    const QStringList known{u"url"_s, u"login"_s, u"password"_s, u"groupCode"_s, u"inn"_s};
     const QString message =
-        messageOf<Error>([&] { requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\n")); });
+        messageOf<Error>([&] { requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\n"), known); });
     EXPECT_TRUE(message.endsWith(u"section [register] lacks \"groupCode\""_s)) << message.toStdString();
-    EXPECT_NO_THROW(requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\ngroupCode=g\n")));
+    EXPECT_NO_THROW(requireConnection(read("[register]\nurl=x\nlogin=y\npassword=z\ngroupCode=g\n"), known));
+    EXPECT_NO_THROW(requireConnection(read("[register]\nport=x\n"), {u"port"_s}))
+        << "a device without a service";
 }
 
 } // namespace

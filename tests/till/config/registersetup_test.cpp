@@ -95,6 +95,16 @@ TEST(RegisterSetup, RefusesWhatIsNoSetting)
         EXPECT_TRUE(messageFor(name, "x").startsWith(u"r.ini:7: unknown key; "_s)) << name;
 }
 
+TEST(RegisterSetup, IgnoresACredentialThatTheDeviceHasNoUseFor)
+{
+    QObject device;
+    RegisterConfig given;
+    given.settings << Setting{u"password"_s, u"x"_s, 0};
+    EXPECT_NO_THROW(configure(device, given));
+    given.settings.first().line = 3;
+    EXPECT_THROW(configure(device, given), Error) << "in the file";
+}
+
 TEST(RegisterSetup, ReportsAValueOfTheWrongType)
 {
     EXPECT_EQ(messageFor("interval", "1 s"),
