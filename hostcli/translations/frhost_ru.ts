@@ -762,6 +762,8 @@
     <message>
         <source>&quot;%1&quot; is not a known cause. &quot;frhost explain&quot; lists all of them.</source>
         <translation>Причина «%1» неизвестна. Все причины показывает «frhost explain».</translation>
+    </message>
+    <message>
         <source>unknown key; %1</source>
         <translation>неизвестный ключ; %1</translation>
     </message>
@@ -872,6 +874,8 @@
     <message>
         <source>Name another one with --log-file FILE.</source>
         <translation>Укажите другой: --log-file FILE.</translation>
+    </message>
+    <message>
         <source>The driver says that the receipt is registered, but returns no valid %1</source>
         <translation>Драйвер сообщает, что чек зарегистрирован, но не возвращает верного значения %1</translation>
     </message>
