@@ -1,4 +1,5 @@
 #include "tests/emulator/support/goodreceipt.h"
+#include "tests/emulator/support/program.h"
 #include "tests/emulator/support/rawclient.h"
 
 #include <gmock/gmock.h>
@@ -20,102 +21,6 @@
 #include <vector>
 
 using emulator::Json;
-
-namespace {
-
-// The built program; its standard output is read line by line.
-class Program
-{
-public:
-    explicit Program(const std::vector<std::string>& arguments)
-    {
-        int ends[2];
-        if (::pipe(ends) != 0)
-            throw std::runtime_error("pipe");
-        process = ::fork();
-        if (process == 0) {
-            ::dup2(ends[1], STDOUT_FILENO);
-            ::close(ends[0]);
-            std::string program = FREMULATOR;
-            std::vector<std::string> copies = arguments;
-            std::vector<char*> argv{program.data()};
-            for (std::string& argument : copies)
-                argv.push_back(argument.data());
-            argv.push_back(nullptr);
-            ::execv(FREMULATOR, argv.data());
-            ::_exit(127);
-        }
-        ::close(ends[1]);
-        output = ::fdopen(ends[0], "r");
-    }
-
-    ~Program()
-    {
-        if (process > 0)
-            finish(SIGKILL);
-        std::fclose(output);
-    }
-    Program(const Program&) = delete;
-    Program& operator=(const Program&) = delete;
-
-    std::string line()
-    {
-        std::string text;
-        for (int c = std::fgetc(output); c != EOF && c != '\n'; c = std::fgetc(output))
-            text += static_cast<char>(c);
-        return text;
-    }
-
-    // Whether the program has not closed its output yet.
-    bool more() const { return std::feof(output) == 0; }
-
-    pid_t pid() const { return process; }
-
-    // Sends the signal (0: none), waits, and returns the exit status or the negated signal that ended it.
-    int finish(int signal)
-    {
-        if (signal != 0)
-            ::kill(process, signal);
-        int status = 0;
-        ::waitpid(process, &status, 0);
-        process = -1;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    }
-
-private:
-    pid_t process = -1;
-    FILE* output = nullptr;
-};
-
-std::uint16_t portIn(const std::string& line)
-{
-    const std::string before = "listening on http://127.0.0.1:";
-    const std::string after = "/possystem/v4/";
-    if (!line.starts_with(before) || !line.ends_with(after))
-        throw std::runtime_error("unexpected first line: " + line);
-    return static_cast<std::uint16_t>(std::stoi(line.substr(before.size())));
-}
-
-struct Ending
-{
-    int status = 0;
-    std::string output{};
-};
-
-// Runs the program with arguments as a shell reads them; what it prints is that of both streams.
-Ending runToTheEnd(const std::string& arguments)
-{
-    FILE* pipe = ::popen(("timeout 20 '" FREMULATOR "' " + arguments + " 2>&1").c_str(), "r");
-    if (pipe == nullptr)
-        throw std::runtime_error("popen");
-    Ending ending;
-    for (int c = std::fgetc(pipe); c != EOF; c = std::fgetc(pipe))
-        ending.output += static_cast<char>(c);
-    ending.status = WEXITSTATUS(::pclose(pipe));
-    return ending;
-}
-
-} // namespace
 
 TEST(Program, PrintsItsAddressAndAppliesItsOptions)
 {
