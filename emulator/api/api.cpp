@@ -2,12 +2,12 @@
 
 #include "emulator/api/expect.h"
 #include "emulator/api/qr.h"
+#include "emulator/api/query.h"
 #include "emulator/api/receipts.h"
 #include "emulator/http/jsonreply.h"
 #include "emulator/values/jsonreader.h"
 #include "emulator/values/plaintext.h"
 
-#include <charconv>
 #include <optional>
 
 namespace emulator {
@@ -19,30 +19,11 @@ Reply errorReply(int status, const std::string& text)
     return jsonReply(status, {{"error", text}});
 }
 
-std::optional<int> numberOf(const std::string& text)
-{
-    int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    const bool whole = error == std::errc() && end == text.data() + text.size();
-    return whole ? std::optional(value) : std::nullopt;
-}
-
-int positiveParameter(const Request& request, const char* key, int fallback)
-{
-    const std::string text = request.parameter(key);
-    if (text.empty())
-        return fallback;
-    const auto value = numberOf(text);
-    if (!value || *value < 1)
-        throw JsonError(std::string(key) + " must be a positive whole number");
-    return *value;
-}
-
 ExchangeRange rangeIn(const Request& request)
 {
     return {.after = positiveParameter(request, "after", 0),
         .before = positiveParameter(request, "before", 0),
-        .limit = positiveParameter(request, "limit", 100)};
+        .limit = limitIn(request)};
 }
 
 int settlementOf(const std::string& operation)
@@ -144,7 +125,7 @@ Reply Api::route(const Request& request)
     if (first == "documents" && method == "GET")
         return documentPart(request, rest.substr(0, rest.find('/')), rest.substr(rest.find('/') + 1));
     if (path == "receipts" && method == "GET")
-        return jsonReply(200, receipts(request, positiveParameter(request, "limit", 100), store, service));
+        return jsonReply(200, receipts(request, store, service));
     if (first == "refusals" && method == "GET")
         return refusal(rest);
     if (path == "service" && method == "GET")
@@ -182,7 +163,7 @@ Reply Api::refusal(const std::string& id) const
 
 Reply Api::documents(const Request& request) const
 {
-    const int limit = positiveParameter(request, "limit", 100);
+    const int limit = limitIn(request);
     const int before = positiveParameter(request, "before", 0);
     Json all = Json::array();
     for (const Document& document : store.documents({.group = request.parameter("group"),
@@ -234,9 +215,8 @@ Reply Api::exchanges(const Request& request) const
 {
     const std::string externalId = request.parameter("external_id");
     const std::string group = request.parameter("group");
-    return jsonReply(200,
-        toJson(externalId.empty() ? store.newestExchanges(group, positiveParameter(request, "limit", 100))
-                                  : store.exchanges(group, externalId, rangeIn(request))));
+    return jsonReply(200, toJson(externalId.empty() ? store.newestExchanges(group, limitIn(request))
+                                                    : store.exchanges(group, externalId, rangeIn(request))));
 }
 
 Reply Api::faults() const

@@ -1,5 +1,6 @@
 #include "emulator/api/expect.h"
 
+#include "emulator/api/query.h"
 #include "emulator/values/jsonreader.h"
 #include "emulator/values/money.h"
 
@@ -30,22 +31,12 @@ std::optional<Number> numberIn(const Request& request, const char* key)
 constexpr std::array parameters{
     "group", "external_id", "operation", "text", "count", "total", "status", "wire_requests"};
 
-std::string joined(const auto& names)
-{
-    std::string text;
-    for (const char* name : names)
-        text += (text.empty() ? "" : ", ") + std::string(name);
-    return text;
-}
-
 // An empty value usually comes from an unset shell variable. Taken to mean "any", it would let a test pass
 // that checks nothing.
 void rejectBadParameters(const Request& request)
 {
-    for (std::size_t i = 0; i < request.query.size(); ++i) {
-        const auto& [name, value] = request.query[i];
-        if (std::ranges::find(parameters, name) == parameters.end())
-            throw JsonError(name + " is unknown; known parameters are " + joined(parameters));
+    rejectUnknownParameters(request, parameters);
+    for (const auto& [name, value] : request.query) {
         if (value.empty())
             throw JsonError(name + " is empty; leave it out to accept any value");
         if (std::ranges::count(request.query, name, &std::pair<std::string, std::string>::first) > 1)

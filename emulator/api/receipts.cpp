@@ -1,8 +1,11 @@
 #include "emulator/api/receipts.h"
 
+#include "emulator/api/query.h"
+#include "emulator/values/jsonreader.h"
 #include "emulator/values/money.h"
 
 #include <algorithm>
+#include <array>
 #include <functional>
 
 namespace emulator {
@@ -10,6 +13,16 @@ namespace emulator {
 namespace {
 
 constexpr auto refused = "refused";
+
+constexpr std::array statuses{"done", "wait", "fail", refused};
+
+void rejectBadParameters(const Request& request, const std::string& status)
+{
+    constexpr std::array known{"status", "group", "external_id", "operation", "text", "limit"};
+    rejectUnknownParameters(request, known);
+    if (!status.empty() && std::ranges::find(statuses, status) == statuses.end())
+        throw JsonError("status must be one of " + joined(statuses));
+}
 
 Json orNull(const std::optional<int>& number)
 {
@@ -50,8 +63,10 @@ Json detailsOf(const Refusal& refusal, Store& store)
     return json;
 }
 
-Json receipts(const Request& request, int limit, Store& store, const Service& service)
+Json receipts(const Request& request, Store& store, const Service& service)
 {
+    rejectBadParameters(request, request.parameter("status"));
+    const int limit = limitIn(request);
     const DocumentFilter filter{.group = request.parameter("group"),
         .externalId = request.parameter("external_id"),
         .operation = request.parameter("operation"),
@@ -75,7 +90,7 @@ Json receipts(const Request& request, int limit, Store& store, const Service& se
     auto counts = store.documentCounts(filter);
     counts[refused] = store.refusals().count(filter);
     Json counted;
-    for (const char* status : {"done", "wait", "fail", refused})
+    for (const char* status : statuses)
         counted[status] = counts[status];
     return {{"receipts", all}, {"counts", counted}};
 }

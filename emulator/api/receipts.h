@@ -12,8 +12,9 @@ namespace emulator {
 /// A refused call with everything known about it.
 [[nodiscard]] Json detailsOf(const Refusal& refusal, Store& store);
 
-/// Documents and refused calls as one list, newest first, and how many there are of each status.
-[[nodiscard]] Json receipts(const Request& request, int limit, Store& store, const Service& service);
+/// Documents and refused calls as one list, newest first, and how many there are of each status. Throws
+/// JsonError for a bad parameter.
+[[nodiscard]] Json receipts(const Request& request, Store& store, const Service& service);
 
 /// The users, without their passwords, and what they may use.
 [[nodiscard]] Json accounts(const ServiceOptions& options);

@@ -147,6 +147,28 @@ TEST_F(Receipts, AreCountedAndFilteredByStatus)
     EXPECT_THAT(rows("?operation=sell_refund"), IsEmpty());
 }
 
+TEST_F(Receipts, CannotBeAskedForInAnUnknownWay)
+{
+    start();
+    const auto complaint = [this](const std::string& query) {
+        const auto answer = get("/_emulator/receipts?" + query);
+        EXPECT_EQ(answer.status, 400) << query;
+        return answer.json()["error"].get<std::string>();
+    };
+    EXPECT_EQ(complaint("status=Done"), "status must be one of done, wait, fail, refused");
+    EXPECT_EQ(complaint("before=2"),
+        "before is unknown; known parameters are status, group, external_id, operation, text, limit");
+    EXPECT_EQ(complaint("limit=0"), "limit must be a positive whole number");
+    EXPECT_EQ(get("/_emulator/receipts?status=&limit=1000").status, 200);
+    for (const std::string list : {"receipts", "documents", "exchanges", "exchanges?external_id=1"}) {
+        const std::string path = "/_emulator/" + list + (list.find('?') == std::string::npos ? "?" : "&");
+        EXPECT_EQ(get(path + "limit=1000").status, 200) << list;
+        const auto answer = get(path + "limit=1001");
+        EXPECT_EQ(answer.status, 400) << list;
+        EXPECT_EQ(answer.json()["error"], "limit must be at most 1000");
+    }
+}
+
 TEST_F(Receipts, AreForgottenWithTheirExchanges)
 {
     options.keep = 1;
