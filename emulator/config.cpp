@@ -55,7 +55,8 @@ User readUser(const Json& json, const std::string& where, const std::vector<Grou
     User user{.login = reader.text("login"),
         .password = reader.text("password"),
         .groups = reader.texts("groups", codesOf(groups)),
-        .blocked = reader.boolean("blocked", false)};
+        .blocked = reader.boolean("blocked", false),
+        .protocolRefused = reader.boolean("protocolRefused", false)};
     reader.rejectUnknownKeys();
     if (user.login.empty() || user.password.empty())
         throw JsonError(where + " must have a login and a password");

@@ -4,9 +4,11 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cmath>
 #include <exception>
 #include <iostream>
+#include <iterator>
 #include <sys/resource.h>
 
 namespace {
@@ -33,6 +35,7 @@ struct Arguments
     double tokenLife = 24 * 60 * 60;
     double queueTimeout = 300;
     bool pace = false;
+    std::string revision;
     bool strict = false;
     std::int64_t keep = Options().keep;
     std::vector<std::string> allowedHosts;
@@ -65,6 +68,27 @@ void addContentOptions(CLI::App& app, Arguments& a)
     app.add_option("--faults", a.faults, "JSON file with an array of faults")->check(notEmpty);
 }
 
+void addRuleOptions(CLI::App& app, Arguments& a)
+{
+    std::vector<std::string> names;
+    for (const emulator::RevisionName& row : emulator::revisions)
+        names.emplace_back(row.name);
+    app.add_option("--revision", a.revision,
+           "revision of the service's description whose rules apply: 2025-12 (the default) or 2023-05 (the "
+           "default with --strict)")
+        ->check(CLI::IsMember(names));
+    app.add_flag(
+        "--strict", a.strict, "refuse what the service takes although its description does not allow it");
+}
+
+emulator::Edition editionOf(const Arguments& a)
+{
+    const auto* named = std::ranges::find(emulator::revisions, a.revision, &emulator::RevisionName::name);
+    const bool given = named != std::end(emulator::revisions);
+    const emulator::Revision usual = a.strict ? emulator::Revision::May2023 : emulator::newestRevision;
+    return {.revision = given ? named->revision : usual, .strict = a.strict};
+}
+
 void addTimingOptions(CLI::App& app, Arguments& a)
 {
     app.add_option("--waits", a.waits, "how many \"not processed yet\" status answers precede the result")
@@ -79,8 +103,6 @@ void addTimingOptions(CLI::App& app, Arguments& a)
         ->check(CLI::Range(0.0, 86400.0))
         ->capture_default_str();
     app.add_flag("--pace", a.pace, "refuse status calls of a group beyond one per second and register");
-    app.add_flag(
-        "--strict", a.strict, "refuse what the service takes although its description does not allow it");
     app.add_option("--token-ttl", a.tokenLife, "lifetime of a token in seconds")
         ->check(CLI::Range(0.0, 1e9))
         ->capture_default_str();
@@ -102,6 +124,8 @@ Options toOptions(const Arguments& a)
     Options options;
     emulator::ServiceOptions& service = options.service;
     options.port = a.port;
+    service.edition = editionOf(a);
+    service.lists = emulator::listsOf(service.edition.revision);
     service.groups = {{.code = a.group}};
     const std::string password = a.passwordFile.empty() ? a.password : emulator::readPassword(a.passwordFile);
     service.users = {{.login = a.login, .password = password, .groups = {a.group}}};
@@ -119,7 +143,6 @@ Options toOptions(const Arguments& a)
     service.tokenLife = milliseconds(a.tokenLife);
     service.queueTimeout = milliseconds(a.queueTimeout);
     service.pace = a.pace;
-    service.strict = a.strict;
     options.keep = a.keep;
     options.allowedHosts = a.allowedHosts;
     options.tls = a.tls;
@@ -144,6 +167,7 @@ int main(int argc, char** argv)
                  "Example: fremulator --port 8080 --login shop --password secret --group shop_1");
     Arguments arguments;
     addContentOptions(app, arguments);
+    addRuleOptions(app, arguments);
     addTimingOptions(app, arguments);
     addAccessOptions(app, arguments);
     app.set_version_flag("--version", "fremulator " FREMULATOR_VERSION, "print the version");

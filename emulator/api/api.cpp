@@ -130,6 +130,8 @@ Reply Api::route(const Request& request)
         return refusal(rest);
     if (path == "service" && method == "GET")
         return jsonReply(200, accounts(service.settings()));
+    if (path == "rules" && method == "GET")
+        return jsonReply(200, service.rules().list());
     if (path == "exchanges" && method == "GET")
         return exchanges(request);
     if (path == "effects" && method == "GET")

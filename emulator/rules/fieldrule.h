@@ -1,6 +1,7 @@
 #pragma once
 
 #include "emulator/rules/lists.h"
+#include "emulator/rules/revision.h"
 #include "emulator/values/json.h"
 
 #include <cstdint>
@@ -15,14 +16,19 @@ enum class FieldKind
 {
     Object,
     Array,
+    Boolean,
     Text,
     Timestamp,
+    TimestampOrIso,
     Inn,
     Phone,
+    AgentPhone,
     Money,
-    Quantity,
+    Thousandths,
+    Millionths,
     Integer,
     HexBytes,
+    MarkingCode,
     OneOf
 };
 
@@ -39,7 +45,9 @@ struct FieldRule
     std::string_view path;
     FieldKind kind;
     Need need;
-    /// Limits in characters, elements, kopecks, thousandths or bytes, depending on the kind.
+    Scope scope;
+    Source source;
+    /// Limits in characters, elements, bytes, or the parts that the kind counts in: kopecks, thousandths.
     std::int64_t low = 0;
     std::int64_t high = 0;
     /// Permitted values of OneOf.
@@ -54,7 +62,5 @@ struct FieldRule
 
 /// The rule in Russian.
 [[nodiscard]] std::string expectation(const FieldRule& rule, const Lists& lists);
-
-[[nodiscard]] bool isInn(const std::string& text);
 
 } // namespace emulator

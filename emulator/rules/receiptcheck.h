@@ -1,38 +1,64 @@
 #pragma once
 
-#include "emulator/rules/lists.h"
-#include "emulator/values/json.h"
+#include "emulator/rules/fieldrule.h"
+#include "emulator/rules/relations.h"
 
-#include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
 namespace emulator {
 
-/// A field that breaks a rule.
-struct Violation
+/// Checks the bodies of register calls by the rules of one edition.
+class ReceiptCheck
 {
-    /// For example `receipt.items[0].price`.
-    std::string field{};
-    /// What is expected, in Russian.
-    std::string rule{};
-    /// The service's word for what is wrong, such as `NumberTooSmall`.
-    std::string kind{};
+public:
+    ReceiptCheck(const Edition& edition, Lists usedLists);
+
+    /// All violations, in the order of the rules. `inn` is the group's taxpayer number; if empty, any is
+    /// accepted.
+    [[nodiscard]] std::vector<Violation> violationsOfReceipt(const Json& body, const std::string& inn) const;
+    [[nodiscard]] std::vector<Violation> violationsOfCorrection(
+        const Json& body, const std::string& inn) const;
+
+    /// The rules in force: objects with `field`, `required`, `rule` and `source`, for rules about several
+    /// fields only with the latter two.
+    [[nodiscard]] Json list() const;
+
+private:
+    /// A key of an object or, with a limit, every element of an array up to it.
+    struct Step
+    {
+        std::string key{};
+        std::size_t limit = 0;
+    };
+    /// A rule with its path taken apart.
+    struct Field
+    {
+        FieldRule rule;
+        std::vector<Step> steps;
+    };
+    /// The rules for one kind of body.
+    struct Rules
+    {
+        std::string object;
+        std::vector<Field> fields;
+        std::vector<Relation> relations;
+    };
+    class Walk;
+
+    static Rules rulesOf(const char* object, std::span<const FieldRule> fields,
+        std::span<const Relation> relations, const Edition& edition);
+    static std::vector<Step> stepsOf(const FieldRule& rule, const std::vector<Field>& before);
+    [[nodiscard]] std::vector<Violation> violations(
+        const Rules& rules, const Json& body, const std::string& inn) const;
+
+    Lists lists;
+    Rules receipts;
+    Rules corrections;
 };
-
-/// All violations in the body of a register call, in the order of the rules. `inn` is the group's taxpayer
-/// number; if empty, any is accepted.
-[[nodiscard]] std::vector<Violation> checkReceipt(
-    const Json& body, const Lists& lists, const std::string& inn);
-
-/// The same for a correction, of which only envelope, company and payments are checked.
-[[nodiscard]] std::vector<Violation> checkCorrection(
-    const Json& body, const Lists& lists, const std::string& inn);
 
 /// `kind: #/field, kind: #/field`, as the service names wrong fields. Names the same one once.
 [[nodiscard]] std::string describe(const std::vector<Violation>& violations);
-
-/// Sum of the payments, in kopecks, of a receipt or correction without violations.
-[[nodiscard]] std::int64_t paidKopecks(const Json& receipt);
 
 } // namespace emulator

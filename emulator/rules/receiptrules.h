@@ -2,16 +2,13 @@
 
 #include "emulator/rules/fieldrule.h"
 
-#include <cstdint>
 #include <span>
 
 namespace emulator {
 
-inline constexpr std::int64_t mostItems = 100;
-
-/// Rules for the body of a register call, in the order in which violations are reported.
+/// Rules of every edition for the fields of a register call, in the order in which violations are reported.
 [[nodiscard]] std::span<const FieldRule> receiptRules();
-/// Rules for the body of a correction.
+/// Likewise for the fields of a correction.
 [[nodiscard]] std::span<const FieldRule> correctionRules();
 
 } // namespace emulator

@@ -45,6 +45,12 @@ bool isCorrection(const Call& call)
     return call.operation.ends_with("_correction");
 }
 
+// What the call is to register.
+const Json& subjectOf(const Call& call)
+{
+    return objectOf(call.body, isCorrection(call) ? "correction" : "receipt");
+}
+
 std::string callbackUrl(const Json& body)
 {
     const auto service = body.find("service");
@@ -75,6 +81,7 @@ Json toJson(const std::vector<Violation>& violations)
 Service::Service(
     const ServiceOptions& serviceOptions, Store& usedStore, FaultBox& usedFaults, Clock usedClock)
     : options(serviceOptions)
+    , check(serviceOptions.edition, serviceOptions.lists)
     , store(usedStore)
     , faults(usedFaults)
     , clock(std::move(usedClock))
@@ -118,7 +125,7 @@ Answer Service::performWithFault(Context& context, const Request& request)
 
 Service::Context Service::contextOf(const Request& request)
 {
-    Context context{.call = readCall(request, !options.strict)};
+    Context context{.call = readCall(request, !options.edition.strict)};
     Call& call = context.call;
     if (call.endpoint == Endpoint::Sell || call.endpoint == Endpoint::Report) {
         context.token = store.findToken(call.token);
@@ -137,7 +144,8 @@ Reply Service::perform(const Context& context, const Request& request)
 {
     const Endpoint endpoint = context.call.endpoint;
     const bool known = endpoint != Endpoint::Unknown;
-    if (known && request.method == "POST" && !isAcceptable(request.header("Content-Type"), options.strict))
+    if (known && request.method == "POST" &&
+        !isAcceptable(request.header("Content-Type"), options.edition.strict))
         return error(endpoint, ErrorCode::WrongContentType);
     switch (endpoint) {
     case Endpoint::Token:
@@ -192,6 +200,9 @@ Reply Service::issueToken(const Context& context)
         return error(Endpoint::Token, ErrorCode::WrongPassword);
     if (user->blocked)
         return error(Endpoint::Token, ErrorCode::BlockedUser);
+    if (user->protocolRefused)
+        return error(Endpoint::Token, ErrorCode::UnsupportedProtocol,
+            "Учётная запись относится к другой версии протокола");
     const bool old = context.fault != nullptr && context.fault->effect == Effect::OldToken;
     const std::chrono::milliseconds life = old ? context.fault->time : options.tokenLife;
     const TimePoint end = clock() + life;
@@ -239,8 +250,8 @@ Reply Service::acceptDocument(const Context& context)
 
 std::vector<Violation> Service::wrongFields(const Call& call, const Group& group) const
 {
-    const auto check = isCorrection(call) ? checkCorrection : checkReceipt;
-    return check(call.body, options.lists, group.inn);
+    return isCorrection(call) ? check.violationsOfCorrection(call.body, group.inn)
+                              : check.violationsOfReceipt(call.body, group.inn);
 }
 
 Document Service::newDocument(const Context& context, const Group& group)
@@ -253,15 +264,16 @@ Document Service::newDocument(const Context& context, const Group& group)
         .login = call.login,
         .receivedAt = clock(),
         .body = toLine(call.body),
-        .totalKopecks = paidKopecks(call.body[isCorrection(call) ? "correction" : "receipt"]),
+        .totalKopecks = settledKopecks(subjectOf(call)),
         .callbackUrl = callbackUrl(call.body),
         .waitsLeft = options.waits};
-    fiscalise(document, group, context.fault);
+    fiscalise(document, group, context.fault, lateFailureOf(subjectOf(call), group.inn, options.edition));
     store.addDocument(document);
     return document;
 }
 
-void Service::fiscalise(Document& document, const Group& group, const Fault* fault)
+void Service::fiscalise(
+    Document& document, const Group& group, const Fault* fault, const std::optional<LateFailure>& late)
 {
     Register where = store.freestRegister(group.code, group.registers);
     document.deviceCode = deviceCodeOf(where);
@@ -279,6 +291,9 @@ void Service::fiscalise(Document& document, const Group& group, const Fault* fau
     } else if (fault != nullptr && fault->effect == Effect::Fail) {
         document.outcome = Outcome::Fail;
         document.error = errorOf(fault->failure, fault->code);
+    } else if (late) {
+        document.outcome = Outcome::Fail;
+        document.error = {{"code", late->code}, {"text", late->text}, {"type", late->type}};
     } else {
         document.payload = registerReceipt(
             where, document.readyAt, document.totalKopecks, options.receiptsPerShift, options.fnsSite);

@@ -4,6 +4,7 @@
 #include "emulator/http/answer.h"
 #include "emulator/protocol/call.h"
 #include "emulator/protocol/errors.h"
+#include "emulator/rules/latefailure.h"
 #include "emulator/rules/receiptcheck.h"
 #include "emulator/service/pace.h"
 #include "emulator/service/serviceoptions.h"
@@ -40,6 +41,7 @@ public:
     [[nodiscard]] std::string statusWord(const Document& document) const;
 
     [[nodiscard]] const ServiceOptions& settings() const { return options; }
+    [[nodiscard]] const ReceiptCheck& rules() const { return check; }
     [[nodiscard]] TimePoint now() const { return clock(); }
 
 private:
@@ -67,14 +69,17 @@ private:
     void noteRefusal(const Call& call, const Exchange& exchange);
     [[nodiscard]] std::vector<Violation> wrongFields(const Call& call, const Group& group) const;
     Document newDocument(const Context& context, const Group& group);
-    /// Sets when the document is ready and its fiscal data or its error.
-    void fiscalise(Document& document, const Group& group, const Fault* fault);
+    /// Sets when the document is ready and its fiscal data or its error. `late` is what the service finds out
+    /// only now.
+    void fiscalise(
+        Document& document, const Group& group, const Fault* fault, const std::optional<LateFailure>& late);
     [[nodiscard]] const Group* findGroup(const std::string& code) const;
     [[nodiscard]] const User* findUser(const std::string& login) const;
     [[nodiscard]] Reply error(Endpoint endpoint, ErrorCode code, const std::string& text = {}) const;
     [[nodiscard]] std::chrono::milliseconds randomLatency() const;
 
     ServiceOptions options;
+    ReceiptCheck check;
     Store& store;
     FaultBox& faults;
     Clock clock;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "emulator/rules/lists.h"
+#include "emulator/rules/revision.h"
 
 #include <chrono>
 #include <string>
@@ -30,6 +31,8 @@ struct User
     std::vector<std::string> groups{};
     /// Calls of a blocked user are refused with code 14.
     bool blocked = false;
+    /// Whether token calls are refused with code 21, as for an account with another protocol version.
+    bool protocolRefused = false;
 };
 
 struct ServiceOptions
@@ -50,10 +53,9 @@ struct ServiceOptions
     int receiptsPerShift = 0;
     /// Site of the tax authority, which registers print on receipts.
     std::string fnsSite = "www.nalog.gov.ru";
-    Lists lists{};
-    /// Whether to insist on what the service's description says where the service itself is known to be
-    /// milder.
-    bool strict = false;
+    /// The names that are accepted; those of the edition's revision, unless they are configured.
+    Lists lists = listsOf(newestRevision);
+    Edition edition{};
 };
 
 } // namespace emulator

@@ -25,4 +25,24 @@ Json parseShallow(std::string_view json)
     return isTooDeep(json) ? Json(Json::value_t::discarded) : Json::parse(json, nullptr, false);
 }
 
+const Json& valueOf(const Json& object, const char* key)
+{
+    static const Json none;
+    const auto found = object.is_object() ? object.find(key) : object.end();
+    return found != object.end() ? *found : none;
+}
+
+const Json& objectOf(const Json& parent, const char* key)
+{
+    static const Json empty = Json::object();
+    const Json& value = valueOf(parent, key);
+    return value.is_object() ? value : empty;
+}
+
+std::string textOf(const Json& object, const char* key)
+{
+    const Json& value = valueOf(object, key);
+    return value.is_string() ? value.get<std::string>() : std::string();
+}
+
 } // namespace emulator

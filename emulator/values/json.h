@@ -17,6 +17,15 @@ using Json = nlohmann::ordered_json;
 /// Returns a discarded value if the text is not JSON or is nested too deeply.
 [[nodiscard]] Json parseShallow(std::string_view json);
 
+/// The value at a key; null if `object` is not an object or lacks the key.
+[[nodiscard]] const Json& valueOf(const Json& object, const char* key);
+
+/// The object at a key; an empty one if there is none.
+[[nodiscard]] const Json& objectOf(const Json& parent, const char* key);
+
+/// The text at a key; empty if there is none.
+[[nodiscard]] std::string textOf(const Json& object, const char* key);
+
 /// The value as one line of text. Bytes that are not UTF-8, which a request may contain, become replacement
 /// characters.
 [[nodiscard]] inline std::string toLine(const Json& json)

@@ -1,15 +1,19 @@
 #include "emulator/values/money.h"
 
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace emulator {
 
 std::optional<std::int64_t> wholeParts(double value, int scale)
 {
-    constexpr double largest = 1e9;
-    constexpr double tolerance = 1e-6;
+    constexpr double largest = 1e10;
     if (!(std::abs(value) <= largest))
         return std::nullopt;
+    // Doubles around the largest amounts are more than a millionth apart.
+    constexpr double steps = 4 * std::numeric_limits<double>::epsilon();
+    const double tolerance = std::max(std::min(1e-6, 1e-3 / scale), std::abs(value) * steps);
     const double parts = std::round(value * scale);
     if (std::abs(value - parts / scale) > tolerance)
         return std::nullopt;

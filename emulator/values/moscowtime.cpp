@@ -1,8 +1,10 @@
 #include "emulator/values/moscowtime.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstdio>
+#include <string_view>
 
 namespace emulator {
 
@@ -32,6 +34,21 @@ int number(const std::string& text, std::size_t from, std::size_t length)
     for (const char digit : text.substr(from, length))
         value = value * 10 + (digit - '0');
     return value;
+}
+
+// A zero in the shape is any digit.
+bool hasShape(std::string_view text, std::string_view shape)
+{
+    return std::ranges::equal(text, shape, [](char is, char expected) {
+        return expected == '0' ? std::isdigit(static_cast<unsigned char>(is)) != 0 : is == expected;
+    });
+}
+
+bool isDateAndTime(const Parts& p)
+{
+    using namespace std::chrono;
+    const year_month_day date(year(p.year), month(unsigned(p.month)), day(unsigned(p.day)));
+    return date.ok() && p.hour < 24 && p.minute < 60 && p.second < 60;
 }
 
 } // namespace
@@ -71,18 +88,30 @@ std::string isoTime(TimePoint time)
 
 bool isTimestamp(const std::string& text)
 {
-    const std::string shape = "00.00.0000 00:00:00";
-    if (text.size() != shape.size())
+    return hasShape(text, "00.00.0000 00:00:00") &&
+           isDateAndTime({number(text, 6, 4), number(text, 3, 2), number(text, 0, 2), number(text, 11, 2),
+               number(text, 14, 2), number(text, 17, 2)});
+}
+
+bool isIsoTimestamp(const std::string& text)
+{
+    constexpr std::string_view shape = "0000-00-00T00:00:00";
+    constexpr auto digits = "0123456789";
+    if (!hasShape(text.substr(0, shape.size()), shape) ||
+        !isDateAndTime({number(text, 0, 4), number(text, 5, 2), number(text, 8, 2), number(text, 11, 2),
+            number(text, 14, 2), number(text, 17, 2)}))
         return false;
-    for (std::size_t i = 0; i < shape.size(); ++i) {
-        const bool digit = std::isdigit(static_cast<unsigned char>(text[i])) != 0;
-        if (shape[i] == '0' ? !digit : text[i] != shape[i])
+    std::string zone = text.substr(shape.size());
+    if (zone.starts_with('.')) {
+        const std::size_t end = zone.find_first_not_of(digits, 1);
+        if (end == 1 || end == std::string::npos)
             return false;
+        zone.erase(0, end);
     }
-    using namespace std::chrono;
-    const year_month_day date(
-        year(number(text, 6, 4)), month(unsigned(number(text, 3, 2))), day(unsigned(number(text, 0, 2))));
-    return date.ok() && number(text, 11, 2) < 24 && number(text, 14, 2) < 60 && number(text, 17, 2) < 60;
+    if (zone == "Z")
+        return true;
+    return (zone.starts_with('+') || zone.starts_with('-')) && hasShape(zone.substr(1), "00:00") &&
+           number(zone, 1, 2) < 24 && number(zone, 4, 2) < 60;
 }
 
 } // namespace emulator

@@ -25,4 +25,8 @@ using Clock = std::function<TimePoint()>;
 /// Whether `text` is a valid date and time in the form `dd.MM.yyyy HH:mm:ss`.
 [[nodiscard]] bool isTimestamp(const std::string& text);
 
+/// Whether `text` is a valid date and time in the form `yyyy-MM-ddTHH:mm:ss` with a zone: `Z`, or hours and
+/// minutes such as `+03:00`. The seconds may have a fraction.
+[[nodiscard]] bool isIsoTimestamp(const std::string& text);
+
 } // namespace emulator

@@ -57,7 +57,8 @@ TEST_F(ConfigFile, DefinesGroupsUsersListsAndFaults)
         "groups": [{"code": "a", "inn": "7700000000", "registers": 3}, {"code": "b", "receiptUrl": false},
             {"code": "c", "protocolRefused": true}],
         "users": [{"login": "l", "password": "p", "groups": ["a", "b"]},
-            {"login": "m", "password": "p", "blocked": true}],
+            {"login": "m", "password": "p", "blocked": true},
+            {"login": "n", "password": "p", "protocolRefused": true}],
         "lists": {"vatTypes": ["vat22"]},
         "receiptsPerShift": 100,
         "fnsSite": "www.nalog.ru",
@@ -68,11 +69,13 @@ TEST_F(ConfigFile, DefinesGroupsUsersListsAndFaults)
     EXPECT_TRUE(options.service.groups[0].receiptUrl);
     EXPECT_FALSE(options.service.groups[1].receiptUrl);
     EXPECT_TRUE(options.service.groups[2].protocolRefused);
-    ASSERT_EQ(options.service.users.size(), 2u);
+    ASSERT_EQ(options.service.users.size(), 3u);
     EXPECT_THAT(options.service.users[0].groups, ElementsAre("a", "b"));
     EXPECT_TRUE(options.service.users[1].blocked);
+    EXPECT_FALSE(options.service.users[1].protocolRefused);
+    EXPECT_TRUE(options.service.users[2].protocolRefused);
     EXPECT_THAT(options.service.lists.vatTypes, ElementsAre("vat22"));
-    EXPECT_EQ(options.service.lists.agentTypes, Lists().agentTypes);
+    EXPECT_EQ(options.service.lists.agentTypes, listsOf(newestRevision).agentTypes);
     EXPECT_EQ(options.service.receiptsPerShift, 100);
     EXPECT_EQ(options.service.fnsSite, "www.nalog.ru");
     ASSERT_EQ(options.faults.size(), 1u);

@@ -40,6 +40,35 @@ TEST(Program, PrintsItsAddressAndAppliesItsOptions)
     EXPECT_EQ(program.finish(SIGTERM), 0);
 }
 
+TEST(Program, AppliesTheRulesOfTheRevision)
+{
+    struct Row
+    {
+        std::vector<std::string> arguments;
+        bool namesOfTheNewer;
+        bool mild;
+    };
+    const Row rows[] = {{{}, true, true}, {{"--revision", "2025-12"}, true, true},
+        {{"--revision", "2023-05"}, false, false}, {{"--strict"}, false, false},
+        {{"--strict", "--revision", "2025-12"}, true, false}};
+    for (const Row& row : rows) {
+        Program program(row.arguments);
+        RawClient client(portIn(program.line()));
+        client.send(postRequest("/possystem/v4/getToken", R"({"login":"test","pass":"test"})"));
+        const std::string token = "Token: " + client.receive().json()["token"].get<std::string>() + "\r\n";
+        const auto accepts = [&](const std::string& id, const std::string& pointer, const Json& value) {
+            const Json body = changed(goodReceipt(id), pointer, value);
+            client.send(postRequest("/possystem/v4/test/sell", body.dump(), token));
+            return client.receive().status == 200;
+        };
+        const std::string of = testing::PrintToString(row.arguments);
+        EXPECT_EQ(accepts("1", "/receipt/items/0/vat/type", "vat22"), row.namesOfTheNewer) << of;
+        EXPECT_EQ(accepts("2", "/receipt/company/email", "absent"), row.mild) << of;
+        EXPECT_TRUE(accepts("3", "/receipt/company/sno", "osn")) << of;
+    }
+    EXPECT_GT(runToTheEnd("--revision 2024-01").status, 1);
+}
+
 TEST(Program, AppliesTheTokenLifetime)
 {
     Program program({"--token-ttl", "0"});

@@ -33,6 +33,7 @@ expected = """
 200 0 GET _emulator/documents/UUID/qr.svg
 200 0 GET _emulator/receipts?status=refused
 200 0 GET _emulator/service
+200 0 GET _emulator/rules
 200 0 GET _emulator/exchanges?group=shop_1&external_id=till-1
 200 0 GET _emulator/exchanges?limit=10
 200 0 GET _emulator/effects

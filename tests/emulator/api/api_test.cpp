@@ -5,6 +5,7 @@
 using emulator::Json;
 using testing::ElementsAre;
 using testing::HasSubstr;
+using testing::Not;
 
 TEST_F(ApiCalls, DeletesNothingForAnEmptyId)
 {
@@ -50,4 +51,25 @@ TEST_F(ApiCalls, SendsTheDocumentOfARefusedCall)
     const Json event = Json::parse(page.receiveUntil("data: ", "\n\n"));
     EXPECT_EQ(event["document"]["uuid"], uuid);
     EXPECT_EQ(event["document"]["wire_requests"], 2);
+}
+
+TEST_F(ApiCalls, ListsTheRulesInForceWithTheirSource)
+{
+    const auto rulesOf = [this] {
+        std::vector<std::string> all;
+        const Json rules = get("/_emulator/rules").json();
+        for (const Json& one : rules["receipt"]) {
+            if (one.value("field", "") == "receipt.company.email" || !one.contains("field"))
+                all.push_back(one["source"].get<std::string>() + " " + one["rule"].get<std::string>());
+        }
+        return all;
+    };
+    using testing::Contains;
+    EXPECT_THAT(rulesOf(), Contains("o ожидается строка длиной от 1 до 64 символов"));
+    EXPECT_THAT(rulesOf(), Not(Contains("d итог не равен сумме оплат")));
+    options.service.edition.strict = true;
+    start();
+    EXPECT_THAT(rulesOf(), Contains("d ожидается строка длиной от 1 до 64 символов"));
+    EXPECT_THAT(rulesOf(), Contains("d итог не равен сумме оплат"));
+    EXPECT_EQ(get("/_emulator/rules").json()["correction"][0]["field"], "timestamp");
 }

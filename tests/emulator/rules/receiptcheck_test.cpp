@@ -10,20 +10,25 @@ using testing::IsEmpty;
 
 namespace {
 
+// The rules of the older revision, to the letter.
+const ReceiptCheck& olderRules()
+{
+    constexpr Revision older = Revision::May2023;
+    static const ReceiptCheck check({.revision = older, .strict = true}, listsOf(older));
+    return check;
+}
+
 std::vector<std::string> wrongFields(const Json& body, const std::string& inn = {})
 {
     std::vector<std::string> fields;
-    for (const Violation& violation : checkReceipt(body, Lists(), inn))
+    for (const Violation& violation : olderRules().violationsOfReceipt(body, inn))
         fields.push_back(violation.field);
     return fields;
 }
 
-// The good receipt with `value` at `pointer`; the value "absent" removes what is there.
 Json with(const std::string& pointer, const Json& value)
 {
-    const bool absent = value == "absent";
-    const Json patch = {{"op", absent ? "remove" : "add"}, {"path", pointer}, {"value", value}};
-    return goodReceipt().patch(Json::array({patch}));
+    return changed(goodReceipt(), pointer, value);
 }
 
 std::string letters(std::size_t count)
@@ -267,6 +272,7 @@ TEST(CorrectionCheck, ChecksEnvelopeCompanyAndPayments)
         Json::parse(R"({"timestamp": "01.03.2026 03:00:00", "external_id": "c-1", "correction": {
         "company": {"sno": "osn", "inn": "7700000000", "payment_address": "shop.example"},
         "payments": [{"type": 1, "sum": 10}]}})");
-    EXPECT_THAT(checkCorrection(good, Lists(), {}), IsEmpty());
-    EXPECT_EQ(describe(checkCorrection(goodReceipt(), Lists(), {})), "PropertyRequired: #/correction");
+    EXPECT_THAT(olderRules().violationsOfCorrection(good, {}), IsEmpty());
+    EXPECT_EQ(
+        describe(olderRules().violationsOfCorrection(goodReceipt(), {})), "PropertyRequired: #/correction");
 }

@@ -15,6 +15,7 @@ struct Recorded : RunningEmulator
 {
     using RunningEmulator::call;
     using RunningEmulator::exchange;
+    using RunningEmulator::get;
     using RunningEmulator::options;
     using RunningEmulator::passTime;
     using RunningEmulator::post;
@@ -29,7 +30,8 @@ struct Recorded : RunningEmulator
         options.service.groups = {
             {.code = "group-1"}, {.code = "foreign"}, {.code = "other", .protocolRefused = true}};
         options.service.users = {{.login = "shop", .password = "secret", .groups = {"group-1", "other"}},
-            {.login = "blocked", .password = "secret", .groups = {"group-1"}, .blocked = true}};
+            {.login = "blocked", .password = "secret", .groups = {"group-1"}, .blocked = true},
+            {.login = "v5", .password = "secret", .groups = {"group-1"}, .protocolRefused = true}};
     }
 
     RawClient::Answer login(const std::string& name, const std::string& password)
@@ -46,6 +48,14 @@ struct Recorded : RunningEmulator
     RawClient::Answer sellAndAsk(const Json& body = goodReceipt())
     {
         return report(sell(body).json()["uuid"]);
+    }
+
+    // A sale with headers of the test's own besides the token.
+    RawClient::Answer sellWith(const std::string& headers, const std::string& path = "group-1/sell")
+    {
+        const std::string body = goodReceipt().dump();
+        return exchange("POST /possystem/v4/" + path + " HTTP/1.1\r\nHost: 127.0.0.1\r\n" + headers +
+                        "Content-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
     }
 
     void fail(const std::string& type)
@@ -78,6 +88,16 @@ std::string error(int code, const std::string& text)
 }
 
 const std::string time3 = R"("timestamp":"01.03.2026 03:00:00"})";
+const std::string accepted = R"({"uuid":"UUID","status":"wait","error":null,)" + time3;
+
+// The status answer for a document that failed with this error.
+std::string failed(const std::string& error)
+{
+    return R"({"uuid":"UUID","error":)" + error +
+           R"(,"status":"fail","payload":null,"warnings":null,"timestamp":"01.03.2026 03:00:00",)"
+           R"("group_code":"group-1","daemon_code":"fremulator","device_code":"KKT000001",)"
+           R"("external_id":"id-1","callback_url":""})";
+}
 
 struct Row
 {
@@ -112,6 +132,8 @@ const Row rows[] = {
         "{" + error(20, "Код группы не соответствует токену") + "," + time3},
     {"code 21", 'r', [](Recorded& s) { return s.sellIn("other/sell", s.tokenHeader()); }, 401,
         "{" + error(21, "Группа не поддерживает эту версию протокола") + "," + time3},
+    {"code 21 of an account", 'o', [](Recorded& s) { return s.login("v5", "secret"); }, 401,
+        "{" + error(21, "Учётная запись относится к другой версии протокола") + "," + time3},
     {"code 30", 'd', [](Recorded& s) { return s.report("nothing"); }, 400,
         "{" + error(30, "Документ с таким uuid не найден") + R"(,"status":"fail","payload":null,)" + time3},
     {"code 31", 'r', [](Recorded& s) { return s.sellIn("group-1/give", s.tokenHeader()); }, 400,
@@ -163,8 +185,32 @@ const Row rows[] = {
             return s.sell(goodReceipt());
         },
         500, "{" + error(50, "Внутренняя ошибка сервера") + "," + time3},
-    {"an accepted receipt", 'd', [](Recorded& s) { return s.sell(goodReceipt()); }, 200,
-        R"({"uuid":"UUID","status":"wait","error":null,)" + time3},
+    {"an accepted receipt", 'd', [](Recorded& s) { return s.sell(goodReceipt()); }, 200, accepted},
+    {"a token asked for with GET", 'd',
+        [](Recorded& s) { return s.get("/possystem/v4/getToken?login=shop&pass=secret"); }, 200,
+        R"({"error":null,"token":"TOKEN",)" + time3},
+    {"a token in the address", 'd',
+        [](Recorded& s) {
+            const std::string header = s.tokenHeader();
+            const std::string token = header.substr(7, header.size() - 9);
+            return s.sellIn("group-1/sell?token=" + token, "");
+        },
+        200, accepted},
+    {"a content type without a charset", 'o',
+        [](Recorded& s) { return s.sellWith(s.tokenHeader() + "Content-Type: application/json\r\n"); }, 200,
+        accepted},
+    {"no content type", 'o', [](Recorded& s) { return s.sellWith(s.tokenHeader()); }, 200, accepted},
+    {"a slash at the end", 'o', [](Recorded& s) { return s.sellIn("group-1/sell/", s.tokenHeader()); }, 200,
+        accepted},
+    {"the id of another receipt", '?',
+        [](Recorded& s) {
+            EXPECT_EQ(s.sell(goodReceipt("till-1")).status, 200);
+            return s.sell(changed(goodReceipt("till-1"), "/receipt/items/0/name", "Хлеб"));
+        },
+        400,
+        R"({"uuid":"UUID","status":"wait",)" +
+            error(33, R"(В системе существует чек с external_id : \"till-1\" и group_code: \"group-1\")") +
+            "," + time3},
     {"a registered receipt, its time without seconds", 'r',
         [](Recorded& s) {
             s.passTime(59s);
@@ -185,19 +231,45 @@ const Row rows[] = {
             s.fail("agent");
             return s.sellAndAsk();
         },
-        200,
-        R"({"uuid":"UUID","error":{"code":2003,"text":"Агент не смог передать документ на кассу","type":"agent"},)"
-        R"("status":"fail","payload":null,"warnings":null,)"
-        R"("timestamp":"01.03.2026 03:00:00","group_code":"group-1","daemon_code":"fremulator",)"
-        R"("device_code":"KKT000001","external_id":"id-1","callback_url":""})"},
+        200, failed(R"({"code":2003,"text":"Агент не смог передать документ на кассу","type":"agent"})")},
+    {"the taxpayer number of another group", 'r',
+        [](Recorded& s) {
+            s.options.service.groups.front().inn = "7700000001";
+            s.start();
+            s.takeToken();
+            return s.sellAndAsk();
+        },
+        200, failed(R"({"code":2009,"text":"ИНН организации не совпадает с ИНН группы","type":"agent"})")},
+    {"a wrong sum of VAT", 'r',
+        [](Recorded& s) { return s.sellAndAsk(changed(goodReceipt(), "/receipt/items/0/vat/sum", 15.05)); },
+        200, failed(R"({"code":502,"text":"Некорректная сумма налога","type":"driver"})")},
+    {"payments that differ from the total", 'o',
+        [](Recorded& s) {
+            const Json body = changed(goodReceipt(), "/receipt/payments/0/sum", 200);
+            auto answer = s.sellAndAsk(body);
+            answer.body = answer.json()["payload"]["total"].dump();
+            return answer;
+        },
+        200, "150.5"},
+    {"an older site of the tax authority", 'r',
+        [](Recorded& s) {
+            s.options.service.fnsSite = "www.nalog.ru";
+            s.start();
+            s.takeToken();
+            auto answer = s.sellAndAsk();
+            answer.body = answer.json()["payload"]["fns_site"].dump();
+            return answer;
+        },
+        200, R"("www.nalog.ru")"},
 };
 
 } // namespace
 
 TEST_F(Recorded, AnswersHaveTheKeysAndTextsOfTheService)
 {
+    const emulator::ServiceOptions usual = options.service;
     for (const Row& row : rows) {
-        options.service.waits = 0;
+        options.service = usual;
         start();
         takeToken();
         const auto answer = row.ask(*this);
@@ -235,14 +307,6 @@ TEST_F(Recorded, TokensAreToldApartLongAfterTheirEnd)
     EXPECT_EQ(code(), 11);
     passTime(-std::chrono::days(1000) - 60s);
     EXPECT_EQ(code(), 10);
-}
-
-TEST_F(Recorded, SiteOfTheTaxAuthorityIsTheConfiguredOne)
-{
-    options.service.fnsSite = "www.nalog.ru";
-    start();
-    takeToken();
-    EXPECT_EQ(sellAndAsk().json()["payload"]["fns_site"], "www.nalog.ru");
 }
 
 TEST_F(Recorded, LoginsThatBreakThePatternAreInvalid)

@@ -141,6 +141,7 @@ TEST_F(ServiceCalls, ReadsOnlyTheObjectOfTheOperation)
     ready();
     Json correction = Json::parse(R"({"timestamp": "01.03.2026 03:00:00", "external_id": "c", "correction": {
         "company": {"inn": "7700000000", "payment_address": "shop.example"},
+        "correction_info": {"type": "self"}, "vats": [{"type": "none", "sum": 0}],
         "payments": [{"type": 1, "sum": 20.5}]}, "receipt": null})");
     Json receipt = goodReceipt("r");
     receipt["correction"] = nullptr;
@@ -235,7 +236,7 @@ TEST_F(ServiceCalls, RefusesOtherContentTypes)
     const Outline taken{200, 0, "wait"};
     const Outline refused{415, 41, ""};
     for (const bool strict : {false, true}) {
-        options.service.strict = strict;
+        options.service.edition.strict = strict;
         ready();
         EXPECT_EQ(typed("Content-Type: text/plain\r\n", "1"), refused);
         EXPECT_EQ(typed("Content-Type: application/json; charset=windows-1251\r\n", "2"), refused);
@@ -249,7 +250,7 @@ TEST_F(ServiceCalls, RefusesOtherContentTypes)
 TEST_F(ServiceCalls, TakeASlashAtTheEndUnlessStrict)
 {
     for (const bool strict : {false, true}) {
-        options.service.strict = strict;
+        options.service.edition.strict = strict;
         ready();
         const std::string service = "/possystem/v4/";
         const Outline refused{400, 40, ""};

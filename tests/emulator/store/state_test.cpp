@@ -333,6 +333,7 @@ TEST_F(State, RefusesAGroupWithAnotherProtocol)
 TEST_F(State, RequiresTheTaxpayerNumberOfTheGroup)
 {
     options.service.groups.front().inn = "7711111111";
+    options.service.edition.strict = true;
     ready();
     EXPECT_EQ(sell(goodReceipt()).json()["error"]["code"], 32);
 }

@@ -19,6 +19,10 @@ TEST(WholeParts, AcceptUnroundedDoubles)
     EXPECT_EQ(wholeParts(42949672.95, 100), 4294967295);
     EXPECT_EQ(wholeParts(0.0000009, 100), 0);
     EXPECT_EQ(wholeParts(1.234, 1000), 1234);
+    EXPECT_EQ(wholeParts(9'999'999'999.99, 100), 999'999'999'999);
+    EXPECT_EQ(wholeParts(10'000'000'000, 100), 1'000'000'000'000);
+    EXPECT_EQ(wholeParts(0.1 + 0.2, 1'000'000), 300'000);
+    EXPECT_EQ(wholeParts(99'999.999999, 1'000'000), 99'999'999'999);
 }
 
 TEST(WholeParts, RejectMoreDecimals)
@@ -28,6 +32,10 @@ TEST(WholeParts, RejectMoreDecimals)
     EXPECT_EQ(wholeParts(33.0 + 1.0 / 3, 100), std::nullopt);
     EXPECT_EQ(wholeParts(1.2345, 1000), std::nullopt);
     EXPECT_EQ(wholeParts(1e300, 100), std::nullopt);
+    EXPECT_EQ(wholeParts(10'000'000'000.01, 100), std::nullopt);
+    EXPECT_EQ(wholeParts(9'999'999'999.995, 100), std::nullopt);
+    EXPECT_EQ(wholeParts(1.0000005, 1'000'000), std::nullopt);
+    EXPECT_EQ(wholeParts(0.0000005, 1'000'000), std::nullopt);
 }
 
 TEST(MoscowTime, IsThreeHoursAheadOfUtcInWinterAndSummer)
@@ -44,6 +52,18 @@ TEST(Timestamp, MustBeAValidTimeInTheServicesFormat)
     for (const char* wrong : {"", "29.02.2023 10:00:00", "2024-02-29 10:00:00", "01.01.2024 24:00:00",
              "01.01.2024 10:60:00", "01.01.2024", "1.1.2024 10:00:00", "01.01.2024 10:00:00 "})
         EXPECT_FALSE(isTimestamp(wrong)) << wrong;
+}
+
+TEST(Timestamp, MayBeInIsoFormWithAZone)
+{
+    for (const char* right : {"2026-03-01T10:00:00+03:00", "2026-03-01T10:00:00Z",
+             "2026-03-01T10:00:00.123456-05:30", "2024-02-29T23:59:59.1Z"})
+        EXPECT_TRUE(isIsoTimestamp(right)) << right;
+    for (const char* wrong : {"", "2026-03-01", "2026-03-01T10:00:00", "2026-03-01 10:00:00+03:00",
+             "2026-02-29T10:00:00Z", "2026-03-01T24:00:00Z", "2026-03-01T10:00:00.Z", "2026-03-01T10:00:00.1",
+             "2026-03-01T10:00:00+3", "2026-03-01T10:00:00+24:00", "2026-03-01T10:00:00+03:60",
+             "2026-03-01T10:00:00Z ", "01.03.2026 10:00:00"})
+        EXPECT_FALSE(isIsoTimestamp(wrong)) << wrong;
 }
 
 TEST(Identifier, HasTheFormatThatClientsExpect)

@@ -1,0 +1,143 @@
+#include "emulator/rules/relations.h"
+
+#include "emulator/rules/formats.h"
+#include "emulator/values/money.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <functional>
+
+namespace emulator {
+
+namespace {
+
+constexpr std::size_t mostItems = 100;
+constexpr std::int64_t largestDifference = 99; // kopecks
+
+using Found = std::vector<Violation>;
+
+void add(Found& found, const Relation& relation, const std::string& field, const char* kind)
+{
+    found.push_back({field, std::string(relation.rule), kind});
+}
+
+void eachItem(const Checked& checked, const std::function<void(const Json&, const std::string&)>& visit)
+{
+    const Json& items = valueOf(checked.object, "items");
+    const std::size_t count = items.is_array() ? std::min(items.size(), mostItems) : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (items[i].is_object())
+            visit(items[i], checked.name + ".items[" + std::to_string(i) + "]");
+    }
+}
+
+void checkContact(const Relation& relation, const Checked& checked, Found& found)
+{
+    const Json& client = valueOf(checked.object, "client");
+    if (client.is_object() && textOf(client, "email").empty() && textOf(client, "phone").empty())
+        add(found, relation, checked.name + ".client", "PropertyRequired");
+}
+
+void checkInternet(const Relation& relation, const Checked& checked, Found& found)
+{
+    if (valueOf(checked.object, "internet") == true && valueOf(checked.object, "client").is_null())
+        add(found, relation, checked.name + ".client", "PropertyRequired");
+}
+
+void checkInn(const Relation& relation, const Checked& checked, Found& found)
+{
+    const std::string given = textOf(objectOf(checked.object, "company"), "inn");
+    if (!checked.inn.empty() && isInn(given) && given != checked.inn)
+        add(found, relation, checked.name + ".company.inn", "PatternMismatch");
+}
+
+void checkVat(const Relation& relation, const Checked& checked, Found& found)
+{
+    if (!valueOf(checked.object, "vats").empty())
+        return;
+    eachItem(checked, [&](const Json& item, const std::string& name) {
+        if (valueOf(item, "vat").is_null())
+            add(found, relation, name + ".vat", "PropertyRequired");
+    });
+}
+
+void checkSupplier(const Relation& relation, const Checked& checked, Found& found)
+{
+    eachItem(checked, [&](const Json& item, const std::string& name) {
+        if (!valueOf(item, "agent_info").is_null() && valueOf(item, "supplier_info").is_null())
+            add(found, relation, name + ".supplier_info", "PropertyRequired");
+    });
+}
+
+// The sums of `array` may differ from the total by `most` kopecks.
+void checkTotal(
+    const Relation& relation, const Checked& checked, Found& found, const char* array, std::int64_t most)
+{
+    const auto total = wholePartsOf(valueOf(checked.object, "total"), 100);
+    const auto sum = sumOf(checked.object, array);
+    if (total && sum && std::abs(*total - *sum) > most)
+        add(found, relation, checked.name + ".total", *total < *sum ? "NumberTooSmall" : "NumberTooBig");
+}
+
+void checkPaid(const Relation& relation, const Checked& checked, Found& found)
+{
+    checkTotal(relation, checked, found, "payments", 0);
+}
+
+void checkSold(const Relation& relation, const Checked& checked, Found& found)
+{
+    checkTotal(relation, checked, found, "items", largestDifference);
+}
+
+using enum Scope;
+using enum Source;
+
+constexpr Relation ofReceipts[] = {
+    {"нужно заполнить email или phone", Always, Described, checkContact},
+    {"обязательное поле, если internet — true", Since2025, Described, checkInternet},
+    {"ИНН не совпадает с ИНН группы", Letter, Described, checkInn},
+    {"ожидается объект", Letter, Described, checkVat},
+    {"обязательное поле, если есть agent_info", Always, Described, checkSupplier},
+    {"итог не равен сумме оплат", Letter, Described, checkPaid},
+    {"итог отличается от суммы позиций больше чем на 99 копеек", Always, Described, checkSold},
+};
+
+constexpr Relation ofCorrections[] = {
+    {"обязательное поле, если internet — true", Since2025, Inferred, checkInternet},
+    {"ИНН не совпадает с ИНН группы", Letter, Described, checkInn},
+};
+
+} // namespace
+
+std::span<const Relation> receiptRelations()
+{
+    return ofReceipts;
+}
+
+std::span<const Relation> correctionRelations()
+{
+    return ofCorrections;
+}
+
+std::optional<std::int64_t> sumOf(const Json& object, const char* array)
+{
+    const Json& elements = valueOf(object, array);
+    if (!elements.is_array())
+        return std::nullopt;
+    std::int64_t sum = 0;
+    for (const Json& element : elements) {
+        const auto part = wholePartsOf(valueOf(element, "sum"), 100);
+        if (!part)
+            return std::nullopt;
+        sum += *part;
+    }
+    return sum;
+}
+
+std::int64_t settledKopecks(const Json& object)
+{
+    const auto total = wholePartsOf(valueOf(object, "total"), 100);
+    return total ? *total : sumOf(object, "payments").value_or(0);
+}
+
+} // namespace emulator
