@@ -50,5 +50,9 @@ configure_file(${PROJECT_SOURCE_DIR}/cmake/frdriver.pc.in ${PROJECT_BINARY_DIR}/
 install(FILES ${PROJECT_BINARY_DIR}/installed/frdriver.pc DESTINATION ${pkgconfig} COMPONENT sdk)
 
 install(FILES ${PROJECT_SOURCE_DIR}/docs/receipt.schema.json DESTINATION ${FRDRIVER_INSTALLED_DATA} COMPONENT frhost)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${FRDRIVER_INSTALLED_DATA} COMPONENT sdk
-    PATTERN "examples/CMakeLists.txt" EXCLUDE)
+set(examples ${PROJECT_SOURCE_DIR}/examples)
+install(DIRECTORY ${examples} DESTINATION ${FRDRIVER_INSTALLED_DATA} COMPONENT frhost
+    FILES_MATCHING PATTERN "*.json" PATTERN "*.jsonl" PATTERN "*.ini"
+    PATTERN "minimalhost" EXCLUDE PATTERN "serialdriver" EXCLUDE)
+install(DIRECTORY ${examples}/minimalhost ${examples}/serialdriver DESTINATION ${FRDRIVER_INSTALLED_DATA}/examples
+    COMPONENT sdk)
