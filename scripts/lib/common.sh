@@ -47,7 +47,7 @@ missing_packages() {
 }
 
 # install_packages [KIND]: installs what scripts/packages.txt lists and this machine lacks, with "test" also what the
-# tests need, with "check" what scripts/check needs; says nothing when all is there.
+# tests need, with "check" what scripts/check needs, and so on; says nothing when all is there.
 install_packages() {
     local missing
     mapfile -t missing < <(missing_packages "$@")
