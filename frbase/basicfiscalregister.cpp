@@ -5,10 +5,9 @@
 #include <QMetaType>
 
 // Constant-initialised, so that it is there for whatever the loading of the library runs first.
-constinit const QtPrivate::QMetaTypeInterface
-    QtPrivate::QMetaTypeInterfaceWrapper<hw::WriteOnlyOptions>::metaType = {0, 0, 0, 0, 0, nullptr,
-        "hw::fr::DriverOptions", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-        nullptr, nullptr};
+constinit QtPrivate::QMetaTypeInterface QtPrivate::QMetaTypeInterfaceWrapper<hw::WriteOnlyOptions>::metaType =
+    {0, 0, 0, 0, 0, nullptr, "hw::fr::DriverOptions", nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+        nullptr, nullptr, nullptr, nullptr};
 
 namespace hw {
 

@@ -16,7 +16,9 @@ namespace hw {
 /// Qt cannot create a value of a type without a size, however, and returns an invalid one by itself. The
 /// registered type stays complete, and its values are written as usual: types with the same number are the
 /// same to Qt.
-struct WriteOnlyOptions;
+struct WriteOnlyOptions
+{
+};
 
 } // namespace hw
 
@@ -24,7 +26,7 @@ template <>
 class QtPrivate::QMetaTypeInterfaceWrapper<hw::WriteOnlyOptions>
 {
 public:
-    static const QMetaTypeInterface metaType;
+    static QMetaTypeInterface metaType;
 };
 
 /// From here the code that moc generates takes the type of a property.
