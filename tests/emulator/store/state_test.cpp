@@ -110,6 +110,19 @@ TEST_F(StateInAFile, IsRejectedIfTheFileIsNotADatabase)
     EXPECT_THROW(start(), emulator::sqlite::Error);
 }
 
+TEST_F(StateInAFile, LeavesAFileThatIsNotADatabaseAsItIs)
+{
+    for (const std::string content : {"x", "SQLite format 3?", "notes that everybody in the team reads"}) {
+        std::ofstream(options.database) << content;
+        ASSERT_EQ(::chmod(options.database.c_str(), 0664), 0);
+        EXPECT_THROW(start(), std::runtime_error);
+        struct stat file = {};
+        ASSERT_EQ(::stat(options.database.c_str(), &file), 0);
+        EXPECT_EQ(file.st_mode & 07777U, 0664U) << content;
+        EXPECT_EQ(bytesOfFiles(), content);
+    }
+}
+
 TEST_F(StateInAFile, IsReadableForItsOwnerOnly)
 {
     const auto modes = [this] {
