@@ -3,6 +3,7 @@
 #include "emulator/values/jsonreader.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <utility>
@@ -129,6 +130,14 @@ std::string readPassword(const std::string& file)
     if (line.empty())
         throw JsonError(file + " has no password on its first line");
     return line;
+}
+
+bool othersMayRead(const std::string& file)
+{
+    using std::filesystem::perms;
+    std::error_code unknown;
+    const perms mode = std::filesystem::status(file, unknown).permissions();
+    return !unknown && (mode & (perms::group_read | perms::others_read)) != perms::none;
 }
 
 void readFaults(const std::string& file, Options& options)

@@ -14,6 +14,9 @@ void readConfig(const std::string& file, Options& options);
 /// The password on the first line of a file. Throws likewise, also if that line is empty.
 [[nodiscard]] std::string readPassword(const std::string& file);
 
+/// Whether others than its owner may read the file.
+[[nodiscard]] bool othersMayRead(const std::string& file);
+
 /// Adds the faults of a JSON file with an array of them. Throws likewise.
 void readFaults(const std::string& file, Options& options);
 

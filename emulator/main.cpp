@@ -119,6 +119,14 @@ void addAccessOptions(CLI::App& app, Arguments& a)
     key->needs(certificate)->check(notEmpty);
 }
 
+std::string passwordIn(const std::string& file)
+{
+    if (emulator::othersMayRead(file))
+        std::cerr << "fremulator: warning: others can read " << file << "; to prevent this: chmod 600 "
+                  << file << '\n';
+    return emulator::readPassword(file);
+}
+
 Options toOptions(const Arguments& a)
 {
     Options options;
@@ -127,7 +135,7 @@ Options toOptions(const Arguments& a)
     service.edition = editionOf(a);
     service.lists = emulator::listsOf(service.edition.revision);
     service.groups = {{.code = a.group}};
-    const std::string password = a.passwordFile.empty() ? a.password : emulator::readPassword(a.passwordFile);
+    const std::string password = a.passwordFile.empty() ? a.password : passwordIn(a.passwordFile);
     service.users = {{.login = a.login, .password = password, .groups = {a.group}}};
     if (!a.config.empty())
         emulator::readConfig(a.config, options);

@@ -16,6 +16,7 @@
 #include <string>
 #include <sys/resource.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -300,6 +301,23 @@ TEST(Program, DescribesEveryOptionInRussianWhereTheLocaleIs)
     }
     EXPECT_EQ(options, described);
     EXPECT_GT(options, 10);
+}
+
+TEST(Program, WarnsOfAPasswordFileThatOthersCanRead)
+{
+    const std::string file = testing::TempDir() + "fremulator-mode-" + std::to_string(::getpid());
+    std::ofstream(file) << "password\n";
+    // A database cannot be in a folder that is a file, so the program ends at once.
+    const std::string arguments = "--password-file '" + file + "' --db '" + file + "/db'";
+    const auto warning =
+        testing::StartsWith("fremulator: warning: others can read " + file + "; to prevent this: chmod 600 ");
+    for (const auto& [mode, isOpen] : {std::pair(0600U, false), {0640U, true}, {0604U, true}}) {
+        ASSERT_EQ(::chmod(file.c_str(), mode), 0);
+        const Ending ending = runToTheEnd(arguments);
+        EXPECT_EQ(ending.status, 1);
+        EXPECT_EQ(testing::Value(ending.output, warning), isOpen) << ending.output;
+    }
+    std::remove(file.c_str());
 }
 
 TEST(Program, DocumentsEveryOptionAndEffectInItsReadme)
