@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 
 #include <cstdlib>
+#include <regex>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -33,6 +34,36 @@ constexpr std::pair<std::string_view, std::string_view> descriptions[] = {
     {"--tls-key", "файл PEM с ключом к --tls-cert"},
 };
 
+// What the library says of wrong arguments. The wording differs a little from version to version.
+constexpr std::pair<const char*, const char*> complaints[] = {
+    {"The following arguments? (?:was|were) not expected: (.*)", "неизвестные параметры: $1"},
+    {"(\\S+): must not be empty", "$1: значение не должно быть пустым"},
+    {"(\\S+): Value (.*) not in range \\[?(\\S+) (?:to|-) ([^\\]]+)\\]?",
+        "$1: значение $2 не в пределах от $3 до $4"},
+    {"(\\S+): (.*) not in \\{(.*)\\}", "$1: значение $2 должно быть одним из: $3"},
+    {"Could not convert: (\\S+) = ?(.*)", "$1: неверное значение $2"},
+    {"(\\S+) excludes (\\S+)", "$1 нельзя указывать вместе с $2"},
+    {"(\\S+) requires (\\S+)", "вместе с $1 нужно указать $2"},
+    {"(\\S+): \\d+ required .* missing", "$1: не указано значение"},
+    {"(\\S+): At Most (\\d+) required but received (\\d+)", "$1: значений указано $3, можно не больше $2"},
+    {"(\\S+): At least (\\d+) required but received (\\d+)", "$1: значений указано $3, нужно не меньше $2"},
+    {"(\\S+): (?:Should be true/false or a number|too many inputs for a flag)",
+        "$1: параметр указывают без значения"},
+};
+
+std::string complaintInRussian(const CLI::App*, const CLI::Error& error)
+{
+    const std::string said = error.what();
+    std::string text = "неверные параметры: " + said;
+    for (const auto& [pattern, russian] : complaints) {
+        if (const std::regex expression(pattern); std::regex_match(said, expression)) {
+            text = std::regex_replace(said, expression, russian);
+            break;
+        }
+    }
+    return text + "\nСправка: fremulator --help\n";
+}
+
 } // namespace
 
 void helpInRussian(CLI::App& app)
@@ -43,6 +74,7 @@ void helpInRussian(CLI::App& app)
         if (CLI::Option* option = app.get_option_no_throw(std::string(name)))
             option->description(std::string(text))->group("Параметры");
     }
+    app.failure_message(complaintInRussian);
     app.get_formatter()->label("Usage", "Запуск");
     app.get_formatter()->label("OPTIONS", "ПАРАМЕТРЫ");
 }

@@ -303,6 +303,29 @@ TEST(Program, DescribesEveryOptionInRussianWhereTheLocaleIs)
     EXPECT_GT(options, 10);
 }
 
+TEST(Program, ComplainsInRussianWhereTheLocaleIs)
+{
+    const std::pair<const char*, const char*> rows[] = {
+        {"--wrong", "неизвестные параметры: --wrong"},
+        {"--db ''", "--db: значение не должно быть пустым"},
+        {"--keep 0", "--keep: значение 0 не в пределах от 1 до 1000000000"},
+        {"--port x", "--port: неверное значение x"},
+        {"--config x --login y", "--config нельзя указывать вместе с --login"},
+        {"--tls-key x", "вместе с --tls-key нужно указать --tls-cert"},
+        {"--port", "--port: не указано значение"},
+        {"--pace=maybe", "--pace: неверное значение maybe"},
+    };
+    ::setenv("LC_ALL", "ru_RU.UTF-8", 1);
+    for (const auto& [arguments, text] : rows) {
+        const Ending ending = runToTheEnd(arguments);
+        EXPECT_EQ(ending.output, text + std::string("\nСправка: fremulator --help\n")) << arguments;
+        EXPECT_GT(ending.status, 1) << arguments;
+    }
+    ::unsetenv("LC_ALL");
+    EXPECT_THAT(runToTheEnd("--wrong").output,
+        testing::StartsWith("The following argument was not expected: --wrong\n"));
+}
+
 TEST(Program, WarnsOfAPasswordFileThatOthersCanRead)
 {
     const std::string file = testing::TempDir() + "fremulator-mode-" + std::to_string(::getpid());
