@@ -51,13 +51,19 @@ bool isBlank(const QByteArray& line)
     return line.trimmed().isEmpty();
 }
 
+// A name must not begin a line of its own in the messages, which may have several.
+QString shown(QString name)
+{
+    return name.replace(u'\n', QChar::ReplacementCharacter);
+}
+
 std::unique_ptr<QFile> opened(const QString& name)
 {
     auto file = std::make_unique<QFile>(name);
     const bool isOpen =
         name == u"-"_s ? file->open(stdin, QIODevice::ReadOnly) : file->open(QIODevice::ReadOnly);
     if (!isOpen)
-        throw Error(Problem::Receipt, Text::tr("%1: %2").arg(name, file->errorString()));
+        throw Error(Problem::Receipt, Text::tr("%1: %2").arg(shown(name), file->errorString()));
     return file;
 }
 
@@ -74,13 +80,14 @@ std::unique_ptr<QIODevice> spooled(const QString& name, QFile& source)
                 Text::tr(
                     "%1: more than 256 MiB, the most that is read from standard input or a pipe. Nothing "
                     "was sent. Put the receipts into a file.")
-                    .arg(name));
+                    .arg(shown(name)));
         isGood = copy->write(part) == part.size();
     }
     if (!isGood || !copy->seek(0))
-        throw Error(Problem::Receipt, Text::tr("%1: cannot be copied: %2").arg(name, copy->errorString()));
+        throw Error(
+            Problem::Receipt, Text::tr("%1: cannot be copied: %2").arg(shown(name), copy->errorString()));
     if (source.error() != QFileDevice::NoError)
-        throw Error(Problem::Receipt, Text::tr("%1: %2").arg(name, source.errorString()));
+        throw Error(Problem::Receipt, Text::tr("%1: %2").arg(shown(name), source.errorString()));
     return copy;
 }
 
@@ -160,7 +167,7 @@ QByteArray ReceiptFile::readLine()
 
 void ReceiptFile::fail(int atLine, const QString& what) const
 {
-    throw Error(Problem::Receipt, u"%1:%2: %3"_s.arg(fileName, QString::number(atLine), what));
+    throw Error(Problem::Receipt, u"%1:%2: %3"_s.arg(shown(fileName), QString::number(atLine), what));
 }
 
 } // namespace till

@@ -71,6 +71,19 @@ TEST_F(Receipts, MayNotBeLargerThan16MiB)
         u"receipts:1: a receipt may not be larger than 16 MiB"_s);
 }
 
+TEST_F(Receipts, DoNotBeginALineOfTheirOwnWithTheNameOfTheirFile)
+{
+    const QString name = files.path() + u"/a\nr1: registered"_s;
+    const QString shown = files.path() + u"/a\uFFFDr1: registered"_s;
+    const QString missing = messageOf<Error>([&] { const ReceiptFile file(name); });
+    EXPECT_TRUE(missing.startsWith(shown + u": "_s)) << missing.toStdString();
+    const QString wrong = messageOf<Error>([&] {
+        ReceiptFile file(files.file("a\nr1: registered", "{\n}\n{}"));
+        std::ignore = readAll(file);
+    });
+    EXPECT_TRUE(wrong.startsWith(shown + u":3: "_s)) << wrong.toStdString();
+}
+
 TEST_F(Receipts, CanBeReadAgain)
 {
     ReceiptFile file(files.file("receipts", "{\"a\":1}\n{\"b\":2}\n"));
