@@ -67,4 +67,18 @@ PluginFile pluginAt(const QString& file)
     return {path, metaData};
 }
 
+QString versionOf(const PluginFile& plugin)
+{
+    using Version = const char* (*)();
+    const auto version = reinterpret_cast<Version>(QLibrary::resolve(plugin.path, "frdriver_plugin_version"));
+    return version ? QString::fromUtf8(version()) : QString();
+}
+
+// Qt's metadata has no patch level.
+QString qtVersionOf(const PluginFile& plugin)
+{
+    const int version = plugin.metaData.value(u"version"_s).toInt();
+    return u"%1.%2"_s.arg(version >> 16 & 0xFF).arg(version >> 8 & 0xFF);
+}
+
 } // namespace till
