@@ -21,9 +21,11 @@ bool hasWrongVatSum(const Json& item)
 {
     const Json& vat = objectOf(item, "vat");
     const Json& given = valueOf(vat, "sum");
+    if (given.is_null())
+        return false;
     const auto rate = vatRate(textOf(vat, "type"));
     const auto sum = wholePartsOf(valueOf(item, "sum"), 100);
-    if (given.is_null() || !rate || !sum)
+    if (!rate || !sum)
         return false;
     const auto kopecks = wholePartsOf(given, 100);
     const auto expected = std::llround(static_cast<double>(*sum) * *rate / (100 + *rate));

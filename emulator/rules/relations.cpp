@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <functional>
 
 namespace emulator {
 
@@ -21,13 +20,16 @@ void add(Found& found, const Relation& relation, const std::string& field, const
     found.push_back({field, std::string(relation.rule), kind});
 }
 
-void eachItem(const Checked& checked, const std::function<void(const Json&, const std::string&)>& visit)
+// Reports every item that breaks the relation.
+void eachItem(const Relation& relation, const Checked& checked, Found& found, const char* key,
+    bool (*isBroken)(const Json& item))
 {
     const Json& items = valueOf(checked.object, "items");
     const std::size_t count = items.is_array() ? std::min(items.size(), mostItems) : 0;
     for (std::size_t i = 0; i < count; ++i) {
-        if (items[i].is_object())
-            visit(items[i], checked.name + ".items[" + std::to_string(i) + "]");
+        if (items[i].is_object() && isBroken(items[i]))
+            add(found, relation, checked.name + ".items[" + std::to_string(i) + "]." + key,
+                "PropertyRequired");
     }
 }
 
@@ -53,19 +55,15 @@ void checkInn(const Relation& relation, const Checked& checked, Found& found)
 
 void checkVat(const Relation& relation, const Checked& checked, Found& found)
 {
-    if (!valueOf(checked.object, "vats").empty())
-        return;
-    eachItem(checked, [&](const Json& item, const std::string& name) {
-        if (valueOf(item, "vat").is_null())
-            add(found, relation, name + ".vat", "PropertyRequired");
-    });
+    const auto isBroken = [](const Json& item) { return valueOf(item, "vat").is_null(); };
+    if (valueOf(checked.object, "vats").empty())
+        eachItem(relation, checked, found, "vat", isBroken);
 }
 
 void checkSupplier(const Relation& relation, const Checked& checked, Found& found)
 {
-    eachItem(checked, [&](const Json& item, const std::string& name) {
-        if (!valueOf(item, "agent_info").is_null() && valueOf(item, "supplier_info").is_null())
-            add(found, relation, name + ".supplier_info", "PropertyRequired");
+    eachItem(relation, checked, found, "supplier_info", [](const Json& item) {
+        return !valueOf(item, "agent_info").is_null() && valueOf(item, "supplier_info").is_null();
     });
 }
 
