@@ -41,7 +41,11 @@ Emulator::Emulator(const Options& options, Clock usedClock)
 {
     faults.add(options.faults);
     service.setAddress(root);
-    service.setListener([this](const Exchange& exchange) { publishExchange(exchange); });
+    service.setListener([this](const Exchange& exchange) { noticeExchange(exchange); });
+    if (options.callbacks) {
+        callbacks = std::make_unique<Callbacks>(store, service, httpServer.context(), *options.callbacks);
+        callbacks->setListener([this](const Exchange& exchange) { publishExchange(exchange); });
+    }
     api.setListener([this](const Json& event) { httpServer.publish(toLine(event)); });
 }
 
@@ -67,6 +71,13 @@ Answer Emulator::answer(const Request& request)
         const std::string text = std::string(internal.text) + ": " + failure.what();
         return {.reply = errorReply(Endpoint::Unknown, internal, clock(), text)};
     }
+}
+
+void Emulator::noticeExchange(const Exchange& exchange)
+{
+    if (callbacks)
+        callbacks->notice(exchange);
+    publishExchange(exchange);
 }
 
 void Emulator::publishExchange(const Exchange& exchange)

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "emulator/api/api.h"
+#include "emulator/callbacks/callbacks.h"
 #include "emulator/http/server.h"
 #include "emulator/options.h"
 #include "emulator/service/service.h"
 #include "emulator/store/store.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -26,6 +28,7 @@ public:
 
 private:
     Answer answer(const Request& request);
+    void noticeExchange(const Exchange& exchange);
     void publishExchange(const Exchange& exchange);
 
     std::vector<std::string> allowedHosts;
@@ -36,6 +39,7 @@ private:
     Api api;
     Server httpServer;
     std::string root;
+    std::unique_ptr<Callbacks> callbacks;
 };
 
 } // namespace emulator

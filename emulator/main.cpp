@@ -39,6 +39,7 @@ struct Arguments
     bool strict = false;
     std::int64_t keep = Options().keep;
     std::vector<std::string> allowedHosts;
+    bool allowCallbacks = false;
     emulator::TlsFiles tls;
 };
 
@@ -112,6 +113,8 @@ void addAccessOptions(CLI::App& app, Arguments& a)
 {
     app.add_option("--allow-host", a.allowedHosts, "another name to permit in the Host header")
         ->check(notEmpty);
+    app.add_flag("--allow-callbacks", a.allowCallbacks,
+        "call callback_url of finished receipts, on this machine only");
     auto* certificate = app.add_option(
         "--tls-cert", a.tls.certificateChain, "PEM file with the certificate chain; enables TLS");
     auto* key = app.add_option("--tls-key", a.tls.privateKey, "PEM file with the key of --tls-cert");
@@ -154,6 +157,8 @@ Options toOptions(const Arguments& a)
     options.keep = a.keep;
     options.allowedHosts = a.allowedHosts;
     options.tls = a.tls;
+    if (a.allowCallbacks)
+        options.callbacks.emplace();
     return options;
 }
 

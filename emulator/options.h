@@ -1,11 +1,13 @@
 #pragma once
 
+#include "emulator/callbacks/callbacklimits.h"
 #include "emulator/faults/fault.h"
 #include "emulator/http/limits.h"
 #include "emulator/http/tlsfiles.h"
 #include "emulator/service/serviceoptions.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +26,8 @@ struct Options
     TlsFiles tls{};
     /// Names permitted in a Host header in addition to those of this machine.
     std::vector<std::string> allowedHosts{};
+    /// Whether and how far programs on this machine may be called; they are not by default.
+    std::optional<CallbackLimits> callbacks{};
     /// Faults active from the start.
     std::vector<Fault> faults{};
 };

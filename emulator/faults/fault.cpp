@@ -107,7 +107,7 @@ void readParameter(Fault& fault, JsonReader& reader, const EffectInfo& info)
 Endpoint readEndpoint(const std::string& name)
 {
     const Endpoint endpoint = endpointNamed(name);
-    if (endpoint == Endpoint::Unknown)
+    if (std::ranges::find(knownEndpoints, endpoint) == knownEndpoints.end())
         throw JsonError("fault.endpoint must be one of token, sell, report");
     return endpoint;
 }

@@ -60,6 +60,8 @@ public:
         });
     }
 
+    asio::io_context& context() { return io; }
+
     void publish(const std::string& event) { shared.hub.publish(event); }
 
     [[nodiscard]] bool followed() const { return shared.hub.followed(); }
@@ -163,6 +165,11 @@ void Server::stop()
 void Server::stopOnSignals()
 {
     implementation->stopOnSignals();
+}
+
+boost::asio::io_context& Server::context()
+{
+    return implementation->context();
 }
 
 void Server::publish(const std::string& event)

@@ -8,6 +8,10 @@
 #include <memory>
 #include <string>
 
+namespace boost::asio {
+class io_context;
+} // namespace boost::asio
+
 namespace emulator {
 
 /// An HTTP server on 127.0.0.1 that gets its answers from a handler. It works in the thread that calls `run`.
@@ -28,6 +32,9 @@ public:
     /// May be called from any thread.
     void stop();
     void stopOnSignals();
+
+    /// Runs everything; for others that work in the same thread and end before the server does.
+    [[nodiscard]] boost::asio::io_context& context();
 
     /// Sends an event to every connection that follows events. May only be called from the handler.
     void publish(const std::string& event);

@@ -154,6 +154,7 @@ Reply Service::perform(const Context& context, const Request& request)
         return acceptDocument(context);
     case Endpoint::Report:
         return report(context);
+    case Endpoint::Callback:
     case Endpoint::Unknown:
         break;
     }

@@ -27,7 +27,8 @@ struct Exchange
     int status = 0;
     /// Error code of the answer, if it has one.
     std::optional<int> code{};
-    /// Description of the fault that hit the call; empty if none did.
+    /// Description of the fault that hit the call, or of what went wrong with a callback; empty if nothing
+    /// did.
     std::string fault{};
 };
 

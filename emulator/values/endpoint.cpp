@@ -9,8 +9,8 @@ namespace {
 
 using Row = std::pair<Endpoint, std::string_view>;
 
-constexpr std::array<Row, 4> names{{{Endpoint::Token, "token"}, {Endpoint::Sell, "sell"},
-    {Endpoint::Report, "report"}, {Endpoint::Unknown, "unknown"}}};
+constexpr std::array<Row, 5> names{{{Endpoint::Token, "token"}, {Endpoint::Sell, "sell"},
+    {Endpoint::Report, "report"}, {Endpoint::Callback, "callback"}, {Endpoint::Unknown, "unknown"}}};
 
 } // namespace
 

@@ -11,12 +11,14 @@ enum class Endpoint
     Token,
     Sell,
     Report,
+    Callback, ///< made by the emulator itself
     Unknown ///< any other call
 };
 
+/// Those that clients call.
 inline constexpr std::array knownEndpoints{Endpoint::Token, Endpoint::Sell, Endpoint::Report};
 
-/// `token`, `sell`, `report` or `unknown`.
+/// `token`, `sell`, `report`, `callback` or `unknown`.
 [[nodiscard]] std::string_view nameOf(Endpoint endpoint);
 
 /// The endpoint with that name; `Unknown` for any other text.
