@@ -31,7 +31,10 @@ Emulator::Emulator(const Options& options, Clock usedClock)
     : allowedHosts(options.allowedHosts)
     , clock(usedClock)
     , store(options.database, options.keep)
-    , service(options.service, store, faults, std::move(usedClock))
+    , service(options.service, store, faults, usedClock)
+    , replay(options.replay.empty()
+                 ? std::nullopt
+                 : std::optional<Replay>(std::in_place, readRecording(options.replay), store, clock))
     , api(store, faults, service)
     , httpServer(
           options.port, [this](const Request& request) { return answer(request); }, options.limits,
@@ -40,8 +43,11 @@ Emulator::Emulator(const Options& options, Clock usedClock)
            std::to_string(httpServer.port()) + "/")
 {
     faults.add(options.faults);
+    api.setReplaying(replay.has_value());
     service.setAddress(root);
     service.setListener([this](const Exchange& exchange) { noticeExchange(exchange); });
+    if (replay)
+        replay->setListener([this](const Exchange& exchange) { publishExchange(exchange); });
     if (options.callbacks) {
         callbacks = std::make_unique<Callbacks>(store, service, httpServer.context(), *options.callbacks);
         callbacks->setListener([this](const Exchange& exchange) { publishExchange(exchange); });
@@ -65,7 +71,9 @@ Answer Emulator::answer(const Request& request)
                     .body = std::string(file->body),
                     .headers = pageHeaders}};
     try {
-        return request.path.starts_with(apiPath) ? api.answer(request) : service.answer(request);
+        if (request.path.starts_with(apiPath))
+            return api.answer(request);
+        return replay ? replay->answer(request) : service.answer(request);
     } catch (const std::exception& failure) {
         const ServiceError& internal = serviceError(ErrorCode::Internal);
         const std::string text = std::string(internal.text) + ": " + failure.what();

@@ -4,20 +4,23 @@
 #include "emulator/callbacks/callbacks.h"
 #include "emulator/http/server.h"
 #include "emulator/options.h"
+#include "emulator/replay/replay.h"
 #include "emulator/service/service.h"
 #include "emulator/store/store.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace emulator {
 
-/// The emulator: store, service, API and HTTP server.
+/// The emulator: store, service or recording, API and HTTP server.
 class Emulator
 {
 public:
-    /// Opens the database and binds the port. Throws sqlite::Error or std::runtime_error.
+    /// Opens the database, reads the recording, if any, and binds the port. Throws sqlite::Error or
+    /// std::runtime_error.
     explicit Emulator(const Options& options, Clock usedClock = systemTime);
 
     /// The address to configure clients with, `http://127.0.0.1:PORT/possystem/v4/`.
@@ -36,6 +39,7 @@ private:
     Store store;
     FaultBox faults;
     Service service;
+    std::optional<Replay> replay;
     Api api;
     Server httpServer;
     std::string root;

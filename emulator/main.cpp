@@ -40,6 +40,7 @@ struct Arguments
     std::int64_t keep = Options().keep;
     std::vector<std::string> allowedHosts;
     bool allowCallbacks = false;
+    std::string replay;
     emulator::TlsFiles tls;
 };
 
@@ -122,6 +123,18 @@ void addAccessOptions(CLI::App& app, Arguments& a)
     key->needs(certificate)->check(notEmpty);
 }
 
+// The recording decides what is answered, and to whom.
+void addReplayOption(CLI::App& app, Arguments& a)
+{
+    auto* replay = app.add_option(
+        "--replay", a.replay, "answer from a recording: a HAR, or the JSON lines of /_emulator/recording");
+    replay->check(notEmpty);
+    for (const char* other : {"--config", "--login", "--password", "--password-file", "--group", "--faults",
+             "--waits", "--latency", "--queue-timeout", "--pace", "--revision", "--strict", "--token-ttl",
+             "--allow-callbacks"})
+        replay->excludes(app.get_option(other));
+}
+
 std::string passwordIn(const std::string& file)
 {
     if (emulator::othersMayRead(file))
@@ -157,6 +170,7 @@ Options toOptions(const Arguments& a)
     options.keep = a.keep;
     options.allowedHosts = a.allowedHosts;
     options.tls = a.tls;
+    options.replay = a.replay;
     if (a.allowCallbacks)
         options.callbacks.emplace();
     return options;
@@ -183,6 +197,7 @@ int main(int argc, char** argv)
     addRuleOptions(app, arguments);
     addTimingOptions(app, arguments);
     addAccessOptions(app, arguments);
+    addReplayOption(app, arguments);
     app.set_version_flag("--version", "fremulator " FREMULATOR_VERSION, "print the version");
     if (wantsRussian())
         helpInRussian(app);

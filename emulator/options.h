@@ -28,6 +28,8 @@ struct Options
     std::vector<std::string> allowedHosts{};
     /// Whether and how far programs on this machine may be called; they are not by default.
     std::optional<CallbackLimits> callbacks{};
+    /// File with recorded answers to give instead of the service's; empty for none.
+    std::string replay{};
     /// Faults active from the start.
     std::vector<Fault> faults{};
 };

@@ -33,6 +33,7 @@ constexpr std::pair<std::string_view, std::string_view> descriptions[] = {
     {"--token-ttl", "срок действия токена в секундах"},
     {"--allow-host", "ещё одно имя, разрешённое в заголовке Host"},
     {"--allow-callbacks", "вызывать callback_url готовых чеков, только на этом компьютере"},
+    {"--replay", "отвечать по записи: файл HAR или строки JSON из /_emulator/recording"},
     {"--tls-cert", "файл PEM с цепочкой сертификатов; включает TLS"},
     {"--tls-key", "файл PEM с ключом к --tls-cert"},
 };

@@ -9,6 +9,7 @@
 #include "emulator/values/plaintext.h"
 
 #include <optional>
+#include <ranges>
 
 namespace emulator {
 
@@ -129,11 +130,13 @@ Reply Api::route(const Request& request)
     if (first == "refusals" && method == "GET")
         return refusal(rest);
     if (path == "service" && method == "GET")
-        return jsonReply(200, accounts(service.settings()));
+        return jsonReply(200, accounts(service.settings(), replaying));
     if (path == "rules" && method == "GET")
         return jsonReply(200, service.rules().list());
     if (path == "exchanges" && method == "GET")
         return exchanges(request);
+    if (path == "recording" && method == "GET")
+        return recording(request);
     if (path == "effects" && method == "GET")
         return effectsReply();
     if (path == "faults" && method == "GET")
@@ -219,6 +222,15 @@ Reply Api::exchanges(const Request& request) const
     const std::string group = request.parameter("group");
     return jsonReply(200, toJson(externalId.empty() ? store.newestExchanges(group, limitIn(request))
                                                     : store.exchanges(group, externalId, rangeIn(request))));
+}
+
+Reply Api::recording(const Request& request) const
+{
+    std::string lines;
+    const auto all = store.newestExchanges(request.parameter("group"), limitIn(request, 1000));
+    for (const Exchange& exchange : all | std::views::reverse)
+        lines += toLine(toJson(exchange)) + "\n";
+    return {.contentType = "application/x-ndjson", .body = lines};
 }
 
 Reply Api::faults() const

@@ -30,6 +30,9 @@ public:
     /// Called when a call has changed faults or documents.
     void setListener(std::function<void(const Json&)> newListener) { listener = std::move(newListener); }
 
+    /// Whether a recording answers instead of the service.
+    void setReplaying(bool nowReplaying) { replaying = nowReplaying; }
+
     [[nodiscard]] Answer answer(const Request& request);
 
     /// A document as it appears in lists.
@@ -42,6 +45,7 @@ private:
     Reply clearDocuments();
     Reply refusal(const std::string& id) const;
     Reply exchanges(const Request& request) const;
+    Reply recording(const Request& request) const;
     Reply faults() const;
     Reply addFaults(const std::string& body);
     Reply clearFaults();
@@ -52,6 +56,7 @@ private:
     Store& store;
     FaultBox& faultBox;
     const Service& service;
+    bool replaying = false;
     std::function<void(const Json&)> listener;
 };
 

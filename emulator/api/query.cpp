@@ -26,10 +26,10 @@ int positiveParameter(const Request& request, const char* key, int fallback)
     return *value;
 }
 
-int limitIn(const Request& request)
+int limitIn(const Request& request, int fallback)
 {
     constexpr int most = 1000;
-    const int limit = positiveParameter(request, "limit", 100);
+    const int limit = positiveParameter(request, "limit", fallback);
     if (limit > most)
         throw JsonError("limit must be at most " + std::to_string(most));
     return limit;

@@ -16,7 +16,7 @@ namespace emulator {
 [[nodiscard]] int positiveParameter(const Request& request, const char* key, int fallback);
 
 /// The parameter `limit`, at most 1000: a list is made in memory as a whole. Throws JsonError.
-[[nodiscard]] int limitIn(const Request& request);
+[[nodiscard]] int limitIn(const Request& request, int fallback = 100);
 
 /// Throws JsonError if the query has a parameter that is not among `known`.
 void rejectUnknownParameters(const Request& request, std::span<const char* const> known);

@@ -95,7 +95,7 @@ Json receipts(const Request& request, Store& store, const Service& service)
     return {{"receipts", all}, {"counts", counted}};
 }
 
-Json accounts(const ServiceOptions& options)
+Json accounts(const ServiceOptions& options, bool replaying)
 {
     Json users = Json::array();
     for (const User& user : options.users)
@@ -103,7 +103,8 @@ Json accounts(const ServiceOptions& options)
     Json groups = Json::array();
     for (const Group& group : options.groups)
         groups.push_back({{"code", group.code}, {"inn", group.inn}});
-    return {{"users", users}, {"groups", groups}, {"operations", options.lists.operations}};
+    return {{"users", users}, {"groups", groups}, {"operations", options.lists.operations},
+        {"replay", replaying}};
 }
 
 } // namespace emulator

@@ -16,7 +16,7 @@ namespace emulator {
 /// JsonError for a bad parameter.
 [[nodiscard]] Json receipts(const Request& request, Store& store, const Service& service);
 
-/// The users, without their passwords, and what they may use.
-[[nodiscard]] Json accounts(const ServiceOptions& options);
+/// The users, without their passwords, and what they may use; whether a recording answers instead.
+[[nodiscard]] Json accounts(const ServiceOptions& options, bool replaying);
 
 } // namespace emulator

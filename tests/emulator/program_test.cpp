@@ -140,7 +140,7 @@ TEST(Program, SharesItsDatabaseWithNoOther)
 TEST(Program, RefusesEmptyArguments)
 {
     for (const std::string option : {"--db", "--config", "--faults", "--password-file", "--login",
-             "--password", "--group", "--allow-host", "--tls-cert", "--tls-key"}) {
+             "--password", "--group", "--allow-host", "--replay", "--tls-cert", "--tls-key"}) {
         const Ending ending = runToTheEnd(option + " ''");
         EXPECT_GT(ending.status, 1) << option;
         EXPECT_THAT(ending.output, testing::StartsWith(option + ": must not be empty"));

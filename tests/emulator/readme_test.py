@@ -36,6 +36,7 @@ expected = """
 200 0 GET _emulator/rules
 200 0 GET _emulator/exchanges?group=shop_1&external_id=till-1
 200 0 GET _emulator/exchanges?limit=10
+200 0 GET _emulator/recording?limit=1000
 200 0 GET _emulator/effects
 200 0 POST _emulator/faults
 200 0 GET _emulator/faults
@@ -76,14 +77,17 @@ def test_commands():
 
 
 def test_files():
-    assert len(files) == 2, files
+    options = []
     for text in files:
-        option = "--config" if isinstance(json.loads(text), dict) else "--faults"
+        content = json.loads(text)
+        option = "--faults" if isinstance(content, list) else "--replay" if "request" in content else "--config"
+        options.append(option)
         with tempfile.NamedTemporaryFile("w", suffix=".json") as file:
             file.write(text)
             file.flush()
             process, _ = start([option, file.name])
             stop(process)
+    assert sorted(options) == ["--config", "--faults", "--replay"], options
 
 
 test_commands()

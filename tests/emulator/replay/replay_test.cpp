@@ -1,0 +1,192 @@
+#include "emulator/replay/recording.h"
+#include "emulator/values/jsonreader.h"
+#include "tests/emulator/support/running.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdio>
+#include <fstream>
+#include <unistd.h>
+
+using emulator::Json;
+using testing::HasSubstr;
+
+namespace {
+
+class Replay : public RunningEmulator
+{
+protected:
+    Replay()
+        : file(testing::TempDir() + "fremulator-replay-" + std::to_string(::getpid()))
+    {
+    }
+    ~Replay() override { std::remove(file.c_str()); }
+
+    void replay(const std::string& recording)
+    {
+        std::ofstream(file) << recording;
+        options.replay = file;
+        start();
+    }
+
+    const std::string file;
+};
+
+Json entry(const std::string& method, const std::string& url, int status, const Json& content)
+{
+    return {{"request", {{"method", method}, {"url", url}}},
+        {"response", {{"status", status}, {"content", content}}}};
+}
+
+Json answerText(const Json& body)
+{
+    return {{"mimeType", "application/json; charset=utf-8"}, {"text", body.dump()}};
+}
+
+std::string har(const Json& entries)
+{
+    return Json{{"log", {{"version", "1.2"}, {"entries", entries}}}}.dump(2);
+}
+
+const std::string service = "https://service.example/possystem/v4/";
+
+} // namespace
+
+TEST_F(Replay, RepeatsWhatTheEmulatorItselfRecorded)
+{
+    options.service.waits = 1;
+    start();
+    takeToken();
+    const RawClient::Answer sold = sell(goodReceipt());
+    const std::string uuid = sold.json()["uuid"];
+    const RawClient::Answer waiting = report(uuid);
+    const RawClient::Answer done = report(uuid);
+    EXPECT_EQ(done.json()["status"], "done");
+    const std::string recording = get("/_emulator/recording").body;
+    EXPECT_THAT(recording, testing::Not(HasSubstr("secret")));
+
+    passTime(std::chrono::hours(1));
+    replay(recording);
+    takeToken();
+    Json another = goodReceipt();
+    another["external_id"] = "another";
+    const RawClient::Answer again = sell(another);
+    EXPECT_EQ(again.status, sold.status);
+    EXPECT_EQ(again.body, sold.body);
+    EXPECT_EQ(report(uuid).body, waiting.body);
+    EXPECT_EQ(report(uuid).body, done.body);
+
+    const Json recorded = get("/_emulator/exchanges?limit=10").json()["exchanges"];
+    EXPECT_EQ(recorded.size(), 4U);
+    EXPECT_EQ(recorded[0]["endpoint"], "report");
+}
+
+TEST_F(Replay, SaysWhenItHasNothingLeft)
+{
+    replay(har({entry("POST", service + "group-1/sell", 200, answerText({{"uuid", "u"}})),
+        entry("GET", service + "getToken?login=shop&pass=secret", 200, answerText({{"token", "t"}}))}));
+    EXPECT_EQ(sell(goodReceipt()).json()["uuid"], "u");
+    const RawClient::Answer nothing = sell(goodReceipt());
+    EXPECT_EQ(nothing.status, 500);
+    EXPECT_EQ(nothing.json()["error"]["code"], 50);
+    EXPECT_EQ(nothing.json()["error"]["text"],
+        "В записи больше нет ответа на вызов group-1/sell. Осталось: getToken (1)");
+    EXPECT_THAT(report("x").body, HasSubstr("group-1/report/x. Осталось: getToken (1)"));
+    EXPECT_THAT(get("/possystem/v4/schema/a/b").body, HasSubstr("GET /possystem/v4/schema/a/b. "));
+    takeToken();
+    EXPECT_THAT(sell(goodReceipt()).body, HasSubstr("Осталось: ничего"));
+}
+
+TEST_F(Replay, GivesStatusTypeAndBodyOfAHarAndSkipsOtherSites)
+{
+    const std::string base64 = "PGgxPkJhZCBHYXRld2F5PC9oMT4=";
+    replay(har({entry("GET", "https://service.example/favicon.ico", 404, Json::object()),
+        entry("POST", service + "group-1/sell/", 502,
+            {{"mimeType", "text/html"}, {"text", base64}, {"encoding", "base64"}}),
+        entry("POST", service + "group-1/sell", 0, Json::object()),
+        entry("POST", service + "other/sell", 400, answerText({{"uuid", "other"}}))}));
+    const RawClient::Answer html = sell(goodReceipt());
+    EXPECT_EQ(html.status, 502);
+    EXPECT_THAT(html.head, HasSubstr("Content-Type: text/html\r\n"));
+    EXPECT_EQ(html.body, "<h1>Bad Gateway</h1>");
+    RawClient client(port());
+    client.send(postRequest(base + std::string("group-1/sell"), "{}", tokenHeader()));
+    const RawClient::Answer lost = client.receiveAll();
+    EXPECT_EQ(lost.status, 0);
+    EXPECT_EQ(lost.end, RawClient::End::Closed);
+    EXPECT_EQ(post(base + std::string("other/sell"), goodReceipt()).json()["uuid"], "other");
+}
+
+TEST_F(Replay, RefusesAMalformedFileWithPlaceRuleAndWhatToDoButWithoutItsContent)
+{
+    const std::string good =
+        R"({"request":"POST /possystem/v4/getToken HTTP/1.1\r\n\r\n{\"pass\":\"hidden\"}","answer":""})"
+        "\n";
+    const auto answer = [](const std::string& text) {
+        return Json{
+            {"request", "GET /possystem/v4/g/report/u HTTP/1.1\r\nToken: hidden\r\n\r\n"}, {"answer", text}}
+            .dump();
+    };
+    const auto response = [](const Json& json) {
+        Json one = entry("GET", service + "getToken?pass=hidden", 200, Json::object());
+        one["response"] = json;
+        return har(Json::array({one}));
+    };
+    const std::pair<std::string, std::string> rows[] = {
+        {"", "cannot read "},
+        {"hidden", "line 1: is neither a HAR nor a line of JSON with request and answer"},
+        {"{\n\"log\": {\n \"hidden\", ", "line 3: is neither a HAR nor"},
+        {std::string(1000, '['), "is nested too deeply for a HAR"},
+        {"[]", "the file must be an object"},
+        {"{}", "the file.log must be an object"},
+        {R"({"log": {"entries": {}}})", "log.entries must be an array"},
+        {R"({"log": {"entries": []}})", "has no call to an address with /possystem/v4/"},
+        {har(Json::array({Json{{"request", {{"method", "GET"}}}}})),
+            "log.entries[0].request.url must be a text"},
+        {response({{"content", Json::object()}}),
+            "log.entries[0].response.status must be 0 or from 100 to 999"},
+        {response({{"status", "hidden"}}), "log.entries[0].response.status must be a whole number"},
+        {response({{"status", 200}}), "log.entries[0].response.content must be an object"},
+        {response({{"status", 200}, {"content", {{"text", "hid"}, {"encoding", "base64"}}}}),
+            "log.entries[0].response.content.text must be base64"},
+        {response({{"status", 200}, {"content", {{"text", "x"}, {"encoding", "hidden"}}}}),
+            "log.entries[0].response.content.encoding must be base64"},
+        {good + "hidden", "line 2 must be a JSON object with request and answer"},
+        {good + "\n" + R"({"request": 1, "answer": ""})", "line 3.request must be a string"},
+        {good + R"({"request": "hidden", "answer": ""})", "line 2.request must begin with a line such as"},
+        {good + R"({"request": "GET / HTTP/1.1"})", "line 2.answer must be a text, empty if"},
+        {good + answer("HTTP/1.1 hidden"), "line 2.answer must begin with a line such as HTTP/1.1 200 OK"},
+        {good + answer("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"),
+            "line 2.answer must have its body in one"},
+        {good + answer("HTTP/1.1 200 OK\r\n\r\nhidden… (17 bytes more)"), "line 2.answer is cut off"},
+    };
+    for (const auto& [content, complaint] : rows) {
+        std::ofstream(file) << content;
+        try {
+            (void)emulator::readRecording(file);
+            FAIL() << "taken: " << content;
+        } catch (const emulator::JsonError& error) {
+            const std::string text = error.what();
+            EXPECT_THAT(text, HasSubstr(file));
+            EXPECT_THAT(text, HasSubstr(complaint));
+            EXPECT_THAT(text, testing::Not(HasSubstr("hidden")));
+            EXPECT_THAT(text, testing::EndsWith(" again."));
+        }
+    }
+}
+
+TEST_F(Replay, ReadsNothingButTheCallsOfTheService)
+{
+    std::ofstream(file)
+        << R"({"request":"GET /other HTTP/1.1\r\n\r\n","answer":"HTTP/1.1 200 OK\r\n\r\n"})"
+           "\n\n"
+        << R"({"endpoint":"callback","request":"POST /possystem/v4/a/sell HTTP/1.1\r\n\r\n","answer":""})"
+           "\n"
+        << R"({"request":"GET /possystem/v4/getToken?login=l HTTP/1.1","answer":"HTTP/1.0 401\r\ncontent-type:a\r\n\r\nb"})";
+    const emulator::Recording recording = emulator::readRecording(file);
+    ASSERT_EQ(recording.size(), 1U);
+    EXPECT_EQ(recording[0].key, "getToken");
+    EXPECT_EQ(recording[0].answer.reply.status, 401);
+    EXPECT_EQ(recording[0].answer.reply.contentType, "a");
+    EXPECT_EQ(recording[0].answer.reply.body, "b");
+}
