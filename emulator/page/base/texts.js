@@ -45,6 +45,9 @@ const texts = {
   byFault: ['Not registered because of a fault', 'Не зарегистрирован из-за сбоя'],
   notRegistered: ['Not registered', 'Не зарегистрирован'],
   failedLater: ['Accepted, but not registered', 'Принят, но не зарегистрирован'],
+  foreignInn: ['must be the INN of the group', 'должен совпадать с ИНН группы'],
+  vatSum: [sum => `must be ${sum} at this rate`, sum => `по этой ставке должно быть ${sum}`],
+  vatSumOfUnknown: ['may be the wrong sum', 'сумма может быть неверной'],
   absent: ['missing', 'нет в запросе'],
   sent: ['What was sent', 'Что было отправлено'],
   lines: ['lines', 'строк'],
@@ -57,6 +60,14 @@ const texts = {
     31: ['The service does not know the operation in the address.', 'Операция в адресе сервису неизвестна.'],
     40: ['The body is not a JSON object.', 'Тело запроса — не объект JSON.'],
     41: ['The header Content-Type must be application/json; charset=utf-8.', 'Заголовок Content-Type должен быть application/json; charset=utf-8.']
+  },
+  places: {
+    10: ['Token', 'Token'],
+    11: ['Token', 'Token'],
+    20: ['group in the address', 'группа в адресе'],
+    21: ['group in the address', 'группа в адресе'],
+    31: ['operation in the address', 'операция в адресе'],
+    41: ['Content-Type', 'Content-Type']
   },
 
   opened: ['Receipt', 'Чек'],

@@ -27,14 +27,20 @@ export function statusPill(receipt) {
   return make('small', {className: 'pill ' + receipt.status, textContent: labels['status_' + receipt.status] + code});
 }
 
+/** What is wrong, in a word. The code of a fault says nothing of the call. */
+function reasonOf(receipt) {
+  if (receipt.first_field) return receipt.first_field.field;
+  return receipt.status === 'refused' && !receipt.fault ? labels.places[receipt.code] : undefined;
+}
+
 function receiptRow(receipt) {
-  const field = receipt.first_field;
+  const reason = reasonOf(receipt);
   const button = make('button', {type: 'button'},
     make('span', {className: 'id', textContent: receipt.external_id || labels.noId}),
     make('span', {className: 'sum', textContent: money(receipt.total ?? NaN)}),
     make('small', {textContent: `${operationName(receipt.operation)} · ${receipt.group}`}),
     make('span', {className: 'pills'}, statusPill(receipt)),
-    field ? make('small', {className: 'reason', textContent: field.field}) : '',
+    reason ? make('small', {className: 'reason', textContent: reason}) : '',
     make('small', {textContent: dateAndTime(receipt.received_at)}),
     receipt.wire_requests > 1
       ? make('small', {className: 'tries-count', textContent: `${labels.requests}: ${receipt.wire_requests}`}) : '');

@@ -7,6 +7,7 @@ import {showPane} from '../frame/panes.js';
 import {choose, keyOf, statusPill} from '../list/list.js';
 import {triesBox} from '../wire/tries.js';
 import {exchangeBox} from '../wire/wire.js';
+import {failedBox} from './failed.js';
 import {refusedBox} from './refused.js';
 import {slip} from './slip.js';
 
@@ -41,11 +42,9 @@ async function showEarlier() {
 }
 
 function titleBox(receipt) {
-  const error = receipt.status === 'fail' ? receipt.report.error : undefined;
   return make('div', {className: 'receipt-title'},
     make('p', {}, statusPill(receipt), make('small', {className: 'pill', textContent: `${labels.requests}: ${receipt.wire_requests}`})),
-    error ? make('div', {className: 'verdict'}, make('h3', {textContent: labels.failedLater}),
-      make('p', {className: 'words', lang: 'ru', textContent: `${error.type} ${error.code}: ${error.text}`})) : '');
+    ...receipt.status === 'fail' ? failedBox(receipt) : []);
 }
 
 function drawAnew(receipt, full) {

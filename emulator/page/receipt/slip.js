@@ -4,26 +4,21 @@ import {make} from '../base/dom.js';
 import {money} from '../base/format.js';
 import {api} from '../base/paths.js';
 import {labels} from '../base/texts.js';
-
-const vatRates = {vat10: '10%', vat110: '10/110', vat20: '20%', vat120: '20/120', vat0: '0%', vat5: '5%',
-  vat105: '5/105', vat7: '7%', vat107: '7/107', vat22: '22%', vat122: '22/122'};
+import {vatIn, vatRates} from './vat.js';
 
 function vatName(type) {
   return type === 'none' ? labels.noVat : `${labels.vat} ${vatRates[type] || type}`;
 }
 
-/** The tax included in a sum; the sum itself if there is no tax in it, as printed on slips. */
-function vatIn(type, sum) {
-  const rate = parseInt(vatRates[type], 10);
-  return rate ? sum * rate / (100 + rate) : sum;
-}
+/** As printed on slips: the sum itself if there is no tax in it. */
+const printedVat = (type, sum) => vatIn(type, sum) || sum;
 
 function vatSums(body) {
   if (body.vats?.length) return body.vats.map(vat => [vat.type, vat.sum]);
   const sums = {};
   for (const item of body.items || []) {
     const type = item.vat?.type;
-    if (type) sums[type] = (sums[type] || 0) + vatIn(type, item.sum);
+    if (type) sums[type] = (sums[type] || 0) + printedVat(type, item.sum);
   }
   return Object.entries(sums);
 }

@@ -2,6 +2,7 @@
 
 import {labels} from '../base/texts.js';
 import {jsonLines} from '../code/json.js';
+import {fieldRow} from './marked.js';
 import {ruleText} from './rules.js';
 
 const parentOf = field => field.replace(/(\.[^.[]+|\[\d+\])$/, '');
@@ -39,9 +40,15 @@ export function markedLines(body, fields) {
 }
 
 /** What was sent in the field, as a short text. */
-export function valueOf(lines, field) {
+function valueOf(lines, field) {
   const line = lines?.find(one => one.path === field);
   if (!line || line.missing) return labels.absent;
   return line.parts.filter(one => one.kind !== 'key' && one.text !== ': ' && one.text !== ',').map(one => one.text).join('')
     .replace(/^([{[])$/, '$1…');
+}
+
+/** Rows for the wrong fields of `markedLines`, which are nothing if the body is not JSON. */
+export function fieldRows(fields, lines) {
+  return fields.map(({field, rule}) => fieldRow({field, value: valueOf(lines, field), rule: ruleText(rule),
+    anchor: lines?.find(one => one.wrong?.fields.includes(field))?.wrong.anchor}));
 }

@@ -195,6 +195,64 @@ test('a call that was refused for another reason says why, and one that is not J
   assert.match(await browser.run("return document.querySelector('.refused-receipt .code').innerText"), /^\{not JSON <b>/);
 });
 
+test('the part of the head that is wrong is marked', async () => {
+  const body = id => JSON.stringify({timestamp: '01.03.2026 10:00:00', external_id: id, receipt: {}});
+  const send = (id, path, headers) => exchange('POST', service + path, body(id), headers);
+  await exchange('POST', '/_emulator/faults', JSON.stringify({endpoint: 'token', effect: 'old-token', match: {next: 1}}));
+  const late = JSON.parse((await exchange('POST', service + 'getToken', JSON.stringify({login: 'shop', pass: password}))).body).token;
+  await exchange('DELETE', '/_emulator/faults', '');
+  const rows = [
+    ['head-none', 'group/sell', {}, 10, 'Token', 'missing', /^Token: missing/],
+    ['head-query', 'group/sell?token=none', {}, 10, 'Token', '***', /^POST .*\?token=\*\*\* HTTP/],
+    ['head-late', 'group/sell', {Token: late}, 11, 'Token', '***', /^Token: \*\*\*/],
+    ['head-group', 'stranger/sell', {Token: token}, 20, 'group in the address', 'stranger', /^POST .*v4\/stranger\/sell HTTP/],
+    ['head-operation', 'group/rent', {Token: token}, 31, 'operation in the address', 'rent', /^POST .*v4\/group\/rent HTTP/],
+    ['head-type', 'group/sell', {Token: token, 'Content-Type': 'text/plain'}, 41, 'Content-Type', 'text/plain', /^Content-Type: text\/plain/]
+  ];
+  for (const [id, path, headers, code, field, value, line] of rows) {
+    await send(id, path, headers);
+    await openReceipt(id);
+    await browser.until("return document.getElementById('opened-title').innerText.endsWith(arguments[0]) && document.querySelector('.verdict')", id);
+    assert.ok((await browser.run("return document.querySelector('.verdict h3').innerText")).endsWith(`code ${code}`), id);
+    assert.deepEqual(await browser.run("return [...document.querySelectorAll('.verdict .field, .verdict .sent')].map(one => one.innerText)"),
+      [field, value], id);
+    const marked = await browser.run("return [...document.querySelectorAll('#detail .wrong')].map(one => one.textContent)");
+    assert.equal(marked.length, 1, id);
+    assert.match(marked[0], line);
+    assert.match(await browser.run(`return ${rowOf(id)}.innerText`), new RegExp(`refused ${code}[^]*${field}`));
+  }
+  await browser.run("document.querySelector('.verdict .field').click()");
+  assert.match(await browser.run('return document.activeElement.textContent'), /^Content-Type/);
+  await exchange('POST', '/_emulator/faults', JSON.stringify({endpoint: 'sell', effect: 'error', code: 41, match: {next: 1}}));
+  await sell('head-fault');
+  await openReceipt('head-fault');
+  await browser.until("return document.querySelector('.verdict')?.innerText.includes('because of a fault')");
+  assert.equal(await browser.run("return document.querySelectorAll('#detail .wrong').length"), 0, 'the head is not to blame');
+  await exchange('DELETE', '/_emulator/faults', '');
+});
+
+test('the field because of which a receipt failed later is marked', async () => {
+  const failed = (error, receipt) => browser.runAsync(`const [error, receipt, done] = arguments;
+    import('/receipt/failed.js').then(({failedBox}) => {
+      const box = document.createElement('div');
+      box.append(...failedBox({request: {external_id: 'late', receipt}, report: {error}}));
+      done({wrong: [...box.querySelectorAll('.wrong')].map(one => one.textContent),
+        fields: [...box.querySelectorAll('.verdict .field')].map(one => one.textContent)});
+    })`, error, receipt);
+  const vat = sum => ({name: 'A', sum: 150.5, vat: {type: 'vat10', sum}});
+  const inn = await failed({code: 2009, type: 'agent', text: 'ИНН организации не совпадает с ИНН группы'}, {company: {inn: '7700000001'}});
+  assert.deepEqual(inn.fields, ['receipt.company.inn']);
+  assert.match(inn.wrong.join(), /"inn": "7700000001"[^]*must be the INN of the group/);
+  const wrongSum = {code: 502, type: 'driver', text: 'Некорректная сумма налога'};
+  const sums = await failed(wrongSum, {items: [vat(13.68), vat(13.69), vat(20), {name: 'B', sum: 1}, {name: 'C', sum: 1, vat: {type: 'none', sum: 0}}]});
+  assert.deepEqual(sums.fields, ['receipt.items[2].vat.sum']);
+  assert.match(sums.wrong.join(), /"sum": 20[^]*must be 13\.68 at this rate/);
+  const doubtful = await failed(wrongSum, {items: [vat(13.685), {name: 'B', sum: 1, vat: {type: 'none', sum: 0.1}}, {name: 'C', sum: 1}]});
+  assert.deepEqual(doubtful.fields, ['receipt.items[0].vat.sum', 'receipt.items[1].vat.sum'], 'any that was given');
+  const other = await failed({code: 2009, type: 'agent', text: 'Агент недоступен'}, {items: [vat(20)]});
+  assert.deepEqual(other, {wrong: [], fields: []});
+});
+
 test('a refused receipt that is registered in the end becomes the registered one', async () => {
   await sell('second-try', {total: 1});
   await openReceipt('second-try');
