@@ -5,6 +5,7 @@ import {byId} from './base/dom.js';
 import {labels, language} from './base/texts.js';
 import {showFaults, startFaults} from './faults/faults.js';
 import {startPanes} from './frame/panes.js';
+import {untilAnswered} from './frame/starting.js';
 import {startTheme} from './frame/theme.js';
 import {showBeginning} from './list/beginning.js';
 import {startExport} from './list/csv.js';
@@ -70,13 +71,13 @@ async function start() {
   byId('address').textContent = location.origin + '/possystem/v4/';
   startTheme();
   startPanes();
-  const accounts = await ask('service');
+  const [accounts, {effects}] = await untilAnswered(signal => Promise.all(['service', 'effects'].map(path => ask(path, {signal}))));
   showBeginning(accounts);
   startList(accounts);
   startExport();
   startCalls();
   startReceipt();
-  await startFaults();
+  startFaults(effects);
   pollWaiting();
   followEvents({state: connected, event: collect});
 }

@@ -8,6 +8,9 @@ const texts = {
   live: ['Live', 'На связи'],
   offline: ['Connection lost, reconnecting…', 'Связь потеряна, переподключение…'],
 
+  notStarted: ['The emulator does not answer. Trying again…', 'Эмулятор не отвечает. Пробуем ещё раз…'],
+  retry: ['Try now', 'Попробовать сейчас'],
+
   receipts: ['Receipts', 'Чеки'],
   zone: ['MSK', 'МСК'],
   theme: ['Colours', 'Оформление'],

@@ -1,6 +1,5 @@
 // The form for a fault of one's own.
 
-import {ask} from '../base/api.js';
 import {byId, setOptions} from '../base/dom.js';
 import {labels} from '../base/texts.js';
 import {phaseText} from '../wire/wire.js';
@@ -65,10 +64,10 @@ export function faultFromForm() {
   return fault;
 }
 
-/** Calls `add` with each fault that is submitted. */
-export async function startFaultForm(add) {
+/** `known` are the effects of the emulator. Calls `add` with each fault that is submitted. */
+export function startFaultForm(known, add) {
+  effects = known;
   setOptions(byId('endpoint'), ['sell', 'report', 'token'].map(name => [name, labels[name]]));
-  effects = (await ask('effects')).effects;
   showEffects();
   byId('endpoint').addEventListener('change', showEffects);
   byId('effect').addEventListener('change', showParameter);

@@ -91,7 +91,7 @@ function showPresets() {
   }));
 }
 
-export async function startFaults() {
+export function startFaults(effects) {
   showPresets();
-  await startFaultForm(addFault);
+  startFaultForm(effects, addFault);
 }

@@ -28,6 +28,32 @@ test('without receipts, the page shows how to send one, and the commands work', 
   await browser.until("return document.querySelector('#qr')", 'the first receipt is opened');
 });
 
+test('a page whose first request fails or hangs says so and tries again', async () => {
+  await browser.call('POST', '/goog/cdp/execute', {cmd: 'Page.addScriptToEvaluateOnNewDocument', params: {source: `
+    window.starts = 0;
+    const real = window.fetch;
+    window.fetch = (url, options) => {
+      if (!url.endsWith('service') || ++starts > 3) return real(url, options);
+      if (starts === 2) return Promise.resolve(new Response('<h1>502</h1>'));
+      return starts === 1 ? Promise.reject(new TypeError('no'))
+        : new Promise((_, reject) => options.signal.addEventListener('abort', () => reject(options.signal.reason)));
+    };`}});
+  await browser.goto(root);
+  const visible = id => browser.run('return document.getElementById(arguments[0]).checkVisibility()', id);
+  await browser.until("return document.getElementById('starting').checkVisibility()");
+  assert.match(await browser.run("return document.querySelector('#starting p').innerText"), /^The emulator does not answer/);
+  assert.equal(await visible('receipts'), false);
+  // Once each for the answer that is not JSON, the one that never comes and the good one.
+  for (const count of [2, 3, 4]) {
+    await browser.run("document.getElementById('retry').click()");
+    await browser.until('return starts >= arguments[0]', count);
+  }
+  await browser.until("return document.getElementById('live').className === 'on'");
+  assert.equal(await visible('starting'), false);
+  assert.equal(await visible('receipts'), true);
+  await openPage('en');
+});
+
 test('amounts are written as in Russia to Russian users', async () => {
   await openPage('ru');
   const item = {name: 'Сыр', price: 1114.76, quantity: 1, sum: 1114.76, vat: {type: 'vat10'}};
