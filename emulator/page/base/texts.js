@@ -36,6 +36,9 @@ const texts = {
   arrived: ['New receipt', 'Новый чек'],
   clear: ['Delete all receipts', 'Удалить все чеки'],
   calls: ['Latest calls', 'Последние запросы'],
+  exportCalls: ['Save as a recording', 'Сохранить как запись'],
+  replaying: ['The emulator answers from a recording. What it was asked is under “Latest calls”.',
+    'Эмулятор отвечает по записи. Запросы к нему — в разделе «Последние запросы».'],
   requests: ['requests', 'запросов'],
   status_wait: ['waiting', 'в обработке'],
   status_done: ['done', 'готов'],
@@ -86,11 +89,13 @@ const texts = {
   request: ['Request', 'Запрос'],
   answer: ['Answer', 'Ответ'],
   noAnswer: ['no answer', 'нет ответа'],
+  notCalled: ['not called', 'не вызван'],
   code: ['code', 'код'],
   fault: ['fault', 'сбой'],
   token: ['token', 'токен'],
   sell: ['register', 'регистрация'],
   report: ['status', 'статус'],
+  callback: ['callback', 'вызов callback_url'],
   unknown: ['unknown call', 'неизвестный запрос'],
 
   inn: ['INN', 'ИНН'],
@@ -232,10 +237,22 @@ const translations = language === 'en' ? [] : [
   [/^fault not found/, () => 'Этот сбой уже убран']
 ];
 
-export function translated(message) {
-  for (const [pattern, translate] of translations) {
+const callbackFailures = language === 'en' ? [[/^not called: (.*)$/, reason => reason]] : [
+  [/^not called: callback_url is not.*$/, () => 'callback_url — не адрес http этого компьютера'],
+  [/^not called: too many.*$/, () => 'слишком много вызовов ждут очереди'],
+  [/^cannot connect: (.*)$/, reason => `не удалось подключиться: ${reason}`],
+  [/^cannot send: (.*)$/, reason => `не удалось отправить: ${reason}`],
+  [/^no valid answer: no answer within (\d+) ms$/, time => `нет ответа за ${time} мс`],
+  [/^no valid answer: (.*)$/, reason => `неверный ответ: ${reason}`]
+];
+
+function byTable(table, message) {
+  for (const [pattern, translate] of table) {
     const match = message.match(pattern);
     if (match) return translate(...match.slice(1));
   }
   return message;
 }
+
+export const translated = message => byTable(translations, message);
+export const callbackFailure = message => byTable(callbackFailures, message);

@@ -20,6 +20,10 @@ curl -H "$json" -H "Token: $token" $service/${group.code}/sell -d '{"timestamp":
 }
 
 export function showBeginning(accounts) {
+  if (accounts.replay) {
+    byId('beginning').replaceChildren(make('p', {className: 'quiet', textContent: labels.replaying}));
+    return;
+  }
   const [user] = accounts.users;
   const group = accounts.groups.find(one => one.code === user?.groups[0]);
   if (!group) return;

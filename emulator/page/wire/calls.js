@@ -2,6 +2,7 @@
 
 import {ask, ignoreErrors} from '../base/api.js';
 import {byId} from '../base/dom.js';
+import {api} from '../base/paths.js';
 import {exchangeBox} from './wire.js';
 
 export async function showCalls() {
@@ -17,5 +18,6 @@ export async function showCalls() {
 }
 
 export function startCalls() {
+  byId('recording').href = api + 'recording';
   byId('calls').addEventListener('toggle', () => ignoreErrors(showCalls()));
 }

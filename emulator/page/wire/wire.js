@@ -2,7 +2,7 @@
 
 import {make} from '../base/dom.js';
 import {timeOf} from '../base/format.js';
-import {labels} from '../base/texts.js';
+import {callbackFailure, labels} from '../base/texts.js';
 import {codeBox, copyButton} from '../code/code.js';
 import {jsonLines, plainLines} from '../code/json.js';
 
@@ -25,7 +25,7 @@ export function answerPill(one) {
   const bad = !one.status || one.status >= 400;
   const code = one.code === undefined || one.code === null ? '' : `, ${labels.code} ${one.code}`;
   return make('span', {className: 'pill ' + (bad ? 'fail' : code ? 'wait' : 'done'),
-    textContent: (one.status ? 'HTTP ' + one.status : labels.noAnswer) + code});
+    textContent: (one.status ? 'HTTP ' + one.status : one.request ? labels.noAnswer : labels.notCalled) + code});
 }
 
 /** Head and body of a message as they were sent. */
@@ -47,11 +47,17 @@ function messageBox(name, message) {
     body ? codeBox(linesOf(body), `${name}: ${labels.body}`) : '');
 }
 
+/** What went wrong with a callback, or what a fault did to a call. */
+function troubleText(one) {
+  return one.endpoint === 'callback' ? callbackFailure(one.fault) : `${labels.fault}: ${faultText(one)}`;
+}
+
 export function exchangeBox(one) {
   const box = make('details', {className: 'exchange'}, make('summary', {},
     make('span', {textContent: `${timeOf(one.at)} ${labels[one.endpoint]} `}), answerPill(one),
-    one.fault ? make('small', {textContent: `${labels.fault}: ${faultText(one)}`}) : ''));
-  box.append(messageBox(labels.request, one.request), messageBox(labels.answer, one.answer));
+    one.fault ? make('small', {textContent: troubleText(one)}) : ''));
+  // A callback that was not made has neither.
+  if (one.request || one.answer) box.append(messageBox(labels.request, one.request), messageBox(labels.answer, one.answer));
   box.dataset.sequence = one.sequence;
   return box;
 }

@@ -3,10 +3,11 @@
 import assert from 'node:assert/strict';
 import {execFileSync} from 'node:child_process';
 import {once} from 'node:events';
-import {mkdtempSync} from 'node:fs';
+import {mkdtempSync, writeFileSync} from 'node:fs';
+import http from 'node:http';
 import {join} from 'node:path';
 import {test} from 'node:test';
-import {browser, emulator, openPage, openReceipt, password, port, report, root, rowOf, sell, startAll, startEmulator,
+import {browser, emulator, openPage, openReceipt, password, port, report, root, rowOf, sell, startAll, startEmulator, startReplay,
   testThatNothingCameFromOtherSites} from './pagesupport.mjs';
 import {scratch} from './webdriver.mjs';
 
@@ -52,6 +53,48 @@ test('a page whose first request fails or hangs says so and tries again', async 
   assert.equal(await visible('starting'), false);
   assert.equal(await visible('receipts'), true);
   await openPage('en');
+});
+
+test('callbacks are shown with the receipt, and so is why one was not made', async () => {
+  const called = [];
+  const program = http.createServer((request, response) => {
+    request.on('data', chunk => called.push(JSON.parse(chunk)));
+    request.on('end', () => { response.statusCode = 202; response.end(); });
+  });
+  await new Promise(resolve => { program.listen(0, '127.0.0.1', resolve); });
+  try {
+    await startEmulator('--allow-callbacks');
+    await openPage('en');
+    const at = url => sell(url.slice(0, 16), {}, {service: {callback_url: url}});
+    await at(`http://127.0.0.1:${program.address().port}/done`);
+    const calls = "return [...document.querySelectorAll('#detail .exchange summary')].map(one => one.innerText).join('; ')";
+    await browser.until("return [...document.querySelectorAll('#detail .exchange summary')].some(one => one.innerText.includes('callback'))");
+    assert.match(await browser.run(calls), /register HTTP 200; .*callback HTTP 202$/);
+    assert.equal(called[0].status, 'done');
+    await at('https://shop.example/done');
+    await openReceipt('https://shop.exa');
+    await browser.until("return [...document.querySelectorAll('#detail .exchange summary')].some(one => one.innerText.includes('not called'))");
+    assert.match(await browser.run(calls), /callback not called\s+callback_url is not an http address/);
+  } finally {
+    program.close();
+  }
+});
+
+test('a page of an emulator that replays a recording says so', async () => {
+  await startEmulator();
+  await sell('recorded');
+  const folder = mkdtempSync(join(scratch, 'recording-'));
+  await openPage('en');
+  await browser.run("document.getElementById('calls').open = true");
+  const href = await browser.run("return document.getElementById('recording').href");
+  writeFileSync(join(folder, 'recording.jsonl'), await (await fetch(href)).text());
+  await startReplay(join(folder, 'recording.jsonl'));
+  await openPage('en');
+  await browser.until("return document.getElementById('beginning').innerText.includes('answers from a recording')");
+  assert.equal((await sell('replayed')).status, 200);
+  await browser.run("document.getElementById('calls').open = true");
+  await browser.until("return document.getElementById('call-list').textContent.includes('register')");
+  await startEmulator();
 });
 
 test('amounts are written as in Russia to Russian users', async () => {

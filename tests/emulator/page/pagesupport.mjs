@@ -37,8 +37,8 @@ async function takeToken() {
   token = JSON.parse(answer.body).token;
 }
 
-/** Sells a receipt of 150.50 roubles with some keys changed; returns the service's answer. */
-export function sell(id, changes = {}) {
+/** Sells a receipt of 150.50 roubles with some keys changed, `others` of them outside of the receipt; returns the service's answer. */
+export function sell(id, changes = {}, others = {}) {
   const receipt = {
     client: {email: 'buyer@example.com'},
     company: {email: 'shop@example.com', sno: 'osn', inn: '7700000000', payment_address: 'shop.example'},
@@ -46,7 +46,7 @@ export function sell(id, changes = {}) {
       payment_object: 'commodity', vat: {type: 'vat10'}}],
     payments: [{type: 1, sum: 150.5}], total: 150.5, ...changes
   };
-  const body = JSON.stringify({timestamp: '01.03.2026 10:00:00', external_id: id, receipt});
+  const body = JSON.stringify({timestamp: '01.03.2026 10:00:00', external_id: id, ...others, receipt});
   return exchange('POST', service + 'group/sell', body, {Token: token});
 }
 
@@ -93,14 +93,22 @@ async function leavePage() {
   await browser.stop();
 }
 
-/** Starts a new emulator for the tests that follow. */
-export async function startEmulator(...options) {
+async function run(options) {
   emulator?.kill();
-  const free = options.includes('--port') ? [] : ['--port', '0'];
-  emulator = spawn(program, [...free, '--login', 'shop', '--password', password, '--group', 'group', ...options],
-    {stdio: ['ignore', 'pipe', 'inherit']});
+  emulator = spawn(program, options, {stdio: ['ignore', 'pipe', 'inherit']});
   [, root, port] = await lineOf(emulator, /listening on (http:\/\/127\.0\.0\.1:(\d+)\/)possystem/);
   await takeToken();
+}
+
+/** Starts a new emulator for the tests that follow. */
+export async function startEmulator(...options) {
+  const free = options.includes('--port') ? [] : ['--port', '0'];
+  await run([...free, '--login', 'shop', '--password', password, '--group', 'group', ...options]);
+}
+
+/** Starts one that answers from a recording. */
+export async function startReplay(file) {
+  await run(['--replay', file]);
 }
 
 export function useToken(other) {
