@@ -295,6 +295,10 @@ test('JSON on the wire is indented, coloured and numbered, keeps its numbers, an
   const scrolls = await browser.run(`return [...document.querySelectorAll('#detail pre')].filter(one => one.scrollHeight > one.clientHeight + 1
     || one.scrollWidth > one.clientWidth + 1).length`);
   assert.equal(scrolls, 0, 'no scroll box in a scroll box');
+  await browser.size(1400, 600);
+  assert.equal(await browser.run("return document.getElementById('receipts').scrollHeight > 700"), true);
+  assert.equal(await browser.run('return document.documentElement.scrollHeight'), 600, 'the panes scroll, not the page around them');
+  await browser.size(1400, 1200);
   await browser.run("navigator.clipboard.writeText = text => { window.copied = text; return Promise.resolve(); }");
   await browser.click('#detail .exchange .copy');
   assert.equal(await browser.until('return window.copied'), body);
@@ -535,11 +539,11 @@ test('the fault form can be filled in and submitted by keyboard alone', async ()
   await browser.until("return document.querySelectorAll('#effect option').length > 0 && document.querySelector('#list li')");
   await browser.run("document.getElementById('own-fault').open = true");
   await pick('endpoint', 'report');
-  await fill('next', '2');
   await pick('effect', 'fail');
   await pick('type', 'agent');
   await fill('code', ...'2009');
   await pick('phase', 'after');
+  await fill('next', '2');
   await fill('after', '1');
   await fill('every', '3');
   await fill('login', ...'shop');
