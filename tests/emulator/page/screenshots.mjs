@@ -24,11 +24,11 @@ const item = (name, price, quantity) => ({name, price, quantity, sum: price * qu
   payment_object: 'commodity', vat: {type: 'vat10'}});
 
 /** Sells two packs of milk and a loaf of bread with some keys of the receipt changed. */
-function sell(id, changes = {}) {
+function sell(id, changes = {}, group = 'shop_1') {
   const receipt = {client: {email: 'buyer@example.com'},
     company: {email: 'shop@example.com', sno: 'osn', inn: '7700000000', payment_address: 'shop.example'},
     items: [item('Молоко 3,2 %', 557.38, 2), item('Хлеб ржаной', 45.5, 1)], payments: [{type: 1, sum: 1160.26}], total: 1160.26, ...changes};
-  return call('shop_1/sell', {timestamp: '01.03.2026 10:00:00', external_id: id, receipt});
+  return call(group + '/sell', {timestamp: '01.03.2026 10:00:00', external_id: id, receipt});
 }
 
 async function sellAll() {
@@ -87,7 +87,13 @@ const states = [
   }],
   ['phone-list', 'en', 'light', phone, () => browser.until("return document.querySelectorAll('#list li').length === 3")],
   ['phone-refused', 'en', 'light', phone, async () => { await open('till-3'); await browser.until("return document.querySelector('.wrong')"); }],
-  ['refused-ru', 'ru', 'light', wide, () => browser.until("return document.querySelectorAll('.wrong').length === 2")]
+  ['refused-ru', 'ru', 'light', wide, () => browser.until("return document.querySelectorAll('.wrong').length === 2")],
+  ['refused-head', 'ru', 'dark', wide, async () => {
+    await fetch(root + '_emulator/faults', {method: 'DELETE'});
+    await sell('till-4', {}, 'shop_2');
+    await open('till-4');
+    await browser.until("return document.querySelectorAll('.wrong').length === 1");
+  }]
 ];
 
 for (const [name, language, scheme, size, prepare] of states) {
