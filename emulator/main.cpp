@@ -1,6 +1,7 @@
 #include "emulator/config.h"
 #include "emulator/emulator.h"
 #include "emulator/russianhelp.h"
+#include "reference/reference.h"
 
 #include <CLI/CLI.hpp>
 
@@ -9,6 +10,7 @@
 #include <exception>
 #include <iostream>
 #include <iterator>
+#include <string_view>
 #include <sys/resource.h>
 
 namespace {
@@ -53,21 +55,25 @@ void addContentOptions(CLI::App& app, Arguments& a)
 {
     app.add_option("--port", a.port, "TCP port on 127.0.0.1; 0 means any free one")->capture_default_str();
     auto* config = app.add_option("--config", a.config, "JSON file with groups, users, lists and faults");
-    config->check(notEmpty);
+    config->type_name("FILE")->check(notEmpty);
     auto* password = app.add_option("--password", a.password, "password of the user");
     for (auto* option : {app.add_option("--login", a.login, "login of the user"), password,
              app.add_option("--group", a.group, "code of the group of registers")})
         option->capture_default_str()->check(notEmpty)->excludes(config);
     app.add_option("--password-file", a.passwordFile, "file with the password on its first line")
+        ->type_name("FILE")
         ->check(notEmpty)
         ->excludes(config)
         ->excludes(password);
     app.add_option("--db", a.database, "SQLite file for the state; without it, the state is kept in memory")
+        ->type_name("FILE")
         ->check(notEmpty);
     app.add_option("--keep", a.keep, "how many of the newest documents to keep")
         ->check(CLI::Range(std::int64_t{1}, std::int64_t{1'000'000'000}))
         ->capture_default_str();
-    app.add_option("--faults", a.faults, "JSON file with an array of faults")->check(notEmpty);
+    app.add_option("--faults", a.faults, "JSON file with an array of faults")
+        ->type_name("FILE")
+        ->check(notEmpty);
 }
 
 void addRuleOptions(CLI::App& app, Arguments& a)
@@ -119,8 +125,8 @@ void addAccessOptions(CLI::App& app, Arguments& a)
     auto* certificate = app.add_option(
         "--tls-cert", a.tls.certificateChain, "PEM file with the certificate chain; enables TLS");
     auto* key = app.add_option("--tls-key", a.tls.privateKey, "PEM file with the key of --tls-cert");
-    certificate->needs(key)->check(notEmpty);
-    key->needs(certificate)->check(notEmpty);
+    certificate->type_name("FILE")->needs(key)->check(notEmpty);
+    key->type_name("FILE")->needs(certificate)->check(notEmpty);
 }
 
 // The recording decides what is answered, and to whom.
@@ -191,7 +197,8 @@ void raiseDescriptorLimit()
 int main(int argc, char** argv)
 {
     CLI::App app("fremulator: an emulator of the cloud fiscalisation service on loopback.\n"
-                 "Example: fremulator --port 8080 --login shop --password secret --group shop_1");
+                 "Example: fremulator --port 8080 --login shop --password secret --group shop_1",
+        "fremulator");
     Arguments arguments;
     addContentOptions(app, arguments);
     addRuleOptions(app, arguments);
@@ -201,6 +208,11 @@ int main(int argc, char** argv)
     app.set_version_flag("--version", "fremulator " FREMULATOR_VERSION, "print the version");
     if (wantsRussian())
         helpInRussian(app);
+    // For the build, which makes man page and completions of it.
+    if (argc == 3 && std::string_view(argv[1]) == "--reference") {
+        std::cout << reference::made(app, argv[2]);
+        return 0;
+    }
     CLI11_PARSE(app, argc, argv);
     raiseDescriptorLimit();
     try {

@@ -1,7 +1,9 @@
 #include "hostcli/commandline.h"
 
+#include "hostcli/commands/versions.h"
 #include "hostcli/helptext.h"
 #include "hostcli/log/loglines.h"
+#include "reference/reference.h"
 #include "till/text.h"
 
 #include <CLI/App.hpp>
@@ -10,6 +12,7 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using namespace Qt::Literals::StringLiterals;
@@ -90,6 +93,7 @@ void addLogOptions(CLI::App& app, Arguments& arguments)
     app.add_option("--log-level", arguments.logLevel,
            Text::tr("Lowest level of log lines to show: debug, info, warning or error").toStdString())
         ->option_text("LEVEL")
+        ->type_name("TEXT:{" + logLevels().join(u',').toStdString() + "}")
         ->check(flawOfLevel);
     app.add_option("--log-file", arguments.logFile,
            Text::tr("Append the log to this file instead of showing it; from level info, unless "
@@ -114,7 +118,9 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments)
     app.add_flag("--json", arguments.json, Text::tr("One line of JSON for each result").toStdString());
     addLogOptions(app, arguments);
     app.set_version_flag(
-        "--version", "frhost " FRHOST_VERSION, Text::tr("Show the version and exit").toStdString());
+        "--version",
+        [&arguments] { return versions(QString::fromStdString(arguments.plugin)).toStdString(); },
+        Text::tr("Show the versions of program, plugin and libraries, and exit").toStdString());
 }
 
 void addJournalOptions(CLI::App& command, Arguments& arguments)
@@ -166,6 +172,37 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
     return command;
 }
 
+// Returns the command, whose arguments name another one.
+CLI::App* addHelp(CLI::App& app, std::vector<std::string>& names)
+{
+    const QString text = Text::tr("Example:\n  %1").arg(u"frhost help sell"_s) + u"\n\n"_s +
+                         Text::tr("Show the help of a command");
+    CLI::App* command = app.add_subcommand("help", text.toStdString());
+    command->group(Text::tr("Commands").toStdString());
+    command
+        ->add_option(
+            "COMMAND", names, Text::tr("The command; without one, the help of the program").toStdString())
+        ->option_text("...");
+    return command;
+}
+
+CommandLineText helpOf(const CLI::App& app, const std::vector<std::string>& names)
+{
+    const CLI::App* command = &app;
+    std::string path = app.get_name();
+    for (const std::string& name : names) {
+        const auto found =
+            command->get_subcommands([&](const CLI::App* child) { return child->get_name() == name; });
+        if (found.empty())
+            return {Text::tr("There is no command \"%1\".").arg(QString::fromStdString(name)), true};
+        command = found.front();
+        path += " " + name;
+    }
+    // App::help() of the program would be that of the command on the command line, help.
+    const std::string help = command->get_formatter()->make_help(command, path, CLI::AppFormatMode::Normal);
+    return {QString::fromStdString(help), false};
+}
+
 QString fromStd(const std::string& text)
 {
     return QString::fromStdString(text);
@@ -204,11 +241,18 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
     CommandLine line;
     for (const CommandInfo& info : commands)
         addCommand(app, info, arguments)->callback([&line, &info] { line.command = info.command; });
+    std::vector<std::string> helped;
+    const CLI::App* help = addHelp(app, helped);
 
+    // For the build, which makes man page and completions of it.
+    if (argc == 3 && std::string_view(argv[1]) == "--reference")
+        return CommandLineText{fromStd(reference::made(app, argv[2])), false};
     if (argc < 2)
         return CommandLineText{fromStd(app.help()), true};
     try {
         app.parse(argc, argv);
+        if (help->parsed())
+            return helpOf(app, helped);
     } catch (const CLI::ParseError& error) {
         return endText(app, error);
     }

@@ -800,10 +800,6 @@
         <translation>Без сообщений, пока всё в порядке, и без строки с секундами ожидания</translation>
     </message>
     <message>
-        <source>Show the version and exit</source>
-        <translation>Показать версию и выйти</translation>
-    </message>
-    <message>
         <source>Commands</source>
         <translation>Команды</translation>
     </message>
@@ -932,6 +928,26 @@
     <message>
         <source>Evidence</source>
         <translation>Подтверждение</translation>
+    </message>
+    <message>
+        <source>Show the versions of program, plugin and libraries, and exit</source>
+        <translation>Показать версии программы, плагина и библиотек и выйти</translation>
+    </message>
+    <message>
+        <source>Show the help of a command</source>
+        <translation>Показать справку о команде</translation>
+    </message>
+    <message>
+        <source>The command; without one, the help of the program</source>
+        <translation>Команда; без неё — справка о программе</translation>
+    </message>
+    <message>
+        <source>%1 %2, built with Qt %3: %4</source>
+        <translation>%1 %2, собран с Qt %3: %4</translation>
+    </message>
+    <message>
+        <source>without a version</source>
+        <translation>без версии</translation>
     </message>
 </context>
 </TS>

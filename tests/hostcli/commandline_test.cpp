@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <dlfcn.h>
 #include <vector>
 
 using namespace Qt::Literals::StringLiterals;
@@ -24,6 +25,13 @@ CommandLineText answer(const std::vector<const char*>& arguments)
         return *text;
     ADD_FAILURE() << "the arguments were taken";
     return {};
+}
+
+// What a library says of itself.
+QString loadedVersion(const char* function)
+{
+    const auto version = reinterpret_cast<const char* (*)(int)>(dlsym(RTLD_DEFAULT, function));
+    return version ? QString::fromLatin1(version(0)) : QString();
 }
 
 TEST(CommandLine, HoldsTheCommandWithOptionsBeforeAndBehindIt)
@@ -115,9 +123,35 @@ TEST(CommandLine, ExplainsEveryExitStatus)
 
 TEST(CommandLine, TellsTheVersion)
 {
-    const CommandLineText version = answer({"--version"});
+    const CommandLineText version = answer({"--plugin", "/no/such.so", "--version"});
     EXPECT_FALSE(version.isError);
-    EXPECT_TRUE(version.text.startsWith(u"frhost 1."_s)) << version.text.toStdString();
+    const QStringList lines = version.text.trimmed().split(u'\n');
+    ASSERT_EQ(lines.size(), 5) << version.text.toStdString();
+    EXPECT_TRUE(lines[0].startsWith(u"frhost 1."_s));
+    EXPECT_EQ(lines[2], u"Qt "_s + QString::fromLatin1(qVersion()));
+    // The libraries themselves, as they are loaded.
+    EXPECT_EQ(lines[3], loadedVersion("curl_version").section(u' ', 0, 0).replace(u'/', u' '));
+    EXPECT_EQ(lines[4], loadedVersion("OpenSSL_version").section(u' ', 0, 1));
+}
+
+TEST(CommandLine, TellsTheVersionOfThePlugin)
+{
+    const QString file = QStringLiteral(PLUGIN_FOLDER) + u"/libatolonline.so"_s;
+    const std::string path = file.toStdString();
+    const QString line = answer({"--plugin", path.c_str(), "--version"}).text.section(u'\n', 1, 1);
+    EXPECT_TRUE(line.startsWith(u"plugin atolonline 1."_s)) << line.toStdString();
+    EXPECT_TRUE(line.endsWith(u": "_s + file)) << line.toStdString();
+    EXPECT_EQ(answer({"--plugin", "/no/such.so", "--version"}).text.section(u'\n', 1, 1),
+        u"plugin /no/such.so: no such plugin file"_s);
+}
+
+TEST(CommandLine, HelpsWithACommand)
+{
+    for (const char* command : {"describe", "check", "sell", "send", "info", "compose"})
+        EXPECT_EQ(answer({"help", command}).text, answer({command, "--help"}).text) << command;
+    EXPECT_EQ(answer({"help"}).text, answer({"--help"}).text);
+    EXPECT_FALSE(answer({"help", "sell"}).isError);
+    EXPECT_TRUE(answer({"help", "refund"}).isError);
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow)

@@ -191,10 +191,8 @@ constexpr TransportText transportTexts[] = {
 
 void addTransport(RegisterConfig& config, const IniEntry& entry)
 {
-    QStringList known;
     for (const auto& [key, member] : transportTimes) {
-        known << QString::fromLatin1(key);
-        if (entry.key != known.last())
+        if (entry.key != QLatin1StringView(key))
             continue;
         bool isNumber = false;
         const int milliseconds = entry.value.toInt(&isNumber);
@@ -205,17 +203,26 @@ void addTransport(RegisterConfig& config, const IniEntry& entry)
         return;
     }
     for (const auto& [key, member] : transportTexts) {
-        known << QString::fromLatin1(key);
-        if (entry.key != known.last())
+        if (entry.key != QLatin1StringView(key))
             continue;
         const bool isPath = entry.key == caFileKey && !entry.value.isEmpty();
         config.transport.*member = isPath ? besideConfig(config, entry.value) : entry.value;
         return;
     }
-    fail(config.file, entry.line, Text::tr("unknown key; %1").arg(hintFor(entry.key, known)));
+    fail(config.file, entry.line, Text::tr("unknown key; %1").arg(hintFor(entry.key, transportKeys())));
 }
 
 } // namespace
+
+QStringList transportKeys()
+{
+    QStringList keys;
+    for (const TransportTime& time : transportTimes)
+        keys << QString::fromLatin1(time.key);
+    for (const TransportText& text : transportTexts)
+        keys << QString::fromLatin1(text.key);
+    return keys;
+}
 
 bool RegisterConfig::has(const QString& name) const
 {

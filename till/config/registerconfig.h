@@ -45,6 +45,9 @@ struct RegisterConfig
 /// Throws Error that names the file and the line, and never quotes it.
 [[nodiscard]] RegisterConfig readRegisterConfig(const QString& file);
 
+/// The keys of the section [transport].
+[[nodiscard]] QStringList transportKeys();
+
 /// Throws Error when a setting is missing without which a service cannot be reached. `known` names the
 /// settings of the device; one that it does not have is not missing.
 void requireConnection(const RegisterConfig& config, const QStringList& known);
