@@ -9,6 +9,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -27,23 +29,28 @@ protected:
         file.write(content);
         return file.fileName();
     }
-    [[nodiscard]] Ran frhost(const QStringList& command) const
+    [[nodiscard]] QStringList arguments(const QStringList& command) const
     {
-        const QString config = file(
-            u"register.ini"_s, "[register]\nanswerTime = 500\nport = " + port.toLocal8Bit() + "\n" + further);
-        return run(frhostProgram(),
-            QStringList{u"--plugin"_s, QStringLiteral(SAMPLE_PLUGIN), u"--config"_s, config, u"--json"_s} +
-                command);
+        const QString config = file(u"register.ini"_s,
+            "[register]\nanswerTime = " + answerTime + "\nport = " + port.toLocal8Bit() + "\n" + further);
+        return QStringList{u"--plugin"_s, QStringLiteral(SAMPLE_PLUGIN), u"--config"_s, config, u"--json"_s} +
+               command;
     }
-    [[nodiscard]] Ran sell(const QString& id) const
+    [[nodiscard]] QStringList sale(const QString& id) const
     {
-        return frhost({u"sell"_s, u"--journal"_s, folder.filePath(u"journal.db"_s),
+        return arguments({u"sell"_s, u"--journal"_s, folder.filePath(u"journal.db"_s),
             file(u"receipt.json"_s, receiptLine(id))});
     }
+    [[nodiscard]] Ran frhost(const QStringList& command) const
+    {
+        return run(frhostProgram(), arguments(command));
+    }
+    [[nodiscard]] Ran sell(const QString& id) const { return run(frhostProgram(), sale(id)); }
 
     PtyDevice device{19200, PtyDevice::AtAnotherSpeed::Garbled};
     QString port = device.path();
     QByteArray further;
+    QByteArray answerTime = "500";
 
 private:
     QTemporaryDir folder;
@@ -98,6 +105,21 @@ TEST_F(SerialTill, AsksTheRegisterForItsLastReceiptWhenAnAnswerWasLost)
     EXPECT_EQ(sold.columns({u"outcome"_s, u"evidence"_s}), QStringList{u"incomplete driver"_s});
     EXPECT_EQ(sold.exitCode, 5) << sold.err.toStdString();
     EXPECT_EQ(device.heard().sliced(device.heard().size() - 2), (QList<QString>{u"r1;16000"_s, u"r1"_s}));
+}
+
+TEST_F(SerialTill, TellsThatTheRegisterHasTheReceiptWhenItIsInterrupted)
+{
+    device.loseAnswers(true);
+    answerTime = "60000";
+    Running running(frhostProgram(), sale(u"r1"_s));
+    ASSERT_TRUE(comesTrue([this] { return device.heard().contains(u"r1;16000"_s); }));
+    running.signal(SIGINT);
+    const Ran interrupted = running.end();
+    EXPECT_EQ(interrupted.exitCode, 4);
+    EXPECT_EQ(interrupted.columns({u"outcome"_s}), QStringList{u"unknown"_s});
+    EXPECT_THAT(interrupted.err.toStdString(),
+        HasSubstr(
+            "r1 was given to the register, its outcome is unknown; look at the register's last documents."));
 }
 
 TEST_F(SerialTill, HasNoCommandsOfAService)
