@@ -26,7 +26,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/host ${PROJECT_SOURCE_DIR}/frbase
     FILES_MATCHING PATTERN "*.h"
     PATTERN "basicfrdriver" EXCLUDE
     REGEX "/log/(exchangelog|exchangesecrets|ownlines|secretsearch|spelling)\\.h$" EXCLUDE
-    REGEX "/transport/(httpconnection|httpmessage|httptransfer|keptconnection|libraryversions)\\.h$" EXCLUDE
+    REGEX "/transport/(httpconnection|httpmessage|httptransfer|keptconnection)\\.h$" EXCLUDE
     REGEX "/frbase/qrraster\\.h$" EXCLUDE)
 
 # For CMake: find_package(frdriver).

@@ -1,9 +1,10 @@
 #include "hostcli/commands/versions.h"
 
-#include "host/transport/libraryversions.h"
 #include "hostcli/commands/setup.h"
 #include "hostcli/failure.h"
 #include "till/text.h"
+
+#include <dlfcn.h>
 
 using namespace Qt::Literals::StringLiterals;
 using namespace till;
@@ -11,6 +12,15 @@ using namespace till;
 namespace frhost {
 
 namespace {
+
+// What the HTTP library says of itself and of what it uses: "libcurl/7.88.1 OpenSSL/3.0.19 zlib/1.2.13". It
+// is loaded with the host's runtime, whose own matter it is; nothing of it is in the runtime's interface.
+QString transportLibraries()
+{
+    using Version = const char* (*)();
+    const auto version = reinterpret_cast<Version>(dlsym(RTLD_DEFAULT, "curl_version"));
+    return version ? QString::fromLatin1(version()) : QString();
+}
 
 QString pluginLine(const QString& named)
 {
@@ -33,9 +43,10 @@ QString pluginLine(const QString& named)
 
 QString versions(const QString& plugin)
 {
-    const QString tls = hostruntime::tlsVersion();
-    return u"frhost %1\nplugin %2\nQt %3\nlibcurl %4\n%5"_s.arg(QStringLiteral(FRHOST_VERSION),
-        pluginLine(plugin), QString::fromLatin1(qVersion()), hostruntime::curlVersion(), tls);
+    QStringList libraries = transportLibraries().split(u' ').mid(0, 2);
+    libraries.replaceInStrings(u"/"_s, u" "_s);
+    return u"frhost %1\nplugin %2\nQt %3\n%4"_s.arg(QStringLiteral(FRHOST_VERSION), pluginLine(plugin),
+        QString::fromLatin1(qVersion()), libraries.join(u'\n'));
 }
 
 } // namespace frhost
