@@ -11,7 +11,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
-#include <cmath>
 #include <tuple>
 #include <utility>
 
@@ -20,8 +19,6 @@ using namespace Qt::Literals::StringLiterals;
 namespace till {
 
 namespace {
-
-constexpr double halfKopeck = 0.005;
 
 QJsonValue jsonOf(const FdRequisite& requisite)
 {
@@ -62,11 +59,6 @@ QByteArray contentOf(const Receipt& receipt)
     return QJsonDocument(content).toJson(QJsonDocument::Compact);
 }
 
-QString roubles(double sum)
-{
-    return QString::number(sum, 'f', 2);
-}
-
 // What the fiscal data lacks as the proof of a new document with this total; empty when it lacks nothing.
 QString flawIn(const FiscalInfo& info, const FiscalInfo& before, double total)
 {
@@ -83,7 +75,7 @@ QString flawIn(const FiscalInfo& info, const FiscalInfo& before, double total)
     if (info.fnNumber == before.fnNumber && info.fiscalDocumentNumber == before.fiscalDocumentNumber)
         return Text::tr("The driver says that the receipt is registered, but returns the fiscal data of an "
                         "earlier document");
-    if (!(std::abs(info.total - total) < halfKopeck))
+    if (!isTheSameSum(info.total, total))
         return Text::tr("The driver says that the receipt is registered, but with the total %1 instead of %2")
             .arg(roubles(info.total), roubles(total));
     return {};

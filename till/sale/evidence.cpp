@@ -9,16 +9,16 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace till {
 
-namespace {
-
-constexpr double halfKopeck = 0.005;
-
 QString roubles(double sum)
 {
     return QString::number(sum, 'f', 2);
 }
 
-} // namespace
+bool isTheSameSum(double one, double other)
+{
+    constexpr double halfKopeck = 0.005;
+    return std::abs(one - other) < halfKopeck;
+}
 
 bool Evidence::namesTheDocument() const
 {
@@ -35,7 +35,7 @@ Evidence evidenceIn(const ServiceAnswer& done, const ReceiptFacts& receipt)
     for (const QString& key : missingProof(done.payload))
         evidence.missing << u"payload."_s + key;
     const std::optional<double> total = totalIn(done.payload);
-    if (total && !(std::abs(*total - receipt.total) < halfKopeck))
+    if (total && !isTheSameSum(*total, receipt.total))
         evidence.otherTotal = total;
     return evidence;
 }

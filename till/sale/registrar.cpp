@@ -19,11 +19,6 @@ namespace {
 
 constexpr int buyerContact = 1008;
 
-QString roubles(double sum)
-{
-    return QString::number(sum, 'f', 2);
-}
-
 } // namespace
 
 void handOver(AbstractFrDriver& driver, const Receipt& receipt)
