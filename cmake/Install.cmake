@@ -49,7 +49,8 @@ file(RELATIVE_PATH prefix_of_pkgconfig /${pkgconfig} /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/frdriver.pc.in ${PROJECT_BINARY_DIR}/installed/frdriver.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/installed/frdriver.pc DESTINATION ${pkgconfig} COMPONENT sdk)
 
-install(FILES ${PROJECT_SOURCE_DIR}/docs/receipt.schema.json DESTINATION ${FRDRIVER_INSTALLED_DATA} COMPONENT frhost)
+install(FILES ${PROJECT_SOURCE_DIR}/docs/receipt.schema.json ${PROJECT_SOURCE_DIR}/docs/result.schema.json
+    DESTINATION ${FRDRIVER_INSTALLED_DATA} COMPONENT frhost)
 set(examples ${PROJECT_SOURCE_DIR}/examples)
 install(DIRECTORY ${examples} DESTINATION ${FRDRIVER_INSTALLED_DATA} COMPONENT frhost
     FILES_MATCHING PATTERN "*.json" PATTERN "*.jsonl" PATTERN "*.ini"

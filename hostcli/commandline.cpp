@@ -6,9 +6,12 @@
 #include "reference/reference.h"
 #include "till/text.h"
 
+#include <QRegularExpression>
+
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 
+#include <chrono>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -33,9 +36,13 @@ struct Arguments
     std::string uuid;
     std::vector<std::string> files;
     std::vector<std::string> cause;
+    std::vector<std::string> uuids;
+    std::string retryFor;
+    bool stream = false;
     std::string qrDir;
     std::string journal;
     bool noJournal = false;
+    bool strict = false;
     bool json = false;
     bool quiet = false;
 };
@@ -59,6 +66,8 @@ constexpr CommandInfo commands[] = {
         QT_TRANSLATE_NOOP("Text", "Send receipts without waiting; shows the service's identifiers")},
     {Command::Info, "info", "frhost --config register.ini info 0a1b2c3d-0000-1111-2222-333344445555",
         QT_TRANSLATE_NOOP("Text", "Ask the service about a document")},
+    {Command::Collect, "collect", "frhost --config register.ini collect 0a1b2c3d-0000-1111-2222-333344445555",
+        QT_TRANSLATE_NOOP("Text", "Wait for documents that were sent, and show their fiscal results")},
     {Command::Compose, "compose", "frhost --config register.ini compose receipt.json",
         QT_TRANSLATE_NOOP("Text", "Show what would be sent for receipts; sends nothing")},
     {Command::Explain, "explain", "frhost explain 32",
@@ -137,6 +146,36 @@ void addJournalOptions(CLI::App& command, Arguments& arguments)
         ->excludes(file);
 }
 
+// A number of seconds, minutes or hours; none for another text.
+std::optional<std::chrono::seconds> durationIn(const std::string& text)
+{
+    static const QRegularExpression form(u"^(\\d{1,6})([smh]?)$"_s);
+    const auto match = form.match(QString::fromStdString(text));
+    if (!match.hasMatch())
+        return std::nullopt;
+    const QString unit = match.captured(2);
+    const std::chrono::seconds one = unit == "h"_L1   ? std::chrono::hours(1)
+                                     : unit == "m"_L1 ? std::chrono::minutes(1)
+                                                      : std::chrono::seconds(1);
+    return match.captured(1).toInt() * one;
+}
+
+void addPersistence(CLI::App& command, Arguments& arguments)
+{
+    command
+        .add_option("--retry-for", arguments.retryFor,
+            Text::tr("Try a receipt again for so long where its outcome is unknown: 30s, 10m, 1h")
+                .toStdString())
+        ->option_text("TIME")
+        ->check([](const std::string& text) {
+            return durationIn(text) ? std::string()
+                                    : Text::tr("the time is a number with s, m or h").toStdString();
+        });
+    command.add_flag("--stream", arguments.stream,
+        Text::tr("Take receipts from standard input one by one as they come, and answer each at once")
+            .toStdString());
+}
+
 CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& arguments)
 {
     CLI::App* command = app.add_subcommand(info.name, described(info));
@@ -146,6 +185,12 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
         command
             ->add_option(
                 "UUID", arguments.uuid, Text::tr("The service's identifier of the document").toStdString())
+            ->required();
+    else if (info.command == Command::Collect)
+        command
+            ->add_option(
+                "UUID", arguments.uuids, Text::tr("The service's identifiers of the documents").toStdString())
+            ->option_text("...")
             ->required();
     else if (info.command == Command::Explain)
         command
@@ -159,6 +204,10 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
                 Text::tr("Receipts as a JSON object or JSON Lines; - is standard input").toStdString())
             ->option_text("...")
             ->required();
+    if (info.command == Command::Sell || info.command == Command::Send || info.command == Command::Compose)
+        command->add_flag("--strict", arguments.strict,
+            Text::tr("Refuse receipts that go beyond the limits of the service, instead of warning")
+                .toStdString());
     if (info.command == Command::Sell)
         command
             ->add_option("--qr-dir", arguments.qrDir,
@@ -167,8 +216,10 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
             ->check([](const std::string& name) {
                 return name.empty() ? Text::tr("the folder has no name").toStdString() : std::string();
             });
-    if (info.command == Command::Sell || info.command == Command::Send)
+    if (info.command == Command::Sell || info.command == Command::Send) {
         addJournalOptions(*command, arguments);
+        addPersistence(*command, arguments);
+    }
     return command;
 }
 
@@ -267,12 +318,19 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
     line.qrDir = fromStd(arguments.qrDir);
     line.journal = fromStd(arguments.journal);
     line.usesJournal = !arguments.noJournal;
+    line.strict = arguments.strict;
+    line.streams = arguments.stream;
+    line.retryFor = durationIn(arguments.retryFor).value_or(std::chrono::seconds(0));
+    for (const std::string& uuid : arguments.uuids)
+        line.uuids << fromStd(uuid);
     QStringList words;
     for (const std::string& word : arguments.cause)
         words << fromStd(word);
     line.cause = words.join(u' ').trimmed();
     for (const std::string& file : arguments.files)
         line.files << fromStd(file);
+    if (line.streams && line.files != QStringList{u"-"_s})
+        return CommandLineText{Text::tr("--stream reads standard input: its only FILE is -"), true};
     return line;
 }
 

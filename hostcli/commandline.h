@@ -3,6 +3,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
 #include <variant>
 
 namespace frhost {
@@ -16,6 +17,7 @@ enum class Command
     Info,
     Compose,
     Explain,
+    Collect,
 };
 
 /// What the user asks for.
@@ -36,7 +38,15 @@ struct CommandLine
     /// The journal's file; empty for the user's own.
     QString journal;
     bool usesJournal = true;
+    /// Whether receipts are taken from standard input as they come.
+    bool streams = false;
+    /// For how long a receipt may be attempted again.
+    std::chrono::seconds retryFor{0};
+    /// Whether the limits of the service count as rules.
+    bool strict = false;
     QString uuid;
+    /// The documents to collect.
+    QStringList uuids;
     /// The code or cause to explain; empty for all.
     QString cause;
 };

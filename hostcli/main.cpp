@@ -56,20 +56,14 @@ ExitCode start(int argc, char** argv)
     const auto& line = std::get<CommandLine>(parsed);
     if (line.quiet)
         Console::instance().beQuiet();
+    Output output;
     try {
         startLogging(line.logLevel, line.logFile);
-        Output output;
         return run(line, output);
     } catch (const Failure& failure) {
-        Console::instance().line(failure.message(), Urgency::Error);
-        return failure.code();
+        return reportFailure(line, output, failure);
     } catch (const till::Error& error) {
-        // One line for each wrong receipt; any other message may quote the service.
-        if (error.problem() == till::Problem::Receipt)
-            Console::instance().lines(error.message(), Urgency::Error);
-        else
-            Console::instance().line(error.message(), Urgency::Error);
-        return exitCodeOf(error.problem());
+        return reportFailure(line, output, error);
     }
 }
 

@@ -4,6 +4,8 @@
 #include "hostcli/terminal/interruption.h"
 #include "hostcli/terminal/qrcode.h"
 #include "hostcli/terminal/resultreport.h"
+#include "hostcli/terminal/runreport.h"
+#include "till/sale/failure.h"
 #include "till/sale/registrar.h"
 #include "till/sale/verdict.h"
 #include "till/text.h"
@@ -25,11 +27,6 @@ QString qrOf(const ReceiptResult& result)
     return result.fiscal ? qrText(*result.fiscal) : QString();
 }
 
-QString toTerminal(const ReceiptResult& result)
-{
-    return toText(result) + QrCode(qrOf(result)).halfBlocks();
-}
-
 QString outcomeSentence(const ReceiptResult& result)
 {
     if (!result.outcome)
@@ -48,54 +45,13 @@ QString outcomeSentence(const ReceiptResult& result)
     return Text::tr("The outcome of %1 is unknown; run again.").arg(result.id);
 }
 
-QString causeAndAdvice(const ReceiptResult& result)
-{
-    QString cause = result.error ? result.error->message.trimmed() : QString();
-    if (cause.isEmpty())
-        return result.advice;
-    // The service's own words may end like a sentence.
-    if (!u".!?…"_s.contains(cause.back()))
-        cause += u'.';
-    return cause + u' ' + result.advice;
-}
-
-ExitCode exitCodeOf(std::optional<Outcome> outcome)
-{
-    switch (outcome.value_or(Outcome::Registered)) {
-    case Outcome::Registered:
-        break;
-    case Outcome::Incomplete:
-        return ExitCode::IncompleteEvidence;
-    case Outcome::Refused:
-        return ExitCode::Refused;
-    case Outcome::Unknown:
-        return ExitCode::Unknown;
-    }
-    return ExitCode::Success;
-}
-
 } // namespace
-
-void Batch::Tally::add(std::optional<Outcome> outcome)
-{
-    switch (outcome.value_or(Outcome::Registered)) {
-    case Outcome::Registered:
-        ++good;
-        return;
-    case Outcome::Incomplete:
-        ++incomplete;
-        return;
-    case Outcome::Refused:
-        ++refused;
-        return;
-    case Outcome::Unknown:
-        ++unknown;
-    }
-}
 
 Batch::Batch(const CommandLine& line, Output& usedOutput, ObservingTransport& usedTransport)
     : command(line.command)
     , json(line.json)
+    , streams(line.streams)
+    , wantsPictures(!line.qrDir.isEmpty())
     , pictures(line.qrDir)
     , output(usedOutput)
     , transport(usedTransport)
@@ -106,6 +62,23 @@ void Batch::setCount(int receipts)
 {
     const std::scoped_lock lock(guard);
     count = receipts;
+}
+
+void Batch::expectAnother()
+{
+    const std::scoped_lock lock(guard);
+    ++count;
+}
+
+void Batch::noteAttempt(const ReceiptResult& result)
+{
+    {
+        const std::scoped_lock lock(guard);
+        current.sent = current.sent || result.sent;
+        current.uuid = result.uuid.isEmpty() ? current.uuid : result.uuid;
+    }
+    const QString cause = result.error ? result.error->message : QString();
+    Console::instance().line(Text::tr("%1: %2. Trying again.").arg(result.id, cause));
 }
 
 QString Batch::begin(const QueuedReceipt& queued)
@@ -129,8 +102,11 @@ bool Batch::finish(const ReceiptResult& result)
         step = Step::Reporting;
         current = result;
         tally.add(result.outcome);
+        hasSent = hasSent || result.sent;
         raise(exitCodeOf(result.outcome));
-        if (result.endsRun || result.outcome == Outcome::Unknown)
+        const bool isLast = streams ? result.endsRun && result.next == NextStep::Account
+                                    : result.endsRun || result.outcome == Outcome::Unknown;
+        if (isLast)
             goesOn = false;
     }
     write(result);
@@ -148,6 +124,26 @@ void Batch::stop(const Error& error)
         raise(exitCodeOf(error.problem()));
     }
     Console::instance().line(error.message());
+    if (json)
+        output.write(toJsonLine(failureOf(error, hasSent)));
+}
+
+bool Batch::skip(const QueuedReceipt& queued)
+{
+    ReceiptResult result;
+    result.file = queued.file;
+    result.line = queued.line;
+    result.id = queued.receipt.id();
+    result.outcome = Outcome::Unknown;
+    result.next = NextStep::Rerun;
+    result.error = ErrorInfo{{}, std::nullopt, Text::tr("Not sent: the run ended before it")};
+    return output.write(toJsonLine(result));
+}
+
+int Batch::doneCount()
+{
+    const std::scoped_lock lock(guard);
+    return tally.done();
 }
 
 ExitCode Batch::end()
@@ -165,8 +161,14 @@ void Batch::interrupt()
     const std::scoped_lock lock(guard);
     const auto held = transport.hold();
     const bool isLastDone = step == Step::BetweenReceipts && count > 0 && tally.done() == count;
-    if (step == Step::Ended || isLastDone)
+    if (step == Step::Ended || (isLastDone && !streams))
         return;
+    if (isLastDone) {
+        // Between two receipts of a stream, nothing is lost.
+        Console::instance().line(Text::tr("Interrupted."));
+        summarize();
+        endInterrupted(status);
+    }
     raise(ExitCode::Unknown);
     goesOn = false;
     Console::instance().dropStatus();
@@ -180,7 +182,8 @@ void Batch::interrupt()
 
 SaleVerdict Batch::judged() const
 {
-    return isSell() ? judgeSale(transport.seen(), facts, false) : judgeSending(transport.seen(), false);
+    return isSell() ? judgeSale(transport.seen(), facts, false)
+                    : judgeSending(transport.seen(), facts.id, false);
 }
 
 // Whether the service's final answer is there, and the driver is about to return with it.
@@ -206,7 +209,7 @@ QString Batch::whatIsKnown() const
         return Text::tr("%1 was given to the register, its outcome is unknown; look at the register's last "
                         "documents.")
             .arg(current.id);
-    if (transport.seen().receiptSent)
+    if (current.sent || transport.seen().receiptSent)
         return Text::tr(
             "%1 was sent, its outcome is unknown; run again: the service does not register an id twice.")
             .arg(current.id);
@@ -223,32 +226,33 @@ void Batch::giveUpReceipt()
     if (step != Step::Working)
         return;
     const WireRecord& seen = transport.seen();
-    current.uuid = seen.registration.uuid;
+    if (!seen.registration.uuid.isEmpty())
+        current.uuid = seen.registration.uuid;
     current.outcome = Outcome::Unknown;
+    current.sent = current.sent || seen.receiptSent;
+    current.next = seen.isLocal ? NextStep::None : NextStep::Rerun;
     current.error = ErrorInfo{{}, std::nullopt,
-        seen.isLocal       ? Text::tr("Interrupted while waiting for the register")
-        : seen.receiptSent ? Text::tr("Interrupted while waiting for the service")
-                           : Text::tr("Interrupted before it was sent")};
-    if (seen.receiptSent)
+        seen.isLocal   ? Text::tr("Interrupted while waiting for the register")
+        : current.sent ? Text::tr("Interrupted while waiting for the service")
+                       : Text::tr("Interrupted before it was sent")};
+    if (current.sent)
         ++tally.unknown;
     write(current);
 }
 
 void Batch::write(const ReceiptResult& result)
 {
-    const QByteArray text = json                  ? toJsonLine(result)
-                            : output.isTerminal() ? toTerminal(result).toUtf8()
-                                                  : toText(result).toUtf8();
-    // An outcome is never lost: where the output does not accept it, it goes to the console.
-    if (!output.write(text))
-        Console::instance().lines(QString::fromUtf8(text).trimmed());
-    if (!result.advice.isEmpty())
-        Console::instance().line(u"%1: %2"_s.arg(result.id, causeAndAdvice(result)));
+    report(result, json, output);
 }
 
 void Batch::writePicture(const ReceiptResult& result)
 {
-    const QString failure = pictures.write(result.id, qrOf(result));
+    QString failure = pictures.write(result.id, qrOf(result));
+    if (wantsPictures && result.fiscal && qrOf(result).isEmpty())
+        failure =
+            Text::tr("%1: there is no picture of the QR code, because the service's answer has no valid "
+                     "time. The receipt is registered.")
+                .arg(result.id);
     if (failure.isEmpty())
         return;
     {
@@ -258,8 +262,10 @@ void Batch::writePicture(const ReceiptResult& result)
     Console::instance().line(failure);
 }
 
-void Batch::summarize() const
+void Batch::summarize()
 {
+    if (json)
+        output.write(toJsonLine(tally, isSell() ? u"registered"_s : u"accepted"_s, count, status));
     if (count > 1) {
         const QString text = isSell() ? Text::tr("Receipts: %1. Registered: %2, refused: %3, unknown: %4.")
                                       : Text::tr("Receipts: %1. Accepted: %2, refused: %3, unknown: %4.");

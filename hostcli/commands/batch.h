@@ -4,6 +4,7 @@
 #include "hostcli/failure.h"
 #include "hostcli/terminal/output.h"
 #include "hostcli/terminal/qrpictures.h"
+#include "hostcli/terminal/runreport.h"
 #include "till/receipts/receiptqueue.h"
 #include "till/sale/result.h"
 
@@ -25,13 +26,21 @@ public:
 
     /// All receipts have been checked, `receipts` of them.
     void setCount(int receipts);
+    /// One more receipt has arrived.
+    void expectAnother();
 
     /// Work on a receipt begins. Returns the status line to show meanwhile.
     [[nodiscard]] QString begin(const till::QueuedReceipt& queued);
+    /// An attempt at it did not settle its outcome, and another one follows.
+    void noteAttempt(const till::ReceiptResult& result);
     /// Its result is known: writes it. Returns whether the run goes on.
     [[nodiscard]] bool finish(const till::ReceiptResult& result);
     /// The run cannot go on; what is left is not sent.
     void stop(const till::Error& error);
+    /// A receipt that the run does not reach any more. Returns whether to tell of the next one, too.
+    [[nodiscard]] bool skip(const till::QueuedReceipt& queued);
+    /// How many receipts have a result.
+    [[nodiscard]] int doneCount();
     /// Writes the summary; returns the exit status of the run.
     [[nodiscard]] ExitCode end();
 
@@ -50,17 +59,6 @@ private:
         Ended,
     };
 
-    struct Tally
-    {
-        int good = 0;
-        int incomplete = 0;
-        int refused = 0;
-        int unknown = 0;
-
-        [[nodiscard]] int done() const { return good + incomplete + refused + unknown; }
-        void add(std::optional<till::Outcome> outcome);
-    };
-
     [[nodiscard]] bool isSell() const { return command == Command::Sell; }
     [[nodiscard]] till::SaleVerdict judged() const;
     [[nodiscard]] bool hasAnswer() const;
@@ -69,10 +67,12 @@ private:
     void giveUpReceipt();
     void write(const till::ReceiptResult& result);
     void writePicture(const till::ReceiptResult& result);
-    void summarize() const;
+    void summarize();
 
     const Command command;
     const bool json;
+    const bool streams;
+    const bool wantsPictures;
     const QrPictures pictures;
     Output& output;
     till::ObservingTransport& transport;
@@ -86,6 +86,7 @@ private:
     till::ReceiptFacts facts;
     ExitCode status = ExitCode::Success;
     bool goesOn = true;
+    bool hasSent = false;
 };
 
 } // namespace frhost

@@ -2,9 +2,12 @@
 
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/interruption.h"
+#include "hostcli/terminal/resultreport.h"
+#include "hostcli/terminal/runreport.h"
 #include "till/text.h"
 
-using till::Text;
+using namespace Qt::Literals::StringLiterals;
+using namespace till;
 
 namespace frhost {
 
@@ -29,6 +32,10 @@ ExitCode dispatch(const CommandLine& line, Output& output)
         const OnInterruption interruption(&sayInterruptedAndEnd);
         return info(line, output);
     }
+    case Command::Collect: {
+        const OnInterruption interruption(&sayInterruptedAndEnd);
+        return collect(line, output);
+    }
     case Command::Explain:
         leaveInterruptionsToTheSystem();
         return explain(line, output);
@@ -39,7 +46,51 @@ ExitCode dispatch(const CommandLine& line, Output& output)
     return compose(line, output);
 }
 
+NextStep nextStepAfter(ExitCode code)
+{
+    switch (code) {
+    case ExitCode::LocalFailure:
+        return NextStep::Account;
+    case ExitCode::WrongReceipt:
+    case ExitCode::Refused:
+        return NextStep::Correct;
+    default:
+        return NextStep::Rerun;
+    }
+}
+
+void writeFailure(const CommandLine& line, Output& output, const RunFailure& failure, ExitCode code)
+{
+    if (!line.json)
+        return;
+    output.write(toJsonLine(failure));
+    if (line.command == Command::Sell || line.command == Command::Collect)
+        output.write(toJsonLine(Tally(), u"registered"_s, static_cast<int>(line.uuids.size()), code));
+    if (line.command == Command::Send)
+        output.write(toJsonLine(Tally(), u"accepted"_s, 0, code));
+}
+
 } // namespace
+
+ExitCode reportFailure(const CommandLine& line, Output& output, const Failure& failure)
+{
+    Console::instance().line(failure.message(), Urgency::Error);
+    writeFailure(line, output, {{{}, std::nullopt, failure.message()}, false, nextStepAfter(failure.code())},
+        failure.code());
+    return failure.code();
+}
+
+ExitCode reportFailure(const CommandLine& line, Output& output, const Error& error)
+{
+    // One line for each wrong receipt; any other message may quote the service.
+    if (error.problem() == Problem::Receipt)
+        Console::instance().lines(error.message(), Urgency::Error);
+    else
+        Console::instance().line(error.message(), Urgency::Error);
+    const ExitCode code = exitCodeOf(error.problem());
+    writeFailure(line, output, failureOf(error, false), code);
+    return code;
+}
 
 ExitCode run(const CommandLine& line, Output& output)
 {

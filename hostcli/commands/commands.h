@@ -15,7 +15,12 @@ namespace frhost {
 [[nodiscard]] ExitCode submit(const CommandLine& line, Output& output);
 [[nodiscard]] ExitCode info(const CommandLine& line, Output& output);
 [[nodiscard]] ExitCode compose(const CommandLine& line, Output& output);
+[[nodiscard]] ExitCode collect(const CommandLine& line, Output& output);
 [[nodiscard]] ExitCode explain(const CommandLine& line, Output& output);
+
+/// Reports what kept a command from its work; returns the exit status for it.
+[[nodiscard]] ExitCode reportFailure(const CommandLine& line, Output& output, const Failure& failure);
+[[nodiscard]] ExitCode reportFailure(const CommandLine& line, Output& output, const till::Error& error);
 
 /// Carries out the command; a failed output is an error of its own.
 [[nodiscard]] ExitCode run(const CommandLine& line, Output& output);

@@ -27,7 +27,7 @@ ExitCode compose(const CommandLine& line, Output& output)
     LoadedRegister fiscalRegister(pluginOf(line));
     setUp(fiscalRegister, config);
     VposFrDriver& service = fiscalRegister.service();
-    ReceiptQueue queue(line.files);
+    ReceiptQueue queue(line.files, limitChecksOf(line));
     bool isRefused = false;
     const auto handle = [&](const QueuedReceipt& queued) {
         const auto error = attempt([&] {

@@ -10,7 +10,6 @@
 
 #include <QJsonDocument>
 
-#include <algorithm>
 #include <tuple>
 
 using namespace till;
@@ -18,23 +17,9 @@ namespace secrets = hostruntime::secrets;
 
 namespace frhost {
 
-namespace {
-
-// The identifier becomes part of the address that is asked.
-bool isPlain(const QString& uuid)
-{
-    return !uuid.isEmpty() && std::all_of(uuid.begin(), uuid.end(), [](QChar c) {
-        return (c.unicode() < 0x80 && c.isLetterOrNumber()) || c == u'-' || c == u'_';
-    });
-}
-
-} // namespace
-
 ExitCode info(const CommandLine& line, Output& output)
 {
-    if (!isPlain(line.uuid))
-        throw Failure(
-            ExitCode::LocalFailure, Text::tr("\"%1\" is not the identifier of a document").arg(line.uuid));
+    requireUuid(line.uuid);
     Session session(serviceConfigOf(line), pluginOf(line));
     VposFrDriver& service = session.fiscalRegister().service();
     session.connect();

@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 using namespace till;
 
@@ -115,6 +117,21 @@ std::unique_ptr<Journal> journalOf(const CommandLine& line)
         throw Failure(ExitCode::LocalFailure,
             error.message() + u' ' + Text::tr("Nothing was sent.") + u' ' + waysOut());
     }
+}
+
+void requireUuid(const QString& uuid)
+{
+    const auto isPlain = [](QChar c) {
+        return (c.unicode() < 0x80 && c.isLetterOrNumber()) || c == u'-' || c == u'_';
+    };
+    if (uuid.isEmpty() || !std::all_of(uuid.begin(), uuid.end(), isPlain))
+        throw Failure(
+            ExitCode::LocalFailure, Text::tr("\"%1\" is not the identifier of a document").arg(uuid));
+}
+
+LimitChecks limitChecksOf(const CommandLine& line)
+{
+    return {line.strict, [](const QString& warning) { Console::instance().line(warning); }};
 }
 
 Error explained(const JournalError& error)

@@ -5,6 +5,7 @@
 #include "till/device/plugindiscovery.h"
 #include "till/journal/journal.h"
 #include "till/journal/journalerror.h"
+#include "till/receipts/receiptqueue.h"
 
 #include <memory>
 
@@ -33,6 +34,13 @@ namespace frhost {
 
 /// The journal that the command line asks for; null for none. Throws Failure when it cannot be used.
 [[nodiscard]] std::unique_ptr<till::Journal> journalOf(const CommandLine& line);
+
+/// Throws Failure unless this may be the identifier of a document: it becomes part of the address that is
+/// asked.
+void requireUuid(const QString& uuid);
+
+/// The checks of a run's receipts that the command line asks for; warnings go to the console.
+[[nodiscard]] till::LimitChecks limitChecksOf(const CommandLine& line);
 
 /// An error of the journal with what the user can do about it.
 [[nodiscard]] till::Error explained(const till::JournalError& error);

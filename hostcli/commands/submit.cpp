@@ -5,12 +5,18 @@
 #include "hostcli/terminal/interruption.h"
 #include "till/error.h"
 #include "till/local/localregistrar.h"
+#include "till/receipts/receiptstream.h"
+#include "till/receipts/servicelimits.h"
 #include "till/sale/registrar.h"
+#include "till/sale/retries.h"
 #include "till/sale/salejournal.h"
 #include "till/sale/session.h"
 
+#include <optional>
 #include <tuple>
+#include <unistd.h>
 
+using namespace Qt::Literals::StringLiterals;
 using namespace till;
 
 namespace frhost {
@@ -50,6 +56,143 @@ private:
     LocalRegistrar local;
 };
 
+// One run of `sell` or `send`.
+class Run
+{
+public:
+    Run(const CommandLine& commandLine, Session& usedSession, Batch& usedBatch, SaleJournal& usedJournal)
+        : line(commandLine)
+        , batch(usedBatch)
+        , journal(usedJournal)
+        , seller(commandLine.command, usedSession, usedJournal)
+    {
+        connect(usedSession);
+    }
+
+    // Returns whether to hand over the next receipt.
+    bool handle(const QueuedReceipt& queued)
+    {
+        if (!goesOn)
+            return batch.skip(queued);
+        const int done = batch.doneCount();
+        try {
+            goesOn = settled(queued);
+        } catch (const JournalError& error) {
+            batch.stop(explained(error));
+            goesOn = false;
+            if (line.json && batch.doneCount() == done)
+                return batch.skip(queued);
+        }
+        // Each of the others gets its line.
+        return goesOn || (line.json && !line.streams);
+    }
+
+    bool refuse(const QueuedReceipt& queued, const ReceiptProblem& problem)
+    {
+        std::ignore = batch.begin(queued);
+        ReceiptResult result;
+        result.file = queued.file;
+        result.line = queued.line;
+        result.id = queued.receipt.id();
+        result.outcome = Outcome::Refused;
+        result.next = NextStep::Correct;
+        result.error = ErrorInfo{{}, std::nullopt,
+            problem.pointer.isEmpty() ? problem.rule : u"%1: %2"_s.arg(problem.pointer, problem.rule)};
+        result.advice = conclusionOf(SaleVerdict::Refused).advice;
+        return batch.finish(result);
+    }
+
+    [[nodiscard]] bool isGoingOn() const { return goesOn; }
+
+private:
+    // In JSON, a service that cannot be used is reported for each receipt, too.
+    void connect(Session& session)
+    {
+        Retries retries(line.retryFor);
+        for (bool tries = true; tries;) {
+            try {
+                session.connect();
+                return;
+            } catch (const Error& error) {
+                tries = error.problem() == Problem::Connection && retries.again();
+                if (!tries && !line.json)
+                    throw;
+                if (!tries)
+                    batch.stop(error);
+            }
+        }
+        goesOn = false;
+    }
+
+    bool settled(const QueuedReceipt& queued)
+    {
+        const QString status = batch.begin(queued);
+        const auto attempt = [&] {
+            journal.begin(queued);
+            const ShownStatus shown(status);
+            return journal.concluded(seller.carryOut(queued));
+        };
+        Retries retries(line.retryFor);
+        const bool continues = batch.finish(
+            repeated(retries, attempt, [this](const ReceiptResult& result) { batch.noteAttempt(result); }));
+        journal.check();
+        return continues;
+    }
+
+    const CommandLine& line;
+    Batch& batch;
+    SaleJournal& journal;
+    Seller seller;
+    bool goesOn = true;
+};
+
+void handleQueue(ReceiptQueue& queue, Run& run, Batch& batch)
+{
+    try {
+        queue.forEach([&](const QueuedReceipt& queued) { return run.handle(queued); });
+    } catch (const Error& error) {
+        batch.stop(error);
+    }
+}
+
+// Whatever is wrong with a receipt concerns it alone.
+bool handleStreamed(const CommandLine& line, const ReceiptParser& parser, const RawReceipt& raw, Run& run)
+{
+    QueuedReceipt queued;
+    queued.file = u"-"_s;
+    queued.line = raw.line;
+    const auto parsed = parser.parse(raw.text);
+    if (const auto* problem = std::get_if<ReceiptProblem>(&parsed))
+        return run.refuse(queued, *problem);
+    const auto& json = std::get<QJsonObject>(parsed);
+    queued.receipt = toReceipt(json);
+    for (const ReceiptProblem& problem : beyondServiceLimits(json)) {
+        if (line.strict)
+            return run.refuse(queued, problem);
+        limitChecksOf(line).warn(
+            u"-:%1: %2: %3"_s.arg(QString::number(raw.line), problem.pointer, problem.rule));
+    }
+    return run.handle(queued);
+}
+
+void handleStream(const CommandLine& line, Run& run, Batch& batch)
+{
+    const ReceiptParser parser;
+    ReceiptStream stream(STDIN_FILENO);
+    try {
+        while (run.isGoingOn()) {
+            const auto raw = stream.next();
+            if (!raw)
+                return;
+            batch.expectAnother();
+            if (!handleStreamed(line, parser, *raw, run))
+                return;
+        }
+    } catch (const Error& error) {
+        batch.stop(error);
+    }
+}
+
 } // namespace
 
 ExitCode submit(const CommandLine& line, Output& output)
@@ -60,30 +203,18 @@ ExitCode submit(const CommandLine& line, Output& output)
         std::ignore = session.fiscalRegister().service();
     Batch batch(line, output, session.transport());
     const OnInterruption interruption([&] { batch.interrupt(); });
-    ReceiptQueue queue(line.files);
-    batch.setCount(queue.count());
+    std::optional<ReceiptQueue> queue;
+    if (!line.streams) {
+        queue.emplace(line.files, limitChecksOf(line));
+        batch.setCount(queue->count());
+    }
     const std::unique_ptr<Journal> journal = journalOf(line);
     SaleJournal kept(journal.get(), session.transport(), &warn);
-    session.connect();
-    Seller seller(line.command, session, kept);
-    const auto handle = [&](const QueuedReceipt& queued) {
-        const QString status = batch.begin(queued);
-        kept.begin(queued);
-        const ReceiptResult result = [&] {
-            const ShownStatus shown(status);
-            return kept.concluded(seller.carryOut(queued));
-        }();
-        const bool goesOn = batch.finish(result);
-        kept.check();
-        return goesOn;
-    };
-    try {
-        queue.forEach(handle);
-    } catch (const JournalError& error) {
-        batch.stop(explained(error));
-    } catch (const Error& error) {
-        batch.stop(error);
-    }
+    Run run(line, session, batch, kept);
+    if (queue)
+        handleQueue(*queue, run, batch);
+    else
+        handleStream(line, run, batch);
     return batch.end();
 }
 

@@ -43,8 +43,15 @@ QJsonObject errorJson(const ErrorInfo& error)
     put(json, "type", error.type);
     if (error.code)
         json.insert("code"_L1, static_cast<int>(*error.code));
-    put(json, "message", error.message);
+    json.insert("message"_L1, error.message);
+    put(json, "detail", error.detail);
+    put(json, "errorId", error.errorId);
     return json;
+}
+
+QByteArray lineOf(const QJsonObject& json)
+{
+    return printableJson(QJsonDocument(json).toJson(QJsonDocument::Compact)) + '\n';
 }
 
 QString outcomeText(const ReceiptResult& result)
@@ -127,6 +134,13 @@ QString outcomeName(Outcome outcome)
     return u"unknown"_s;
 }
 
+QString nameOf(const ReceiptResult& result)
+{
+    if (!result.id.isEmpty())
+        return result.id;
+    return result.uuid.isEmpty() ? u"%1:%2"_s.arg(result.file, QString::number(result.line)) : result.uuid;
+}
+
 QByteArray toJsonLine(const ReceiptResult& result)
 {
     QJsonObject json;
@@ -147,7 +161,15 @@ QByteArray toJsonLine(const ReceiptResult& result)
     put(json, "receiptUrl", result.receiptUrl);
     if (result.error)
         json.insert("error"_L1, errorJson(*result.error));
-    return printableJson(QJsonDocument(json).toJson(QJsonDocument::Compact)) + '\n';
+    json.insert("sent"_L1, result.sent);
+    put(json, "next", nextStepName(result.next));
+    return lineOf(json);
+}
+
+QByteArray toJsonLine(const RunFailure& failure)
+{
+    return lineOf({{u"failure"_s, errorJson(failure.error)}, {u"sent"_s, failure.sent},
+        {u"next"_s, nextStepName(failure.next)}});
 }
 
 QString toText(const ReceiptResult& result)
@@ -159,6 +181,10 @@ QString toText(const ReceiptResult& result)
     };
     if (result.error)
         row(Text::tr("Cause"), errorText(*result.error));
+    if (result.error && result.error->detail != result.error->message)
+        row(Text::tr("The service says"), result.error->detail);
+    if (result.error)
+        row(Text::tr("Identifier of the error"), result.error->errorId);
     if (result.compared == Comparison::Total)
         row(Text::tr("Compared"), Text::tr("only the total; the journal does not know the earlier receipt"));
     row(Text::tr("Evidence"), witnessText(result.witness));
@@ -176,7 +202,7 @@ QString toText(const ReceiptResult& result)
         row(Text::tr("Text of the QR code"), qrText(info));
     }
     row(Text::tr("Receipt"), result.receiptUrl);
-    return u"%1: %2\n"_s.arg(printable(result.id), outcomeText(result)) + textTable(rows, 2);
+    return u"%1: %2\n"_s.arg(printable(nameOf(result)), outcomeText(result)) + textTable(rows, 2);
 }
 
 } // namespace frhost

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "till/sale/failure.h"
 #include "till/sale/result.h"
 
 #include <QByteArray>
@@ -10,8 +11,15 @@ namespace frhost {
 /// "registered", "incomplete", "refused" or "unknown".
 [[nodiscard]] QString outcomeName(till::Outcome outcome);
 
+/// What to call the receipt: its id, its document's uuid where the id is not known, or its place in the
+/// input.
+[[nodiscard]] QString nameOf(const till::ReceiptResult& result);
+
 /// The result as one line of JSON; absent parts are left out.
 [[nodiscard]] QByteArray toJsonLine(const till::ReceiptResult& result);
+
+/// The failure of a run as one line of JSON.
+[[nodiscard]] QByteArray toJsonLine(const till::RunFailure& failure);
 
 /// The result as a short table.
 [[nodiscard]] QString toText(const till::ReceiptResult& result);

@@ -198,10 +198,6 @@
         <translation>ключ встречается в объекте дважды</translation>
     </message>
     <message>
-        <source>%1 Expected: %2.</source>
-        <translation>%1 Ожидалось: %2.</translation>
-    </message>
-    <message>
         <source>not JSON: %1</source>
         <translation>не JSON: %1</translation>
     </message>
@@ -924,6 +920,190 @@
     <message>
         <source>the driver&apos;s word, recorded in the journal</source>
         <translation>слово драйвера, записанное в журнале</translation>
+    </message>
+    <message>
+        <source>Another receipt may have been sent under this id on %1 (%2): %3</source>
+        <translation>%1 с этим id, возможно, уже отправлен другой чек (%2): %3</translation>
+    </message>
+    <message>
+        <source>%1 has the same content as %2, which may have been sent on %3 (%4) and is not proven to be registered. If both are the same sale, it may be registered twice; running %2 again shows its outcome.</source>
+        <translation>У %1 то же содержимое, что у %2: тот, возможно, отправлен %3 (%4), и его регистрация не доказана. Если это одна и та же продажа, она может быть зарегистрирована дважды; что стало с %2, покажет его повторная отправка.</translation>
+    </message>
+    <message>
+        <source>Not sent: the run ended before it</source>
+        <translation>Не отправлен: до этого чека работа не дошла</translation>
+    </message>
+    <message>
+        <source>%1: there is no picture of the QR code, because the service&apos;s answer has no valid time. The receipt is registered.</source>
+        <translation>%1: картинки QR-кода нет, потому что в ответе сервиса нет правильного времени. Чек зарегистрирован.</translation>
+    </message>
+    <message>
+        <source>The service says</source>
+        <translation>Пояснение сервиса</translation>
+    </message>
+    <message>
+        <source>Identifier of the error</source>
+        <translation>Идентификатор ошибки</translation>
+    </message>
+    <message>
+        <source>the receipt</source>
+        <translation>чек</translation>
+    </message>
+    <message>
+        <source>this</source>
+        <translation>здесь</translation>
+    </message>
+    <message>
+        <source>%1. Expected: %2</source>
+        <translation>%1. Ожидается: %2</translation>
+    </message>
+    <message>
+        <source>%1. The service may refuse the receipt.</source>
+        <translation>%1. Сервис может не принять чек.</translation>
+    </message>
+    <message>
+        <source>a number</source>
+        <translation>число</translation>
+    </message>
+    <message>
+        <source>a number, without quotes</source>
+        <translation>число без кавычек</translation>
+    </message>
+    <message>
+        <source>a whole number</source>
+        <translation>целое число</translation>
+    </message>
+    <message>
+        <source>a whole number, without quotes</source>
+        <translation>целое число без кавычек</translation>
+    </message>
+    <message>
+        <source>true or false</source>
+        <translation>true или false</translation>
+    </message>
+    <message>
+        <source>true or false, without quotes</source>
+        <translation>true или false без кавычек</translation>
+    </message>
+    <message>
+        <source>a text in quotes</source>
+        <translation>текст в кавычках</translation>
+    </message>
+    <message>
+        <source>a list in square brackets</source>
+        <translation>список в квадратных скобках</translation>
+    </message>
+    <message>
+        <source>an object in curly brackets</source>
+        <translation>объект в фигурных скобках</translation>
+    </message>
+    <message>
+        <source>%1 must be %2</source>
+        <translation>%1: нужно %2</translation>
+    </message>
+    <message>
+        <source> or </source>
+        <translation> или </translation>
+    </message>
+    <message>
+        <source>a requisite must have a tag and either a value or members</source>
+        <translation>в реквизите нужны tag и либо value, либо members</translation>
+    </message>
+    <message>
+        <source>the key &quot;%1&quot; is missing</source>
+        <translation>нет ключа «%1»</translation>
+    </message>
+    <message>
+        <source>%1 must be at least %2</source>
+        <translation>%1: не меньше %2</translation>
+    </message>
+    <message>
+        <source>%1 must be at most %2</source>
+        <translation>%1: не больше %2</translation>
+    </message>
+    <message>
+        <source>%1 must not be empty</source>
+        <translation>%1: не должно быть пусто</translation>
+    </message>
+    <message>
+        <source>the buyer&apos;s telephone or e-mail is missing: a requisite with the tag 1008 and a value</source>
+        <translation>нет телефона или электронного адреса покупателя: реквизита с tag 1008 и значением</translation>
+    </message>
+    <message>
+        <source>the payments are %1 and the lines %2; the service accepts a difference of at most 0.99</source>
+        <translation>оплата %1, позиции %2; сервис допускает разницу не больше 0.99</translation>
+    </message>
+    <message>
+        <source>the service does not accept an empty text</source>
+        <translation>сервис не принимает пустой текст</translation>
+    </message>
+    <message>
+        <source>the service accepts at most %1 characters</source>
+        <translation>сервис принимает не больше %1 символов</translation>
+    </message>
+    <message>
+        <source>the service accepts 1 to %1</source>
+        <translation>сервис принимает от 1 до %1</translation>
+    </message>
+    <message>
+        <source>the service accepts 0 to %1</source>
+        <translation>сервис принимает от 0 до %1</translation>
+    </message>
+    <message>
+        <source>the service accepts two decimals</source>
+        <translation>сервис принимает два знака после точки</translation>
+    </message>
+    <message>
+        <source>the service accepts more than 0 and at most 99999.999</source>
+        <translation>сервис принимает больше 0 и не больше 99999.999</translation>
+    </message>
+    <message>
+        <source>the service accepts three decimals</source>
+        <translation>сервис принимает три знака после точки</translation>
+    </message>
+    <message>
+        <source>less the discount it is %1, but price times quantity is %2</source>
+        <translation>за вычетом скидки %1, а цена, умноженная на количество, — %2</translation>
+    </message>
+    <message>
+        <source>Refuse receipts that go beyond the limits of the service, instead of warning</source>
+        <translation>Не принимать чеки, выходящие за ограничения сервиса, вместо предупреждения</translation>
+    </message>
+    <message>
+        <source>Ask again later with the same command: it sends nothing.</source>
+        <translation>Запросите позже той же командой: она ничего не отправляет.</translation>
+    </message>
+    <message>
+        <source>Wait for documents that were sent, and show their fiscal results</source>
+        <translation>Дождаться отправленных документов и показать фискальные данные</translation>
+    </message>
+    <message>
+        <source>Try a receipt again for so long where its outcome is unknown: 30s, 10m, 1h</source>
+        <translation>Сколько времени повторять чек, результат которого неизвестен: 30s, 10m, 1h</translation>
+    </message>
+    <message>
+        <source>the time is a number with s, m or h</source>
+        <translation>время — это число с s, m или h</translation>
+    </message>
+    <message>
+        <source>Take receipts from standard input one by one as they come, and answer each at once</source>
+        <translation>Принимать чеки со стандартного ввода по одному и отвечать на каждый сразу</translation>
+    </message>
+    <message>
+        <source>The service&apos;s identifiers of the documents</source>
+        <translation>Идентификаторы документов у сервиса</translation>
+    </message>
+    <message>
+        <source>--stream reads standard input: its only FILE is -</source>
+        <translation>--stream читает стандартный ввод: единственный файл — -</translation>
+    </message>
+    <message>
+        <source>%1: %2. Trying again.</source>
+        <translation>%1: %2. Повторная попытка.</translation>
+    </message>
+    <message>
+        <source>Check the uuid and groupCode: the service knows a uuid for 32 days, and in its group alone.</source>
+        <translation>Проверьте uuid и groupCode: сервис помнит uuid 32 дня, и только в своей группе.</translation>
     </message>
     <message>
         <source>Evidence</source>

@@ -57,6 +57,10 @@ TEST(Batch, StopsAfterAnUnknownOutcome)
         (QStringList{u"r1 registered"_s, u"r2 registered"_s, u"r3 unknown"_s}));
     EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Running the same file again is safe"));
     EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Receipts not sent: 2."));
+    EXPECT_EQ(stopped.unreached(), (QStringList{u"r4"_s, u"r5"_s}));
+    EXPECT_EQ(stopped.lineWith(u"summary"_s).value(u"summary"_s).toObject(),
+        (QJsonObject{{u"receipts"_s, 5}, {u"registered"_s, 2}, {u"incomplete"_s, 0}, {u"refused"_s, 0},
+            {u"unknown"_s, 1}, {u"notSent"_s, 2}, {u"exitStatus"_s, 4}}));
 
     const Ran again = shop.frhost({u"sell"_s, file});
     EXPECT_EQ(again.exitCode, 0);

@@ -76,15 +76,30 @@ TEST(Compose, NeedsNoConfigurationAndSendsNothing)
     EXPECT_EQ(composed.err, QString());
 }
 
-TEST(Compose, ContinuesAfterAReceiptThatTheDriverRefuses)
+// Without a check of ours, the driver would refuse the first and send the second as something else.
+TEST(Compose, RefusesWhatTheDriverWouldRefuseOrChange)
 {
-    const Ran composed = run(frhostProgram(), {u"compose"_s, u"-"_s},
-        R"({"id":"a","positions":[],"payments":[]})"
-        "\n" +
-            receiptLine(u"b"_s));
-    EXPECT_EQ(composed.exitCode, 3);
-    EXPECT_EQ(composed.columns({u"external_id"_s}), QStringList{u"b"_s});
-    EXPECT_EQ(composed.err, u"-:1: Требуется телефон или электронный адрес покупателя\n"_s);
+    const QByteArray noBuyer = receiptLine(u"a"_s).replace("1008", "1117");
+    const QByteArray unknownTax = receiptLine(u"b"_s).replace("\"taxCode\":1", "\"taxCode\":22");
+    const Ran composed = run(frhostProgram(), {u"compose"_s, u"-"_s}, noBuyer + unknownTax);
+    EXPECT_EQ(composed.exitCode, 2);
+    EXPECT_EQ(composed.out, QString());
+    EXPECT_THAT(composed.err.toStdString(),
+        HasSubstr("-:1: /requisites: the buyer's telephone or e-mail is missing"));
+    EXPECT_THAT(composed.err.toStdString(),
+        HasSubstr("-:2: /positions/0/taxCode: taxCode must be at most 5. Expected: "));
+}
+
+TEST(Compose, WarnsOfTheLimitsOfTheServiceUnlessItIsStrict)
+{
+    const QByteArray odd = receiptLine(u"a"_s).replace("\"quantity\":1", "\"quantity\":1.0001");
+    const Ran warned = run(frhostProgram(), {u"compose"_s, u"-"_s}, odd);
+    EXPECT_EQ(warned.exitCode, 0);
+    EXPECT_THAT(warned.err.toStdString(),
+        HasSubstr("-:1: /positions/0/quantity: the service accepts three decimals. "));
+    const Ran refused = run(frhostProgram(), {u"compose"_s, u"--strict"_s, u"-"_s}, odd);
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_EQ(refused.out, QString());
 }
 
 TEST(Configuration, IsNeededToReachTheService)

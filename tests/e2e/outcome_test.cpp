@@ -111,6 +111,8 @@ const Row rows[] = {
         R"({"uuid":"u-2","external_id":"r1","status":"done","error":null,"payload":{"total":160,
         "fn_number":"9999078900006364","fiscal_document_number":29414,"fiscal_document_attribute":1}})",
         "unknown", 4, safe},
+    {"FailedWithoutADocument", 200, accepted, R"({"status":"fail","error":null,"payload":null})", "unknown",
+        4, safe},
     {"LostByTheService", 200, accepted,
         R"({"status":"fail","error":{"error_id":"e","code":30,"text":"t","type":"system"}})", "unknown", 4,
         safe},
@@ -159,8 +161,10 @@ TEST(FailedDocument, IsReportedInTheWordsOfTheRegister)
     for (const char* registration : {accepted, known}) {
         const Ran sold = sellAt({"", 200, registration, failed, "", 0, ""});
         EXPECT_EQ(sold.lines().value(0).value(u"error"_s).toObject(),
-            (QJsonObject{{u"code"_s, 12}, {u"message"_s, u"Нет бумаги"_s},
-                {u"type"_s, u"FrWorkWithServiceException"_s}}));
+            (QJsonObject{{u"code"_s, 12}, {u"message"_s, u"Нет бумаги"_s}, {u"detail"_s, u"Нет бумаги"_s},
+                {u"errorId"_s, u"e"_s}, {u"type"_s, u"FrWorkWithServiceException"_s}}));
+        EXPECT_EQ(sold.lines().value(0).value(u"next"_s).toString(), u"new-id"_s);
+        EXPECT_EQ(sold.lines().value(0).value(u"sent"_s), QJsonValue(true));
     }
 }
 

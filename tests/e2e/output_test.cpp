@@ -23,7 +23,8 @@ TEST_F(StandardOutput, LosesNoOutcomeWhenItIsFull)
     const QString file = shop.receipts({u"r1"_s, u"r2"_s, u"r3"_s});
     const Ran sold = Running(frhostProgram(), shop.arguments({u"sell"_s, file}), u"/dev/full"_s).end();
     EXPECT_EQ(sold.exitCode, 1);
-    EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("id":"r1","line":1,"outcome":"registered")"));
+    EXPECT_THAT(
+        sold.err.toStdString(), HasSubstr(R"("id":"r1","line":1,"next":"none","outcome":"registered")"));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Standard output: "));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Receipts not sent: 2."));
     const Ran again = shop.frhost({u"sell"_s, file});
@@ -58,7 +59,8 @@ TEST_F(StandardOutput, ThatExceedsTheLargestSizeOfAFileLosesNoOutcome)
                          u"sh"_s, full, frhostProgram()} +
                          shop.arguments({u"sell"_s, file}));
     EXPECT_EQ(sold.exitCode, 1);
-    EXPECT_THAT(sold.err.toStdString(), HasSubstr(R"("id":"r1","line":1,"outcome":"registered")"));
+    EXPECT_THAT(
+        sold.err.toStdString(), HasSubstr(R"("id":"r1","line":1,"next":"none","outcome":"registered")"));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Standard output: File too large"));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Receipts not sent: 1."));
 }

@@ -126,25 +126,17 @@ TEST_F(Sale, UnderTheIdOfAnotherReceiptIsRefused)
 TEST_F(Sale, ContinuesAfterARefusedReceipt)
 {
     const QByteArray wrong = receiptLine(u"refused-2"_s).replace("\"sum\":160.00}]", "\"sum\":100.00}]");
-    const QByteArray noBuyer = R"({"id":"refused-3","positions":[],"payments":[]})"
-                               "\n";
-    const QByteArray refund = R"({"id":"refused-4","documentType":1,"positions":[],"payments":[]})"
-                              "\n";
-    const Ran sold = shop.frhost({u"sell"_s, u"-"_s},
-        receiptLine(u"refused-1"_s) + wrong + noBuyer + refund + receiptLine(u"refused-5"_s));
+    const Ran sold =
+        shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"refused-1"_s) + wrong + receiptLine(u"refused-3"_s));
     EXPECT_EQ(sold.exitCode, 3);
     EXPECT_EQ(sold.columns(outcome),
-        (QStringList{u"refused-1 registered"_s, u"refused-2 refused"_s, u"refused-3 refused"_s,
-            u"refused-4 refused"_s, u"refused-5 registered"_s}));
-    QList<QJsonObject> errors;
-    for (const QJsonObject& line : sold.lines().sliced(1, 3))
-        errors << line.value(u"error"_s).toObject();
-    EXPECT_EQ(errors[0], (QJsonObject{{u"code"_s, 32}, {u"type"_s, u"FrWorkWithServiceException"_s},
-                             {u"message"_s, u"Некорректные данные в запросе"_s}}));
-    EXPECT_EQ(errors[1], (QJsonObject{{u"type"_s, u"FrWorkWithServiceException"_s},
-                             {u"message"_s, u"Требуется телефон или электронный адрес покупателя"_s}}));
-    EXPECT_EQ(errors[2], (QJsonObject{{u"type"_s, u"FrCommandException"_s},
-                             {u"message"_s, u"Тип чека не поддерживается ФР"_s}}));
+        (QStringList{u"refused-1 registered"_s, u"refused-2 refused"_s, u"refused-3 registered"_s}));
+    const QJsonObject error = sold.lines().value(1).value(u"error"_s).toObject();
+    EXPECT_EQ(error.value(u"code"_s).toInt(), 32);
+    EXPECT_EQ(error.value(u"message"_s).toString(), u"Некорректные данные в запросе"_s);
+    EXPECT_THAT(error.value(u"detail"_s).toString().toStdString(), HasSubstr("receipt"));
+    EXPECT_FALSE(error.value(u"errorId"_s).toString().isEmpty());
+    EXPECT_EQ(sold.lines().at(1).value(u"next"_s).toString(), u"correct"_s);
 }
 
 TEST_F(Sale, SendsNothingIfOneReceiptIsInvalid)
@@ -152,8 +144,12 @@ TEST_F(Sale, SendsNothingIfOneReceiptIsInvalid)
     const Ran sold =
         shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"nothing-1"_s) + "{\"id\":\"nothing-2\"}\n");
     EXPECT_EQ(sold.exitCode, 2);
-    EXPECT_EQ(sold.out, QString());
-    EXPECT_THAT(sold.err.toStdString(), HasSubstr("-:2: Missing required property 'payments'."));
+    EXPECT_TRUE(sold.lines().isEmpty());
+    const QJsonObject failure = sold.lineWith(u"failure"_s);
+    EXPECT_EQ(failure.value(u"next"_s).toString(), u"correct"_s);
+    EXPECT_EQ(failure.value(u"sent"_s), QJsonValue(false));
+    EXPECT_EQ(sold.lineWith(u"summary"_s).value(u"summary"_s)[u"exitStatus"].toInt(), 2);
+    EXPECT_THAT(sold.err.toStdString(), HasSubstr("-:2: the key \"requisites\" is missing"));
     EXPECT_THAT(sold.err.toStdString(), HasSubstr("Nothing was sent."));
     const Ran again = shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"nothing-1"_s));
     EXPECT_EQ(again.columns({u"outcome"_s, u"recovered"_s}), QStringList{u"registered -"_s});
@@ -164,7 +160,8 @@ TEST_F(Sale, CanBeSentFirstAndAskedAboutLater)
     const Ran sent = shop.frhost({u"send"_s, u"-"_s}, receiptLine(u"sent-1"_s));
     EXPECT_EQ(sent.exitCode, 0) << sent.err.toStdString();
     ASSERT_EQ(sent.lines().size(), 1);
-    EXPECT_EQ(sent.lines().first().keys(), (QStringList{u"file"_s, u"id"_s, u"line"_s, u"uuid"_s}));
+    EXPECT_EQ(sent.lines().first().keys(),
+        (QStringList{u"file"_s, u"id"_s, u"line"_s, u"next"_s, u"sent"_s, u"uuid"_s}));
     const QString uuid = sent.lines().first().value(u"uuid"_s).toString();
     const QStringList status{u"status"_s, u"external_id"_s};
     Ran asked = shop.frhost({u"info"_s, uuid});
@@ -174,6 +171,24 @@ TEST_F(Sale, CanBeSentFirstAndAskedAboutLater)
     EXPECT_EQ(asked.columns(status), QStringList{u"done sent-1"_s});
     const Ran again = shop.frhost({u"send"_s, u"-"_s}, receiptLine(u"sent-1"_s));
     EXPECT_EQ(again.columns({u"uuid"_s, u"recovered"_s}), QStringList{uuid + u" true"_s});
+}
+
+TEST_F(Sale, ThatWasSentCanBeCollected)
+{
+    const Ran sent = shop.frhost({u"send"_s, u"-"_s}, receiptLine(u"collected-1"_s));
+    const QString uuid = sent.lines().value(0).value(u"uuid"_s).toString();
+    const Ran collected = shop.frhost({u"collect"_s, uuid, u"no-such-document"_s});
+    EXPECT_EQ(collected.exitCode, 4);
+    const QStringList shown{u"line"_s, u"id"_s, u"uuid"_s, u"outcome"_s, u"sent"_s, u"next"_s};
+    EXPECT_EQ(collected.columns(shown), (QStringList{u"1 collected-1 %1 registered false none"_s.arg(uuid),
+                                            u"2 - no-such-document unknown false correct"_s}));
+    EXPECT_EQ(collected.lines().value(1).value(u"error"_s)[u"code"].toInt(), 30);
+    EXPECT_THAT(collected.err.toStdString(), HasSubstr("Check the uuid and groupCode"));
+    const Ran sold = shop.frhost({u"sell"_s, u"-"_s}, receiptLine(u"collected-1"_s));
+    QJsonObject fiscal = sold.lines().value(0).value(u"fiscal"_s).toObject();
+    fiscal.remove(u"taxSystem"_s);
+    EXPECT_EQ(collected.lines().value(0).value(u"fiscal"_s).toObject(), fiscal);
+    EXPECT_EQ(collected.lines().value(0).value(u"qr"_s), sold.lines().value(0).value(u"qr"_s));
 }
 
 TEST_F(Sale, CannotBeAskedAboutUnderAnUnknownUuid)
@@ -191,7 +206,11 @@ TEST_F(Sale, NeedsTheRightPassword)
     for (const QStringList& command : {QStringList{u"check"_s}, QStringList{u"sell"_s, u"-"_s}}) {
         const Ran refused = shop.frhost(command, receiptLine(u"password-1"_s));
         EXPECT_EQ(refused.exitCode, 1);
-        EXPECT_EQ(refused.out, QString());
+        EXPECT_TRUE(refused.lines().isEmpty());
+        const QJsonObject failure = refused.lineWith(u"failure"_s);
+        EXPECT_EQ(failure.value(u"next"_s).toString(), u"account"_s);
+        EXPECT_EQ(failure.value(u"failure"_s)[u"code"].toInt(), 12);
+        EXPECT_FALSE(failure.value(u"failure"_s)[u"errorId"].toString().isEmpty());
         EXPECT_THAT(refused.err.toStdString(), HasSubstr("Неверный логин или пароль"));
         EXPECT_THAT(refused.err.toStdString(), testing::Not(HasSubstr("canary")));
     }

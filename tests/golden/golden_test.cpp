@@ -65,7 +65,10 @@ bool hasContent(const QString& path, const QByteArray& content)
 
 TEST(Golden, EveryReceiptIsComposedAsExpected)
 {
-    const QStringList inputs = folder.entryList({u"*.in.json"_s}, QDir::Files, QDir::Name);
+    QStringList inputs = folder.entryList({u"*.in.json"_s}, QDir::Files, QDir::Name);
+    // What the driver makes of codes that it does not know is for composer_test.cpp alone: frhost refuses
+    // them.
+    ASSERT_TRUE(inputs.removeOne(u"unknown-codes.in.json"_s));
     ASSERT_FALSE(inputs.isEmpty());
     const QList<QByteArray> bodies = composed(inputs);
     ASSERT_EQ(bodies.size(), inputs.size());

@@ -77,6 +77,33 @@ TEST(CommandLine, TakesTheWordsOfACauseToExplain)
     EXPECT_EQ(std::get<CommandLine>(parsed({"explain", "Нет", "связи", "с ФР"})).cause, u"Нет связи с ФР"_s);
 }
 
+TEST(CommandLine, TakesTheDocumentsToCollect)
+{
+    EXPECT_EQ(
+        std::get<CommandLine>(parsed({"collect", "u-1", "u-2"})).uuids, (QStringList{u"u-1"_s, u"u-2"_s}));
+    EXPECT_TRUE(answer({"collect"}).isError);
+}
+
+TEST(CommandLine, LimitsTheTimeOfFurtherAttempts)
+{
+    using namespace std::chrono_literals;
+    const std::pair<const char*, std::chrono::seconds> times[] = {
+        {"0", 0s}, {"45", 45s}, {"30s", 30s}, {"10m", 10min}, {"1h", 1h}, {"999999h", 999999h}};
+    for (const auto& [text, time] : times)
+        EXPECT_EQ(std::get<CommandLine>(parsed({"sell", "a", "--retry-for", text})).retryFor, time) << text;
+    EXPECT_EQ(std::get<CommandLine>(parsed({"sell", "a"})).retryFor, 0s);
+    for (const char* text : {"", "h", "-1s", "1d", "1.5h", "1 h", "1000000s"})
+        EXPECT_TRUE(answer({"sell", "a", "--retry-for", text}).isError) << text;
+}
+
+TEST(CommandLine, StreamsStandardInputAlone)
+{
+    EXPECT_TRUE(std::get<CommandLine>(parsed({"send", "-", "--stream"})).streams);
+    EXPECT_FALSE(std::get<CommandLine>(parsed({"send", "-"})).streams);
+    EXPECT_TRUE(answer({"sell", "a", "--stream"}).isError);
+    EXPECT_TRUE(answer({"sell", "-", "-", "--stream"}).isError);
+}
+
 TEST(CommandLine, NamesAJournalOrNone)
 {
     for (const char* command : {"sell", "send"}) {

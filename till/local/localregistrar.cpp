@@ -86,6 +86,13 @@ bool isOfTheLine(const ErrorInfo& error)
     return error.type == "FrNoConnectionException"_L1 || error.type == "ComDriverException"_L1;
 }
 
+// Without a journal, running the file again would hand the receipt over again, so a person has to look first.
+NextStep nextStepFor(SaleVerdict verdict)
+{
+    const bool needsALook = verdict == SaleVerdict::Unknown || verdict == SaleVerdict::Incomplete;
+    return needsALook ? NextStep::None : nextStepOf(verdict, std::nullopt);
+}
+
 ReceiptResult resultOf(const QueuedReceipt& queued, SaleVerdict verdict)
 {
     const Conclusion conclusion = conclusionOf(verdict);
@@ -97,6 +104,7 @@ ReceiptResult resultOf(const QueuedReceipt& queued, SaleVerdict verdict)
     result.outcome = conclusion.outcome;
     result.advice = conclusion.advice;
     result.endsRun = conclusion.endsRun;
+    result.next = nextStepFor(verdict);
     result.witness = Witness::Driver;
     return result;
 }
@@ -152,6 +160,13 @@ LocalRegistrar::LocalRegistrar(AbstractFrDriver& usedDriver, QUrl address, Obser
 ReceiptResult LocalRegistrar::sell(const QueuedReceipt& queued)
 {
     transport.startReceipt();
+    ReceiptResult result = sold(queued);
+    result.sent = transport.seen().receiptSent;
+    return result;
+}
+
+ReceiptResult LocalRegistrar::sold(const QueuedReceipt& queued)
+{
     if (auto error = attempt([&] { transport.admit(fiscalRegister, contentOf(queued.receipt)); }))
         return notHandedOver(queued, std::move(*error));
     const auto known = earlier();

@@ -44,6 +44,7 @@ public:
     [[nodiscard]] ReceiptResult sell(const QueuedReceipt& queued);
 
 private:
+    [[nodiscard]] ReceiptResult sold(const QueuedReceipt& queued);
     [[nodiscard]] ReceiptResult handOverAndClose(const QueuedReceipt& queued);
     [[nodiscard]] ReceiptResult repeated(const QueuedReceipt& queued, const JournalRecord& record);
     [[nodiscard]] ReceiptResult byEvidence(const QueuedReceipt& queued, const FiscalInfo& before);

@@ -2,6 +2,7 @@
 
 #include "till/nearestname.h"
 #include "till/receipts/jsonreader.h"
+#include "till/receipts/schemarules.h"
 #include "till/text.h"
 
 #include <QFile>
@@ -171,13 +172,22 @@ private:
     std::size_t found = 0;
 };
 
+// What a message calls the value at a pointer.
+QString nameOf(const QString& pointer)
+{
+    const QString last = pointer.section(u'/', -1);
+    bool isNumber = false;
+    last.toInt(&isNumber);
+    return pointer.isEmpty() ? Text::tr("the receipt") : isNumber ? Text::tr("this") : last;
+}
+
+} // namespace
+
 ReceiptProblem located(const QByteArray& source, ReceiptProblem problem)
 {
     problem.lineOffset = lineBreaksBefore(source, Locator(source, problem.pointer).offset());
     return problem;
 }
-
-} // namespace
 
 class ReceiptParser::Schema
 {
@@ -249,10 +259,13 @@ private:
                         unknownKey(text(entry.name), properties->value)};
             }
         }
+        const QString broken = value ? brokenRule(rule, *value, nameOf(pointer)) : QString();
+        const QString said = broken.isEmpty() ? description : broken;
         const auto expected = rule.FindMember("description");
-        if (expected == rule.MemberEnd())
-            return {0, pointer, description};
-        return {0, pointer, Text::tr("%1 Expected: %2.").arg(description, text(expected->value))};
+        // What an object or a list is for does not help where a part of it is missing.
+        if (expected == rule.MemberEnd() || (value && (value->IsObject() || value->IsArray())))
+            return {0, pointer, said};
+        return {0, pointer, Text::tr("%1. Expected: %2").arg(said, text(expected->value))};
     }
 
     [[nodiscard]] static QString unknownKey(const QString& name, const Value& properties)

@@ -20,6 +20,9 @@ struct ReceiptProblem
     QString rule;
 };
 
+/// The problem with the lines before it in the text of the receipt counted.
+[[nodiscard]] ReceiptProblem located(const QByteArray& source, ReceiptProblem problem);
+
 /// Parses the text of one receipt and checks it against the published JSON Schema. Beyond the schema, a key
 /// that occurs twice in one object and excessive nesting are errors.
 class ReceiptParser

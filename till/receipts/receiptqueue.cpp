@@ -1,6 +1,7 @@
 #include "till/receipts/receiptqueue.h"
 
 #include "till/error.h"
+#include "till/receipts/servicelimits.h"
 #include "till/text.h"
 
 #include <QCryptographicHash>
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cstring>
 #include <tuple>
+#include <utility>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -58,7 +60,8 @@ ReceiptQueue::Digest ReceiptQueue::digestOf(const QByteArray& text)
     return digest;
 }
 
-ReceiptQueue::ReceiptQueue(const QStringList& fileNames)
+ReceiptQueue::ReceiptQueue(const QStringList& fileNames, LimitChecks limitChecks)
+    : checks(std::move(limitChecks))
 {
     for (const QString& name : fileNames)
         files.push_back({ReceiptFile(name), {}});
@@ -85,11 +88,14 @@ QString ReceiptQueue::checkAll()
         while (problemCount < maxProblems && file.next(raw)) {
             receipts.push_back(digestOf(raw.text));
             const auto parsed = parser.parse(raw.text);
-            if (const auto* problem = std::get_if<ReceiptProblem>(&parsed))
+            if (const auto* problem = std::get_if<ReceiptProblem>(&parsed)) {
                 add(described(file.name(), raw.line, *problem));
-            else
-                ids.push_back({digestOf(std::get<QJsonObject>(parsed).value(u"id"_s).toString().toUtf8()),
-                    static_cast<int>(i), raw.line});
+                continue;
+            }
+            const auto& receipt = std::get<QJsonObject>(parsed);
+            ids.push_back(
+                {digestOf(receipt.value(u"id"_s).toString().toUtf8()), static_cast<int>(i), raw.line});
+            checkLimits(file.name(), raw, receipt, add);
         }
         if (receipts.empty())
             add(Text::tr("%1: the file contains no receipt").arg(file.name()));
@@ -106,6 +112,18 @@ QString ReceiptQueue::checkAll()
                             files[static_cast<std::size_t>(ids[i - 1].file)].file.name(), ids[i - 1].line)));
     }
     return problems;
+}
+
+void ReceiptQueue::checkLimits(const QString& file, const RawReceipt& raw, const QJsonObject& receipt,
+    const std::function<void(const QString&)>& addError)
+{
+    for (const ReceiptProblem& problem : beyondServiceLimits(receipt)) {
+        const QString text = described(file, raw.line, located(raw.text, problem));
+        if (checks.areErrors)
+            addError(text);
+        else if (checks.warn && ++warningCount <= maxProblems)
+            checks.warn(Text::tr("%1. The service may refuse the receipt.").arg(text));
+    }
 }
 
 // A file that can no longer be read as it was has changed, too.

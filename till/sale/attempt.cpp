@@ -35,6 +35,12 @@ ErrorInfo describe(const std::exception& exception)
     return {className(exception), std::nullopt, secrets::masked(text, secrets::Audience::Developer)};
 }
 
+void addWords(ErrorInfo& error, const ServiceAnswer& answer)
+{
+    error.detail = secrets::masked(answer.errorText, secrets::Audience::Anyone);
+    error.errorId = secrets::masked(answer.errorId, secrets::Audience::Anyone);
+}
+
 std::optional<ErrorInfo> attempt(const std::function<void()>& action)
 {
     try {

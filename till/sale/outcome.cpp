@@ -44,6 +44,26 @@ Conclusion conclusionOf(SaleVerdict verdict)
         true};
 }
 
+NextStep nextStepOf(SaleVerdict verdict, std::optional<ServiceCode> refusal)
+{
+    switch (verdict) {
+    case SaleVerdict::Registered:
+    case SaleVerdict::Accepted:
+        return NextStep::None;
+    case SaleVerdict::Refused: {
+        const Cause* cause = refusal ? causeNamed(QString::number(static_cast<int>(*refusal))) : nullptr;
+        return cause ? cause->next : NextStep::Correct;
+    }
+    case SaleVerdict::AccountRefused:
+        return NextStep::Account;
+    case SaleVerdict::Failed:
+    case SaleVerdict::ForeignId:
+        return NextStep::NewId;
+    default:
+        return NextStep::Rerun;
+    }
+}
+
 QString accountAdvice(ServiceCode code)
 {
     const QString cause = [&] {

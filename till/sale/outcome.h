@@ -1,5 +1,6 @@
 #pragma once
 
+#include "till/causes/causes.h"
 #include "till/sale/verdict.h"
 
 #include <QString>
@@ -36,6 +37,9 @@ struct Conclusion
 
 /// A verdict that asks for a further step counts as Unknown: the step was not taken or led nowhere.
 [[nodiscard]] Conclusion conclusionOf(SaleVerdict verdict);
+
+/// What a verdict leads to; `refusal` is the service's code where it refused the receipt.
+[[nodiscard]] NextStep nextStepOf(SaleVerdict verdict, std::optional<ServiceCode> refusal);
 
 /// What to correct when the service refuses receipts because of the account.
 [[nodiscard]] QString accountAdvice(ServiceCode code);

@@ -9,6 +9,8 @@
 #include "till/wire/fiscalpayload.h"
 #include "till/wire/observingtransport.h"
 
+#include <algorithm>
+#include <array>
 #include <thread>
 #include <tuple>
 #include <utility>
@@ -18,6 +20,18 @@ namespace till {
 namespace {
 
 constexpr int buyerContact = 1008;
+
+// Of the answer that came last; that a receipt is known already is not an error.
+void addWordsOfService(ErrorInfo& error, const WireRecord& seen)
+{
+    const std::array answers{&seen.status, &seen.registration, &seen.token};
+    const auto* found = std::ranges::find_if(answers, [&](const ServiceAnswer* answer) {
+        return answer->hasError && !(answer == &seen.registration && existedBefore(seen));
+    });
+    if (found == answers.end())
+        return;
+    addWords(error, **found);
+}
 
 } // namespace
 
@@ -93,7 +107,7 @@ Registrar::Finding Registrar::submit(const Receipt& receipt)
 {
     transport.startReceipt();
     if (auto error = attempted([&] { handOver(fiscalRegister.driver(), receipt); }))
-        return {judgeSending(transport.seen(), true), std::move(error)};
+        return {judgeSending(transport.seen(), receipt.id(), true), std::move(error)};
     return submitAgain(receipt);
 }
 
@@ -102,28 +116,65 @@ Registrar::Finding Registrar::submitAgain(const Receipt& receipt)
     Finding finding;
     finding.error =
         attempted([&] { std::ignore = fiscalRegister.service().documentClose(receipt.document); });
-    finding.verdict = judgeSending(transport.seen(), finding.error.has_value());
+    finding.verdict = judgeSending(transport.seen(), receipt.id(), finding.error.has_value());
     return finding;
 }
 
 Registrar::Finding Registrar::await(const Receipt& receipt, Finding finding)
 {
-    bool isAnswered = finding.verdict == SaleVerdict::FailedOnce;
+    const auto judge = [&] { return judgeStatus(transport.seen(), receipt.id()); };
+    const DocumentState state = awaitNews(
+        transport.seen().registration.uuid, finding.verdict == SaleVerdict::FailedOnce, judge, finding.error);
+    finding.verdict = verdictOf(state, transport.seen(), factsOf(receipt));
+    return finding;
+}
+
+DocumentState Registrar::awaitNews(const QString& uuid, bool hasFailedOnce,
+    const std::function<DocumentState()>& judge, std::optional<ErrorInfo>& error) const
+{
+    bool isAnswered = hasFailedOnce;
     const auto ask = [&] {
         if (std::exchange(isAnswered, false))
             return DocumentState::Failed;
         transport.startQuestion();
-        const QString uuid = transport.seen().registration.uuid;
-        if (auto error = attempted([&] { std::ignore = fiscalRegister.service().getDocumentInfo(uuid); }))
-            finding.error = std::move(error);
-        return judgeStatus(transport.seen(), receipt.id());
+        if (auto thrown = attempted([&] { std::ignore = fiscalRegister.service().getDocumentInfo(uuid); }))
+            error = std::move(thrown);
+        return judge();
     };
     const auto pause = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); };
     Patience ofRegister = patience;
     ofRegister.beforeQuestion = fiscalRegister.requestInterval();
-    const DocumentState state = awaitDocument(ask, pause, ofRegister);
-    finding.verdict = verdictOf(state, transport.seen(), factsOf(receipt));
-    return finding;
+    return awaitDocument(ask, pause, ofRegister);
+}
+
+// The question names the document, as the answer to the receipt does otherwise; and the receipt is what the
+// answer says.
+ReceiptResult Registrar::collect(const QString& uuid)
+{
+    transport.startReceipt();
+    const auto seen = [&] {
+        WireRecord record = transport.seen();
+        record.registration.uuid = uuid;
+        return record;
+    };
+    const auto judge = [&] { return judgeStatus(seen(), transport.seen().status.externalId); };
+    Finding finding;
+    const DocumentState state = awaitNews(uuid, false, judge, finding.error);
+    const ServiceAnswer answer = transport.seen().status;
+    QueuedReceipt asked;
+    asked.receipt.document.setInternalIdentifier(answer.externalId);
+    asked.receipt.payments << FrPayment(0, totalIn(answer.payload).value_or(0));
+    finding.verdict = verdictOf(state, seen(), factsOf(asked.receipt));
+    ReceiptResult result = resultOf(asked, finding);
+    result.uuid = uuid;
+    if (result.outcome == Outcome::Unknown)
+        result.advice = Text::tr("Ask again later with the same command: it sends nothing.");
+    if (answer.errorCode == ServiceCode::UnknownDocument) {
+        result.next = NextStep::Correct;
+        result.advice = Text::tr(
+            "Check the uuid and groupCode: the service knows a uuid for 32 days, and in its group alone.");
+    }
+    return result;
 }
 
 Registrar::Finding Registrar::repeatRefused(Finding finding, const std::function<Finding()>& sendAgain) const
@@ -151,6 +202,8 @@ ReceiptResult Registrar::resultOf(const QueuedReceipt& queued, const Finding& fi
     result.verdict = finding.verdict;
     result.advice = conclusion.advice;
     result.endsRun = conclusion.endsRun;
+    result.sent = seen.receiptSent;
+    result.next = nextStepOf(finding.verdict, seen.registration.errorCode);
     const bool isRegistered = finding.verdict == SaleVerdict::Registered;
     const bool isGood = isRegistered || finding.verdict == SaleVerdict::Accepted;
     if (isGood || finding.verdict == SaleVerdict::Incomplete)
@@ -201,6 +254,8 @@ ErrorInfo Registrar::errorOf(const Receipt& receipt, const Finding& finding) con
             error.message = Text::tr("The service does not accept the tokens that it issues");
         break;
     }
+    if (finding.verdict != SaleVerdict::Incomplete && finding.verdict != SaleVerdict::ForeignId)
+        addWordsOfService(error, seen);
     return error;
 }
 

@@ -37,6 +37,10 @@ public:
     /// Sends a receipt without waiting for its registration. Throws as little as sell().
     [[nodiscard]] ReceiptResult send(const QueuedReceipt& queued);
 
+    /// Finds out what became of a document that was sent earlier, and waits until it is finished. Sends no
+    /// receipt, and throws as little as sell().
+    [[nodiscard]] ReceiptResult collect(const QString& uuid);
+
 private:
     /// What is known of the receipt after a step; the rest is in what the transport has seen.
     struct Finding
@@ -51,6 +55,8 @@ private:
     [[nodiscard]] Finding submit(const Receipt& receipt);
     [[nodiscard]] Finding submitAgain(const Receipt& receipt);
     [[nodiscard]] Finding await(const Receipt& receipt, Finding finding);
+    [[nodiscard]] DocumentState awaitNews(const QString& uuid, bool hasFailedOnce,
+        const std::function<DocumentState()>& judge, std::optional<ErrorInfo>& error) const;
     [[nodiscard]] Finding repeatRefused(Finding finding, const std::function<Finding()>& sendAgain) const;
     [[nodiscard]] ReceiptResult resultOf(const QueuedReceipt& queued, const Finding& finding) const;
     [[nodiscard]] ErrorInfo errorOf(const Receipt& receipt, const Finding& finding) const;

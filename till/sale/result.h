@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/records/fiscalinfo.h"
+#include "till/causes/causes.h"
 #include "till/sale/outcome.h"
 
 #include <QString>
@@ -17,6 +18,11 @@ struct ErrorInfo
     /// The service's code; none when it gave none.
     std::optional<ServiceCode> code;
     QString message;
+    /// The service's own words, with all masked that a log does not show to anyone; empty when there are
+    /// none.
+    QString detail = {};
+    /// The service's identifier of the error; empty when it gave none.
+    QString errorId = {};
 };
 
 /// How a receipt that the service knew already was compared with the earlier one.
@@ -58,6 +64,9 @@ struct ReceiptResult
     std::optional<FiscalInfo> fiscal;
     /// Link to the receipt at the fiscal data operator; empty when the service gave none.
     QString receiptUrl;
+    /// Whether any part of the receipt may have reached the service in this run.
+    bool sent = false;
+    NextStep next = NextStep::None;
     std::optional<ErrorInfo> error;
     /// What the user can do now; empty when there is nothing to do.
     QString advice;

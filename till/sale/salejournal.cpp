@@ -68,8 +68,11 @@ ReceiptResult conflictWith(const JournalRecord& record, const ReceiptResult& uns
     result.id = unsent.id;
     result.outcome = Outcome::Refused;
     result.verdict = SaleVerdict::Refused;
+    result.next = NextStep::NewId;
     result.error = ErrorInfo{{}, std::nullopt,
-        Text::tr("Another receipt was sent under this id on %1 (%2): %3")
+        (record.state == ReceiptState::Sent
+                ? Text::tr("Another receipt may have been sent under this id on %1 (%2): %3")
+                : Text::tr("Another receipt was sent under this id on %1 (%2): %3"))
             .arg(time(record), place(record), fateOf(record.state))};
     result.advice = adviceAgainst(record.state);
     return result;
@@ -83,11 +86,13 @@ ReceiptResult incomplete(ReceiptResult result)
     result.error = ErrorInfo{{}, std::nullopt, conclusion.message};
     result.advice = conclusion.advice;
     result.endsRun = conclusion.endsRun;
+    result.next = nextStepOf(SaleVerdict::Incomplete, {});
     return result;
 }
 
 ReceiptResult contradicted(ReceiptResult result, const JournalRecord& earlier)
 {
+    result.next = result.verdict == SaleVerdict::AccountRefused ? NextStep::Account : NextStep::Rerun;
     result.verdict = SaleVerdict::Unknown;
     result.outcome = Outcome::Unknown;
     result.advice =
@@ -100,10 +105,15 @@ ReceiptResult contradicted(ReceiptResult result, const JournalRecord& earlier)
 
 QString twinWarning(const QString& id, const JournalRecord& twin)
 {
-    return Text::tr(
-        "%1 has the same content as %2, sent on %3 (%4), which is not proven to be registered. If both "
-        "are the same sale, it may be registered twice; running %2 again shows its outcome.")
-        .arg(id, twin.id, time(twin), place(twin));
+    const QString text =
+        twin.state == ReceiptState::Sent
+            ? Text::tr("%1 has the same content as %2, which may have been sent on %3 (%4) and is not proven "
+                       "to be registered. If both are the same sale, it may be registered twice; running %2 "
+                       "again shows its outcome.")
+            : Text::tr("%1 has the same content as %2, sent on %3 (%4), which is not proven to be "
+                       "registered. If both "
+                       "are the same sale, it may be registered twice; running %2 again shows its outcome.");
+    return text.arg(id, twin.id, time(twin), place(twin));
 }
 
 std::optional<JournalEvidence> evidenceIn(const ReceiptResult& result)

@@ -2,7 +2,6 @@
 
 #include "host/abstractfrdriver.h"
 #include "till/config/registersetup.h"
-#include "till/error.h"
 #include "till/sale/attempt.h"
 #include "till/text.h"
 
@@ -56,17 +55,24 @@ void Session::connect()
     const bool lacksToken = answer.arrived && !answer.holdsToken;
     if (!error && !lacksToken)
         return;
-    if (error && answer.errorCode && meaningOf(*answer.errorCode).concernsAccount)
-        throw Error(Problem::Setup,
-            Text::tr("The service at %1 does not accept the login: %2. Correct login and password in %3. "
-                     "Nothing was sent.")
-                .arg(serviceAddress(), error->message, config.file));
+    ErrorInfo info = error.value_or(ErrorInfo());
+    info.code = answer.errorCode;
+    addWords(info, answer);
+    const QString cause = info.message;
+    if (error && answer.errorCode && meaningOf(*answer.errorCode).concernsAccount) {
+        info.message =
+            Text::tr("The service at %1 does not accept the login: %2. Correct login and password in "
+                     "%3. Nothing was sent.")
+                .arg(serviceAddress(), cause, config.file);
+        throw ConnectError(Problem::Setup, info);
+    }
     if (lacksToken && !(error && answer.errorCode))
-        throw Error(
-            Problem::Connection, Text::tr("The answer of the service at %1 holds no token. Nothing was sent.")
-                                     .arg(serviceAddress()));
-    throw Error(Problem::Connection, Text::tr("No connection to the service at %1: %2. Nothing was sent.")
-                                         .arg(serviceAddress(), error->message));
+        info.message = Text::tr("The answer of the service at %1 holds no token. Nothing was sent.")
+                           .arg(serviceAddress());
+    else
+        info.message = Text::tr("No connection to the service at %1: %2. Nothing was sent.")
+                           .arg(serviceAddress(), cause);
+    throw ConnectError(Problem::Connection, info);
 }
 
 void Session::connectWithoutService()

@@ -2,10 +2,28 @@
 
 #include "till/config/registerconfig.h"
 #include "till/device/loadedregister.h"
+#include "till/error.h"
+#include "till/sale/result.h"
 #include "till/wire/installedtransport.h"
 #include "till/wire/observingtransport.h"
 
 namespace till {
+
+/// The service cannot be used; says what the service said.
+class ConnectError : public Error
+{
+public:
+    ConnectError(Problem problem, const ErrorInfo& what)
+        : Error(problem, what.message)
+        , cause(what)
+    {
+    }
+
+    [[nodiscard]] const ErrorInfo& info() const { return cause; }
+
+private:
+    ErrorInfo cause;
+};
 
 /// A register that is configured, observed on the wire and, after connect(), ready for receipts.
 class Session
@@ -19,8 +37,8 @@ public:
     Q_DISABLE_COPY_MOVE(Session)
 
     /// Opens the register's port, where it has one, and asks the service for a token; blocks for one
-    /// exchange. Without a service, has the register answer and initialises it. Throws Error: Setup when the
-    /// service refuses the credentials, Connection when service or register cannot be reached.
+    /// exchange. Without a service, has the register answer and initialises it. Throws ConnectError: Setup
+    /// when the service refuses the credentials, Connection when service or register cannot be reached.
     void connect();
 
     /// The service's address as it may be shown: without a password.

@@ -64,8 +64,10 @@ DocumentState judgeStatus(const WireRecord& seen, const QString& id)
         return DocumentState::NoNews;
     if (isOfAnotherDocument(answer, id, seen.registration.uuid))
         return DocumentState::Doubtful;
+    // A failure that names no document may be about anything.
     if (answer.saysFailed())
-        return DocumentState::Failed;
+        return answer.uuid.isEmpty() && answer.externalId.isEmpty() ? DocumentState::NoNews
+                                                                    : DocumentState::Failed;
     if (answer.errorCode == ServiceCode::DocumentInProgress || (!answer.errorCode && isWaiting(answer)))
         return DocumentState::Waiting;
     if (answer.hasError)
@@ -97,11 +99,14 @@ SaleVerdict judgeSale(const WireRecord& seen, const ReceiptFacts& receipt, bool 
     return verdict == SaleVerdict::Failed ? SaleVerdict::FailedOnce : verdict;
 }
 
-SaleVerdict judgeSending(const WireRecord& seen, bool driverFailed)
+SaleVerdict judgeSending(const WireRecord& seen, const QString& id, bool driverFailed)
 {
     const SaleVerdict verdict = judgeRegistration(seen, driverFailed);
     if (verdict == SaleVerdict::Unfinished) {
-        const bool isAccepted = !seen.registration.hasError && isWaiting(seen.registration);
+        const ServiceAnswer& answer = seen.registration;
+        if (isOfAnotherDocument(answer, id, answer.uuid))
+            return SaleVerdict::Unknown;
+        const bool isAccepted = !answer.hasError && isWaiting(answer);
         return isAccepted || existedBefore(seen) ? SaleVerdict::Accepted : SaleVerdict::Unknown;
     }
     return verdict == SaleVerdict::Existing ? SaleVerdict::Unknown : verdict;

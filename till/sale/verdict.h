@@ -62,8 +62,8 @@ enum class SaleVerdict
 /// Judges a finished attempt to register the receipt. `driverFailed` tells whether the driver threw.
 [[nodiscard]] SaleVerdict judgeSale(const WireRecord& seen, const ReceiptFacts& receipt, bool driverFailed);
 
-/// Judges a finished attempt to send a receipt without waiting for its registration.
-[[nodiscard]] SaleVerdict judgeSending(const WireRecord& seen, bool driverFailed);
+/// Judges a finished attempt to send the receipt `id` without waiting for its registration.
+[[nodiscard]] SaleVerdict judgeSending(const WireRecord& seen, const QString& id, bool driverFailed);
 
 /// What the end of waiting for a document, which the last status answer has brought about, says of its
 /// receipt.

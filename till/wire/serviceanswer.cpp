@@ -64,6 +64,7 @@ ServiceAnswer readAnswer(const QVariant& body)
     answer.errorCode = codeIn(error);
     answer.errorType = exactText(error.value(u"type"_s));
     answer.errorText = secrets::masked(exactText(error.value(u"text"_s)), secrets::Audience::Developer);
+    answer.errorId = secrets::masked(exactText(error.value(u"error_id"_s)), secrets::Audience::Developer);
     answer.holdsToken = isToken(exactText(map.value(u"token"_s)));
     answer.payload = map.value(u"payload"_s).toMap();
     return answer;

@@ -26,6 +26,8 @@ struct ServiceAnswer
     QString errorType;
     /// The service's own words, with credentials that they repeat masked; empty when there are none.
     QString errorText;
+    /// The error's identifier, for which the service's support asks; empty when there is none.
+    QString errorId;
     /// The fiscal data of a finished document; empty when missing.
     QVariantMap payload;
     /// Whether there is a "token": a text that is not blank and has no control characters.

@@ -1,5 +1,7 @@
 #include "tests/e2e/support/frhost.h"
 
+#include "tests/support/schema.h"
+
 #include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -46,14 +48,62 @@ QString withoutAdditionalLines(QString err)
     return isEverythingLogged() ? err.remove(additional) : err;
 }
 
-} // namespace
-
-QList<QJsonObject> Ran::lines() const
+QList<QJsonObject> objectsIn(const QString& out)
 {
     QList<QJsonObject> objects;
     for (const QString& line : out.split(u'\n', Qt::SkipEmptyParts))
         objects << QJsonDocument::fromJson(line.toUtf8()).object();
     return objects;
+}
+
+bool isUnreached(const QJsonObject& line)
+{
+    return line.value(u"error"_s)[u"message"].toString() == "Not sent: the run ended before it"_L1;
+}
+
+// Every line that has its end, of the commands whose format is published.
+void expectPublishedFormat(const QStringList& arguments, const QString& out)
+{
+    const bool hasFormat =
+        arguments.contains(u"sell"_s) || arguments.contains(u"send"_s) || arguments.contains(u"collect"_s);
+    if (!hasFormat || !arguments.contains(u"--json"_s))
+        return;
+    QStringList lines = out.split(u'\n');
+    lines.removeLast();
+    for (const QString& line : lines)
+        EXPECT_EQ(schemaProblem(QStringLiteral(RESULT_SCHEMA), line.toUtf8()), QString())
+            << line.toStdString();
+}
+
+} // namespace
+
+QList<QJsonObject> Ran::lines() const
+{
+    QList<QJsonObject> objects;
+    for (const QJsonObject& object : objectsIn(out)) {
+        if (!object.contains(u"failure"_s) && !object.contains(u"summary"_s) && !isUnreached(object))
+            objects << object;
+    }
+    return objects;
+}
+
+QJsonObject Ran::lineWith(const QString& key) const
+{
+    for (const QJsonObject& object : objectsIn(out)) {
+        if (object.contains(key))
+            return object;
+    }
+    return {};
+}
+
+QStringList Ran::unreached() const
+{
+    QStringList ids;
+    for (const QJsonObject& object : objectsIn(out)) {
+        if (isUnreached(object))
+            ids << object.value(u"id"_s).toString();
+    }
+    return ids;
 }
 
 QStringList Ran::columns(const QStringList& keys) const
@@ -72,6 +122,7 @@ QStringList Ran::columns(const QStringList& keys) const
 
 Running::Running(const QString& program, const QStringList& arguments, const QString& outputFile)
     : Process(program, arguments, {environment(), outputFile})
+    , given(arguments)
 {
 }
 
@@ -80,6 +131,7 @@ Ran Running::end()
     const ProcessResult result = Process::end();
     const Ran all{result.exitCode, QString::fromUtf8(result.out), QString::fromUtf8(result.err)};
     expectNoSecret(all.out + all.err);
+    expectPublishedFormat(given, all.out);
     return {all.exitCode, all.out, withoutAdditionalLines(all.err)};
 }
 

@@ -3,6 +3,8 @@
 #include "tests/support/wire/rawserver.h"
 #include "till/wire/observingtransport.h"
 
+#include <QTemporaryDir>
+
 #include <gtest/gtest.h>
 
 #include <sys/mman.h>
@@ -148,8 +150,12 @@ TEST_F(RunOfABatch, InterruptedWhenTheServiceHasRegisteredTheReceiptWritesItsRes
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Interrupted. r1 is registered.\n");
     EXPECT_FALSE(batch.finish(registered("r1"))) << "no further receipt is taken up";
     EXPECT_EQ(batch.end(), ExitCode::Unknown);
-    EXPECT_EQ(written(), QByteArray(R"({"id":"r1","line":0,"outcome":"registered"})"
-                                    "\n"));
+    EXPECT_EQ(written(),
+        QByteArray(R"({"id":"r1","line":0,"next":"none","outcome":"registered","sent":false})"
+                   "\n"
+                   R"({"summary":{"exitStatus":4,"incomplete":0,"notSent":1,"receipts":2,"refused":0,)"
+                   R"("registered":1,"unknown":0}})"
+                   "\n"));
 }
 
 TEST_F(RunOfABatch, InterruptedAfterTheLastAnswerSaysWhatItSays)
@@ -307,6 +313,48 @@ TEST_F(RunOfABatch, InterruptedAfterIncompleteEvidenceKeepsTheHigherStatus)
             batch.interrupt();
         },
         testing::ExitedWithCode(5), "^Interrupted\\.\n");
+}
+
+TEST_F(RunOfABatch, TellsInJsonWhyItStoppedAndWhatItDidNotReach)
+{
+    Batch batch(commandLine(Command::Send), output, transport);
+    batch.setCount(2);
+    std::ignore = batch.begin(receipt("r1"));
+    ReceiptResult sent = registered("r1");
+    sent.sent = true;
+    std::ignore = batch.finish(sent);
+    batch.stop(Error(Problem::Setup, u"the journal"_s));
+    EXPECT_TRUE(batch.skip(receipt("r2")));
+    EXPECT_EQ(batch.end(), ExitCode::LocalFailure);
+    EXPECT_EQ(written(),
+        QByteArray(R"({"id":"r1","line":0,"next":"none","outcome":"registered","sent":true})"
+                   "\n"
+                   R"({"failure":{"message":"the journal"},"next":"account","sent":true})"
+                   "\n"
+                   R"({"error":{"message":"Not sent: the run ended before it"},"file":"receipts","id":"r2",)"
+                   R"("line":1,"next":"rerun","outcome":"unknown","sent":false})"
+                   "\n"
+                   R"({"summary":{"accepted":1,"exitStatus":1,"incomplete":0,"notSent":1,"receipts":2,)"
+                   R"("refused":0,"unknown":0}})"
+                   "\n"));
+}
+
+TEST_F(RunOfABatch, SaysWhereThereIsNoPictureForWantOfATime)
+{
+    const QTemporaryDir folder;
+    CommandLine line = commandLine(Command::Sell);
+    line.qrDir = folder.path();
+    Batch batch(line, output, transport);
+    batch.setCount(1);
+    std::ignore = batch.begin(receipt("r1"));
+    ReceiptResult untimed = registered("r1");
+    untimed.fiscal = FiscalInfo();
+    testing::internal::CaptureStderr();
+    std::ignore = batch.finish(untimed);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "r1: there is no picture of the QR code, because the "
+                                                      "service's answer has no valid time. The receipt is "
+                                                      "registered.\n");
+    EXPECT_EQ(batch.end(), ExitCode::LocalFailure);
 }
 
 TEST_F(RunOfABatch, IsNotInterruptedAfterItsEnd)

@@ -44,13 +44,14 @@ TEST(JsonLine, HoldsEveryPart)
 {
     ReceiptResult result = registered();
     result.recovered = true;
+    result.sent = true;
     EXPECT_EQ(toJsonLine(result),
         QByteArray(
             R"({"file":"a.json","fiscal":{"dateTime":"2020-01-15T21:10:05","fiscalDocumentNumber":29414,)"
             R"("fiscalSign":"3449555941","fnNumber":"0251440300046840","registrationNumber":"0001234500006789",)"
-            R"("shiftNumber":"17","taxSystem":"Общая","total":1030},"id":"till-1","line":3,)"
+            R"("shiftNumber":"17","taxSystem":"Общая","total":1030},"id":"till-1","line":3,"next":"none",)"
             R"("outcome":"registered","qr":"t=20200115T2110&s=1030.00&fn=0251440300046840&i=29414&fp=3449555941&n=1",)"
-            R"("receiptUrl":"https://ofd.example/1","recovered":true,"uuid":"u"})"
+            R"("receiptUrl":"https://ofd.example/1","recovered":true,"sent":true,"uuid":"u"})"
             "\n"));
 }
 
@@ -61,15 +62,17 @@ TEST(JsonLine, LeavesOutWhatIsAbsent)
     result.line = 1;
     result.id = u"i"_s;
     result.outcome = Outcome::Unknown;
+    result.next = NextStep::Rerun;
     result.error = ErrorInfo{u"FrWorkWithServiceException"_s, {}, u"Нет связи с ФР"_s};
     EXPECT_EQ(toJsonLine(result),
         QByteArray(
             R"({"error":{"message":"Нет связи с ФР","type":"FrWorkWithServiceException"},"file":"-","id":"i",)"
-            R"("line":1,"outcome":"unknown"})"
+            R"("line":1,"next":"rerun","outcome":"unknown","sent":false})"
             "\n"));
     result.outcome.reset();
     result.error.reset();
-    EXPECT_EQ(toJsonLine(result), QByteArray(R"({"file":"-","id":"i","line":1})"
+    result.next = NextStep::None;
+    EXPECT_EQ(toJsonLine(result), QByteArray(R"({"file":"-","id":"i","line":1,"next":"none","sent":false})"
                                              "\n"));
 }
 
@@ -77,10 +80,10 @@ TEST(JsonLine, TellsHowARecoveredReceiptWasCompared)
 {
     ReceiptResult result;
     result.compared = Comparison::Total;
-    EXPECT_EQ(toJsonLine(result), QByteArray(R"({"compared":"total","line":0})"
+    EXPECT_EQ(toJsonLine(result), QByteArray(R"({"compared":"total","line":0,"next":"none","sent":false})"
                                              "\n"));
     result.compared = Comparison::Content;
-    EXPECT_EQ(toJsonLine(result), QByteArray(R"({"compared":"content","line":0})"
+    EXPECT_EQ(toJsonLine(result), QByteArray(R"({"compared":"content","line":0,"next":"none","sent":false})"
                                              "\n"));
 }
 
@@ -94,15 +97,28 @@ TEST(Text, SaysWhereOnlyTheTotalWasCompared)
     EXPECT_FALSE(toText(result).contains(line));
 }
 
-TEST(JsonLine, HoldsTheServicesCode)
+TEST(JsonLine, HoldsTheServicesCodeAndWords)
 {
     ReceiptResult result;
     result.id = u"i"_s;
     result.outcome = Outcome::Refused;
-    result.error = ErrorInfo{u"E"_s, ServiceCode::InvalidReceipt, u"m"_s};
+    result.sent = true;
+    result.next = NextStep::Correct;
+    result.error = ErrorInfo{u"E"_s, ServiceCode::InvalidReceipt, u"m"_s, u"d"_s, u"e-1"_s};
     EXPECT_EQ(toJsonLine(result),
-        QByteArray(R"({"error":{"code":32,"message":"m","type":"E"},"id":"i","line":0,"outcome":"refused"})"
+        QByteArray(R"({"error":{"code":32,"detail":"d","errorId":"e-1","message":"m","type":"E"},"id":"i",)"
+                   R"("line":0,"next":"correct","outcome":"refused","sent":true})"
                    "\n"));
+}
+
+TEST(JsonLine, OfAFailureHidesNoCharacter)
+{
+    const RunFailure failure{
+        {{}, ServiceCode::WrongCredentials, u"m"_s, u"a\u202Eb"_s}, false, NextStep::Account};
+    EXPECT_EQ(toJsonLine(failure),
+        QByteArray(
+            R"({"failure":{"code":12,"detail":"a\u202eb","message":"m"},"next":"account","sent":false})"
+            "\n"));
 }
 
 TEST(Report, NamesEveryOutcome)
@@ -162,6 +178,14 @@ TEST(ResultText, NamesTheCause)
     result.outcome = Outcome::Refused;
     result.error = ErrorInfo{u"E"_s, ServiceCode::InvalidReceipt, u"m"_s};
     EXPECT_EQ(toText(result), u"i: refused\n  Cause  m (code 32)\n"_s);
+    result.error->detail = u"#/receipt.total"_s;
+    result.error->errorId = u"e-1"_s;
+    EXPECT_EQ(toText(result), u"i: refused\n"
+                              u"  Cause                    m (code 32)\n"
+                              u"  The service says         #/receipt.total\n"
+                              u"  Identifier of the error  e-1\n"_s);
+    result.error->message = result.error->detail;
+    EXPECT_FALSE(toText(result).contains(u"The service says"_s)) << "the same words once";
 }
 
 } // namespace

@@ -136,6 +136,8 @@ TEST_F(LocalSale, IsRegisteredOnTheWordOfTheDriver)
     const ReceiptResult result = sell(receipt(u"r1"_s));
     EXPECT_EQ(result.outcome, Outcome::Registered);
     EXPECT_EQ(result.witness, Witness::Driver);
+    EXPECT_TRUE(result.sent);
+    EXPECT_EQ(nextStepName(result.next), u"none"_s);
     EXPECT_FALSE(result.recovered);
     EXPECT_EQ(result.compared, Comparison::None);
     ASSERT_TRUE(result.fiscal);
@@ -185,6 +187,8 @@ TEST_F(LocalSale, ThatWasNotClosedCertainlyIsRefusedAndCancelled)
     device.failure = Failure::NoLine;
     const ReceiptResult unsent = sell(receipt(u"r1"_s));
     EXPECT_EQ(unsent.verdict, SaleVerdict::NotSent);
+    EXPECT_FALSE(unsent.sent);
+    EXPECT_EQ(nextStepName(unsent.next), u"rerun"_s);
     EXPECT_TRUE(unsent.endsRun);
     device.failure = Failure::None;
     EXPECT_EQ(sell(receipt(u"r1"_s)).outcome, Outcome::Registered) << "it may be run again";
@@ -196,6 +200,9 @@ TEST_F(LocalSale, ThatFailedToCloseIsUnknownAndNeverHandedOverAgain)
     const ReceiptResult unknown = sell(receipt(u"r1"_s));
     EXPECT_EQ(unknown.outcome, Outcome::Unknown);
     EXPECT_TRUE(unknown.endsRun);
+    EXPECT_TRUE(unknown.sent);
+    EXPECT_EQ(nextStepName(unknown.next), u"none"_s)
+        << "without a journal, running it again hands it over again";
     EXPECT_TRUE(unknown.advice.contains(u"the register's last documents"_s)) << unknown.advice.toStdString();
     device.failure = Failure::None;
     device.calls.clear();

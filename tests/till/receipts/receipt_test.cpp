@@ -1,6 +1,7 @@
 #include "tests/support/qtprinters.h"
 #include "till/receipts/receipt.h"
-#include "till/receipts/receiptparser.h"
+
+#include <QJsonDocument>
 
 #include <gtest/gtest.h>
 
@@ -10,14 +11,12 @@ namespace {
 
 using namespace till;
 
+// Without the schema: the conversion passes every code on.
 Receipt receipt(const QByteArray& text)
 {
-    const auto parsed = ReceiptParser().parse(text);
-    if (const auto* problem = std::get_if<ReceiptProblem>(&parsed)) {
-        ADD_FAILURE() << problem->pointer.toStdString() << ": " << problem->rule.toStdString();
-        return {};
-    }
-    return toReceipt(std::get<QJsonObject>(parsed));
+    const QJsonDocument json = QJsonDocument::fromJson(text);
+    EXPECT_TRUE(json.isObject()) << text.constData();
+    return toReceipt(json.object());
 }
 
 TEST(Receipt, HoldsEveryKeyOfTheFile)

@@ -12,10 +12,13 @@ namespace {
 
 using namespace till;
 
+const QByteArray buyer = R"("requisites":[{"tag":1008,"value":"b@c"}],)";
+
 // A receipt on three lines whose one position holds `inner` on the second.
 QByteArray withPosition(const QByteArray& inner)
 {
-    return R"({"id":"a","payments":[],"positions":[)"
+    return "{" + buyer +
+           R"("id":"a","payments":[],"positions":[)"
            "\n{" +
            inner + "}\n]}";
 }
@@ -44,7 +47,7 @@ protected:
 
 TEST_F(Parser, TakesTheSmallestReceipt)
 {
-    EXPECT_EQ(problem(R"({"id":"a","positions":[],"payments":[]})"), QString());
+    EXPECT_EQ(problem("{" + buyer + R"("id":"a","positions":[],"payments":[]})"), QString());
     EXPECT_EQ(problem(withPosition(position)), QString());
 }
 
@@ -60,13 +63,13 @@ TEST_F(Parser, TakesEveryExample)
 TEST_F(Parser, KeepsNumbersAndTextsAsTheyAre)
 {
     const auto parsed = parser.parse(withPosition(
-        R"("name":"Молоко \"3,2 %\" \u0001","price":0.1,"quantity":99999.999,"sum":42949672.95,"taxCode":-2147483648)"));
+        R"("name":"Молоко \"3,2 %\" \u0001","price":0.1,"quantity":99999.999,"sum":42949672.95,"exciseMarkType":-2147483648)"));
     const QJsonObject json = std::get<QJsonObject>(parsed).value(u"positions"_s).toArray().at(0).toObject();
     EXPECT_EQ(json.value(u"name"_s).toString(), u"Молоко \"3,2 %\" \x01"_s);
     EXPECT_EQ(json.value(u"price"_s).toDouble(), 0.1);
     EXPECT_EQ(json.value(u"quantity"_s).toDouble(), 99999.999);
     EXPECT_EQ(json.value(u"sum"_s).toDouble(), 42949672.95);
-    EXPECT_EQ(json.value(u"taxCode"_s).toInt(), std::numeric_limits<int>::min());
+    EXPECT_EQ(json.value(u"exciseMarkType"_s).toInt(), std::numeric_limits<int>::min());
 }
 
 TEST_F(Parser, TakesEveryWayToWriteANumber)
@@ -88,17 +91,53 @@ TEST_F(Parser, TakesEveryWayToWriteANumber)
         u"2 : not JSON: Number too big to be stored in double."_s);
 }
 
-TEST_F(Parser, PassesOnIntegersWhateverTheirValue)
+// The driver would turn each of them into a code that it knows.
+TEST_F(Parser, RefusesCodesThatTheDriverDoesNotKnow)
 {
+    const std::pair<const char*, std::pair<int, int>> codes[] = {
+        {"taxCode", {0, 5}}, {"paymentMethod", {1, 7}}, {"paymentObject", {1, 13}}};
+    for (const auto& [key, range] : codes) {
+        const auto with = [&, name = key](int code) {
+            return problem(withPosition(position + ",\"" + name + "\":" + QByteArray::number(code)));
+        };
+        const QString begin = u"1 /positions/0/%1: %1 must be at "_s.arg(QString::fromLatin1(key));
+        for (int code = range.first; code <= range.second; ++code)
+            EXPECT_EQ(with(code), QString()) << key;
+        EXPECT_TRUE(with(range.first - 1).startsWith(begin + u"least %1. "_s.arg(range.first))) << key;
+        EXPECT_TRUE(with(range.second + 1).startsWith(begin + u"most %1. "_s.arg(range.second))) << key;
+    }
+}
+
+TEST_F(Parser, RefusesEveryDocumentButASale)
+{
+    const auto ofType = [&](const char* type) {
+        return problem("{" + buyer + R"("id":"a","positions":[],"payments":[],"documentType":)" + type + "}");
+    };
+    EXPECT_EQ(ofType("0"), QString());
+    EXPECT_TRUE(ofType("1").startsWith(u"0 /documentType: documentType must be 0. Expected: "_s));
+}
+
+TEST_F(Parser, WantsTheContactOfTheBuyer)
+{
+    const auto with = [&](const char* requisites) {
+        return problem(
+            QByteArray(R"({"id":"a","positions":[],"payments":[],"requisites":)") + requisites + "}");
+    };
+    const QString missing =
+        u"0 /requisites: the buyer's telephone or e-mail is missing: a requisite with the tag 1008 and a value"_s;
+    EXPECT_EQ(with("[]"), missing);
+    EXPECT_EQ(with(R"([{"tag":1055,"value":1}])"), missing);
+    EXPECT_EQ(with(R"([{"tag":1008,"value":""}])"), missing);
+    EXPECT_EQ(with(R"([{"tag":1055,"value":1},{"tag":1008,"value":"+79161234567"}])"), QString());
     EXPECT_EQ(
-        problem(withPosition(position + R"(,"taxCode":-1,"paymentMethod":99,"paymentObject":0)")), QString());
+        problem(R"({"id":"a","positions":[],"payments":[]})"), u"0 : the key \"requisites\" is missing"_s);
 }
 
 TEST_F(Parser, NamesTheLineThePointerAndTheNearestKeyOfAnUnknownOne)
 {
     EXPECT_EQ(problem(withPosition(position + R"(,"taxcode":1)")),
         u"1 /positions/0/taxcode: unknown key \"taxcode\"; did you mean \"taxCode\"?"_s);
-    EXPECT_EQ(problem("{\"id\":\"a\",\"positions\":[],\"payments\":[],\n\"sums\":1}"),
+    EXPECT_EQ(problem("{" + buyer + "\"id\":\"a\",\"positions\":[],\"payments\":[],\n\"sums\":1}"),
         u"1 /sums: unknown key \"sums\"; there are id, documentType, requisites, positions, payments"_s);
     EXPECT_EQ(problem(withPosition(position + R"(,"requisites":[{"tag":1,"member":[]}])")),
         u"1 /positions/0/requisites/0/member: unknown key \"member\"; did you mean \"members\"?"_s);
@@ -106,17 +145,36 @@ TEST_F(Parser, NamesTheLineThePointerAndTheNearestKeyOfAnUnknownOne)
 
 TEST_F(Parser, NamesTheRuleAndWhatIsExpected)
 {
-    EXPECT_EQ(problem(withPosition(R"("name":"n","price":"1","quantity":1,"sum":1)")),
-        u"1 /positions/0/price: Value type not permitted by 'type' constraint. Expected: Price of one "
-        u"unit after discount, in roubles, a number."_s);
-    EXPECT_EQ(problem(withPosition(R"("name":"n","price":1,"quantity":1)")),
-        u"1 /positions/0: Missing required property 'sum'. Expected: One line of the receipt, "
-        u"an object."_s);
-    EXPECT_EQ(rest(R"({"positions":[],"payments":[]})", "0 : Missing required property 'id'."),
-        u"0 : Missing required property 'id'."_s);
-    EXPECT_EQ(rest("[]", "0 : Value type not permitted"), u"0 : Value type not permitted"_s);
-    EXPECT_EQ(rest(R"({"id":"","positions":[],"payments":[]})", "0 /id: String should be no fewer than 1"),
-        u"0 /id: String should be no fewer than 1"_s);
+    struct Row
+    {
+        QByteArray receipt;
+        const char* problem;
+    };
+    const auto line = [](const char* inner) { return withPosition(inner); };
+    const Row rows[] = {
+        {line(R"("name":"n","price":"1","quantity":1,"sum":1)"),
+            "1 /positions/0/price: price must be a number, without quotes. Expected: Price of one unit after "
+            "discount, in roubles, a number"},
+        {line(R"("name":"n","price":true,"quantity":1,"sum":1)"),
+            "1 /positions/0/price: price must be a number. Expected: Price of one unit after discount, in "
+            "roubles, a number"},
+        {line(R"("name":7,"price":1,"quantity":1,"sum":1)"),
+            "1 /positions/0/name: name must be a text in quotes. Expected: Name of the line, a string"},
+        {line(R"("name":"n","price":1,"quantity":1)"), "1 /positions/0: the key \"sum\" is missing"},
+        {"{" + buyer + R"("positions":[],"payments":[]})", "0 : the key \"id\" is missing"},
+        {"[]", "0 : the receipt must be an object in curly brackets"},
+        {"{" + buyer + R"("id":"a","positions":{},"payments":[]})",
+            "0 /positions: positions must be a list in square brackets"},
+        {"{" + buyer + R"("id":"a","positions":[7],"payments":[]})",
+            "0 /positions/0: this must be an object in curly brackets. Expected: One line of the receipt, an "
+            "object"},
+        {"{" + buyer + R"("id":"","positions":[],"payments":[]})",
+            "0 /id: id must not be empty. Expected: The till's own identifier of the receipt, a string that "
+            "is "
+            "unique among all receipts of the group"},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(problem(row.receipt), QString::fromUtf8(row.problem)) << row.receipt.constData();
 }
 
 TEST_F(Parser, RefusesIntegersThatDoNotFitInto32BitsAndFractions)
@@ -144,13 +202,13 @@ TEST_F(Parser, RefusesAmountsWithoutKopecks)
             text.replace('"' + QByteArray(key) + "\":1", '"' + QByteArray(key) + "\":" + value));
     };
     const auto payment = [](const char* value) {
-        return QByteArray(R"({"id":"a","positions":[],"payments":[{"type":1,"sum":)") + value + "}]}";
+        return "{" + buyer + R"("id":"a","positions":[],"payments":[{"type":1,"sum":)" + value + "}]}";
     };
     for (const char* value :
         {"90071992547409.94", "-90071992547409.94", "1e17", "1e306", "1e307", "-1e308"}) {
-        const QString sum = u"1 /positions/0/sum: Expected number "_s;
-        const QString discount = u"1 /positions/0/discount: Expected number "_s;
-        const QString paid = u"0 /payments/0/sum: Expected number "_s;
+        const QString sum = u"1 /positions/0/sum: sum must be at "_s;
+        const QString discount = u"1 /positions/0/discount: discount must be at "_s;
+        const QString paid = u"0 /payments/0/sum: sum must be at "_s;
         EXPECT_TRUE(problem(line("sum", value)).startsWith(sum)) << value;
         EXPECT_TRUE(problem(line("discount", value)).startsWith(discount)) << value;
         EXPECT_TRUE(problem(payment(value)).startsWith(paid)) << value;
@@ -165,11 +223,11 @@ TEST_F(Parser, RefusesAmountsWithoutKopecks)
 TEST_F(Parser, WantsEitherAValueOrMembersInARequisite)
 {
     EXPECT_EQ(rest(withPosition(position + R"(,"requisites":[{"tag":1}])"),
-                  "1 /positions/0/requisites/0: Object should"),
-        u"1 /positions/0/requisites/0: Object should"_s);
+                  "1 /positions/0/requisites/0: a requisite must"),
+        u"1 /positions/0/requisites/0: a requisite must"_s);
     EXPECT_EQ(rest(withPosition(position + R"(,"requisites":[{"tag":1,"value":1,"members":[]}])"),
-                  "1 /positions/0/requisites/0: Object should"),
-        u"1 /positions/0/requisites/0: Object should"_s);
+                  "1 /positions/0/requisites/0: a requisite must"),
+        u"1 /positions/0/requisites/0: a requisite must"_s);
 }
 
 TEST_F(Parser, RefusesAKeyThatStandsTwice)

@@ -13,7 +13,9 @@ using namespace till;
 
 QByteArray receipt(const char* id)
 {
-    return QByteArray(R"({"id":")") + id + R"(","positions":[],"payments":[]})" + '\n';
+    return QByteArray(R"({"id":")") + id + R"(","requisites":[{"tag":1008,"value":"b@c"}],)" +
+           R"("positions":[{"name":"n","price":1,"quantity":1,"sum":1}],"payments":[{"type":1,"sum":1}]})" +
+           '\n';
 }
 
 class Queue : public testing::Test
@@ -51,20 +53,38 @@ TEST_F(Queue, StopsWhenItIsTold)
 TEST_F(Queue, NamesEveryWrongReceiptAndSaysThatNothingWasSent)
 {
     const QString good = files.file("a", receipt("1"));
-    const QString bad = files.file("b", receipt("2") + "{\"id\":3}\n" + receipt("4") + "nonsense\n");
+    const QString bad = files.file(
+        "b", receipt("2") + QByteArray(receipt("3")).replace("\"3\"", "3") + receipt("4") + "nonsense\n");
     const QString message = messageFor({good, bad});
     const QStringList lines = message.split(u'\n');
     ASSERT_EQ(lines.size(), 3) << message.toStdString();
-    EXPECT_TRUE(lines[0].startsWith(u"b:2: /id: Value type not permitted"_s)) << lines[0].toStdString();
+    EXPECT_TRUE(lines[0].startsWith(u"b:2: /id: id must be a text in quotes"_s)) << lines[0].toStdString();
     EXPECT_TRUE(lines[1].startsWith(u"b:4: not JSON: "_s)) << lines[1].toStdString();
     EXPECT_EQ(lines[2], u"Nothing was sent. Correct the receipts and run the command again."_s);
 }
 
 TEST_F(Queue, NamesTheLineInsideAReceiptOnSeveralLines)
 {
-    const QString message =
-        messageFor({files.file("a", "\n{\"id\": \"1\",\n \"positions\": [],\n \"payments\": {}\n}\n")});
+    const QString message = messageFor(
+        {files.file("a", "\n{\"id\": \"1\",\n \"positions\": "
+                         "[],\"requisites\":[{\"tag\":1008,\"value\":\"b@c\"}],\n \"payments\": {}\n}\n")});
     EXPECT_TRUE(message.startsWith(u"a:4: /payments: "_s)) << message.toStdString();
+}
+
+TEST_F(Queue, WarnsOfTheLimitsOfTheServiceOrRefusesThem)
+{
+    const QByteArray free = receipt("1").replace("\"price\":1", "\"price\":1.001");
+    const QString name = files.file("a", receipt("2") + free);
+    const QString problem = u"a:2: /positions/0/price: the service accepts two decimals"_s;
+    QStringList warnings;
+    const ReceiptQueue warned({name}, {false, [&](const QString& warning) { warnings << warning; }});
+    EXPECT_EQ(warned.count(), 2);
+    ASSERT_EQ(warnings.size(), 1);
+    EXPECT_EQ(QString(warnings.first()).remove(files.path() + u'/'),
+        problem + u". The service may refuse the receipt."_s);
+    const QString refused = messageOf<Error>([&] { const ReceiptQueue queue({name}, {true}); });
+    EXPECT_TRUE(QString(refused).remove(files.path() + u'/').startsWith(problem + u'\n'))
+        << refused.toStdString();
 }
 
 TEST_F(Queue, RefusesAnIdThatOccursTwice)

@@ -1,3 +1,4 @@
+#include "tests/support/qtprinters.h"
 #include "till/sale/outcome.h"
 
 #include <gtest/gtest.h>
@@ -36,6 +37,34 @@ TEST(Conclusion, NamesTheOutcomeOfEachVerdict)
         EXPECT_EQ(!conclusion.advice.isEmpty(), row.hasAdvice) << static_cast<int>(row.verdict);
         EXPECT_EQ(conclusion.endsRun, row.endsRun) << static_cast<int>(row.verdict);
     }
+}
+
+TEST(NextStep, FollowsFromTheVerdictAndTheCodeOfARefusal)
+{
+    struct Row
+    {
+        SaleVerdict verdict;
+        std::optional<ServiceCode> refusal;
+        const char* next;
+    };
+    const Row rows[] = {
+        {SaleVerdict::Registered, {}, "none"},
+        {SaleVerdict::Registered, ServiceCode::DocumentExists, "none"},
+        {SaleVerdict::Accepted, {}, "none"},
+        {SaleVerdict::Incomplete, {}, "rerun"},
+        {SaleVerdict::Refused, {}, "correct"},
+        {SaleVerdict::Refused, ServiceCode::InvalidReceipt, "correct"},
+        {SaleVerdict::Refused, ServiceCode::WrongInn, "account"},
+        {SaleVerdict::Refused, ServiceCode::NotProcessed, "rerun"},
+        {SaleVerdict::AccountRefused, ServiceCode::WrongGroup, "account"},
+        {SaleVerdict::NotSent, {}, "rerun"},
+        {SaleVerdict::Failed, ServiceCode::InvalidReceipt, "new-id"},
+        {SaleVerdict::ForeignId, ServiceCode::DocumentExists, "new-id"},
+        {SaleVerdict::Unknown, ServiceCode::InvalidReceipt, "rerun"},
+    };
+    for (const Row& row : rows)
+        EXPECT_EQ(nextStepName(nextStepOf(row.verdict, row.refusal)), QString::fromLatin1(row.next))
+            << static_cast<int>(row.verdict);
 }
 
 TEST(AccountAdvice, SaysWhatToCorrect)

@@ -83,13 +83,13 @@ SaleVerdict afterSending(const ServiceAnswer& registration, bool driverFailed = 
     WireRecord seen;
     seen.receiptSent = true;
     seen.registration = registration;
-    return judgeSending(seen, driverFailed);
+    return judgeSending(seen, receipt.id, driverFailed);
 }
 
 TEST(Verdict, IsRefusedWhenTheDriverSentNothing)
 {
     EXPECT_EQ(judgeSale({}, receipt, true), SaleVerdict::Refused);
-    EXPECT_EQ(judgeSending({}, true), SaleVerdict::Refused);
+    EXPECT_EQ(judgeSending({}, receipt.id, true), SaleVerdict::Refused);
 }
 
 TEST(Verdict, OfALostConnectionIsNeverThatItWasRefused)
@@ -98,11 +98,11 @@ TEST(Verdict, OfALostConnectionIsNeverThatItWasRefused)
     seen.lastAnswered = false;
     for (const bool driverFailed : {true, false}) {
         EXPECT_EQ(judgeSale(seen, receipt, driverFailed), SaleVerdict::NotSent);
-        EXPECT_EQ(judgeSending(seen, driverFailed), SaleVerdict::NotSent);
+        EXPECT_EQ(judgeSending(seen, receipt.id, driverFailed), SaleVerdict::NotSent);
     }
     seen.receiptSent = true;
     EXPECT_EQ(judgeSale(seen, receipt, true), SaleVerdict::Unknown);
-    EXPECT_EQ(judgeSending(seen, true), SaleVerdict::Unknown);
+    EXPECT_EQ(judgeSending(seen, receipt.id, true), SaleVerdict::Unknown);
 }
 
 TEST(Verdict, IsNotSentWhenOnlyARequestForATokenWasAnswered)
@@ -110,13 +110,13 @@ TEST(Verdict, IsNotSentWhenOnlyARequestForATokenWasAnswered)
     WireRecord seen;
     seen.lastAnswered = true;
     EXPECT_EQ(judgeSale(seen, receipt, true), SaleVerdict::NotSent);
-    EXPECT_EQ(judgeSending(seen, true), SaleVerdict::NotSent);
+    EXPECT_EQ(judgeSending(seen, receipt.id, true), SaleVerdict::NotSent);
 }
 
 TEST(Verdict, IsUnknownWhenTheDriverSaysItSentWhatNobodySaw)
 {
     EXPECT_EQ(judgeSale({}, receipt, false), SaleVerdict::Unknown);
-    EXPECT_EQ(judgeSending({}, false), SaleVerdict::Unknown);
+    EXPECT_EQ(judgeSending({}, receipt.id, false), SaleVerdict::Unknown);
 }
 
 TEST(Verdict, IsUnknownWithoutAnAnswer)
@@ -156,7 +156,7 @@ TEST(Verdict, IsUnknownWhenNoTokenCouldBeHadForAReceiptThatWasSent)
             if (tokenCode)
                 seen.token = answeredWith(*tokenCode);
             EXPECT_EQ(judgeSale(seen, receipt, true), SaleVerdict::Unknown) << code;
-            EXPECT_EQ(judgeSending(seen, true), SaleVerdict::Unknown) << code;
+            EXPECT_EQ(judgeSending(seen, receipt.id, true), SaleVerdict::Unknown) << code;
         }
     }
 }
@@ -189,6 +189,16 @@ TEST(Verdict, KnowsAReceiptThatWasThereBefore)
     }
     seen.registration = accepted();
     EXPECT_FALSE(existedBefore(seen));
+}
+
+TEST(Verdict, OfASentReceiptIsUnknownWhenTheAnswerNamesAnother)
+{
+    for (ServiceAnswer answer : {accepted("u"), answeredWith(33, "u"), answeredWith(34, "u")}) {
+        answer.externalId = u"till-1"_s;
+        EXPECT_EQ(afterSending(answer, false), SaleVerdict::Accepted);
+        answer.externalId = u"till-2"_s;
+        EXPECT_EQ(afterSending(answer, false), SaleVerdict::Unknown);
+    }
 }
 
 TEST(Verdict, IsUnknownWhenTheServiceGaveNoIdentifier)
@@ -282,6 +292,8 @@ TEST(DocumentState, ToldByOneAnswer)
 {
     ServiceAnswer errorWithoutCode = done();
     errorWithoutCode.hasError = true;
+    ServiceAnswer failedUnderUuid = status("fail", {}, "");
+    failedUnderUuid.uuid = u"u"_s;
     struct Row
     {
         ServiceAnswer answer;
@@ -303,6 +315,8 @@ TEST(DocumentState, ToldByOneAnswer)
         {status(""), Doubtful},
         {done(160, "u", "other"), Doubtful},
         {done(160, "other"), Doubtful},
+        {status("fail", {}, ""), NoNews},
+        {failedUnderUuid, Failed},
     };
     for (const Row& row : rows)
         EXPECT_EQ(toldBy(row.answer), row.state) << (&row - rows);

@@ -28,8 +28,9 @@ TEST(ServiceAnswer, IsNoneWithoutAJsonObject)
 TEST(ServiceAnswer, HoldsWhatTheServiceSaid)
 {
     const ServiceAnswer given = answer(
-        R"({"uuid":"u","external_id":"e","status":"wait","error":{"code":33,"type":"system","text":"t"}})");
+        R"({"uuid":"u","external_id":"e","status":"wait","error":{"error_id":"i","code":33,"type":"system","text":"t"}})");
     EXPECT_TRUE(given.arrived);
+    EXPECT_EQ(given.errorId, u"i"_s);
     EXPECT_EQ(given.uuid, u"u"_s);
     EXPECT_EQ(given.externalId, u"e"_s);
     EXPECT_EQ(given.status, u"wait"_s);

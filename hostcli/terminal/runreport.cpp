@@ -1,0 +1,89 @@
+#include "hostcli/terminal/runreport.h"
+
+#include "hostcli/terminal/console.h"
+#include "hostcli/terminal/qrcode.h"
+#include "hostcli/terminal/resultreport.h"
+#include "till/wire/fiscalpayload.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace till;
+
+namespace frhost {
+
+namespace {
+
+QString toTerminal(const ReceiptResult& result)
+{
+    const QString qr = result.fiscal ? qrText(*result.fiscal) : QString();
+    return toText(result) + QrCode(qr).halfBlocks();
+}
+
+QString causeAndAdvice(const ReceiptResult& result)
+{
+    QString cause = result.error ? result.error->message.trimmed() : QString();
+    if (cause.isEmpty())
+        return result.advice;
+    // The service's own words may end like a sentence.
+    if (!u".!?…"_s.contains(cause.back()))
+        cause += u'.';
+    return cause + u' ' + result.advice;
+}
+
+} // namespace
+
+void Tally::add(std::optional<Outcome> outcome)
+{
+    switch (outcome.value_or(Outcome::Registered)) {
+    case Outcome::Registered:
+        ++good;
+        return;
+    case Outcome::Incomplete:
+        ++incomplete;
+        return;
+    case Outcome::Refused:
+        ++refused;
+        return;
+    case Outcome::Unknown:
+        ++unknown;
+    }
+}
+
+ExitCode exitCodeOf(std::optional<Outcome> outcome)
+{
+    switch (outcome.value_or(Outcome::Registered)) {
+    case Outcome::Registered:
+        break;
+    case Outcome::Incomplete:
+        return ExitCode::IncompleteEvidence;
+    case Outcome::Refused:
+        return ExitCode::Refused;
+    case Outcome::Unknown:
+        return ExitCode::Unknown;
+    }
+    return ExitCode::Success;
+}
+
+void report(const ReceiptResult& result, bool json, Output& output)
+{
+    const QByteArray text = json                  ? toJsonLine(result)
+                            : output.isTerminal() ? toTerminal(result).toUtf8()
+                                                  : toText(result).toUtf8();
+    // An outcome is never lost: where the output does not accept it, it goes to the console.
+    if (!output.write(text))
+        Console::instance().lines(QString::fromUtf8(text).trimmed());
+    if (!result.advice.isEmpty())
+        Console::instance().line(u"%1: %2"_s.arg(nameOf(result), causeAndAdvice(result)));
+}
+
+QByteArray toJsonLine(const Tally& tally, const QString& good, int receipts, ExitCode status)
+{
+    const QJsonObject counts{{u"receipts"_s, receipts}, {good, tally.good},
+        {u"incomplete"_s, tally.incomplete}, {u"refused"_s, tally.refused}, {u"unknown"_s, tally.unknown},
+        {u"notSent"_s, receipts - tally.done()}, {u"exitStatus"_s, static_cast<int>(status)}};
+    return QJsonDocument(QJsonObject{{u"summary"_s, counts}}).toJson(QJsonDocument::Compact) + '\n';
+}
+
+} // namespace frhost
