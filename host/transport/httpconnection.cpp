@@ -2,6 +2,8 @@
 
 #include "host/transport/httptransfer.h"
 
+#include <QLocale>
+
 #include <array>
 #include <mutex>
 #include <new>
@@ -70,6 +72,35 @@ QString inWords(CURLcode code)
             return QString::fromUtf8(text);
     }
     return u"обмен не удался"_s;
+}
+
+QDateTime expiry(const QString& text)
+{
+    // TLS libraries write it in their own ways, all in English and UTC.
+    for (const char* form : {"MMM d hh:mm:ss yyyy", "yyyy-MM-dd hh:mm:ss"}) {
+        QDateTime time = QLocale::c().toDateTime(text, QString::fromLatin1(form));
+        if (time.isValid()) {
+            time.setTimeSpec(Qt::UTC);
+            return time;
+        }
+    }
+    return {};
+}
+
+PeerCertificate certificateIn(const curl_slist* fields)
+{
+    PeerCertificate certificate;
+    for (const curl_slist* field = fields; field; field = field->next) {
+        const QString line = QString::fromUtf8(field->data);
+        const QString value = line.section(u':', 1);
+        if (line.startsWith("Subject:"_L1))
+            certificate.subject = value;
+        else if (line.startsWith("Issuer:"_L1))
+            certificate.issuer = value;
+        else if (line.startsWith("Expire date:"_L1))
+            certificate.expires = expiry(value.simplified().remove(" GMT"_L1));
+    }
+    return certificate;
 }
 
 std::size_t readBody(char* to, std::size_t size, std::size_t count, void* context)
@@ -209,6 +240,7 @@ void HttpConnection::setTls()
     set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
     if (!caFile.isEmpty())
         set(CURLOPT_CAINFO, caFile.constData());
+    set(CURLOPT_CERTINFO, options.keepCertificate ? 1L : 0L);
 }
 
 // Returns why the exchange has failed; empty if it has not.
@@ -231,6 +263,8 @@ QString HttpConnection::run(HttpTransfer& transfer)
         curl_multi_poll(multi.get(), nullptr, 0, static_cast<int>(left.count()), nullptr);
     }
     noteConnection(failure.isEmpty());
+    if (options.keepCertificate)
+        noteCertificate();
     // Closes the connection if the exchange is not finished.
     curl_multi_remove_handle(multi.get(), easy.get());
     return failure;
@@ -243,6 +277,15 @@ void HttpConnection::noteConnection(bool answered)
     long opened = 0;
     curl_easy_getinfo(easy.get(), CURLINFO_NUM_CONNECTS, &opened);
     kept.noteUse({socket, opened == 0, answered});
+}
+
+// There is none after an exchange over a kept connection.
+void HttpConnection::noteCertificate()
+{
+    curl_certinfo* chain = nullptr;
+    if (curl_easy_getinfo(easy.get(), CURLINFO_CERTINFO, &chain) == CURLE_OK && chain &&
+        chain->num_of_certs > 0)
+        shown = certificateIn(chain->certinfo[0]);
 }
 
 QString HttpConnection::result(const HttpTransfer& transfer)

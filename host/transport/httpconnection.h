@@ -2,6 +2,7 @@
 
 #include "host/transport/httpmessage.h"
 #include "host/transport/keptconnection.h"
+#include "host/transport/peercertificate.h"
 #include "host/transport/transportoptions.h"
 
 #include <QByteArray>
@@ -12,6 +13,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace hostruntime {
 
@@ -31,6 +33,9 @@ public:
     /// Blocks for one exchange, within the limits of the options. `beforeSending` is called before any part
     /// of the request may reach the peer; it must not throw. Throws std::bad_alloc.
     [[nodiscard]] HttpReply perform(const HttpRequest& request, const std::function<void()>& beforeSending);
+
+    /// What the server showed in the last TLS handshake that succeeded, if the options say to keep it.
+    [[nodiscard]] const std::optional<PeerCertificate>& certificate() const { return shown; }
 
 private:
     struct CleanupEasy
@@ -55,12 +60,14 @@ private:
     void setTls();
     [[nodiscard]] QString run(HttpTransfer& transfer);
     void noteConnection(bool answered);
+    void noteCertificate();
     [[nodiscard]] QString result(const HttpTransfer& transfer);
 
     TransportOptions options;
     QByteArray caFile;
     QByteArray proxy;
     QByteArray userAgent;
+    std::optional<PeerCertificate> shown;
     KeptConnection kept;
     // In this order, because the easy handle must be cleaned up first. There is none after a failed exchange.
     std::unique_ptr<CURLM, CleanupMulti> multi;

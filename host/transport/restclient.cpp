@@ -93,6 +93,7 @@ struct RestClient::State
     HttpConnection connection;
     const QStringList proxyPasswords;
     QVariant response;
+    QString failure;
     bool sent = false;
 };
 
@@ -134,9 +135,19 @@ bool RestClient::wasSent() const
     return state->sent;
 }
 
+QString RestClient::failure() const
+{
+    return state->failure;
+}
+
+std::optional<hostruntime::PeerCertificate> RestClient::certificate() const
+{
+    return state->connection.certificate();
+}
+
 bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
 {
-    auto& [log, connection, proxyPasswords, response, sent] = *state;
+    auto& [log, connection, proxyPasswords, response, failure, sent] = *state;
     response.clear();
     for (const QString& password : proxyPasswords)
         secrets::addCredential(password);
@@ -153,10 +164,10 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
         reply = connection.perform(request, [this] { sending(); });
     sent = reply.sent;
     if (reply.failure.isEmpty()) {
-        const auto [value, failure] = parsed(reply.body);
+        const auto [value, flawOfBody] = parsed(reply.body);
         response = value;
-        if (!failure.isEmpty())
-            reply.failure = u"HTTP %1, %2"_s.arg(reply.status).arg(failure);
+        if (!flawOfBody.isEmpty())
+            reply.failure = u"HTTP %1, %2"_s.arg(reply.status).arg(flawOfBody);
     }
     secrets::addFromReply(reply.body, response);
     const std::chrono::milliseconds duration(timer.elapsed());
@@ -165,7 +176,8 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
         log.logSuccess(what, reply.status, reply.body.size(), duration);
     else
         log.logFailure(what, reply.failure, duration, sent);
-    return reply.failure.isEmpty();
+    failure = reply.failure;
+    return failure.isEmpty();
 }
 
 void RestClient::sending() {}

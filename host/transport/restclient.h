@@ -2,6 +2,7 @@
 
 #include "host/export.h"
 #include "host/mockfactory.h"
+#include "host/transport/peercertificate.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -12,6 +13,7 @@
 #include <QVariant>
 
 #include <memory>
+#include <optional>
 
 namespace Log4Qt {
 class Logger;
@@ -71,6 +73,11 @@ public:
     /// Whether any part of the last request may have reached the peer. False is certain: the peer knows
     /// nothing of the request, so repeating it is harmless.
     [[nodiscard]] bool wasSent() const;
+    /// Why the last exchange has failed, in the words of its log line; empty if it has not.
+    [[nodiscard]] QString failure() const;
+    /// What the server showed in the last TLS handshake, where TransportOptions::keepCertificate was on when
+    /// the client was created; none otherwise, and none without TLS.
+    [[nodiscard]] std::optional<hostruntime::PeerCertificate> certificate() const;
 
 protected:
     /// Called each time a request is about to be put on the wire, before any part of it can reach the peer;

@@ -40,6 +40,8 @@ struct HOST_EXPORT TransportOptions
     QString userAgent = QStringLiteral("frdriver/1.0");
     /// Whether to offer HTTP/2 on TLS connections. Off, because one request at a time gains nothing from it.
     bool http2 = false;
+    /// Whether to keep the certificate that the server shows; costs time in each TLS handshake.
+    bool keepCertificate = false;
 
     /// The options of each RestClient that is created from now on, even by a plugin; existing clients keep
     /// theirs. Thread-safe.

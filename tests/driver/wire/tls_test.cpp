@@ -1,3 +1,4 @@
+#include "host/transport/restclient.h"
 #include "tests/driver/wire/wireclient.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/wire/rawserver.h"
@@ -157,6 +158,33 @@ TEST_F(Tls, AcceptsCertificatesOfTheGivenAuthority)
             EXPECT_EQ(client.run(operation), u"returned"_s) << wanted.maxVersion;
         EXPECT_EQ(server.requests().size(), 3U);
     }
+}
+
+TEST_F(Tls, KeepsTheServersCertificateWhereItIsAskedTo)
+{
+    const RawServer server(&answer, authority().server({.notAfter = 86400}));
+    const QUrl url(QString::fromStdString(server.url()) + u"/v4/"_s);
+    EXPECT_FALSE([&] {
+        RestClient client;
+        EXPECT_TRUE(client.get(url, {}, {}));
+        EXPECT_EQ(client.failure(), QString());
+        return client.certificate().has_value();
+    }());
+    TransportOptions options = trusting();
+    options.keepCertificate = true;
+    const Defaults keeping(options);
+    RestClient client;
+    EXPECT_FALSE(client.certificate());
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(client.get(url, {}, {}));
+        ASSERT_TRUE(client.certificate());
+        EXPECT_TRUE(client.certificate()->subject.contains(u"localhost"_s));
+        const qint64 left = QDateTime::currentDateTimeUtc().secsTo(client.certificate()->expires);
+        EXPECT_LE(std::abs(left - 86400), 60) << left;
+    }
+    EXPECT_FALSE(client.get(QUrl(u"https://127.0.0.1:1/"_s), {}, {}));
+    EXPECT_TRUE(client.failure().startsWith(u"соединение не установлено"_s))
+        << client.failure().toStdString();
 }
 
 // The server with TLS 1.1 serves a client that asks for it, so the refusals above are the client's.
