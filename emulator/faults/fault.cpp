@@ -186,7 +186,8 @@ Fault readFault(const Json& json)
     JsonReader reader(json, "fault");
     fault.name = shortText(reader, "name");
     fault.endpoint = readEndpoint(reader.text("endpoint"));
-    const EffectInfo& info = readEffect(reader.text("effect"), fault.endpoint);
+    const std::string effect = reader.text("effect");
+    const EffectInfo& info = readEffect(effect, fault.endpoint);
     fault.effect = info.effect;
     fault.phase = readPhase(reader.text("phase"), info.phase);
     const bool needsDocument = fault.effect == Effect::Fail || fault.effect == Effect::Never;
