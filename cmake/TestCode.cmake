@@ -2,6 +2,12 @@
 # precompiled headers. The libraries and programs under test stay as the preset wants them.
 add_library(test_code INTERFACE)
 target_compile_options(test_code INTERFACE -O0 -g1)
+# Headers that are precompiled for a library are good for a program only if both are compiled with -fPIC. Qt 6.4 sees to
+# that by itself.
+get_target_property(options Qt6::Core INTERFACE_COMPILE_OPTIONS)
+if(NOT "${options}" MATCHES -fPIC)
+    target_compile_options(test_code INTERFACE -fPIC)
+endif()
 if(HARDENED) # Fortified functions need the optimiser.
     target_compile_options(test_code INTERFACE -U_FORTIFY_SOURCE)
 endif()
