@@ -254,11 +254,6 @@ CommandLineText helpOf(const CLI::App& app, const std::vector<std::string>& name
     return {QString::fromStdString(help), false};
 }
 
-QString fromStd(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
 CommandLineText endText(const CLI::App& app, const CLI::ParseError& error)
 {
     std::ostringstream out;

@@ -18,11 +18,6 @@ namespace {
 constexpr int columns = 80;
 constexpr int firstColumn = 30;
 
-QString fromStd(const std::string& text)
-{
-    return QString::fromStdString(text);
-}
-
 const CLI::App& chosen(const CLI::App& app)
 {
     const auto commands = app.get_subcommands();

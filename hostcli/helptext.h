@@ -9,6 +9,12 @@
 
 namespace frhost {
 
+/// A text of the parser's.
+[[nodiscard]] inline QString fromStd(const std::string& text)
+{
+    return QString::fromStdString(text);
+}
+
 /// The text with line breaks instead of spaces, so that no line has more than `width` characters unless a
 /// single word does.
 [[nodiscard]] QString wrapped(const QString& text, int width);
