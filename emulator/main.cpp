@@ -134,7 +134,7 @@ void addReplayOption(CLI::App& app, Arguments& a)
 {
     auto* replay = app.add_option(
         "--replay", a.replay, "answer from a recording: a HAR, or the JSON lines of /_emulator/recording");
-    replay->check(notEmpty);
+    replay->type_name("FILE")->check(notEmpty);
     for (const char* other : {"--config", "--login", "--password", "--password-file", "--group", "--faults",
              "--waits", "--latency", "--queue-timeout", "--pace", "--revision", "--strict", "--token-ttl",
              "--allow-callbacks"})
