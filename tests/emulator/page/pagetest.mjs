@@ -251,6 +251,12 @@ test('the field because of which a receipt failed later is marked', async () => 
   assert.deepEqual(doubtful.fields, ['receipt.items[0].vat.sum', 'receipt.items[1].vat.sum'], 'any that was given');
   const other = await failed({code: 2009, type: 'agent', text: 'Агент недоступен'}, {items: [vat(20)]});
   assert.deepEqual(other, {wrong: [], fields: []});
+
+  const items = [{name: 'A', price: 150.5, quantity: 1, sum: 150.5, vat: {type: 'vat10', sum: 20}}];
+  assert.equal((await sell('late-sum', {items})).status, 200);
+  await openReceipt('late-sum');
+  await browser.until("return document.querySelector('.receipt-title .field')?.innerText === 'receipt.items[0].vat.sum'");
+  assert.match(await browser.run("return document.querySelector('#detail .wrong').textContent"), /"sum": 20[^]*must be 13\.68/);
 });
 
 test('a refused receipt that is registered in the end becomes the registered one', async () => {
