@@ -23,7 +23,7 @@ std::string_view takeUntil(std::string_view& rest, std::string_view separator)
     return part;
 }
 
-std::string keyIn(std::string_view text, const std::string& where)
+std::string keyOfRequest(std::string_view text, const std::string& where)
 {
     std::string_view line = text.substr(0, text.find(lineEnd));
     Request request{.method = std::string(takeUntil(line, " "))};
@@ -52,7 +52,7 @@ bool isCutOff(std::string_view text)
     return text.ends_with(" bytes more)") && text.find("… (") != std::string_view::npos;
 }
 
-Answer answerIn(std::string_view text, const std::string& where)
+Answer answerOf(std::string_view text, const std::string& where)
 {
     if (text.empty())
         return recordedAnswer(0, {}, {});
@@ -83,8 +83,8 @@ RecordedCall readLine(const std::string& line, const std::string& where)
         return {};
     if (!json.contains("answer"))
         throw JsonError(where + ".answer must be a text, empty if there was no answer");
-    const std::string key = keyIn(reader.text("request"), where);
-    return {key, key.empty() ? Answer() : answerIn(reader.text("answer"), where)};
+    const std::string key = keyOfRequest(reader.text("request"), where);
+    return {key, key.empty() ? Answer() : answerOf(reader.text("answer"), where)};
 }
 
 } // namespace
