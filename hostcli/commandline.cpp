@@ -40,6 +40,7 @@ struct Arguments
     std::string retryFor;
     bool stream = false;
     std::string qrDir;
+    std::string bundle;
     std::string journal;
     bool noJournal = false;
     bool strict = false;
@@ -59,7 +60,12 @@ constexpr CommandInfo commands[] = {
     {Command::Describe, "describe", "frhost describe",
         QT_TRANSLATE_NOOP("Text", "Show the plugin and the register's settings")},
     {Command::Check, "check", "frhost --config register.ini check",
-        QT_TRANSLATE_NOOP("Text", "Check address, login and password; registers nothing")},
+        QT_TRANSLATE_NOOP("Text", "Check configuration, login, group and clock; registers nothing")},
+    {Command::Doctor, "doctor", "frhost --config register.ini doctor",
+        QT_TRANSLATE_NOOP("Text", "The same, and what else of this machine may be the fault")},
+    {Command::Bundle, "bundle", "frhost --config register.ini bundle support.tar.gz",
+        QT_TRANSLATE_NOOP(
+            "Text", "Collect for support: doctor, configuration, log, exchanges; secrets masked")},
     {Command::Sell, "sell", "frhost --config register.ini sell receipt.json",
         QT_TRANSLATE_NOOP("Text", "Register receipts and show their fiscal results")},
     {Command::Send, "send", "frhost --config register.ini send receipt.json",
@@ -198,7 +204,12 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
                 Text::tr("Code of the service, or words of a message or of the log; without it, all causes")
                     .toStdString())
             ->option_text("...");
-    else if (info.command != Command::Describe && info.command != Command::Check)
+    else if (info.command == Command::Bundle)
+        command->add_option("FILE", arguments.bundle, Text::tr("The archive to write, .tar.gz").toStdString())
+            ->required()
+            ->check(flawOfFile);
+    else if (info.command != Command::Describe && info.command != Command::Check &&
+             info.command != Command::Doctor)
         command
             ->add_option("FILE", arguments.files,
                 Text::tr("Receipts as a JSON object or JSON Lines; - is standard input").toStdString())
@@ -216,10 +227,11 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
             ->check([](const std::string& name) {
                 return name.empty() ? Text::tr("the folder has no name").toStdString() : std::string();
             });
-    if (info.command == Command::Sell || info.command == Command::Send) {
+    const bool submits = info.command == Command::Sell || info.command == Command::Send;
+    if (submits || info.command == Command::Doctor || info.command == Command::Bundle)
         addJournalOptions(*command, arguments);
+    if (submits)
         addPersistence(*command, arguments);
-    }
     return command;
 }
 
@@ -310,6 +322,7 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
     line.logLevel = arguments.logLevel.empty() ? usualLevel : fromStd(arguments.logLevel);
     line.quiet = arguments.quiet;
     line.uuid = fromStd(arguments.uuid);
+    line.bundle = fromStd(arguments.bundle);
     line.qrDir = fromStd(arguments.qrDir);
     line.journal = fromStd(arguments.journal);
     line.usesJournal = !arguments.noJournal;

@@ -12,6 +12,8 @@ enum class Command
 {
     Describe,
     Check,
+    Doctor,
+    Bundle,
     Sell,
     Send,
     Info,
@@ -49,6 +51,8 @@ struct CommandLine
     QStringList uuids;
     /// The code or cause to explain; empty for all.
     QString cause;
+    /// The archive to write.
+    QString bundle;
 };
 
 /// An answer that ends the program without a command: help, the version, or a usage error.

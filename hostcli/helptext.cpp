@@ -83,7 +83,7 @@ QString explained(const CLI::App& app, const CLI::ParseError& error)
     if (dynamic_cast<const CLI::RequiredError*>(&error) != nullptr)
         return missing(app);
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr)
-        return Text::tr("%1 needs a value.").arg(text.section(u':', 0, 0));
+        return Text::tr("%1 needs exactly one value.").arg(text.section(u':', 0, 0));
     if (dynamic_cast<const CLI::ExcludesError*>(&error) != nullptr) {
         QStringList both{text.section(u' ', 0, 0), text.section(u' ', -1)};
         both.sort();

@@ -23,6 +23,14 @@ ExitCode dispatch(const CommandLine& line, Output& output)
         const OnInterruption interruption(&sayInterruptedAndEnd);
         return check(line, output);
     }
+    case Command::Doctor: {
+        const OnInterruption interruption(&sayInterruptedAndEnd);
+        return doctor(line, output);
+    }
+    case Command::Bundle: {
+        const OnInterruption interruption(&sayInterruptedAndEnd);
+        return bundle(line, output);
+    }
     case Command::Sell:
     case Command::Send: {
         const OnInterruption interruption(&sayNothingSentAndEnd);

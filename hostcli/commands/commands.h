@@ -11,6 +11,8 @@ namespace frhost {
 
 [[nodiscard]] ExitCode describe(const CommandLine& line, Output& output);
 [[nodiscard]] ExitCode check(const CommandLine& line, Output& output);
+[[nodiscard]] ExitCode doctor(const CommandLine& line, Output& output);
+[[nodiscard]] ExitCode bundle(const CommandLine& line, Output& output);
 /// Both `sell` and `send`.
 [[nodiscard]] ExitCode submit(const CommandLine& line, Output& output);
 [[nodiscard]] ExitCode info(const CommandLine& line, Output& output);

@@ -36,6 +36,10 @@ ExitCode info(const CommandLine& line, Output& output)
     const QByteArray shown =
         QJsonDocument(masked.toObject()).toJson(line.json ? QJsonDocument::Compact : QJsonDocument::Indented);
     output.write(printableJson(shown.trimmed()) + '\n');
+    if (answer.saysFailed())
+        Console::instance().line(
+            Text::tr("This is a single answer. Before you sell under a new id, run the same file again: sell "
+                     "believes a failure only when four answers agree."));
     if (!error)
         return answer.saysFailed() ? ExitCode::Refused : ExitCode::Success;
     Console::instance().line(error->message);

@@ -131,7 +131,13 @@ void requireUuid(const QString& uuid)
 
 LimitChecks limitChecksOf(const CommandLine& line)
 {
-    return {line.strict, [](const QString& warning) { Console::instance().line(warning); }};
+    return {line.strict, [](const QString& warning) { Console::instance().line(warning, Urgency::Warning); }};
+}
+
+QString exchangeFileOf(const CommandLine& line)
+{
+    const QString journal = line.journal.isEmpty() ? defaultJournalFile() : line.journal;
+    return line.usesJournal && !journal.isEmpty() ? journal + u"-exchanges.jsonl"_s : QString();
 }
 
 Error explained(const JournalError& error)

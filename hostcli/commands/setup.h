@@ -42,6 +42,9 @@ void requireUuid(const QString& uuid);
 /// The checks of a run's receipts that the command line asks for; warnings go to the console.
 [[nodiscard]] till::LimitChecks limitChecksOf(const CommandLine& line);
 
+/// Where the exchanges of receipts that were not registered are kept: beside the journal; empty without one.
+[[nodiscard]] QString exchangeFileOf(const CommandLine& line);
+
 /// An error of the journal with what the user can do about it.
 [[nodiscard]] till::Error explained(const till::JournalError& error);
 

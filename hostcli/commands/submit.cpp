@@ -11,6 +11,7 @@
 #include "till/sale/retries.h"
 #include "till/sale/salejournal.h"
 #include "till/sale/session.h"
+#include "till/text.h"
 
 #include <optional>
 #include <tuple>
@@ -56,6 +57,13 @@ private:
     LocalRegistrar local;
 };
 
+// Helps whoever looks for a fault, and must not be one itself.
+void keepExchanges(const CommandLine& line, ObservingTransport& transport)
+{
+    if (const QString file = exchangeFileOf(line); !file.isEmpty())
+        std::ignore = transport.exchanges().moveTo(file);
+}
+
 // One run of `sell` or `send`.
 class Run
 {
@@ -64,6 +72,7 @@ public:
         : line(commandLine)
         , batch(usedBatch)
         , journal(usedJournal)
+        , transport(usedSession.transport())
         , seller(commandLine.command, usedSession, usedJournal)
     {
         connect(usedSession);
@@ -133,8 +142,11 @@ private:
             return journal.concluded(seller.carryOut(queued));
         };
         Retries retries(line.retryFor);
-        const bool continues = batch.finish(
-            repeated(retries, attempt, [this](const ReceiptResult& result) { batch.noteAttempt(result); }));
+        const ReceiptResult result =
+            repeated(retries, attempt, [this](const ReceiptResult& failed) { batch.noteAttempt(failed); });
+        const bool continues = batch.finish(result);
+        if (result.outcome.value_or(Outcome::Registered) != Outcome::Registered)
+            keepExchanges(line, transport);
         journal.check();
         return continues;
     }
@@ -142,6 +154,7 @@ private:
     const CommandLine& line;
     Batch& batch;
     SaleJournal& journal;
+    ObservingTransport& transport;
     Seller seller;
     bool goesOn = true;
 };
@@ -203,6 +216,9 @@ ExitCode submit(const CommandLine& line, Output& output)
         std::ignore = session.fiscalRegister().service();
     Batch batch(line, output, session.transport());
     const OnInterruption interruption([&] { batch.interrupt(); });
+    if (line.files.contains(u"-"_s) && isatty(STDIN_FILENO) != 0)
+        Console::instance().line(
+            Text::tr("Waiting for receipts on standard input; Ctrl-D ends them."), Urgency::Notice);
     std::optional<ReceiptQueue> queue;
     if (!line.streams) {
         queue.emplace(line.files, limitChecksOf(line));

@@ -71,6 +71,14 @@ QString outcomeText(const ReceiptResult& result)
     return Text::tr("unknown");
 }
 
+// Green is done, red is not, yellow wants another look.
+QString coloured(const QString& text, std::optional<Outcome> outcome)
+{
+    const Outcome shown = outcome.value_or(Outcome::Registered);
+    const int colour = shown == Outcome::Registered ? 32 : shown == Outcome::Refused ? 31 : 33;
+    return u"\x1b[%1m"_s.arg(colour) + text + u"\x1b[0m"_s;
+}
+
 QString comparisonName(Comparison comparison)
 {
     switch (comparison) {
@@ -172,7 +180,7 @@ QByteArray toJsonLine(const RunFailure& failure)
         {u"next"_s, nextStepName(failure.next)}});
 }
 
-QString toText(const ReceiptResult& result)
+QString toText(const ReceiptResult& result, bool inColour)
 {
     QList<QStringList> rows;
     const auto row = [&](const QString& label, const QString& value) {
@@ -202,7 +210,8 @@ QString toText(const ReceiptResult& result)
         row(Text::tr("Text of the QR code"), qrText(info));
     }
     row(Text::tr("Receipt"), result.receiptUrl);
-    return u"%1: %2\n"_s.arg(printable(nameOf(result)), outcomeText(result)) + textTable(rows, 2);
+    const QString outcome = inColour ? coloured(outcomeText(result), result.outcome) : outcomeText(result);
+    return u"%1: %2\n"_s.arg(printable(nameOf(result)), outcome) + textTable(rows, 2);
 }
 
 } // namespace frhost

@@ -21,7 +21,7 @@ namespace frhost {
 /// The failure of a run as one line of JSON.
 [[nodiscard]] QByteArray toJsonLine(const till::RunFailure& failure);
 
-/// The result as a short table.
-[[nodiscard]] QString toText(const till::ReceiptResult& result);
+/// The result as a short table, its outcome in colour or not.
+[[nodiscard]] QString toText(const till::ReceiptResult& result, bool inColour = false);
 
 } // namespace frhost

@@ -1,5 +1,6 @@
 #include "hostcli/terminal/runreport.h"
 
+#include "hostcli/terminal/appearance.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/qrcode.h"
 #include "hostcli/terminal/resultreport.h"
@@ -18,7 +19,8 @@ namespace {
 QString toTerminal(const ReceiptResult& result)
 {
     const QString qr = result.fiscal ? qrText(*result.fiscal) : QString();
-    return toText(result) + QrCode(qr).halfBlocks();
+    const QString picture = showsPictures() ? QrCode(qr).halfBlocks() : QString();
+    return toText(result, showsColours()) + picture;
 }
 
 QString causeAndAdvice(const ReceiptResult& result)

@@ -9,11 +9,7 @@
     </message>
     <message>
         <source>Show the plugin and the register&apos;s settings</source>
-        <translation>Показать плагин и настройки регистратора</translation>
-    </message>
-    <message>
-        <source>Check address, login and password; registers nothing</source>
-        <translation>Проверить адрес, логин и пароль; ничего не регистрирует</translation>
+        <translation>Показать плагин и настройки кассы</translation>
     </message>
     <message>
         <source>Register receipts and show their fiscal results</source>
@@ -39,7 +35,7 @@
     </message>
     <message>
         <source>INI file with the register&apos;s settings; otherwise $FRHOST_CONFIG, then frhost/register.ini in $XDG_CONFIG_HOME or /etc</source>
-        <translation>INI-файл с настройками регистратора; без него — $FRHOST_CONFIG, затем frhost/register.ini в $XDG_CONFIG_HOME или /etc</translation>
+        <translation>INI-файл с настройками кассы; без него — $FRHOST_CONFIG, затем frhost/register.ini в $XDG_CONFIG_HOME или /etc</translation>
     </message>
     <message>
         <source>Plugin library, instead of the one installed</source>
@@ -59,7 +55,7 @@
     </message>
     <message>
         <source>Drives a fiscal register through its plugin.</source>
-        <translation>Управляет фискальным регистратором через его плагин.</translation>
+        <translation>Управляет кассой через её плагин.</translation>
     </message>
     <message>
         <source>Standard output: %1</source>
@@ -127,19 +123,19 @@
     </message>
     <message>
         <source>the factory did not return a fiscal register</source>
-        <translation>фабрика не вернула фискальный регистратор</translation>
+        <translation>фабрика не вернула кассу</translation>
     </message>
     <message>
         <source>the register has no slot init</source>
-        <translation>у регистратора нет слота init</translation>
+        <translation>у кассы нет слота init</translation>
     </message>
     <message>
         <source>the register has no driver after init</source>
-        <translation>у регистратора нет драйвера после init</translation>
+        <translation>у кассы нет драйвера после init</translation>
     </message>
     <message>
         <source>the driver does not implement VposFrDriver, the interface of a cloud register</source>
-        <translation>драйвер не реализует VposFrDriver — интерфейс облачного регистратора</translation>
+        <translation>драйвер не реализует VposFrDriver — интерфейс облачной кассы</translation>
     </message>
     <message>
         <source>The service did not answer</source>
@@ -167,11 +163,11 @@
     </message>
     <message>
         <source>No fiscal-register plugin in %1. Name one with --plugin FILE.</source>
-        <translation>Нет плагина фискального регистратора в %1. Укажите его: --plugin FILE.</translation>
+        <translation>Нет плагина кассы в %1. Укажите его: --plugin FILE.</translation>
     </message>
     <message>
         <source>Several fiscal-register plugins: %1. Choose one with --plugin FILE.</source>
-        <translation>Плагинов фискальных регистраторов несколько: %1. Выберите один: --plugin FILE.</translation>
+        <translation>Плагинов кассы несколько: %1. Выберите один: --plugin FILE.</translation>
     </message>
     <message>
         <source>%1: %2</source>
@@ -235,15 +231,15 @@
     </message>
     <message>
         <source>the register refused the value of %1</source>
-        <translation>регистратор не принял значение %1</translation>
+        <translation>касса не приняла значение %1</translation>
     </message>
     <message>
         <source>the register does not use &quot;%1&quot;</source>
-        <translation>регистратор не использует «%1»</translation>
+        <translation>касса не использует «%1»</translation>
     </message>
     <message>
         <source>%1: the register does not support [driverOptions]</source>
-        <translation>%1: регистратор не поддерживает [driverOptions]</translation>
+        <translation>%1: касса не поддерживает [driverOptions]</translation>
     </message>
     <message>
         <source>Nothing was registered. Correct the cause and run the receipt again.</source>
@@ -255,11 +251,11 @@
     </message>
     <message>
         <source>Nothing was registered, and this id is used up: sent again, it only returns the failed document. Give the sale a new id and run it again.</source>
-        <translation>Ничего не зарегистрировано, и этот id повторно использовать нельзя: сервис вернёт тот же документ с ошибкой. Дайте продаже новый id и отправьте её ещё раз.</translation>
+        <translation>Ничего не зарегистрировано, и этот id повторно использовать нельзя: сервис вернёт тот же документ с ошибкой. Дайте продаже новый id и отправьте чек ещё раз.</translation>
     </message>
     <message>
         <source>This sale is NOT registered. Give it an id of its own and run it again.</source>
-        <translation>Эта продажа НЕ зарегистрирована. Дайте ей собственный id и отправьте её ещё раз.</translation>
+        <translation>Эта продажа НЕ зарегистрирована. Дайте ей собственный id и отправьте чек ещё раз.</translation>
     </message>
     <message>
         <source>The id already belongs to another receipt, registered with the total %1 instead of %2</source>
@@ -319,7 +315,7 @@
     </message>
     <message>
         <source>Register</source>
-        <translation>РН ККТ</translation>
+        <translation>Рег. номер кассы</translation>
     </message>
     <message>
         <source>Fiscal storage</source>
@@ -403,7 +399,7 @@
     </message>
     <message>
         <source>The outcome of %1 is unknown; run again.</source>
-        <translation>Результат по чеку %1 неизвестен; повторите команду.</translation>
+        <translation>Результат по чеку %1 неизвестен; отправьте чек ещё раз.</translation>
     </message>
     <message>
         <source>Nothing was sent.</source>
@@ -411,11 +407,11 @@
     </message>
     <message>
         <source>%1 was sent, its outcome is unknown; run again: the service does not register an id twice.</source>
-        <translation>Чек %1 отправлен, результат неизвестен; повторите команду: один id сервис дважды не регистрирует.</translation>
+        <translation>Чек %1 отправлен, результат неизвестен; отправьте чек ещё раз: один id сервис дважды не регистрирует.</translation>
     </message>
     <message>
         <source>%1 was not sent; run again.</source>
-        <translation>Чек %1 не отправлен; повторите команду.</translation>
+        <translation>Чек %1 не отправлен; отправьте чек ещё раз.</translation>
     </message>
     <message>
         <source>Interrupted. %1</source>
@@ -447,21 +443,7 @@
     </message>
     <message>
         <source>%1: not a fiscal-register plugin</source>
-        <translation>%1: это не плагин фискального регистратора</translation>
-    </message>
-    <message>
-        <source>The service at %1 does not accept the login: %2. Correct login and password in %3. Nothing was sent.</source>
-        <translation>Сервис по адресу %1 не принял логин: %2. Исправьте логин и пароль в %3. Ничего не отправлено.</translation>
-    </message>
-    <message>
-        <source>No connection to the service at %1: %2. Nothing was sent.</source>
-        <translation>Нет связи с сервисом по адресу %1: %2. Ничего не отправлено.</translation>
-    </message>
-    <message>
-        <source>The service at %1 accepts login and password.
-</source>
-        <translation>Сервис по адресу %1 принимает логин и пароль.
-</translation>
+        <translation>%1: это не плагин кассы</translation>
     </message>
     <message>
         <source>&quot;%1&quot; is not the identifier of a document</source>
@@ -481,7 +463,7 @@
     </message>
     <message>
         <source>%1 is registered according to the service, which has not proved it; run again.</source>
-        <translation>Чек %1, по словам сервиса, зарегистрирован, но данных чека нет; повторите команду.</translation>
+        <translation>Чек %1, по словам сервиса, зарегистрирован, но данных чека нет; отправьте чек ещё раз.</translation>
     </message>
     <message>
         <source>Registered, evidence incomplete: %1.</source>
@@ -524,10 +506,6 @@
         <translation>Сервис не принимает чеки этой учётной записи</translation>
     </message>
     <message>
-        <source>The account is blocked: ask the service.</source>
-        <translation>Учётная запись заблокирована: обратитесь в поддержку сервиса.</translation>
-    </message>
-    <message>
         <source>Correct groupCode, or login and password, in the configuration.</source>
         <translation>Исправьте в настройках groupCode или логин и пароль.</translation>
     </message>
@@ -542,10 +520,6 @@
     <message>
         <source>The service does not accept the tokens that it issues</source>
         <translation>Сервис не принимает токены, которые сам выдаёт</translation>
-    </message>
-    <message>
-        <source>The answer of the service at %1 holds no token. Nothing was sent.</source>
-        <translation>В ответе сервиса по адресу %1 нет токена. Ничего не отправлено.</translation>
     </message>
     <message>
         <source>The group is for another version of the protocol: ask the service for one of version 4 and correct groupCode in the configuration.</source>
@@ -629,19 +603,19 @@
     </message>
     <message>
         <source>its outcome is unknown</source>
-        <translation>его судьба неизвестна</translation>
+        <translation>результат неизвестен</translation>
     </message>
     <message>
         <source>Nothing is registered under this id, and it is used up. Give the sale a new id and run it again.</source>
-        <translation>Под этим id ничего не зарегистрировано, но он уже использован. Дайте продаже новый id и запустите её снова.</translation>
+        <translation>Под этим id ничего не зарегистрировано, но он уже использован. Дайте продаже новый id и отправьте чек ещё раз.</translation>
     </message>
     <message>
         <source>This receipt was not sent. If it is another sale, give it an id of its own and run it again. If it is the same sale, it is registered already.</source>
-        <translation>Этот чек не отправлен. Если это другая продажа, дайте ей собственный id и запустите снова. Если это та же продажа, она уже зарегистрирована.</translation>
+        <translation>Этот чек не отправлен. Если это другая продажа, дайте ей собственный id и отправьте чек ещё раз. Если это та же продажа, она уже зарегистрирована.</translation>
     </message>
     <message>
         <source>This receipt was not sent. If it is another sale, give it an id of its own and run it again. If it is the same sale, first run it exactly as it was sent, which shows what became of it.</source>
-        <translation>Этот чек не отправлен. Если это другая продажа, дайте ей собственный id и запустите снова. Если это та же продажа, сначала запустите её в точности такой, какой она была отправлена: так станет известно, что с ней стало.</translation>
+        <translation>Этот чек не отправлен. Если это другая продажа, дайте ей собственный id и отправьте чек ещё раз. Если это та же продажа, сначала отправьте её в точности такой же, как в первый раз: так выяснится результат.</translation>
     </message>
     <message>
         <source>Another receipt was sent under this id on %1 (%2): %3</source>
@@ -828,10 +802,6 @@
         <translation>Не указана команда.</translation>
     </message>
     <message>
-        <source>%1 needs a value.</source>
-        <translation>После %1 нужно значение.</translation>
-    </message>
-    <message>
         <source>%1 and %2 exclude each other.</source>
         <translation>%1 и %2 несовместимы.</translation>
     </message>
@@ -906,12 +876,6 @@
     <message>
         <source>Interrupted while waiting for the register</source>
         <translation>Прервано во время ожидания кассы</translation>
-    </message>
-    <message>
-        <source>The register answers: %1
-</source>
-        <translation>Касса отвечает: %1
-</translation>
     </message>
     <message>
         <source>the driver&apos;s word</source>
@@ -1104,6 +1068,438 @@
     <message>
         <source>Check the uuid and groupCode: the service knows a uuid for 32 days, and in its group alone.</source>
         <translation>Проверьте uuid и groupCode: сервис помнит uuid 32 дня, и только в своей группе.</translation>
+    </message>
+    <message>
+        <source>%1 belongs to user %2, who can change it, and with it the address that receives login and password.</source>
+        <translation>%1 принадлежит пользователю %2: он может изменить файл, а с ним и адрес, на который уходят логин и пароль.</translation>
+    </message>
+    <message>
+        <source>An administrator should run: %1</source>
+        <translation>Попросите администратора выполнить: %1</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Адрес</translation>
+    </message>
+    <message>
+        <source>%1 does not begin with https://. Correct url in %2.</source>
+        <translation>%1 не начинается с https://. Исправьте url в %2.</translation>
+    </message>
+    <message>
+        <source>%1 names no server. Correct url in %2.</source>
+        <translation>В %1 не указан сервер. Исправьте url в %2.</translation>
+    </message>
+    <message>
+        <source>%1 is not encrypted: everybody on the way can read login and password. Write https:// in %2.</source>
+        <translation>%1 без шифрования: логин и пароль может прочитать кто угодно по пути. Укажите https:// в %2.</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Учётная запись</translation>
+    </message>
+    <message>
+        <source>Taxpayer number</source>
+        <translation>ИНН</translation>
+    </message>
+    <message>
+        <source>%1 has no inn. Add the company&apos;s 10 or 12 digits.</source>
+        <translation>В %1 нет inn. Добавьте ИНН организации, 10 или 12 цифр.</translation>
+    </message>
+    <message>
+        <source>%1 does not have 10 or 12 digits. Correct inn in %2.</source>
+        <translation>В %1 не 10 и не 12 цифр. Исправьте inn в %2.</translation>
+    </message>
+    <message>
+        <source>%1 cannot be right: its check digit does not match. Correct inn in %2.</source>
+        <translation>Такого ИНН не бывает: в %1 не сходится контрольная цифра. Исправьте inn в %2.</translation>
+    </message>
+    <message>
+        <source>Company</source>
+        <translation>Организация</translation>
+    </message>
+    <message>
+        <source>%1 has no %2, without which the service refuses receipts.</source>
+        <translation>В %1 нет %2, а без этого сервис отклоняет чеки.</translation>
+    </message>
+    <message>
+        <source>Time zone</source>
+        <translation>Часовой пояс</translation>
+    </message>
+    <message>
+        <source>Locale</source>
+        <translation>Локаль</translation>
+    </message>
+    <message>
+        <source>%1 is not UTF-8: names of files and Russian texts may be garbled. Set LC_ALL=C.UTF-8 or another locale of UTF-8.</source>
+        <translation>%1 — не UTF-8: имена файлов и русские тексты могут исказиться. Задайте LC_ALL=ru_RU.UTF-8 или другую локаль с UTF-8.</translation>
+    </message>
+    <message>
+        <source>Space</source>
+        <translation>Место</translation>
+    </message>
+    <message>
+        <source>%1 cannot be written by this user. Change the permissions, or name another file.</source>
+        <translation>Этот пользователь не может записать %1. Измените права или укажите другой файл.</translation>
+    </message>
+    <message>
+        <source>%1: only %2 MiB are left. Make room.</source>
+        <translation>%1: осталось только %2 МиБ. Освободите место.</translation>
+    </message>
+    <message>
+        <source>%1: %2 MiB left</source>
+        <translation>%1: свободно %2 МиБ</translation>
+    </message>
+    <message>
+        <source>Names</source>
+        <translation>Имена</translation>
+    </message>
+    <message>
+        <source>%1 is not known to this machine&apos;s name servers: %2. Check the name and /etc/resolv.conf.</source>
+        <translation>Серверы имён этого компьютера не знают %1: %2. Проверьте имя и /etc/resolv.conf.</translation>
+    </message>
+    <message>
+        <source>Proxy</source>
+        <translation>Прокси</translation>
+    </message>
+    <message>
+        <source>none</source>
+        <translation>нет</translation>
+    </message>
+    <message>
+        <source>none; the environment&apos;s %1 are not used, only proxy in [transport] is</source>
+        <translation>нет; переменные %1 не учитываются, нужен proxy в [transport]</translation>
+    </message>
+    <message>
+        <source>System</source>
+        <translation>Система</translation>
+    </message>
+    <message>
+        <source>Permissions</source>
+        <translation>Права</translation>
+    </message>
+    <message>
+        <source>Connection</source>
+        <translation>Связь</translation>
+    </message>
+    <message>
+        <source>Login</source>
+        <translation>Вход</translation>
+    </message>
+    <message>
+        <source>The cause: %1. %2</source>
+        <translation>Причина: %1. %2</translation>
+    </message>
+    <message>
+        <source>login and password accepted</source>
+        <translation>логин и пароль приняты</translation>
+    </message>
+    <message>
+        <source>Clock</source>
+        <translation>Часы</translation>
+    </message>
+    <message>
+        <source>not checked: the service did not tell its time</source>
+        <translation>не проверены: сервис не сообщил своё время</translation>
+    </message>
+    <message>
+        <source>differs from the service&apos;s by %1 s</source>
+        <translation>расхождение с сервисом: %1 с</translation>
+    </message>
+    <message>
+        <source>This machine&apos;s clock is %1 min ahead of the service&apos;s.</source>
+        <translation>Часы этого компьютера спешат на %1 мин.</translation>
+    </message>
+    <message>
+        <source>This machine&apos;s clock is %1 min behind the service&apos;s.</source>
+        <translation>Часы этого компьютера отстают на %1 мин.</translation>
+    </message>
+    <message>
+        <source>Receipts carry its time. Correct clock or time zone.</source>
+        <translation>Это время попадает в чеки. Исправьте часы или часовой пояс.</translation>
+    </message>
+    <message>
+        <source>Certificate</source>
+        <translation>Сертификат</translation>
+    </message>
+    <message>
+        <source>none: the connection is not encrypted</source>
+        <translation>нет: соединение без шифрования</translation>
+    </message>
+    <message>
+        <source>accepted; it does not say until when it is valid</source>
+        <translation>принят; срок действия в нём не указан</translation>
+    </message>
+    <message>
+        <source>The service&apos;s certificate is valid until %1 only, days left: %2. Tell the service.</source>
+        <translation>Сертификат сервиса действует только до %1, осталось дней: %2. Сообщите сервису.</translation>
+    </message>
+    <message>
+        <source>valid until %1, days left: %2</source>
+        <translation>действует до %1, осталось дней: %2</translation>
+    </message>
+    <message>
+        <source>Group</source>
+        <translation>Группа</translation>
+    </message>
+    <message>
+        <source>Not checked: the service did not answer.</source>
+        <translation>Не проверена: сервис не ответил.</translation>
+    </message>
+    <message>
+        <source>%1, known to the service</source>
+        <translation>%1, сервис её знает</translation>
+    </message>
+    <message>
+        <source>The service does not know the group %1 for this login (code 20). Correct groupCode, or login and password.</source>
+        <translation>Группы %1 для этого логина сервис не знает (код 20). Исправьте groupCode или логин и пароль.</translation>
+    </message>
+    <message>
+        <source>The group %1 is for another version of the protocol (code 21). Ask the service for a group of version 4 and correct groupCode.</source>
+        <translation>Группа %1 заведена для другой версии протокола (код 21). Запросите у сервиса группу для версии 4 и исправьте groupCode.</translation>
+    </message>
+    <message>
+        <source>Not checked: the service answers with another error (code %1: %2).</source>
+        <translation>Не проверена: сервис ответил другой ошибкой (код %1: %2).</translation>
+    </message>
+    <message>
+        <source>the certificate is not yet valid</source>
+        <translation>сертификат ещё не действует</translation>
+    </message>
+    <message>
+        <source>Check this machine&apos;s clock.</source>
+        <translation>Проверьте часы этого компьютера.</translation>
+    </message>
+    <message>
+        <source>the certificate has expired</source>
+        <translation>срок действия сертификата истёк</translation>
+    </message>
+    <message>
+        <source>Check this machine&apos;s clock; if it is right, ask the service.</source>
+        <translation>Проверьте часы этого компьютера; если они верны, обратитесь в сервис.</translation>
+    </message>
+    <message>
+        <source>the certificate is signed by an authority that this machine does not trust</source>
+        <translation>сертификат выдан центром, которому этот компьютер не доверяет</translation>
+    </message>
+    <message>
+        <source>Check url; where the network inspects traffic, name the authority as caFile.</source>
+        <translation>Проверьте url; если сеть проверяет трафик, укажите её центр сертификации в caFile.</translation>
+    </message>
+    <message>
+        <source>the certificate is for another name</source>
+        <translation>сертификат выдан на другое имя</translation>
+    </message>
+    <message>
+        <source>Check the name of the server in url.</source>
+        <translation>Проверьте имя сервера в url.</translation>
+    </message>
+    <message>
+        <source>the certificate is not accepted</source>
+        <translation>сертификат не принят</translation>
+    </message>
+    <message>
+        <source>Check url and this machine&apos;s clock; the log names the fault.</source>
+        <translation>Проверьте url и часы этого компьютера; ошибка названа в журнале.</translation>
+    </message>
+    <message>
+        <source>the file of authorities cannot be read</source>
+        <translation>файл сертификатов не читается</translation>
+    </message>
+    <message>
+        <source>Check caFile in the configuration.</source>
+        <translation>Проверьте caFile в настройках.</translation>
+    </message>
+    <message>
+        <source>the server does not speak TLS 1.2 or newer</source>
+        <translation>сервер не знает TLS 1.2 и новее</translation>
+    </message>
+    <message>
+        <source>Check url and its port.</source>
+        <translation>Проверьте url и порт.</translation>
+    </message>
+    <message>
+        <source>the name of the server is not known</source>
+        <translation>имя сервера не найдено</translation>
+    </message>
+    <message>
+        <source>Check url and this machine&apos;s name servers.</source>
+        <translation>Проверьте url и серверы имён этого компьютера.</translation>
+    </message>
+    <message>
+        <source>the name of the proxy is not known</source>
+        <translation>имя прокси не найдено</translation>
+    </message>
+    <message>
+        <source>Check proxy in the configuration.</source>
+        <translation>Проверьте proxy в настройках.</translation>
+    </message>
+    <message>
+        <source>the proxy asks for another user and password</source>
+        <translation>прокси не принял имя и пароль</translation>
+    </message>
+    <message>
+        <source>the proxy refuses the connection</source>
+        <translation>прокси не пропускает соединение</translation>
+    </message>
+    <message>
+        <source>nobody accepts connections there</source>
+        <translation>там никто не принимает соединения</translation>
+    </message>
+    <message>
+        <source>Check url, the network and the firewall.</source>
+        <translation>Проверьте url, сеть и межсетевой экран.</translation>
+    </message>
+    <message>
+        <source>nobody answers there</source>
+        <translation>там никто не отвечает</translation>
+    </message>
+    <message>
+        <source>the answer takes too long</source>
+        <translation>ответа нет слишком долго</translation>
+    </message>
+    <message>
+        <source>Check the network, and try again later.</source>
+        <translation>Проверьте сеть и повторите позже.</translation>
+    </message>
+    <message>
+        <source>the address does not begin with https://</source>
+        <translation>адрес не начинается с https://</translation>
+    </message>
+    <message>
+        <source>Correct url in the configuration.</source>
+        <translation>Исправьте url в настройках.</translation>
+    </message>
+    <message>
+        <source>the address is malformed</source>
+        <translation>адрес записан неверно</translation>
+    </message>
+    <message>
+        <source>the service is not at this address</source>
+        <translation>по этому адресу сервиса нет</translation>
+    </message>
+    <message>
+        <source>Check the path in url; it ends in /possystem/v4/.</source>
+        <translation>Проверьте путь в url; он кончается на /possystem/v4/.</translation>
+    </message>
+    <message>
+        <source>the server is in trouble</source>
+        <translation>на сервере неполадки</translation>
+    </message>
+    <message>
+        <source>Try again later; if it stays like this, ask the service.</source>
+        <translation>Повторите позже; если не поможет, обратитесь в сервис.</translation>
+    </message>
+    <message>
+        <source>something else than the service answers there</source>
+        <translation>там отвечает не сервис</translation>
+    </message>
+    <message>
+        <source>Check url and proxy.</source>
+        <translation>Проверьте url и proxy.</translation>
+    </message>
+    <message>
+        <source>Check url, its port and proxy.</source>
+        <translation>Проверьте url, порт и proxy.</translation>
+    </message>
+    <message>
+        <source>the connection broke off</source>
+        <translation>соединение оборвалось</translation>
+    </message>
+    <message>
+        <source>Check the network, and try again.</source>
+        <translation>Проверьте сеть и повторите.</translation>
+    </message>
+    <message>
+        <source>Check url and the network.</source>
+        <translation>Проверьте url и сеть.</translation>
+    </message>
+    <message>
+        <source>The service at %1 does not accept the login: %2. Correct login and password in %3. No receipt was sent.</source>
+        <translation>Сервис по адресу %1 не принял логин: %2. Исправьте логин и пароль в %3. Чеки не отправлены.</translation>
+    </message>
+    <message>
+        <source>The answer of the service at %1 holds no token. No receipt was sent.</source>
+        <translation>В ответе сервиса по адресу %1 нет токена. Чеки не отправлены.</translation>
+    </message>
+    <message>
+        <source>The service at %1 is out of order: %2. No receipt was sent.</source>
+        <translation>Сервис по адресу %1 не работает: %2. Чеки не отправлены.</translation>
+    </message>
+    <message>
+        <source>Cannot reach %1: %2. %3 No receipt was sent.</source>
+        <translation>Нет связи с %1: %2. %3 Чеки не отправлены.</translation>
+    </message>
+    <message>
+        <source>Check configuration, login, group and clock; registers nothing</source>
+        <translation>Проверить настройки, вход, группу и часы; ничего не регистрирует</translation>
+    </message>
+    <message>
+        <source>The same, and what else of this machine may be the fault</source>
+        <translation>То же и всё, что на этом компьютере может мешать</translation>
+    </message>
+    <message>
+        <source>Collect for support: doctor, configuration, log, exchanges; secrets masked</source>
+        <translation>Собрать для поддержки: doctor, настройки, журнал, обмен; секреты скрыты</translation>
+    </message>
+    <message>
+        <source>The archive to write, .tar.gz</source>
+        <translation>Архив, который нужно записать, .tar.gz</translation>
+    </message>
+    <message>
+        <source>tar: %1</source>
+        <translation>tar: %1</translation>
+    </message>
+    <message>
+        <source>Passwords, tokens, logins and buyers&apos; contacts are masked. Look through it before you send it on.</source>
+        <translation>Пароли, токены, логины и контакты покупателей скрыты. Просмотрите архив, прежде чем отправлять его.</translation>
+    </message>
+    <message>
+        <source>Program</source>
+        <translation>Программа</translation>
+    </message>
+    <message>
+        <source>Configuration</source>
+        <translation>Настройки</translation>
+    </message>
+    <message>
+        <source>There is none. Name one with --config FILE.</source>
+        <translation>Файла настроек нет. Укажите его: --config FILE.</translation>
+    </message>
+    <message>
+        <source>WRONG</source>
+        <translation>ОШИБКА</translation>
+    </message>
+    <message>
+        <source>warning</source>
+        <translation>внимание</translation>
+    </message>
+    <message>
+        <source>note</source>
+        <translation>сведения</translation>
+    </message>
+    <message>
+        <source>ok</source>
+        <translation>в порядке</translation>
+    </message>
+    <message>
+        <source>The service at %1 has blocked this account: %2. Only the service can unblock it. No receipt was sent.</source>
+        <translation>Сервис по адресу %1 заблокировал учётную запись: %2. Разблокировать её может только сервис. Чеки не отправлены.</translation>
+    </message>
+    <message>
+        <source>This is a single answer. Before you sell under a new id, run the same file again: sell believes a failure only when four answers agree.</source>
+        <translation>Это один ответ. Прежде чем пробивать под новым id, отправьте тот же файл ещё раз: sell верит отказу, только когда совпали четыре ответа.</translation>
+    </message>
+    <message>
+        <source>Waiting for receipts on standard input; Ctrl-D ends them.</source>
+        <translation>Жду чеки на стандартном вводе; закончить — Ctrl-D.</translation>
+    </message>
+    <message>
+        <source>%1 needs exactly one value.</source>
+        <translation>После %1 нужно ровно одно значение.</translation>
+    </message>
+    <message>
+        <source>The account is blocked: ask the service.</source>
+        <translation>Учётная запись заблокирована: обратитесь в поддержку сервиса.</translation>
     </message>
     <message>
         <source>Evidence</source>

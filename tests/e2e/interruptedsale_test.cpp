@@ -64,10 +64,12 @@ TEST(StoppedService, MeansThatNothingWasSent)
         {QStringList{u"check"_s}, QStringList{u"sell"_s, shop.receipts({u"r1"_s})}}) {
         const Ran stopped = shop.frhost(command);
         EXPECT_EQ(stopped.exitCode, 4);
-        EXPECT_TRUE(stopped.lines().isEmpty());
-        EXPECT_THAT(
-            stopped.err.toStdString(), HasSubstr("No connection to the service at http://127.0.0.1:"));
-        EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Нет связи с ФР. Nothing was sent."));
+        EXPECT_EQ(stopped.columns({u"connected"_s}),
+            command.first() == u"check"_s ? QStringList{u"false"_s} : QStringList());
+        EXPECT_THAT(stopped.err.toStdString(), HasSubstr("Cannot reach http://127.0.0.1:"));
+        EXPECT_THAT(stopped.err.toStdString(),
+            HasSubstr(": nobody accepts connections there. Check url, the network and the firewall. "
+                      "No receipt was sent."));
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QJsonArray>
 #include <QRegularExpression>
 
 #include <gmock/gmock.h>
@@ -206,13 +207,17 @@ TEST_F(Sale, NeedsTheRightPassword)
     for (const QStringList& command : {QStringList{u"check"_s}, QStringList{u"sell"_s, u"-"_s}}) {
         const Ran refused = shop.frhost(command, receiptLine(u"password-1"_s));
         EXPECT_EQ(refused.exitCode, 1);
-        EXPECT_TRUE(refused.lines().isEmpty());
+        EXPECT_THAT(refused.err.toStdString(), HasSubstr("Неверный логин или пароль"));
+        EXPECT_THAT(refused.err.toStdString(), testing::Not(HasSubstr("canary")));
+        EXPECT_EQ(refused.columns({u"connected"_s}),
+            command.first() == u"check"_s ? QStringList{u"false"_s} : QStringList());
         const QJsonObject failure = refused.lineWith(u"failure"_s);
+        EXPECT_EQ(failure.isEmpty(), command.first() == u"check"_s);
+        if (failure.isEmpty())
+            continue;
         EXPECT_EQ(failure.value(u"next"_s).toString(), u"account"_s);
         EXPECT_EQ(failure.value(u"failure"_s)[u"code"].toInt(), 12);
         EXPECT_FALSE(failure.value(u"failure"_s)[u"errorId"].toString().isEmpty());
-        EXPECT_THAT(refused.err.toStdString(), HasSubstr("Неверный логин или пароль"));
-        EXPECT_THAT(refused.err.toStdString(), testing::Not(HasSubstr("canary")));
     }
 }
 
@@ -220,7 +225,12 @@ TEST_F(Sale, HasAConnectionThatCanBeChecked)
 {
     const Ran checked = shop.frhost({u"check"_s});
     EXPECT_EQ(checked.exitCode, 0) << checked.err.toStdString();
-    EXPECT_EQ(checked.columns({u"connected"_s}), QStringList{u"true"_s});
+    EXPECT_EQ(checked.columns({u"connected"_s, u"url"_s}), QStringList{u"true "_s + emulatorUrl()});
+    // The same is looked at, and the machine.
+    const Ran looked = shop.frhost({u"doctor"_s});
+    EXPECT_EQ(looked.exitCode, 0) << looked.err.toStdString();
+    EXPECT_GT(looked.lineWith(u"findings"_s).value(u"findings"_s).toArray().size(),
+        checked.lineWith(u"findings"_s).value(u"findings"_s).toArray().size());
 }
 
 } // namespace

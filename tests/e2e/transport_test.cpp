@@ -129,7 +129,7 @@ TEST(ConnectionLimit, IsThatOfTheConfiguration)
     const Ran ran = sell(shop);
     EXPECT_EQ(ran.exitCode, 4);
     EXPECT_THAT(ran.err.toStdString(), HasSubstr("истекло время на соединение (предел 300 мс)"));
-    EXPECT_THAT(ran.err.toStdString(), HasSubstr("Nothing was sent."));
+    EXPECT_THAT(ran.err.toStdString(), HasSubstr("No receipt was sent."));
 }
 
 } // namespace

@@ -1,10 +1,8 @@
 #include "hostcli/helptext.h"
 
 #include "hostcli/commandline.h"
+#include "tests/hostcli/russian.h"
 #include "tests/support/qtprinters.h"
-
-#include <QCoreApplication>
-#include <QTranslator>
 
 #include <gtest/gtest.h>
 
@@ -26,25 +24,6 @@ QString answerTo(const QStringList& arguments)
     const auto* answer = std::get_if<CommandLineText>(&parsed);
     return answer ? answer->text : u"(taken)"_s;
 }
-
-class Russian
-{
-public:
-    Russian()
-    {
-        EXPECT_TRUE(translator.load(QStringLiteral(RUSSIAN)));
-        QCoreApplication::installTranslator(&translator);
-    }
-    ~Russian() { QCoreApplication::removeTranslator(&translator); }
-    Q_DISABLE_COPY_MOVE(Russian)
-
-private:
-    int count = 1;
-    char name[2] = "t";
-    char* arguments[2] = {name, nullptr};
-    const QCoreApplication application{count, arguments};
-    QTranslator translator;
-};
 
 void expectNarrow(const QStringList& arguments)
 {
@@ -119,8 +98,8 @@ TEST(UsageError, NamesTheMistakeAndTheNearestName)
             u"Не указано: UUID.\nПодробнее: frhost info --help"_s},
         {{u"--json"_s}, u"A command is missing.\nMore: frhost --help"_s,
             u"Не указана команда.\nПодробнее: frhost --help"_s},
-        {{u"check"_s, u"--config"_s}, u"--config needs a value.\nMore: frhost check --help"_s,
-            u"После --config нужно значение.\nПодробнее: frhost check --help"_s},
+        {{u"check"_s, u"--config"_s}, u"--config needs exactly one value.\nMore: frhost check --help"_s,
+            u"После --config нужно ровно одно значение.\nПодробнее: frhost check --help"_s},
         {{u"--log-level"_s, u"loud"_s, u"check"_s},
             u"--log-level: \"loud\" is not a level; the levels are debug, info, warning, error\nMore: frhost check --help"_s,
             u"--log-level: уровня «loud» нет; есть debug, info, warning, error\nПодробнее: frhost check --help"_s},

@@ -58,7 +58,7 @@ def _untrue_outcome(said, receipt, service):
     line = said.lines.get(receipt, {})
     outcome = line.get("outcome")
     said_not_sent = line.get("error", {}).get("message", "").startswith("Not sent") or any(
-        text in said.ended.err for text in (f"{receipt} was not sent", "Nothing was sent"))
+        text in said.ended.err for text in (f"{receipt} was not sent", "Nothing was sent", "No receipt was sent"))
     if said_not_sent and service.was_sent:
         yield f"said that {receipt} was not sent, but it was"
     if outcome in ("registered", "incomplete") and not done:

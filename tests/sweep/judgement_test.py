@@ -60,6 +60,7 @@ class Run(unittest.TestCase):
             (said(4, outcome("unknown", error={"message": "Not sent, no connection"})), known()),
             (said(4, outcome("unknown"), err="Interrupted. r7 was not sent; run again."), known()),
             (said(4, outcome("unknown"), err="r7? Nothing was sent."), known()),
+            (said(4, outcome("unknown"), err="r7? No receipt was sent."), known()),
             (said(0, {"uuid": "other"}, command="send"), known("done")),
             (said(0, {"uuid": "U"}, command="sell"), known("done")),
             (said(0, outcome("unknown")), known("done")),

@@ -74,6 +74,17 @@ QString changeability(const QString& path, const struct stat& status, uid_t read
            u' ' + changeAdvice(path, status, reader);
 }
 
+QString ownership(const QString& path, const struct stat& status, uid_t reader)
+{
+    if (!S_ISREG(status.st_mode) || status.st_uid == root || status.st_uid == reader)
+        return {};
+    return Text::tr("%1 belongs to user %2, who can change it, and with it the address that receives login "
+                    "and password.")
+               .arg(path, QString::number(status.st_uid)) +
+           u' ' +
+           Text::tr("An administrator should run: %1").arg(u"chown %1 "_s.arg(reader) + quotedForShell(path));
+}
+
 QStringList replaceability(const QString& path, uid_t reader)
 {
     const QFileInfo file(path);

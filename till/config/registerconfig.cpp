@@ -149,6 +149,7 @@ void warnOfOthers(RegisterConfig& config, const struct stat& status, const QList
     if (holdsPassword(entries))
         warn(config, exposure(config.file, status, reader));
     warn(config, changeability(config.file, status, reader));
+    warn(config, ownership(config.file, status, reader));
     config.warnings << replaceability(config.file, reader);
 }
 

@@ -3,6 +3,7 @@
 #include "host/abstractfrdriver.h"
 #include "till/config/registersetup.h"
 #include "till/sale/attempt.h"
+#include "till/sale/obstacle.h"
 #include "till/text.h"
 
 #include <QUrl>
@@ -59,19 +60,28 @@ void Session::connect()
     info.code = answer.errorCode;
     addWords(info, answer);
     const QString cause = info.message;
-    if (error && answer.errorCode && meaningOf(*answer.errorCode).concernsAccount) {
-        info.message =
-            Text::tr("The service at %1 does not accept the login: %2. Correct login and password in "
-                     "%3. Nothing was sent.")
-                .arg(serviceAddress(), cause, config.file);
+    const bool hasCode = error && answer.errorCode;
+    if (hasCode && meaningOf(*answer.errorCode).concernsAccount) {
+        info.message = *answer.errorCode == ServiceCode::BlockedUser
+                           ? Text::tr("The service at %1 has blocked this account: %2. Only the service can "
+                                      "unblock it. No receipt was sent.")
+                                 .arg(serviceAddress(), cause)
+                           : Text::tr("The service at %1 does not accept the login: %2. Correct login and "
+                                      "password in %3. No receipt was sent.")
+                                 .arg(serviceAddress(), cause, config.file);
         throw ConnectError(Problem::Setup, info);
     }
-    if (lacksToken && !(error && answer.errorCode))
-        info.message = Text::tr("The answer of the service at %1 holds no token. Nothing was sent.")
+    if (lacksToken && !hasCode) {
+        info.message = Text::tr("The answer of the service at %1 holds no token. No receipt was sent.")
                            .arg(serviceAddress());
-    else
-        info.message = Text::tr("No connection to the service at %1: %2. Nothing was sent.")
+    } else if (observer.failure().isEmpty()) {
+        info.message = Text::tr("The service at %1 is out of order: %2. No receipt was sent.")
                            .arg(serviceAddress(), cause);
+    } else {
+        const Obstacle obstacle = obstacleIn(observer.failure());
+        info.message = Text::tr("Cannot reach %1: %2. %3 No receipt was sent.")
+                           .arg(serviceAddress(), obstacle.cause, obstacle.advice);
+    }
     throw ConnectError(Problem::Connection, info);
 }
 

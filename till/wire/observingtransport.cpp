@@ -72,7 +72,11 @@ bool ObservingTransport::get(const QUrl& url, const QJsonDocument& document, con
     if (record.status.saysFailed())
         throw FrWorkWithServiceException(Text::tr("The service could not register the receipt"));
     carriesReceipt = false;
-    return exchangeWithToken(record.status, [&] { return RestClient::get(url, document, headers); });
+    return exchangeWithToken(record.status, [&] {
+        const bool arrived = RestClient::get(url, document, headers);
+        recorded.add("GET", url, {}, RestClient::getResponseData(), failure());
+        return arrived;
+    });
 }
 
 bool ObservingTransport::post(const QUrl& url, const QByteArray& body, const Headers& headers)
@@ -80,7 +84,9 @@ bool ObservingTransport::post(const QUrl& url, const QByteArray& body, const Hea
     const auto request = [&] {
         if (carriesReceipt && gate)
             gate(url, body);
-        return RestClient::post(url, body, headers);
+        const bool arrived = RestClient::post(url, body, headers);
+        recorded.add("POST", url, body, RestClient::getResponseData(), failure());
+        return arrived;
     };
     carriesReceipt = !url.path().endsWith(u"/getToken"_s);
     return carriesReceipt ? exchangeWithToken(record.registration, request) : exchangeToken(request);

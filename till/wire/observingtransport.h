@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/transport/restclient.h"
+#include "till/wire/exchangerecord.h"
 #include "till/wire/serviceanswer.h"
 #include "till/wire/tokenrenewals.h"
 
@@ -43,6 +44,9 @@ public:
     void startQuestion();
     [[nodiscard]] const WireRecord& seen() const { return record; }
 
+    /// The exchanges of this transport.
+    [[nodiscard]] ExchangeRecord& exchanges() { return recorded; }
+
     /// While the lock is held, seen() does not change and no further request goes out.
     [[nodiscard]] std::unique_lock<std::mutex> hold() { return std::unique_lock(guard); }
 
@@ -70,6 +74,7 @@ private:
     Sleep sleep;
     Gate gate;
     std::mutex guard;
+    ExchangeRecord recorded;
     WireRecord record;
     bool carriesReceipt = false;
     // What the driver gets instead of the answer that arrived.

@@ -33,6 +33,15 @@ std::optional<ServiceCode> codeIn(const QVariantMap& error)
     return code ? std::optional(ServiceCode{static_cast<int>(*code)}) : std::nullopt;
 }
 
+QDateTime moscowTime(const QString& text)
+{
+    constexpr int offset = 3 * 3600;
+    QDateTime time = QDateTime::fromString(text, u"dd.MM.yyyy hh:mm:ss"_s);
+    if (time.isValid())
+        time.setOffsetFromUtc(offset);
+    return time;
+}
+
 // Anything else cannot be sent back in a header.
 bool isToken(const QString& text)
 {
@@ -66,6 +75,7 @@ ServiceAnswer readAnswer(const QVariant& body)
     answer.errorText = secrets::masked(exactText(error.value(u"text"_s)), secrets::Audience::Developer);
     answer.errorId = secrets::masked(exactText(error.value(u"error_id"_s)), secrets::Audience::Developer);
     answer.holdsToken = isToken(exactText(map.value(u"token"_s)));
+    answer.time = moscowTime(exactText(map.value(u"timestamp"_s)));
     answer.payload = map.value(u"payload"_s).toMap();
     return answer;
 }

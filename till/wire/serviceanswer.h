@@ -2,6 +2,7 @@
 
 #include "till/wire/servicecodes.h"
 
+#include <QDateTime>
 #include <QString>
 #include <QVariant>
 
@@ -28,6 +29,8 @@ struct ServiceAnswer
     QString errorText;
     /// The error's identifier, for which the service's support asks; empty when there is none.
     QString errorId;
+    /// When the service wrote the answer, in Moscow time; invalid when it does not say so.
+    QDateTime time;
     /// The fiscal data of a finished document; empty when missing.
     QVariantMap payload;
     /// Whether there is a "token": a text that is not blank and has no control characters.

@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -64,8 +66,9 @@ bool isUnreached(const QJsonObject& line)
 // Every line that has its end, of the commands whose format is published.
 void expectPublishedFormat(const QStringList& arguments, const QString& out)
 {
-    const bool hasFormat =
-        arguments.contains(u"sell"_s) || arguments.contains(u"send"_s) || arguments.contains(u"collect"_s);
+    const QStringList published{u"sell"_s, u"send"_s, u"collect"_s, u"check"_s, u"doctor"_s};
+    const bool hasFormat = std::any_of(published.begin(), published.end(),
+        [&](const QString& command) { return arguments.contains(command); });
     if (!hasFormat || !arguments.contains(u"--json"_s))
         return;
     QStringList lines = out.split(u'\n');
