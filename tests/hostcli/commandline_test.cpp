@@ -123,6 +123,11 @@ TEST(CommandLine, KnowsEveryCommand)
     EXPECT_EQ(std::get<CommandLine>(parsed({"check"})).command, Command::Check);
     EXPECT_EQ(std::get<CommandLine>(parsed({"send", "a"})).command, Command::Send);
     EXPECT_EQ(std::get<CommandLine>(parsed({"compose", "a"})).command, Command::Compose);
+    EXPECT_EQ(std::get<CommandLine>(parsed({"doctor"})).command, Command::Doctor);
+    const auto bundle = std::get<CommandLine>(parsed({"bundle", "a.tar.gz"}));
+    EXPECT_EQ(bundle.command, Command::Bundle);
+    EXPECT_EQ(bundle.bundle, u"a.tar.gz"_s);
+    EXPECT_TRUE(answer({"bundle"}).isError);
     const auto info = std::get<CommandLine>(parsed({"info", "u-1"}));
     EXPECT_EQ(info.command, Command::Info);
     EXPECT_EQ(info.uuid, u"u-1"_s);

@@ -43,7 +43,8 @@ TEST(Help, FitsIntoEightyColumnsInBothLanguages)
     for (const bool isRussian : {false, true}) {
         const auto russian = isRussian ? std::make_unique<Russian>() : nullptr;
         expectNarrow({u"--help"_s});
-        for (const char* command : {"describe", "check", "sell", "send", "info", "compose"})
+        for (const char* command :
+            {"describe", "check", "doctor", "bundle", "explain", "sell", "send", "info", "compose"})
             expectNarrow({QString::fromLatin1(command), u"--help"_s});
     }
 }
