@@ -233,4 +233,14 @@ TEST_F(Sale, HasAConnectionThatCanBeChecked)
         checked.lineWith(u"findings"_s).value(u"findings"_s).toArray().size());
 }
 
+TEST_F(Sale, NeedsTheRightGroup)
+{
+    shop.configure(u"groupCode"_s, u"another"_s);
+    const Ran checked = shop.frhost({u"check"_s});
+    EXPECT_EQ(checked.exitCode, 1);
+    EXPECT_EQ(checked.columns({u"connected"_s}), QStringList{u"true"_s});
+    EXPECT_THAT(checked.err.toStdString(), HasSubstr("The service does not know the group another"));
+    EXPECT_THAT(checked.out.toStdString(), HasSubstr(R"("grade":"good","subject":"Login")"));
+}
+
 } // namespace

@@ -86,4 +86,18 @@ TEST(Changeability, AsksNobodyToChangeAFileOfAnotherUser)
             .endsWith(u"Its owner, user 1000, or an administrator should run: chmod go-w /etc/r.ini"_s));
 }
 
+TEST(Ownership, MattersWhereTheOwnerIsNeitherRootNorTheReader)
+{
+    struct stat status = {};
+    status.st_mode = S_IFREG | 0644;
+    for (const uid_t owner : {root, till}) {
+        status.st_uid = owner;
+        EXPECT_EQ(::till::ownership(u"r.ini"_s, status, till), QString()) << owner;
+    }
+    status.st_uid = other;
+    EXPECT_EQ(::till::ownership(u"r.ini"_s, status, till),
+        u"r.ini belongs to user 1001, who can change it, and with it the address that receives login and "
+        u"password. An administrator should run: chown 1000 r.ini"_s);
+}
+
 } // namespace
