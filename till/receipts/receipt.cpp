@@ -3,6 +3,7 @@
 #include <QJsonArray>
 
 #include <algorithm>
+#include <cmath>
 #include <numeric>
 
 using namespace Qt::Literals::StringLiterals;
@@ -80,6 +81,17 @@ FrPosition toPosition(const QJsonObject& json)
 }
 
 } // namespace
+
+QString roubles(double sum)
+{
+    return QString::number(sum, 'f', 2);
+}
+
+bool isTheSameSum(double one, double other)
+{
+    constexpr double halfKopeck = 0.005;
+    return std::abs(one - other) < halfKopeck;
+}
 
 double Receipt::total() const
 {

@@ -12,6 +12,15 @@
 
 namespace till {
 
+/// The tag under which a receipt has the buyer's contact.
+inline constexpr int buyerContact = 1008;
+
+/// A sum as messages show it.
+[[nodiscard]] QString roubles(double sum);
+
+/// Whether two sums are equal but for less than half a kopeck; a sum that is not a number is equal to none.
+[[nodiscard]] bool isTheSameSum(double one, double other);
+
 /// A receipt in the host's records.
 struct Receipt
 {

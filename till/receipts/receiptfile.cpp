@@ -15,7 +15,6 @@ namespace till {
 
 namespace {
 
-constexpr qint64 maxReceiptSize = 16 * 1024 * 1024;
 // About half a million receipts.
 constexpr qint64 maxCopySize = 256 * 1024 * 1024;
 

@@ -8,6 +8,9 @@
 
 namespace till {
 
+/// The largest receipt that is read, in bytes: 16 MiB.
+inline constexpr qsizetype maxReceiptSize = 16 * 1024 * 1024;
+
 /// The text of one receipt and where it begins.
 struct RawReceipt
 {

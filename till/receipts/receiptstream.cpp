@@ -12,8 +12,6 @@ namespace till {
 
 namespace {
 
-constexpr qsizetype maxReceiptSize = 16 * 1024 * 1024;
-
 [[noreturn]] void fail(int line, const QString& what)
 {
     throw Error(Problem::Receipt, u"-:%1: %2"_s.arg(QString::number(line), what));

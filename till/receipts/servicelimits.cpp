@@ -1,5 +1,6 @@
 #include "till/receipts/servicelimits.h"
 
+#include "till/receipts/receipt.h"
 #include "till/text.h"
 
 #include <QJsonArray>
@@ -24,17 +25,11 @@ constexpr double greatestQuantity = 99999.999;
 constexpr double greatestDifference = 0.99;
 constexpr double kopeck = 0.01;
 constexpr double thousandth = 0.001;
-constexpr int buyerContact = 1008;
 
 bool isMultipleOf(double step, double value)
 {
     const double steps = value / step;
     return std::abs(steps - std::round(steps)) < 1e-4;
-}
-
-QString roubles(double amount)
-{
-    return QString::number(amount, 'f', 2);
 }
 
 // Collects what is wrong with one receipt.

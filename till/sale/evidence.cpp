@@ -3,22 +3,9 @@
 #include "till/text.h"
 #include "till/wire/fiscalpayload.h"
 
-#include <cmath>
-
 using namespace Qt::Literals::StringLiterals;
 
 namespace till {
-
-QString roubles(double sum)
-{
-    return QString::number(sum, 'f', 2);
-}
-
-bool isTheSameSum(double one, double other)
-{
-    constexpr double halfKopeck = 0.005;
-    return std::abs(one - other) < halfKopeck;
-}
 
 bool Evidence::namesTheDocument() const
 {

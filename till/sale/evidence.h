@@ -1,5 +1,6 @@
 #pragma once
 
+#include "till/receipts/receipt.h"
 #include "till/wire/serviceanswer.h"
 
 #include <QString>
@@ -8,12 +9,6 @@
 #include <optional>
 
 namespace till {
-
-/// A sum as messages show it.
-[[nodiscard]] QString roubles(double sum);
-
-/// Whether two sums are equal but for less than half a kopeck; a sum that is not a number is equal to none.
-[[nodiscard]] bool isTheSameSum(double one, double other);
 
 /// What the service's answers about a receipt have to repeat.
 struct ReceiptFacts

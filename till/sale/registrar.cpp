@@ -19,8 +19,6 @@ namespace till {
 
 namespace {
 
-constexpr int buyerContact = 1008;
-
 // Of the answer that came last; that a receipt is known already is not an error.
 void addWordsOfService(ErrorInfo& error, const WireRecord& seen)
 {
