@@ -1,8 +1,12 @@
 # Sourced by the scripts beside it: finds the top of the tree and installs missing Debian packages.
 set -euo pipefail
+caller=$PWD
 cd "$(dirname "${BASH_SOURCE[0]}")/../.."
 
 say() { printf '==> %s\n' "$*" >&2; }
+
+# of_caller PATH: the path as whoever started the script means it.
+of_caller() { (cd "$caller" && realpath -m -- "$1"); }
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
