@@ -1,6 +1,9 @@
 #include "reference/completions.h"
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
+#include <set>
 #include <sstream>
 
 namespace reference {
@@ -53,6 +56,15 @@ std::string wordsAt(const Command& program, const Command& command)
     return joined(words, " ");
 }
 
+// Several commands have options of the same name; the first decides, as in a "case" of the shell.
+std::vector<std::string> unseen(const std::vector<std::string>& names, std::set<std::string>& seen)
+{
+    std::vector<std::string> result;
+    std::copy_if(names.begin(), names.end(), std::back_inserter(result),
+        [&](const std::string& name) { return seen.insert(name).second; });
+    return result;
+}
+
 const Option* argumentOf(const Command& command)
 {
     for (const Option& option : command.options) {
@@ -70,13 +82,17 @@ std::string bashCompletion(const Command& program)
     std::ostringstream commands;
     std::ostringstream places;
     std::vector<std::string> withValue;
+    std::set<std::string> seen;
     forEach(program, program.name, [&](const Command& command, const std::string& path) {
         for (const Option& option : command.options) {
             if (option.isArgument() || option.value == Value::None)
                 continue;
-            withValue.insert(withValue.end(), option.names.begin(), option.names.end());
-            values << "        " << joined(option.names, " | ") << ") "
-                   << wordsFor(option.value, option.choices) << "; return ;;\n";
+            const std::vector<std::string> names = unseen(option.names, seen);
+            if (names.empty())
+                continue;
+            withValue.insert(withValue.end(), names.begin(), names.end());
+            values << "        " << joined(names, " | ") << ") " << wordsFor(option.value, option.choices)
+                   << "; return ;;\n";
         }
         if (&command != &program)
             commands << "            \"" << path << "\") path=\"" << path << "\" ;;\n";
