@@ -25,7 +25,12 @@ function(make_reference program texts)
     add_custom_command(OUTPUT ${page}
         COMMAND ${CMAKE_COMMAND} -E cat ${parts} > ${page}
         DEPENDS ${parts} VERBATIM)
-    add_custom_target(reference_${program} ALL DEPENDS ${made} ${page})
+    # Within another project, nobody asks for it.
+    set(all)
+    if(FRDRIVER_INSTALL OR BUILD_TESTING)
+        set(all ALL)
+    endif()
+    add_custom_target(reference_${program} ${all} DEPENDS ${made} ${page})
     if(FRDRIVER_INSTALL)
         install(FILES ${page} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT ${program})
         set(completions ${CMAKE_INSTALL_DATADIR})
