@@ -34,7 +34,7 @@ std::string wordsFor(Value value, const std::vector<std::string>& choices)
     case Value::Folder:
         return "compopt -o filenames; mapfile -t COMPREPLY < <(compgen -d -- \"$word\")";
     case Value::Choice:
-        return "mapfile -t COMPREPLY < <(compgen -W \"" + joined(choices, " ") + "\" -- \"$word\")";
+        return "mapfile -t COMPREPLY < <(compgen -W \"" + joined(choices, " ") + R"~(" -- "$word"))~";
     case Value::None:
     case Value::Text:
         break;
