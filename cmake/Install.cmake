@@ -57,3 +57,7 @@ install(DIRECTORY ${examples} DESTINATION ${FRDRIVER_INSTALLED_DATA} COMPONENT f
     PATTERN "minimalhost" EXCLUDE PATTERN "serialdriver" EXCLUDE)
 install(DIRECTORY ${examples}/minimalhost ${examples}/serialdriver DESTINATION ${FRDRIVER_INSTALLED_DATA}/examples
     COMPONENT sdk)
+# The guide for those who write a host or a driver, and what it links to.
+set(docs ${PROJECT_SOURCE_DIR}/docs)
+install(FILES ${docs}/install.md ${docs}/abi.md ${docs}/reliability.md ${docs}/journal.md ${docs}/frhost.md
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libfrhostruntime-dev COMPONENT sdk)
