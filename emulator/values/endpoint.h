@@ -12,7 +12,7 @@ enum class Endpoint
     Sell,
     Report,
     Callback, ///< made by the emulator itself
-    Unknown ///< any other call
+    Unknown   ///< any other call
 };
 
 /// Those that clients call.

@@ -389,8 +389,7 @@ TEST_F(JournalOfASale, LetsOneOfSeveralProcessesHaveAnId)
         const Ran ran = running->end();
         registered += ran.exitCode == 0 ? 1 : 0;
         EXPECT_TRUE(ran.exitCode == 0 || ran.exitCode == 3) << ran.err.toStdString();
-        EXPECT_TRUE(ran.exitCode == 0 || ran.err.contains(u"sent under this id"_s))
-            << ran.err.toStdString();
+        EXPECT_TRUE(ran.exitCode == 0 || ran.err.contains(u"sent under this id"_s)) << ran.err.toStdString();
     }
     EXPECT_EQ(registered, 1);
     EXPECT_EQ(sellsSeen(), 1);

@@ -27,8 +27,8 @@ struct PluginFile
 /// The plugin in the file. Throws Error when the file does not exist or is not a fiscal-register plugin.
 [[nodiscard]] PluginFile pluginAt(const QString& file);
 
-/// The version that the plugin tells, by a function "const char* frdriver_plugin_version()"; empty when it has
-/// none. Loads the plugin.
+/// The version that the plugin tells, by a function "const char* frdriver_plugin_version()"; empty when it
+/// has none. Loads the plugin.
 [[nodiscard]] QString versionOf(const PluginFile& plugin);
 
 /// The version of Qt that the plugin was built with.

@@ -1,5 +1,5 @@
-// The library's own sources see some of what hosts and drivers use as a mere name, or not at all: a debugger's
-// information about it is written where it is used.
+// The library's own sources see some of what hosts and drivers use as a mere name, or not at all: a
+// debugger's information about it is written where it is used.
 #include "frbase/basicfiscalregister.h"
 #include "frbase/basicfrdriver.h"
 #include "frbase/basicfrsettings.h"
@@ -11,16 +11,13 @@
 #include "host/records/frpayment.h"
 
 HOST_EXPORT void describeRecords(FrPayment&, MoneyCounters&, Font&, Barcode&, Logo&, FrUser&, FrPrintData&,
-                                 MarkedPosition&, RegistrationReason, FiscalInfo&, FnInfo&, OfdStatusInfo&, KkmRegisters&,
-                                 FnDocument&)
+    MarkedPosition&, RegistrationReason, FiscalInfo&, FnInfo&, OfdStatusInfo&, KkmRegisters&, FnDocument&)
 {
 }
 
-HOST_EXPORT void describeEnumerations(EFrDriver::PaymentMethod, EFrDriver::PaymentObject, EFrDriver::RequisiteTypes,
-                                      EFrDriver::RebootMode, EFrDriver::FontTypes, hw::fr::Option, hw::fr::CheckType)
+HOST_EXPORT void describeEnumerations(EFrDriver::PaymentMethod, EFrDriver::PaymentObject,
+    EFrDriver::RequisiteTypes, EFrDriver::RebootMode, EFrDriver::FontTypes, hw::fr::Option, hw::fr::CheckType)
 {
 }
 
-HOST_EXPORT void describeDrivers(BasicFrDriver&, hw::BasicFiscalRegister&, BasicFrSettings&)
-{
-}
+HOST_EXPORT void describeDrivers(BasicFrDriver&, hw::BasicFiscalRegister&, BasicFrSettings&) {}
