@@ -44,13 +44,21 @@ paymentAddress=https://shop.example
                            folder / journal], capture_output=True, text=True, timeout=60)
 
 
+def receipt_in(sale):
+    """The line of the only receipt; the summary follows it."""
+    line, summary = sale.stdout.splitlines()
+    assert json.loads(summary)["summary"]["receipts"] == 1, summary
+    return json.loads(line)
+
+
 def main(folder):
     process, root = start("--login", "shop", "--password", password, "--group", "shop_1")
     sold = sell(folder, root, "first.db")
     recording = urllib.request.urlopen(root + "_emulator/recording").read()
     stop(process)
     assert sold.returncode == 0, sold
-    assert json.loads(sold.stdout)["outcome"] == "registered", sold.stdout
+    first = receipt_in(sold)
+    assert first["outcome"] == "registered", first
     assert password.encode() not in recording
     (folder / "recording.jsonl").write_bytes(recording)
 
@@ -59,7 +67,7 @@ def main(folder):
     third = sell(folder, root, "third.db")
     stop(process)
     assert again.returncode == 0, again
-    first, second = (json.loads(one.stdout) for one in (sold, again))
+    second = receipt_in(again)
     # Both addresses of the slip are of the recorded emulator.
     assert first == second, (first, second)
     assert third.returncode != 0, third

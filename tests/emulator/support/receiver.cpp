@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <netinet/in.h>
+#include <poll.h>
 #include <stdexcept>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -17,6 +18,13 @@ bool isWhole(const std::string& request)
     if (end == std::string::npos || at == std::string::npos)
         return false;
     return request.size() >= end + 4 + std::stoul(request.substr(at + name.size()));
+}
+
+// The caller may have closed it before its thread here has noticed.
+bool isOpen(int connection)
+{
+    pollfd waiting{.fd = connection, .events = POLLRDHUP, .revents = 0};
+    return ::poll(&waiting, 1, 0) == 0;
 }
 
 int listenOn(bool ipv6, std::uint16_t& port)
@@ -81,8 +89,8 @@ void Receiver::accept()
         if (connection < 0)
             return;
         const std::lock_guard lock(mutex);
-        most = std::max(most, ++open);
         connections.push_back(connection);
+        most = std::max(most, static_cast<std::size_t>(std::ranges::count_if(connections, isOpen)));
         threads.emplace_back([this, connection] { attend(connection); });
     }
 }
@@ -109,7 +117,6 @@ void Receiver::attend(int connection)
             ::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL);
     }
     const std::lock_guard lock(mutex);
-    --open;
     connections.remove(connection);
     ::close(connection);
 }

@@ -42,7 +42,6 @@ private:
     std::mutex mutex;
     std::condition_variable arrived;
     std::vector<std::string> seen;
-    std::size_t open = 0;
     std::size_t most = 0;
     std::list<int> connections;
     std::list<std::thread> threads;
