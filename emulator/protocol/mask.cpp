@@ -83,6 +83,30 @@ std::string maskedBody(const std::string& body, const Call& call)
     return mayHoldPassword && !body.empty() ? std::string(stars) : body;
 }
 
+// At any depth, so that it need not be known how the service nests its answers.
+void maskSecrets(Json& json, bool& found)
+{
+    for (auto& [key, value] : json.items()) {
+        if (json.is_object() && isSecret(key)) {
+            value = stars;
+            found = true;
+        } else if (value.is_structured()) {
+            maskSecrets(value, found);
+        }
+    }
+}
+
+std::string maskedTokenAnswer(const std::string& body)
+{
+    Json json = parseShallow(body);
+    if (json.is_discarded())
+        return body.empty() ? body : std::string(stars);
+    bool found = false;
+    if (json.is_structured())
+        maskSecrets(json, found);
+    return found ? toLine(json) : body;
+}
+
 } // namespace
 
 std::string maskedRequest(const Request& request, const Call& call)
@@ -95,14 +119,13 @@ std::string maskedRequest(const Request& request, const Call& call)
 
 std::string maskedAnswer(const std::string& bytes, const Call& call)
 {
-    constexpr std::string_view key = R"("token":")";
-    const std::size_t at = call.endpoint == Endpoint::Token ? bytes.find(key) : std::string::npos;
-    if (at == std::string::npos)
+    if (call.endpoint != Endpoint::Token)
         return bytes;
-    // A truncated answer may end within the token.
-    const std::size_t from = at + key.size();
-    const std::size_t to = std::min(bytes.find('"', from), bytes.size());
-    return bytes.substr(0, from) + std::string(stars) + bytes.substr(to);
+    const std::size_t head = bytes.find(headEnd);
+    if (head == std::string::npos)
+        return bytes;
+    const std::size_t body = head + headEnd.size();
+    return bytes.substr(0, body) + maskedTokenAnswer(bytes.substr(body));
 }
 
 } // namespace emulator

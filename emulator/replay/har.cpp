@@ -3,6 +3,7 @@
 #include "emulator/values/jsonreader.h"
 
 #include <algorithm>
+#include <cctype>
 #include <openssl/evp.h>
 
 namespace emulator {
@@ -39,8 +40,9 @@ std::string requiredText(JsonReader& reader, const char* key, const std::string&
     return text;
 }
 
-std::string decoded(const std::string& text, const std::string& where)
+std::string decoded(std::string text, const std::string& where)
 {
+    std::erase_if(text, [](unsigned char c) { return std::isspace(c) != 0; });
     std::string bytes(text.size(), '\0');
     const int length = EVP_DecodeBlock(reinterpret_cast<unsigned char*>(bytes.data()),
         reinterpret_cast<const unsigned char*>(text.data()), static_cast<int>(text.size()));
@@ -74,6 +76,9 @@ Answer answerIn(const Json& json, const std::string& where)
     JsonReader content(object(reader, "content", where), inside);
     std::string type = content.text("mimeType");
     std::string text = content.text("text");
+    const Json* size = content.take("size");
+    if (text.empty() && size != nullptr && size->is_number() && *size > 0)
+        throw JsonError(inside + ".text is missing although size is above 0");
     const std::string encoding = content.text("encoding");
     if (!encoding.empty() && encoding != "base64")
         throw JsonError(inside + ".encoding must be base64 where there is one");

@@ -58,8 +58,12 @@ Answer answerOf(std::string_view text, const std::string& where)
         return recordedAnswer(0, {}, {});
     if (isCutOff(text))
         throw JsonError(where + ".answer is cut off; an answer of a recording must be whole");
+    const bool hasHeadEnd = text.find(headEnd) != std::string_view::npos;
     std::string_view head = takeUntil(text, headEnd);
     const int status = statusIn(takeUntil(head, lineEnd), where);
+    if (!hasHeadEnd)
+        throw JsonError(
+            where + ".answer must have an empty line after its headers, with line ends as \\r\\n");
     std::string type;
     while (!head.empty()) {
         std::string_view value = takeUntil(head, lineEnd);
@@ -91,7 +95,9 @@ RecordedCall readLine(const std::string& line, const std::string& where)
 
 bool areJsonLines(const std::string& text)
 {
-    const Json json = parseShallow(std::string_view(text).substr(0, text.find('\n')));
+    std::string_view lines = text;
+    lines.remove_prefix(std::min(lines.find_first_not_of(" \t\r\n"), lines.size()));
+    const Json json = parseShallow(lines.substr(0, lines.find('\n')));
     return json.is_object() && json.contains("request");
 }
 

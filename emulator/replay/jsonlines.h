@@ -6,7 +6,7 @@
 
 namespace emulator {
 
-/// Whether the first line is a whole JSON object with a `request`.
+/// Whether the first line that is not empty is a whole JSON object with a `request`.
 [[nodiscard]] bool areJsonLines(const std::string& text);
 
 /// Reads lines with `request` and `answer` as they were on the wire, such as those of /_emulator/recording,

@@ -19,9 +19,11 @@ std::string contentOf(const std::string& file)
 {
     std::ifstream stream(file, std::ios::binary);
     std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream.is_open() || stream.bad() || text.empty())
-        throw JsonError(
-            "cannot read " + file + ", or it is empty. Check its name, or record the exchange again.");
+    // A folder can be opened, but not read.
+    if (!stream.is_open() || stream.bad())
+        throw JsonError("cannot read " + file + ". Check its name, or record the exchange again.");
+    if (text.empty())
+        throw JsonError(file + ": is empty. Record the exchange with the service again.");
     return text;
 }
 

@@ -18,7 +18,7 @@ Replay::Replay(const Recording& recording, Store& usedStore, Clock usedClock)
 Answer Replay::answer(const Request& request)
 {
     const Call call = readCall(request, true);
-    const Answer answer = take(request);
+    const Answer answer = next(request);
     sqlite::Transaction transaction = store.transaction();
     if (call.endpoint == Endpoint::Sell)
         store.countRequest(call.group, call.externalId, call.operation);
@@ -26,12 +26,13 @@ Answer Replay::answer(const Request& request)
     exchange.at = clock();
     store.addExchange(exchange);
     transaction.commit();
+    useUp(request);
     if (listener)
         listener(exchange);
     return answer;
 }
 
-Answer Replay::take(const Request& request)
+Answer Replay::next(const Request& request) const
 {
     const std::string key = keyOf(request);
     const auto found = answers.find(key);
@@ -40,11 +41,17 @@ Answer Replay::take(const Request& request)
         return {.reply = errorReply(
                     Endpoint::Unknown, serviceError(ErrorCode::Internal), clock(), exhausted(what))};
     }
-    const Answer answer = std::move(found->second.front());
+    return found->second.front();
+}
+
+void Replay::useUp(const Request& request)
+{
+    const auto found = answers.find(keyOf(request));
+    if (found == answers.end())
+        return;
     found->second.pop_front();
     if (found->second.empty())
         answers.erase(found);
-    return answer;
 }
 
 std::string Replay::exhausted(const std::string& what) const

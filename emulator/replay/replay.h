@@ -26,7 +26,9 @@ public:
     [[nodiscard]] Answer answer(const Request& request);
 
 private:
-    Answer take(const Request& request);
+    [[nodiscard]] Answer next(const Request& request) const;
+    /// Separate, so that an answer is not lost if recording it fails.
+    void useUp(const Request& request);
     [[nodiscard]] std::string exhausted(const std::string& what) const;
 
     std::map<std::string, std::deque<Answer>> answers;

@@ -11,24 +11,12 @@ namespace {
 // A refused login is recorded up to this length; the body of the call could contain one of a mebibyte.
 constexpr std::size_t longestLogin = 1024;
 
-// Tens of thousands of recordings of a mebibyte each would not fit into memory.
-std::string truncated(std::string text)
-{
-    constexpr std::size_t longest = 64 * 1024;
-    if (text.size() > longest) {
-        const std::size_t more = text.size() - longest;
-        text.resize(longest);
-        text += "… (" + std::to_string(more) + " bytes more)";
-    }
-    return text;
-}
-
 std::optional<int> errorCodeIn(const Reply& reply)
 {
     const Json body = Json::parse(reply.body, nullptr, false);
-    const bool error = body.is_object() && body.contains("error") && body["error"].is_object();
-    return error && body["error"].contains("code") ? std::optional(body["error"]["code"].get<int>())
-                                                   : std::nullopt;
+    // A recorded answer may have anything there.
+    const Json& code = valueOf(valueOf(body, "error"), "code");
+    return code.is_number_integer() ? std::optional(code.get<int>()) : std::nullopt;
 }
 
 std::string describe(const Fault* fault)
@@ -41,6 +29,18 @@ std::string describe(const Fault* fault)
 }
 
 } // namespace
+
+// Tens of thousands of recordings of a mebibyte each would not fit into memory.
+std::string truncated(std::string text)
+{
+    constexpr std::size_t longest = 64 * 1024;
+    if (text.size() > longest) {
+        const std::size_t more = text.size() - longest;
+        text.resize(longest);
+        text += "… (" + std::to_string(more) + " bytes more)";
+    }
+    return text;
+}
 
 Exchange recordOf(const Call& call, const Request& request, const Answer& answer, const Fault* fault)
 {

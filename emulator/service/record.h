@@ -5,11 +5,16 @@
 #include "emulator/protocol/call.h"
 #include "emulator/store/exchange.h"
 
+#include <string>
+
 namespace emulator {
 
 /// What to record of a call, except for its time and the document of a sell call. Secrets are masked and long
 /// texts truncated. `fault` is null if none hit the call.
 [[nodiscard]] Exchange recordOf(
     const Call& call, const Request& request, const Answer& answer, const Fault* fault);
+
+/// At most 64 KiB of a text, and how much there was beyond.
+[[nodiscard]] std::string truncated(std::string text);
 
 } // namespace emulator

@@ -97,6 +97,50 @@ TEST_F(Replay, SaysWhenItHasNothingLeft)
     EXPECT_THAT(sell(goodReceipt()).body, HasSubstr("Осталось: ничего"));
 }
 
+TEST_F(Replay, NeverShowsTheTokenHoweverItWasWritten)
+{
+    const Json token{{"error", nullptr}, {"token", "hidden"}};
+    const std::string spaced = R"({"error": null, "token" : "hidden"})";
+    const std::string nested = R"({"data":[{"Token":"hidden"}]})";
+    const std::string broken = R"({"token": "hidden)";
+    const std::string escaped = R"({"\u0074oken":"hidden"})";
+    const std::string plain = "token=hidden";
+    const std::vector<std::string> bodies{token.dump(4), spaced, nested, broken, escaped, plain};
+    Json entries = Json::array();
+    for (const std::string& body : bodies)
+        entries.push_back(
+            entry("GET", service + "getToken", 200, {{"mimeType", "application/json"}, {"text", body}}));
+    replay(har(entries));
+    for (const std::string& body : bodies)
+        EXPECT_EQ(get(base + std::string("getToken")).body, body);
+    EXPECT_THAT(get("/_emulator/exchanges").body, testing::Not(HasSubstr("hidden")));
+    EXPECT_THAT(get("/_emulator/recording").body, testing::Not(HasSubstr("hidden")));
+}
+
+TEST_F(Replay, RepeatsAndRecordsOddErrors)
+{
+    Json entries = Json::array();
+    const std::vector<Json> codes{"32", nullptr, 32.5, Json::array()};
+    for (const Json& code : codes)
+        entries.push_back(
+            entry("POST", service + "group-1/sell", 400, answerText({{"error", {{"code", code}}}})));
+    replay(har(entries));
+    for (const Json& code : codes) {
+        const RawClient::Answer answer = sell(goodReceipt());
+        EXPECT_EQ(answer.status, 400) << code;
+        EXPECT_EQ(answer.json()["error"]["code"], code);
+    }
+    EXPECT_EQ(get("/_emulator/exchanges").json()["exchanges"].size(), codes.size());
+}
+
+TEST_F(Replay, DecodesBase64InLines)
+{
+    replay(har(Json::array({entry("POST", service + "group-1/sell", 502,
+        {{"mimeType", "text/html"}, {"text", "PGgx\r\nPkJh ZCBHYXRl\nd2F5PC9oMT4=\n"},
+            {"encoding", "base64"}})})));
+    EXPECT_EQ(sell(goodReceipt()).body, "<h1>Bad Gateway</h1>");
+}
+
 TEST_F(Replay, GivesStatusTypeAndBodyOfAHarAndSkipsOtherSites)
 {
     const std::string base64 = "PGgxPkJhZCBHYXRld2F5PC9oMT4=";
@@ -133,7 +177,7 @@ TEST_F(Replay, RefusesAMalformedFileWithPlaceRuleAndWhatToDoButWithoutItsContent
         return har(Json::array({one}));
     };
     const std::pair<std::string, std::string> rows[] = {
-        {"", "cannot read "},
+        {"", ": is empty. "},
         {"hidden", "line 1: is neither a HAR nor a line of JSON with request and answer"},
         {"{\n\"log\": {\n \"hidden\", ", "line 3: is neither a HAR nor"},
         {std::string(1000, '['), "is nested too deeply for a HAR"},
@@ -151,11 +195,15 @@ TEST_F(Replay, RefusesAMalformedFileWithPlaceRuleAndWhatToDoButWithoutItsContent
             "log.entries[0].response.content.text must be base64"},
         {response({{"status", 200}, {"content", {{"text", "x"}, {"encoding", "hidden"}}}}),
             "log.entries[0].response.content.encoding must be base64"},
+        {response({{"status", 200}, {"content", {{"size", 512}}}}),
+            "log.entries[0].response.content.text is missing although size is above 0"},
         {good + "hidden", "line 2 must be a JSON object with request and answer"},
         {good + "\n" + R"({"request": 1, "answer": ""})", "line 3.request must be a string"},
         {good + R"({"request": "hidden", "answer": ""})", "line 2.request must begin with a line such as"},
         {good + R"({"request": "GET / HTTP/1.1"})", "line 2.answer must be a text, empty if"},
         {good + answer("HTTP/1.1 hidden"), "line 2.answer must begin with a line such as HTTP/1.1 200 OK"},
+        {good + answer("HTTP/1.1 200 OK\nContent-Type: text/plain\n\nhidden"),
+            "line 2.answer must have an empty line after its headers, with line ends as \\r\\n"},
         {good + answer("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n"),
             "line 2.answer must have its body in one"},
         {good + answer("HTTP/1.1 200 OK\r\n\r\nhidden… (17 bytes more)"), "line 2.answer is cut off"},
@@ -178,6 +226,7 @@ TEST_F(Replay, RefusesAMalformedFileWithPlaceRuleAndWhatToDoButWithoutItsContent
 TEST_F(Replay, ReadsNothingButTheCallsOfTheService)
 {
     std::ofstream(file)
+        << "\n \r\n"
         << R"({"request":"GET /other HTTP/1.1\r\n\r\n","answer":"HTTP/1.1 200 OK\r\n\r\n"})"
            "\n\n"
         << R"({"endpoint":"callback","request":"POST /possystem/v4/a/sell HTTP/1.1\r\n\r\n","answer":""})"
