@@ -52,7 +52,11 @@ Emulator::Emulator(const Options& options, Clock usedClock)
         callbacks = std::make_unique<Callbacks>(store, service, httpServer.context(), *options.callbacks);
         callbacks->setListener([this](const Exchange& exchange) { publishExchange(exchange); });
     }
-    api.setListener([this](const Json& event) { httpServer.publish(toLine(event)); });
+    api.setListener([this](const Json& event) {
+        if (callbacks && event["kind"] == "cleared")
+            callbacks->forget();
+        httpServer.publish(toLine(event));
+    });
 }
 
 std::string Emulator::url() const

@@ -2,6 +2,7 @@
 
 #include "emulator/callbacks/poster.h"
 #include "emulator/protocol/mask.h"
+#include "emulator/service/record.h"
 
 #include <boost/asio/co_spawn.hpp>
 #include <boost/asio/detached.hpp>
@@ -9,6 +10,8 @@
 #include <boost/asio/steady_timer.hpp>
 
 #include <algorithm>
+#include <exception>
+#include <iostream>
 #include <map>
 #include <set>
 
@@ -49,6 +52,12 @@ public:
         schedule(*document);
     }
 
+    void forget()
+    {
+        times.clear();
+        unasked.clear();
+    }
+
     std::function<void(const Exchange&)> listener;
 
 private:
@@ -56,12 +65,27 @@ private:
     {
         if (document.callbackUrl.empty() || document.outcome == Outcome::Never)
             return;
-        if (times.size() + unasked.size() >= limits.waiting) {
+        if (isFull())
+            forgetDeleted(document);
+        if (isFull()) {
             record(document, {.failure = "not called: too many callbacks are still to come"});
             return;
         }
         times.emplace(document.readyAt, document.uuid);
         setTimer();
+    }
+
+    [[nodiscard]] bool isFull() const { return times.size() + unasked.size() >= limits.waiting; }
+
+    // Looks up every document, so it has to be rare even if it finds none that are deleted.
+    void forgetDeleted(const Document& newest)
+    {
+        if (newest.sequence < nextPurge)
+            return;
+        nextPurge = newest.sequence + static_cast<std::int64_t>(limits.waiting / 10);
+        const auto isDeleted = [this](const std::string& uuid) { return !store.findDocument(uuid); };
+        std::erase_if(unasked, isDeleted);
+        std::erase_if(times, [&](const auto& entry) { return isDeleted(entry.second); });
     }
 
     // The timer runs out in a later round, so an answer that is being sent now precedes the call.
@@ -82,22 +106,41 @@ private:
         while (!times.empty() && underWay < limits.underWay && times.begin()->first <= service.now()) {
             const std::string uuid = times.begin()->second;
             times.erase(times.begin());
-            const auto document = store.findDocument(uuid);
-            if (!document)
-                continue;
-            if (service.statusWord(*document) == "wait")
-                unasked.insert(uuid); // the status answers that say "not yet" have to be asked for first
-            else
-                call(*document);
+            guarded([&] { callIfReady(uuid); });
         }
         setTimer();
+    }
+
+    void callIfReady(const std::string& uuid)
+    {
+        const auto document = store.findDocument(uuid);
+        if (!document)
+            return;
+        if (service.statusWord(*document) == "wait")
+            unasked.insert(uuid); // the status answers that say "not yet" have to be asked for first
+        else
+            call(*document);
+    }
+
+    // An exception of the store, whose disk may be full, would end the whole emulator.
+    void guarded(const std::function<void()>& action) const
+    {
+        try {
+            action();
+        } catch (const std::exception& error) {
+            std::cerr << "fremulator: a callback was lost: " << error.what() << '\n';
+        }
     }
 
     void call(const Document& document)
     {
         const auto url = loopbackUrl(document.callbackUrl);
         if (!url) {
-            record(document, {.failure = "not called: callback_url is not an http address of this machine"});
+            const bool isLong = document.callbackUrl.size() > longestUrl;
+            record(document,
+                {.failure = isLong ? "not called: callback_url has over " + std::to_string(longestUrl) +
+                                         " characters"
+                                   : "not called: callback_url is not an http address of this machine"});
             return;
         }
         ++underWay;
@@ -106,10 +149,15 @@ private:
 
     boost::asio::awaitable<void> deliver(Document document, LoopbackUrl url)
     {
-        std::string body = service.statusOf(document).body;
-        const Delivery delivery = co_await post(std::move(url), std::move(body), limits.patience);
-        record(document, delivery);
+        Delivery delivery;
+        try {
+            std::string body = service.statusOf(document).body;
+            delivery = co_await post(std::move(url), std::move(body), limits.patience);
+        } catch (const std::exception& error) {
+            delivery.failure = std::string("not called: ") + error.what();
+        }
         --underWay;
+        guarded([&] { record(document, delivery); });
         setTimer();
     }
 
@@ -122,9 +170,9 @@ private:
             .externalId = document.externalId,
             .uuid = document.uuid,
             .login = document.login,
-            .request =
-                delivery.request.empty() ? std::string() : maskedRequest({.raw = delivery.request}, call),
-            .answer = delivery.answer,
+            .request = delivery.request.empty() ? std::string()
+                                                : truncated(maskedRequest({.raw = delivery.request}, call)),
+            .answer = truncated(delivery.answer),
             .status = delivery.status,
             .fault = delivery.failure};
         store.addExchange(exchange);
@@ -138,6 +186,7 @@ private:
     CallbackLimits limits;
     boost::asio::steady_timer timer;
     std::int64_t newestSequence = 0;
+    std::int64_t nextPurge = 0;
     std::size_t underWay = 0;
     // Uuids of the documents to be called, by the time at which they are finished.
     std::multimap<TimePoint, std::string> times;
@@ -156,6 +205,11 @@ Callbacks::~Callbacks() = default;
 void Callbacks::setListener(std::function<void(const Exchange&)> listener)
 {
     implementation->listener = std::move(listener);
+}
+
+void Callbacks::forget()
+{
+    implementation->forget();
 }
 
 void Callbacks::notice(const Exchange& exchange)

@@ -32,6 +32,9 @@ public:
     /// Looks whether the exchange has created a document or let one finish.
     void notice(const Exchange& exchange);
 
+    /// Gives up the callbacks that are still to come, as all documents have been deleted.
+    void forget();
+
 private:
     class Implementation;
     std::unique_ptr<Implementation> implementation;

@@ -32,6 +32,9 @@ std::vector<std::string> loopbackAddresses(std::string_view host)
 
 std::optional<std::uint16_t> portIn(std::string_view text)
 {
+    constexpr std::size_t mostDigits = 5;
+    if (text.size() > mostDigits)
+        return std::nullopt;
     std::uint16_t port = 0;
     const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), port);
     const bool whole = error == std::errc() && end == text.data() + text.size();
@@ -43,7 +46,7 @@ std::optional<std::uint16_t> portIn(std::string_view text)
 std::optional<LoopbackUrl> loopbackUrl(std::string_view url)
 {
     constexpr std::string_view scheme = "http://";
-    if (!isPrintable(url) || !iequals(url.substr(0, scheme.size()), scheme))
+    if (url.size() > longestUrl || !isPrintable(url) || !iequals(url.substr(0, scheme.size()), scheme))
         return std::nullopt;
     url.remove_prefix(scheme.size());
     url = url.substr(0, url.find('#'));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -7,6 +8,9 @@
 #include <vector>
 
 namespace emulator {
+
+/// Long enough for any program; a header that holds much more could not be sent.
+inline constexpr std::size_t longestUrl = 2048;
 
 /// An `http://` address of a program on this machine.
 struct LoopbackUrl

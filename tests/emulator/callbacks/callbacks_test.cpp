@@ -1,3 +1,4 @@
+#include "emulator/store/sqlite.h"
 #include "tests/emulator/support/receiver.h"
 #include "tests/emulator/support/running.h"
 
@@ -47,6 +48,18 @@ protected:
             ::usleep(10'000);
         }
         throw std::runtime_error("no callback was recorded");
+    }
+
+    void useFile()
+    {
+        options.database = testing::TempDir() + "fremulator-callbacks-" + std::to_string(::getpid()) + ".db";
+    }
+
+    void removeFile()
+    {
+        stop();
+        for (const char* suffix : {"", "-wal", "-shm"})
+            std::remove((options.database + suffix).c_str());
     }
 
     void addFault(const Json& fault) { EXPECT_EQ(post("/_emulator/faults", fault).status, 200); }
@@ -169,6 +182,63 @@ TEST_F(Callbacks, AreBounded)
     EXPECT_EQ(callbackOf("4")["fault"], "not called: too many callbacks are still to come");
 }
 
+TEST_F(Callbacks, RefuseALongAddress)
+{
+    Receiver receiver;
+    begin();
+    (void)sellWith(
+        "http://127.0.0.1:" + std::string(70'000, '0') + std::to_string(receiver.port()) + "/", "long");
+    EXPECT_EQ(callbackOf("long")["fault"], "not called: callback_url has over 2048 characters");
+}
+
+TEST_F(Callbacks, ForgetReceiptsThatTheStoreHasForgotten)
+{
+    options.callbacks->waiting = 2;
+    options.service.waits = 1;
+    options.keep = 1;
+    Receiver receiver;
+    begin();
+    for (const std::string id : {"1", "2", "3", "4"})
+        (void)sellWith(receiver.url(), id);
+    EXPECT_EQ(report(sellWith(receiver.url(), "5")).json()["status"], "wait");
+    EXPECT_EQ(Json::parse(bodyOf(receiver.requests(1)[0]))["external_id"], "5");
+}
+
+TEST_F(Callbacks, ForgetReceiptsThatAreDeleted)
+{
+    options.callbacks->waiting = 1;
+    options.service.latencyLow = options.service.latencyHigh = std::chrono::milliseconds(20);
+    Receiver receiver;
+    begin();
+    (void)sellWith(receiver.url(), "deleted");
+    EXPECT_EQ(call("DELETE", "/_emulator/documents").status, 200);
+    (void)sellWith(receiver.url(), "kept");
+    passTime(std::chrono::seconds(1));
+    EXPECT_EQ(Json::parse(bodyOf(receiver.requests(1)[0]))["external_id"], "kept");
+}
+
+TEST_F(Callbacks, LeaveTheEmulatorRunningWhenTheStoreFails)
+{
+    options.service.latencyLow = options.service.latencyHigh = std::chrono::milliseconds(20);
+    for (const char* table : {"documents", "exchanges"}) {
+        useFile();
+        Receiver receiver;
+        begin();
+        (void)sellWith("http://192.0.2.1/", "not called");
+        (void)sellWith(receiver.url());
+        emulator::sqlite::Database(options.database, [table](emulator::sqlite::Database& database) {
+            database.execute(("DROP TABLE " + std::string(table)).c_str());
+        });
+        passTime(std::chrono::seconds(1));
+        if (table == std::string("exchanges"))
+            EXPECT_EQ(receiver.requests(1).size(), 1U);
+        else
+            ::usleep(60'000); // until the timer has run out
+        EXPECT_EQ(get("/_emulator/service").status, 200);
+        removeFile();
+    }
+}
+
 TEST_F(Callbacks, AreMadeOnceEvenIfTheAnswerWasLostAndTheCallRepeated)
 {
     Receiver receiver;
@@ -200,7 +270,7 @@ TEST_F(Callbacks, WaitUntilAStatusAnswerHasTheResult)
 
 TEST_F(Callbacks, AreMadeForReceiptsThatARestartInterrupted)
 {
-    options.database = testing::TempDir() + "fremulator-callbacks-" + std::to_string(::getpid()) + ".db";
+    useFile();
     options.service.latencyLow = options.service.latencyHigh = std::chrono::milliseconds(20);
     Receiver receiver;
     begin();
@@ -209,7 +279,5 @@ TEST_F(Callbacks, AreMadeForReceiptsThatARestartInterrupted)
     EXPECT_TRUE(receiver.requests(0).empty());
     passTime(std::chrono::milliseconds(20));
     EXPECT_EQ(Json::parse(bodyOf(receiver.requests(1)[0]))["uuid"], uuid);
-    stop();
-    for (const char* suffix : {"", "-wal", "-shm"})
-        std::remove((options.database + suffix).c_str());
+    removeFile();
 }

@@ -32,6 +32,13 @@ TEST(LoopbackUrl, HasAddressesPortAuthorityAndTarget)
     }
 }
 
+TEST(LoopbackUrl, IsBounded)
+{
+    const std::string start = "http://127.0.0.1/";
+    EXPECT_TRUE(loopbackUrl(start + std::string(2048 - start.size(), 'a')));
+    EXPECT_FALSE(loopbackUrl(start + std::string(2049 - start.size(), 'a')));
+}
+
 TEST(LoopbackUrl, IsNothingElse)
 {
     for (const char* url : {"", "http://", "http:///done", "127.0.0.1/done", "https://127.0.0.1/",
@@ -42,7 +49,7 @@ TEST(LoopbackUrl, IsNothingElse)
              "http://2130706433/", "http://0x7f000001/", "http://0177.0.0.1/", "http://user@127.0.0.1/",
              "http://127.0.0.1@example.com/", "http://127.0.0.1\\@example.com/", "http://127.0.0.1:0/",
              "http://127.0.0.1:65536/", "http://127.0.0.1:/", "http://127.0.0.1:80x/", "http://127.0.0.1:-1/",
-             "http://127.0.0.1/a b", "http://127.0.0.1/\r\nHost: x", "http://127.0.0.1/\xD1\x8F",
-             " http://127.0.0.1/"})
+             "http://127.0.0.1:000080/", "http://127.0.0.1/a b", "http://127.0.0.1/\r\nHost: x",
+             "http://127.0.0.1/\xD1\x8F", " http://127.0.0.1/"})
         EXPECT_FALSE(loopbackUrl(url)) << url;
 }
