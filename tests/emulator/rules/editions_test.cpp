@@ -104,7 +104,9 @@ const Row receiptRows[] = {
     {"external_id of 129", 'd', "/external_id", letters(129), refused("StringTooLong: #/external_id")},
     {"an empty external_id", 'd', "/external_id", "", refused("StringTooShort: #/external_id")},
 
-    {"no client", 'd', "/receipt/client", "absent", refused("PropertyRequired: #/receipt.client")},
+    {"no client", '?', "/receipt/client", "absent", refusedByLetter("PropertyRequired: #/receipt.client")},
+    {"a client that is not an object", 'd', "/receipt/client", 5,
+        refused("ObjectExpected: #/receipt.client")},
     {"neither email nor phone", 'd', "/receipt/client", {{"email", ""}, {"phone", ""}},
         refused("PropertyRequired: #/receipt.client")},
     {"client.email of 65 characters", 'd', "/receipt/client/email", letters(65),
@@ -233,6 +235,25 @@ const Row receiptRows[] = {
     {"items that differ from the total by 99 kopecks", 'd', item + "/sum", 151.49, accepted},
     {"items that differ from the total by a rouble", 'd', item + "/sum", 151.50,
         refused("NumberTooSmall: #/receipt.total")},
+    {"sum of 42949672.96", 'd', item + "/sum", 42949672.96,
+        {"NumberTooBig: #/receipt.items[0].sum, NumberTooSmall: #/receipt.total",
+            "NumberTooSmall: #/receipt.total", "NumberTooSmall: #/receipt.total"}},
+    {"sum of 10000000000.01", 'd', item + "/sum", 10'000'000'000.01,
+        refused("NumberTooBig: #/receipt.items[0].sum")},
+    {"payment of 42949672.96", 'd', "/receipt/payments/0/sum", 42949672.96,
+        {"NumberTooBig: #/receipt.payments[0].sum, NumberTooSmall: #/receipt.total",
+            "NumberTooSmall: #/receipt.total", ""}},
+    {"payment of 10000000000.01", 'd', "/receipt/payments/0/sum", 10'000'000'000.01,
+        refused("NumberTooBig: #/receipt.payments[0].sum")},
+    {"total of 10000000000.01", 'd', "/receipt/total", 10'000'000'000.01,
+        refused("NumberTooBig: #/receipt.total")},
+    {"an unknown type among vats", 'd', "/receipt/vats", Json::array({{{"type", "vat25"}}}),
+        refused("NotInEnumeration: #/receipt.vats[0].type")},
+    {"vats of 42949672.96", 'd', "/receipt/vats", Json::array({{{"type", "vat10"}, {"sum", 42949672.96}}}),
+        refusedInOlder("NumberTooBig: #/receipt.vats[0].sum")},
+    {"vats of 10000000000.01", 'd', "/receipt/vats",
+        Json::array({{{"type", "vat10"}, {"sum", 10'000'000'000.01}}}),
+        refused("NumberTooBig: #/receipt.vats[0].sum")},
     {"a negative total", 'r', "/receipt/total", -1, refused("NumberTooSmall: #/receipt.total")},
 };
 
@@ -253,6 +274,18 @@ const Row agentRows[] = {
 };
 
 const Row correctionRows[] = {
+    {"timestamp in another form", 'd', "/timestamp", "2026-03-01 10:00:00",
+        refused("PatternMismatch: #/timestamp")},
+    {"timestamp in ISO form with a zone", 'r', "/timestamp", "2026-03-01T10:00:00+03:00",
+        refusedByLetter("PatternMismatch: #/timestamp")},
+    {"external_id of 129 characters", 'd', "/external_id", letters(129),
+        refused("StringTooLong: #/external_id")},
+    {"company.inn of 11 digits", 'd', "/correction/company/inn", "77000000001",
+        refused("PatternMismatch: #/correction.company.inn")},
+    {"an unknown sno", 'd', "/correction/company/sno", "simple",
+        refused("NotInEnumeration: #/correction.company.sno")},
+    {"no payment_address", 'd', "/correction/company/payment_address", "absent",
+        refused("PropertyRequired: #/correction.company.payment_address")},
     {"no correction_info", 'd', "/correction/correction_info", "absent",
         refusedInNewer("PropertyRequired: #/correction.correction_info")},
     {"empty vats", 'd', "/correction/vats", Json::array(), refusedInNewer("TooFewItems: #/correction.vats")},
@@ -311,9 +344,11 @@ TEST(Editions, AnswerACorrectionByTheirRules)
 TEST(Editions, NameTheMissingClientOfAnInternetReceiptOnce)
 {
     const Json body = changed(changed(goodReceipt(), "/receipt/internet", true), "/receipt/client", "absent");
-    const ReceiptCheck check(usual, listsOf(newestRevision));
-    EXPECT_EQ(describe(check.violationsOfReceipt(body, {})), "PropertyRequired: #/receipt.client");
-    EXPECT_EQ(check.violationsOfReceipt(body, {}).size(), 2u);
+    for (const auto& [edition, violations] : {std::pair(usual, 1u), std::pair(strict, 2u)}) {
+        const ReceiptCheck check(edition, listsOf(newestRevision));
+        EXPECT_EQ(describe(check.violationsOfReceipt(body, {})), "PropertyRequired: #/receipt.client");
+        EXPECT_EQ(check.violationsOfReceipt(body, {}).size(), violations);
+    }
 }
 
 TEST(Editions, KnowTheNamesOfTheirRevision)
@@ -324,10 +359,23 @@ TEST(Editions, KnowTheNamesOfTheirRevision)
     EXPECT_THAT(listsOf(Revision::December2025).vatTypes,
         ElementsAre("none", "vat0", "vat5", "vat7", "vat10", "vat20", "vat22", "vat105", "vat107", "vat110",
             "vat120", "vat122"));
+    for (const Revision revision : {Revision::May2023, Revision::December2025}) {
+        EXPECT_THAT(listsOf(revision).taxationSystems,
+            ElementsAre("osn", "usn_income", "usn_income_outcome", "envd", "esn", "patent"));
+        EXPECT_THAT(listsOf(revision).agentTypes,
+            ElementsAre("bank_paying_agent", "bank_paying_subagent", "paying_agent", "paying_subagent",
+                "attorney", "commission_agent", "another"));
+    }
     const auto objects = listsOf(Revision::December2025).paymentObjects;
     EXPECT_EQ(listsOf(Revision::May2023).paymentObjects.size(), 13u);
     EXPECT_EQ(objects.size(), 27u);
-    for (const char* name : {"award", "property_right", "deposit", "resort_fee", "commodity", "another"})
+    for (const char* name : {"award", "property_right", "non-operating_gain", "insurance_premium",
+             "sales_tax", "resort_fee", "deposit", "expense", "pension_insurance_ip", "pension_insurance",
+             "medical_insurance_ip", "medical_insurance", "social_insurance", "casino_payment"}) {
+        EXPECT_THAT(listsOf(Revision::May2023).paymentObjects, testing::Not(testing::Contains(name)));
+        EXPECT_THAT(objects, testing::Contains(name));
+    }
+    for (const char* name : {"commodity", "another"})
         EXPECT_THAT(objects, testing::Contains(name));
     for (const std::string& name : listsOf(Revision::December2025).vatTypes)
         EXPECT_TRUE(vatRate(name)) << name;
