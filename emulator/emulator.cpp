@@ -27,14 +27,19 @@ const PageFile* findPage(const Request& request)
 
 } // namespace
 
+// Reads the recording before anything is created.
 Emulator::Emulator(const Options& options, Clock usedClock)
+    : Emulator(options, options.replay.empty() ? std::nullopt : std::optional(readRecording(options.replay)),
+          std::move(usedClock))
+{
+}
+
+Emulator::Emulator(const Options& options, const std::optional<Recording>& recording, Clock usedClock)
     : allowedHosts(options.allowedHosts)
     , clock(usedClock)
     , store(options.database, options.keep)
     , service(options.service, store, faults, usedClock)
-    , replay(options.replay.empty()
-                 ? std::nullopt
-                 : std::optional<Replay>(std::in_place, readRecording(options.replay), store, clock))
+    , replay(recording ? std::optional<Replay>(std::in_place, *recording, store, clock) : std::nullopt)
     , api(store, faults, service)
     , httpServer(
           options.port, [this](const Request& request) { return answer(request); }, options.limits,

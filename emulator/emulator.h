@@ -19,7 +19,7 @@ namespace emulator {
 class Emulator
 {
 public:
-    /// Opens the database, reads the recording, if any, and binds the port. Throws sqlite::Error or
+    /// Reads the recording, if any, opens the database and binds the port. Throws sqlite::Error or
     /// std::runtime_error.
     explicit Emulator(const Options& options, Clock usedClock = systemTime);
 
@@ -30,6 +30,8 @@ public:
     [[nodiscard]] Server& server() { return httpServer; }
 
 private:
+    Emulator(const Options& options, const std::optional<Recording>& recording, Clock usedClock);
+
     Answer answer(const Request& request);
     void noticeExchange(const Exchange& exchange);
     void publishExchange(const Exchange& exchange);

@@ -161,6 +161,27 @@ TEST_F(Replay, GivesStatusTypeAndBodyOfAHarAndSkipsOtherSites)
     EXPECT_EQ(post(base + std::string("other/sell"), goodReceipt()).json()["uuid"], "other");
 }
 
+TEST_F(Replay, SaysThatFaultsAndExpectationsDoNotApply)
+{
+    replay(har({entry("POST", service + "group-1/sell", 200, answerText({{"uuid", "u"}})),
+        entry("POST", service + "group-1/sell", 200, answerText({{"uuid", "v"}}))}));
+    const RawClient::Answer fault = post("/_emulator/faults", {{"endpoint", "sell"}, {"effect", "silent"}});
+    EXPECT_EQ(fault.status, 400);
+    EXPECT_EQ(fault.json()["error"], "faults do not apply to answers from a recording");
+    EXPECT_EQ(get("/_emulator/faults").json()["faults"].size(), 0U);
+    const RawClient::Answer expectation = get("/_emulator/expect?external_id=till-1");
+    EXPECT_EQ(expectation.status, 417);
+    EXPECT_EQ(expectation.json()["reason"], "answers from a recording register no receipts");
+}
+
+TEST_F(Replay, CreatesNoDatabaseWithoutARecording)
+{
+    options.replay = file + "-missing";
+    options.database = file + ".db";
+    EXPECT_THROW(start(), emulator::JsonError);
+    EXPECT_FALSE(std::ifstream(options.database).is_open());
+}
+
 TEST_F(Replay, RefusesAMalformedFileWithPlaceRuleAndWhatToDoButWithoutItsContent)
 {
     const std::string good =
