@@ -211,13 +211,17 @@ void Journal::createTables()
     change(("PRAGMA user_version = " + QByteArray::number(schemaVersion)).constData());
 }
 
-// In small batches, each by itself, so that other processes get their turn.
+// In small batches, each by itself, so that other processes get their turn. Those of a local register stay:
+// no service knows their ids, and without its record a receipt would be registered again.
 void Journal::removeOld()
 {
     for (int removed = 1; removed > 0;) {
-        QSqlQuery result = query("DELETE FROM receipts WHERE number IN"
-                                 " (SELECT number FROM receipts WHERE sent < unixepoch() - ? LIMIT 500)",
-            {maxAge});
+        QSqlQuery result =
+            query("DELETE FROM receipts WHERE number IN"
+                  " (SELECT number FROM receipts WHERE sent < unixepoch() - ? AND register NOT IN"
+                  " (SELECT number FROM registers WHERE address LIKE 'register:%')"
+                  " LIMIT 500)",
+                {maxAge});
         removed = result.numRowsAffected();
     }
 }

@@ -60,7 +60,8 @@ struct JournalClaim
 /// One durable record for each receipt that was ever about to go on the wire, in a SQLite file that any
 /// number of processes may use at once. All that returns is on the disk: it survives the loss of power.
 ///
-/// Records are kept for 40 days. Everything throws JournalError when the file cannot be used.
+/// Records are kept for 40 days, and those of a local register for good. Everything throws JournalError when
+/// the file cannot be used.
 class Journal
 {
 public:

@@ -202,6 +202,21 @@ TEST_F(JournalFile, ForgetsReceiptsAfterFortyDays)
     EXPECT_TRUE(journal.find(u"shop_1"_s, u"young"_s));
 }
 
+// Nobody else knows their ids.
+TEST_F(JournalFile, KeepsReceiptsOfALocalRegisterForever)
+{
+    const ComposedReceipt local = composed("local", "milk", "register:/sample/0/");
+    {
+        Journal journal(file());
+        std::ignore = claim(journal, local);
+        std::ignore = claim(journal, composed("remote"));
+    }
+    change("UPDATE receipts SET sent = 0");
+    Journal journal(file());
+    EXPECT_TRUE(journal.find(local.fiscalRegister, local.id));
+    EXPECT_FALSE(journal.find(u"shop_1"_s, u"remote"_s));
+}
+
 TEST_F(JournalFile, TakesAFewHundredBytesAReceipt)
 {
     constexpr int receipts = 500;
