@@ -33,13 +33,13 @@ void warn(const QString& warning)
 class Seller
 {
 public:
-    Seller(Command wanted, Session& session, const SaleJournal& journal)
+    Seller(Command wanted, Session& session, SaleJournal& journal)
         : command(wanted)
         , hasService(session.fiscalRegister().hasService())
         , registrar(session.fiscalRegister(), session.transport())
-        , local(
-              session.fiscalRegister().driver(), localAddress(session.fiscalRegister()), session.transport(),
-              [&journal] { return journal.earlier(); }, &warn)
+        , local(session.fiscalRegister().driver(),
+              hasService ? QUrl() : localAddress(session.fiscalRegister()), session.transport(), journal,
+              &warn)
     {
     }
 

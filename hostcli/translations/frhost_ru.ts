@@ -1525,5 +1525,13 @@
         <source>without a version</source>
         <translation>без версии</translation>
     </message>
+    <message>
+        <source>The plugin&apos;s metadata has no name, under which the journal would keep its receipts</source>
+        <translation>В метаданных плагина нет имени (name), без него журнал не может вести его чеки</translation>
+    </message>
+    <message>
+        <source>The driver said on %1 that the receipt is registered, without proving it, and it was not given it again</source>
+        <translation>%1 драйвер сообщил, что чек зарегистрирован, но не подтвердил это фискальными данными; повторно чек не передан</translation>
+    </message>
 </context>
 </TS>

@@ -2,8 +2,10 @@
 
 #include "host/abstractfrdriver.h"
 #include "till/device/loadedregister.h"
+#include "till/error.h"
 #include "till/sale/attempt.h"
 #include "till/sale/registrar.h"
+#include "till/sale/salejournal.h"
 #include "till/text.h"
 #include "till/wire/observingtransport.h"
 
@@ -137,22 +139,44 @@ ReceiptResult incomplete(const QueuedReceipt& queued, const QString& flaw)
     return result;
 }
 
+QString timeOf(const JournalRecord& record)
+{
+    return record.sent.toString(u"dd.MM.yyyy hh:mm:ss"_s);
+}
+
+QString encoded(const QString& text)
+{
+    return QString::fromLatin1(QUrl::toPercentEncoding(text));
+}
+
 } // namespace
 
-QUrl localAddress(const LoadedRegister& fiscalRegister)
+QUrl localAddress(const QString& plugin, unsigned int number, const QString& port)
 {
+    if (plugin.isEmpty())
+        throw Error(Problem::Setup,
+            Text::tr("The plugin's metadata has no name, under which the journal would keep its receipts"));
+    QStringList path{{}, encoded(plugin), QString::number(number)};
+    if (!port.isEmpty())
+        path << encoded(port);
     QUrl address;
     address.setScheme(u"register"_s);
-    address.setPath(u"/%1/%2/sell"_s.arg(fiscalRegister.name()).arg(fiscalRegister.number()));
+    address.setPath(path.join(u'/') + u"/sell"_s, QUrl::TolerantMode);
     return address;
 }
 
+QUrl localAddress(const LoadedRegister& fiscalRegister)
+{
+    return localAddress(
+        fiscalRegister.name(), fiscalRegister.number(), fiscalRegister.device().property("port").toString());
+}
+
 LocalRegistrar::LocalRegistrar(AbstractFrDriver& usedDriver, QUrl address, ObservingTransport& usedTransport,
-    Earlier known, Warn warning)
+    SaleJournal& usedJournal, Warn warning)
     : driver(usedDriver)
     , fiscalRegister(std::move(address))
     , transport(usedTransport)
-    , earlier(std::move(known))
+    , journal(usedJournal)
     , warn(std::move(warning))
 {
 }
@@ -167,21 +191,49 @@ ReceiptResult LocalRegistrar::sell(const QueuedReceipt& queued)
 
 ReceiptResult LocalRegistrar::sold(const QueuedReceipt& queued)
 {
-    if (auto error = attempt([&] { transport.admit(fiscalRegister, contentOf(queued.receipt)); }))
+    bool isKnown = false;
+    auto error = attempt([&] {
+        isKnown = journal.knows(fiscalRegister, contentOf(queued.receipt));
+        if (isKnown)
+            admit(queued.receipt);
+    });
+    if (error)
         return notHandedOver(queued, std::move(*error));
-    const auto known = earlier();
+    const auto known = journal.earlier();
     return known ? repeated(queued, *known) : handOverAndClose(queued);
+}
+
+void LocalRegistrar::admit(const Receipt& receipt)
+{
+    transport.admit(fiscalRegister, contentOf(receipt));
+}
+
+void LocalRegistrar::cancel() const
+{
+    std::ignore = attempt([&] { driver.checkCancel(); });
 }
 
 ReceiptResult LocalRegistrar::handOverAndClose(const QueuedReceipt& queued)
 {
-    const Receipt& receipt = queued.receipt;
     const FiscalInfo before = fiscalInfo();
-    if (auto error = attempt([&] { handOver(driver, receipt); })) {
-        // The next receipt could not be opened beside a half one.
-        std::ignore = attempt([&] { driver.checkCancel(); });
-        return notHandedOver(queued, std::move(*error));
-    }
+    if (std::exchange(isFirst, false))
+        cancel();
+    auto error = attempt([&] {
+        handOver(driver, queued.receipt);
+        admit(queued.receipt);
+    });
+    // Another process may have sold it in the meantime.
+    const auto known = journal.earlier();
+    if (!error && !known)
+        return closed(queued, before);
+    // The next receipt could not be opened beside a half one.
+    cancel();
+    return error ? notHandedOver(queued, std::move(*error)) : repeated(queued, *known);
+}
+
+ReceiptResult LocalRegistrar::closed(const QueuedReceipt& queued, const FiscalInfo& before)
+{
+    const Receipt& receipt = queued.receipt;
     transport.noteHandedOver();
     auto error = attempt([&] { driver.checkClose(receipt.document); });
     if (error && !isLastDocument(receipt.id()))
@@ -198,12 +250,19 @@ ReceiptResult LocalRegistrar::repeated(const QueuedReceipt& queued, const Journa
     } else if (isLastDocument(queued.receipt.id())) {
         transport.noteHandedOver();
         result = byEvidence(queued, {});
+    } else if (record.state == ReceiptState::Incomplete) {
+        result = incomplete(queued,
+            Text::tr(
+                "The driver said on %1 that the receipt is registered, without proving it, and it was not "
+                "given it again")
+                .arg(timeOf(record)));
+        result.witness = Witness::Journal;
     } else {
         return unknown(queued,
             {{}, std::nullopt,
                 Text::tr("The register was given this receipt on %1 already, its outcome was not known, and "
                          "it was not given it again")
-                    .arg(record.sent.toString(u"dd.MM.yyyy hh:mm:ss"_s))});
+                    .arg(timeOf(record))});
     }
     result.recovered = true;
     return result;

@@ -167,6 +167,20 @@ void SaleJournal::admit(const QUrl& url, const QByteArray& body)
     claim->twin.reset();
 }
 
+bool SaleJournal::knows(const QUrl& url, const QByteArray& body)
+{
+    if (!journal)
+        return false;
+    try {
+        const ComposedReceipt receipt = readComposed(url, body);
+        const auto record = journal->find(receipt.fiscalRegister, receipt.id);
+        return record && record->state != ReceiptState::Refused;
+    } catch (const JournalError&) {
+        failure = std::current_exception();
+        throw;
+    }
+}
+
 std::optional<JournalRecord> SaleJournal::earlier() const
 {
     return claim ? claim->earlier : std::nullopt;

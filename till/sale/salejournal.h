@@ -32,6 +32,10 @@ public:
     /// What was known of this receipt before; none until the transport has asked, and for one that is new.
     [[nodiscard]] std::optional<JournalRecord> earlier() const;
 
+    /// Whether the journal has a record of this receipt's id that forbids its sale, or that tells its
+    /// outcome. Throws JournalError, as the transport's gate does.
+    [[nodiscard]] bool knows(const QUrl& url, const QByteArray& body);
+
     /// Records the result; returns it with what the journal knows. Throws JournalError when the receipt could
     /// not be recorded beforehand and was therefore not sent.
     [[nodiscard]] ReceiptResult concluded(ReceiptResult result);

@@ -3,6 +3,8 @@
 #include "frbase/basicfrdriver.h"
 #include "host/exceptions.h"
 #include "tests/support/qtprinters.h"
+#include "tests/support/textfile.h"
+#include "till/error.h"
 #include "till/journal/journal.h"
 #include "till/sale/salejournal.h"
 #include "till/wire/observingtransport.h"
@@ -37,6 +39,8 @@ public:
         calls << u"open"_s;
         open = document.getInternalIdentifier();
         paid = 0;
+        if (whileOpen)
+            whileOpen();
         if (failure == Failure::NotOpened)
             throw FrCommandException(u"нет бумаги"_s);
         if (failure == Failure::NoLine)
@@ -65,6 +69,7 @@ public:
 
     Failure failure = Failure::None;
     bool knowsItsLast = false;
+    std::function<void()> whileOpen;
     std::function<void(FiscalInfo&, double)> fill = [](FiscalInfo& info, double total) {
         info.fnNumber = u"9999078900006364"_s;
         ++info.fiscalDocumentNumber;
@@ -104,12 +109,15 @@ protected:
         ObservingTransport transport;
         const auto warn = [this](const QString& warning) { warnings << warning; };
         SaleJournal kept(usesJournal ? &journal : nullptr, transport, warn);
-        LocalRegistrar registrar(
-            device, QUrl(u"register:/sample/0/sell"_s), transport, [&] { return kept.earlier(); }, warn);
+        LocalRegistrar registrar(device, QUrl(u"register:/sample/0/sell"_s), transport, kept, warn);
         kept.begin(queued);
         ReceiptResult result = kept.concluded(registrar.sell(queued));
         kept.check();
         return result;
+    }
+    [[nodiscard]] std::optional<JournalRecord> recorded(const QString& id)
+    {
+        return Journal(folder.filePath(u"journal.db"_s)).find(u"register:/sample/0"_s, id);
     }
     [[nodiscard]] QString soldWithout(const std::function<void(FiscalInfo&)>& remove)
     {
@@ -142,7 +150,8 @@ TEST_F(LocalSale, IsRegisteredOnTheWordOfTheDriver)
     EXPECT_EQ(result.compared, Comparison::None);
     ASSERT_TRUE(result.fiscal);
     EXPECT_EQ(result.fiscal->fiscalDocumentNumber, 1);
-    EXPECT_EQ(device.calls, (QStringList{u"open"_s, u"total"_s, u"close"_s}));
+    EXPECT_EQ(device.calls, (QStringList{u"cancel"_s, u"open"_s, u"total"_s, u"close"_s}))
+        << "an interrupted run may have left a receipt open";
     EXPECT_EQ(sell(receipt(u"r2"_s)).fiscal->fiscalDocumentNumber, 2);
 }
 
@@ -183,7 +192,7 @@ TEST_F(LocalSale, ThatWasNotClosedCertainlyIsRefusedAndCancelled)
     const ReceiptResult refused = sell(receipt(u"r1"_s));
     EXPECT_EQ(refused.outcome, Outcome::Refused);
     EXPECT_EQ(refused.error->type, u"FrCommandException"_s);
-    EXPECT_EQ(device.calls, (QStringList{u"open"_s, u"cancel"_s}));
+    EXPECT_EQ(device.calls, (QStringList{u"cancel"_s, u"open"_s, u"cancel"_s}));
     device.failure = Failure::NoLine;
     const ReceiptResult unsent = sell(receipt(u"r1"_s));
     EXPECT_EQ(unsent.verdict, SaleVerdict::NotSent);
@@ -252,6 +261,53 @@ TEST_F(LocalSale, UnderTheIdOfAnotherIsRefused)
     device.calls.clear();
     EXPECT_EQ(sell(receipt(u"r1"_s, 161)).outcome, Outcome::Refused);
     EXPECT_EQ(device.calls, QStringList());
+}
+
+// A program that ends before the receipt is closed has registered nothing, and the file may be run again.
+TEST_F(LocalSale, IsRecordedOnlyWhenItIsAboutToBeClosed)
+{
+    std::optional<JournalRecord> early;
+    device.whileOpen = [&] { early = recorded(u"r1"_s); };
+    EXPECT_EQ(sell(receipt(u"r1"_s)).outcome, Outcome::Registered);
+    EXPECT_FALSE(early);
+    EXPECT_TRUE(recorded(u"r1"_s));
+}
+
+TEST_F(LocalSale, ThatAnotherProcessSellsAtTheSameTimeIsCancelled)
+{
+    device.whileOpen = [&] {
+        device.whileOpen = {};
+        device.failure = Failure::None;
+        std::ignore = sell(receipt(u"r1"_s));
+        device.calls.clear();
+    };
+    const ReceiptResult result = sell(receipt(u"r1"_s));
+    EXPECT_EQ(result.outcome, Outcome::Registered);
+    EXPECT_EQ(result.witness, Witness::Journal);
+    EXPECT_EQ(device.calls, (QStringList{u"total"_s, u"cancel"_s}));
+}
+
+TEST_F(LocalSale, ThatWasIncompleteStaysIncomplete)
+{
+    device.fill = [](FiscalInfo&, double) {};
+    std::ignore = sell(receipt(u"r1"_s));
+    device.calls.clear();
+    const ReceiptResult again = sell(receipt(u"r1"_s));
+    EXPECT_EQ(again.outcome, Outcome::Incomplete);
+    EXPECT_TRUE(again.advice.startsWith(u"Do NOT sell it again "_s)) << again.advice.toStdString();
+    EXPECT_EQ(again.witness, Witness::Journal);
+    EXPECT_EQ(recorded(u"r1"_s)->state, ReceiptState::Incomplete);
+    EXPECT_EQ(device.calls, QStringList());
+}
+
+TEST(AddressOfALocalRegister, NamesPluginNumberAndPort)
+{
+    EXPECT_EQ(localAddress(u"sample"_s, 0, {}), QUrl(u"register:/sample/0/sell"_s));
+    EXPECT_EQ(readComposed(localAddress(u"sample"_s, 2, u"/dev/ttyS%1"_s), {}).fiscalRegister,
+        u"register:/sample/2/%2Fdev%2FttyS%251"_s);
+    EXPECT_TRUE(messageOf<Error>([] {
+        std::ignore = localAddress({}, 0, u"/dev/ttyS0"_s);
+    }).contains(u"has no name"_s));
 }
 
 TEST_F(LocalSale, WithoutAJournalIsRepeated)
