@@ -124,11 +124,11 @@ void addGlobalOptions(CLI::App& app, Arguments& arguments)
 {
     app.add_option("--config", arguments.config,
            Text::tr("INI file with the register's settings; otherwise $FRHOST_CONFIG, then "
-                    "frhost/register.ini in $XDG_CONFIG_HOME or /etc")
+                    "frhost/register.ini in $XDG_CONFIG_HOME (~/.config) or /etc")
                .toStdString())
         ->option_text("FILE");
     app.add_option("--plugin", arguments.plugin,
-           Text::tr("Plugin library, instead of the one installed").toStdString())
+           Text::tr("Plugin library, instead of $FRHOST_PLUGIN or the one installed").toStdString())
         ->option_text("FILE");
     app.add_flag("--json", arguments.json, Text::tr("One line of JSON for each result").toStdString());
     addLogOptions(app, arguments);

@@ -25,6 +25,13 @@ QString paths(const QList<PluginFile>& plugins)
     return list.join(u", "_s);
 }
 
+QStringList configFilesIn(QStringList folders)
+{
+    for (QString& folder : folders)
+        folder += u"/frhost/register.ini"_s;
+    return folders;
+}
+
 QString waysOut()
 {
     return Text::tr("Correct the cause, name another file with --journal FILE, or do without a journal with "
@@ -37,8 +44,10 @@ QStringList configFolders()
 {
     QStringList folders;
     const QString home = qEnvironmentVariable("HOME");
-    const QString own = qEnvironmentVariable("XDG_CONFIG_HOME", home.isEmpty() ? home : home + u"/.config"_s);
-    // The rules of XDG ignore a relative path.
+    QString own = qEnvironmentVariable("XDG_CONFIG_HOME");
+    // By the rules of XDG, an empty variable is not set, and a relative path is ignored.
+    if (own.isEmpty() && !home.isEmpty())
+        own = home + u"/.config"_s;
     if (own.startsWith(u'/'))
         folders << own;
     folders << u"/etc"_s;
@@ -51,8 +60,7 @@ QString configFileOf(const CommandLine& line, const QStringList& folders)
         return line.config;
     if (const QString named = qEnvironmentVariable("FRHOST_CONFIG"); !named.isEmpty())
         return named;
-    for (const QString& folder : folders) {
-        const QString file = folder + u"/frhost/register.ini"_s;
+    for (const QString& file : configFilesIn(folders)) {
         if (QFileInfo::exists(file))
             return file;
     }
@@ -74,8 +82,9 @@ RegisterConfig serviceConfigOf(const CommandLine& line)
 {
     RegisterConfig config = configOf(line);
     if (config.file.isEmpty())
-        throw Failure(ExitCode::LocalFailure,
-            Text::tr("This command talks to the service: name a configuration with --config FILE."));
+        throw Failure(ExitCode::LocalFailure, Text::tr("There is no configuration. Name one with --config "
+                                                       "FILE or FRHOST_CONFIG, or create one of: %1.")
+                                                  .arg(configFilesIn(configFolders()).join(u", "_s)));
     return config;
 }
 
@@ -83,6 +92,8 @@ PluginFile pluginOf(const CommandLine& line, const QStringList& folders)
 {
     if (!line.plugin.isEmpty())
         return pluginAt(line.plugin);
+    if (const QString named = qEnvironmentVariable("FRHOST_PLUGIN"); !named.isEmpty())
+        return pluginAt(named);
     const QList<PluginFile> plugins = findPlugins(folders);
     if (plugins.isEmpty())
         throw Failure(
@@ -90,7 +101,7 @@ PluginFile pluginOf(const CommandLine& line, const QStringList& folders)
                                         .arg(folders.join(u", "_s)));
     if (plugins.size() > 1)
         throw Failure(ExitCode::LocalFailure,
-            Text::tr("Several fiscal-register plugins: %1. Choose one with --plugin FILE.")
+            Text::tr("Several fiscal-register plugins: %1. Choose one with --plugin FILE or FRHOST_PLUGIN.")
                 .arg(paths(plugins)));
     return plugins.first();
 }

@@ -450,10 +450,6 @@
         <translation>«%1» — не идентификатор документа</translation>
     </message>
     <message>
-        <source>This command talks to the service: name a configuration with --config FILE.</source>
-        <translation>Эта команда обращается к сервису: укажите файл настроек, --config FILE.</translation>
-    </message>
-    <message>
         <source>The service says that the receipt is registered, but its answer does not prove it</source>
         <translation>Сервис сообщает, что чек зарегистрирован, но его ответ этого не подтверждает</translation>
     </message>
@@ -1532,6 +1528,22 @@
     <message>
         <source>The driver said on %1 that the receipt is registered, without proving it, and it was not given it again</source>
         <translation>%1 драйвер сообщил, что чек зарегистрирован, но не подтвердил это фискальными данными; повторно чек не передан</translation>
+    </message>
+    <message>
+        <source>INI file with the register&apos;s settings; otherwise $FRHOST_CONFIG, then frhost/register.ini in $XDG_CONFIG_HOME (~/.config) or /etc</source>
+        <translation>INI-файл с настройками регистратора; без него — $FRHOST_CONFIG, затем frhost/register.ini в $XDG_CONFIG_HOME (~/.config) или /etc</translation>
+    </message>
+    <message>
+        <source>Plugin library, instead of $FRHOST_PLUGIN or the one installed</source>
+        <translation>Библиотека плагина вместо $FRHOST_PLUGIN или установленной</translation>
+    </message>
+    <message>
+        <source>There is no configuration. Name one with --config FILE or FRHOST_CONFIG, or create one of: %1.</source>
+        <translation>Нет файла настроек. Укажите его (--config FILE или FRHOST_CONFIG) или создайте один из: %1.</translation>
+    </message>
+    <message>
+        <source>Several fiscal-register plugins: %1. Choose one with --plugin FILE or FRHOST_PLUGIN.</source>
+        <translation>Найдено несколько плагинов: %1. Выберите один: --plugin FILE или FRHOST_PLUGIN.</translation>
     </message>
 </context>
 </TS>

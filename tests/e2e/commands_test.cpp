@@ -106,8 +106,9 @@ TEST(Configuration, IsNeededToReachTheService)
 {
     const Ran refused = run(frhostProgram(), {u"check"_s});
     EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_EQ(
-        refused.err, u"This command talks to the service: name a configuration with --config FILE.\n"_s);
+    EXPECT_EQ(refused.err,
+        u"There is no configuration. Name one with --config FILE or FRHOST_CONFIG, or create one of: "
+        "/nonexistent/frhost/register.ini, /etc/frhost/register.ini.\n"_s);
 }
 
 TEST(Configuration, WithAValueThatTheRegisterRefusesIsReported)
@@ -165,11 +166,13 @@ TEST(Language, IsThatOfTheLocale)
     };
     // None of them but C and C.UTF-8 need be known to the machine.
     for (const char* locale : {"ru_RU.UTF-8", "ru_RU.KOI8-R", "ru_RU"})
-        EXPECT_EQ(
-            told(locale), u"Эта команда обращается к сервису: укажите файл настроек, --config FILE.\n"_s);
+        EXPECT_EQ(told(locale),
+            u"Нет файла настроек. Укажите его (--config FILE или FRHOST_CONFIG) или создайте один из: "
+            "/nonexistent/frhost/register.ini, /etc/frhost/register.ini.\n"_s);
     for (const char* locale : {"C.UTF-8", "C", "no_SUCH"})
-        EXPECT_EQ(
-            told(locale), u"This command talks to the service: name a configuration with --config FILE.\n"_s);
+        EXPECT_EQ(told(locale),
+            u"There is no configuration. Name one with --config FILE or FRHOST_CONFIG, or create one of: "
+            "/nonexistent/frhost/register.ini, /etc/frhost/register.ini.\n"_s);
 }
 
 TEST(Configuration, IsFoundWithoutBeingNamed)
