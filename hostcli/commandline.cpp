@@ -148,7 +148,9 @@ void addJournalOptions(CLI::App& command, Arguments& arguments)
             ->check(flawOfFile);
     command
         .add_flag("--no-journal", arguments.noJournal,
-            Text::tr("Keep no journal: an id that is used twice is noticed by the total alone").toStdString())
+            Text::tr("Keep no journal: the service notices an id that is used twice by the total alone, "
+                     "another register not at all")
+                .toStdString())
         ->excludes(file);
 }
 

@@ -27,6 +27,8 @@ QString qrOf(const ReceiptResult& result)
     return result.fiscal ? qrText(*result.fiscal) : QString();
 }
 
+} // namespace
+
 QString outcomeSentence(const ReceiptResult& result)
 {
     if (!result.outcome)
@@ -35,6 +37,10 @@ QString outcomeSentence(const ReceiptResult& result)
     case Outcome::Registered:
         return Text::tr("%1 is registered.").arg(result.id);
     case Outcome::Incomplete:
+        if (result.witness != Witness::Service)
+            return Text::tr("%1 is registered according to the driver, which has not proved it; look at the "
+                            "register's last documents.")
+                .arg(result.id);
         return Text::tr("%1 is registered according to the service, which has not proved it; run again.")
             .arg(result.id);
     case Outcome::Refused:
@@ -42,10 +48,11 @@ QString outcomeSentence(const ReceiptResult& result)
     case Outcome::Unknown:
         break;
     }
+    if (result.witness != Witness::Service && result.next == NextStep::None)
+        return Text::tr("The outcome of %1 is unknown; look at the register's last documents.")
+            .arg(result.id);
     return Text::tr("The outcome of %1 is unknown; run again.").arg(result.id);
 }
-
-} // namespace
 
 Batch::Batch(const CommandLine& line, Output& usedOutput, ObservingTransport& usedTransport)
     : command(line.command)

@@ -16,6 +16,9 @@ class ObservingTransport;
 
 namespace frhost {
 
+/// What is known of a receipt whose result is being reported.
+[[nodiscard]] QString outcomeSentence(const till::ReceiptResult& result);
+
 /// The course of one run of `sell` or `send`: reports each result as soon as it is known, counts, and can
 /// tell at any moment what is known.
 class Batch

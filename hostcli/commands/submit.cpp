@@ -225,6 +225,9 @@ ExitCode submit(const CommandLine& line, Output& output)
         batch.setCount(queue->count());
     }
     const std::unique_ptr<Journal> journal = journalOf(line);
+    if (!journal && !session.fiscalRegister().hasService())
+        warn(Text::tr("Without a journal, nothing notices an id that is used twice: running a file again "
+                      "registers it again."));
     SaleJournal kept(journal.get(), session.transport(), &warn);
     Run run(line, session, batch, kept);
     if (queue)

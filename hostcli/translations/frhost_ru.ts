@@ -630,10 +630,6 @@
         <translation>имя файла пустое</translation>
     </message>
     <message>
-        <source>Keep no journal: an id that is used twice is noticed by the total alone</source>
-        <translation>Не вести журнал: повтор id будет замечен только по сумме</translation>
-    </message>
-    <message>
         <source>Correct the cause, name another file with --journal FILE, or do without a journal with --no-journal.</source>
         <translation>Устраните причину, укажите другой файл (--journal FILE) или откажитесь от журнала (--no-journal).</translation>
     </message>
@@ -1544,6 +1540,22 @@
     <message>
         <source>Several fiscal-register plugins: %1. Choose one with --plugin FILE or FRHOST_PLUGIN.</source>
         <translation>Найдено несколько плагинов: %1. Выберите один: --plugin FILE или FRHOST_PLUGIN.</translation>
+    </message>
+    <message>
+        <source>Keep no journal: the service notices an id that is used twice by the total alone, another register not at all</source>
+        <translation>Не вести журнал: повтор идентификатора сервис заметит только по сумме, а другая касса не заметит вовсе</translation>
+    </message>
+    <message>
+        <source>%1 is registered according to the driver, which has not proved it; look at the register&apos;s last documents.</source>
+        <translation>%1: по данным драйвера чек зарегистрирован, но не подтверждён; посмотрите последние документы кассы.</translation>
+    </message>
+    <message>
+        <source>The outcome of %1 is unknown; look at the register&apos;s last documents.</source>
+        <translation>%1: результат неизвестен; посмотрите последние документы кассы.</translation>
+    </message>
+    <message>
+        <source>Without a journal, nothing notices an id that is used twice: running a file again registers it again.</source>
+        <translation>Без журнала повтор идентификатора никто не заметит: при повторном запуске того же файла чек будет пробит ещё раз.</translation>
     </message>
 </context>
 </TS>

@@ -98,6 +98,17 @@ TEST_F(SerialTill, SellsOnTheWordOfTheDriverAndNeverTwice)
     EXPECT_EQ(device.heard().size(), heard + 1) << "the handshake";
 }
 
+TEST_F(SerialTill, IsWarnedThatNothingNoticesAnIdWithoutAJournal)
+{
+    const Ran sold = frhost({u"sell"_s, u"--no-journal"_s, file(u"receipt.json"_s, receiptLine(u"r1"_s))});
+    EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
+    EXPECT_THAT(sold.err.toStdString(),
+        HasSubstr(
+            "Without a journal, nothing notices an id that is used twice: running a file again registers it "
+            "again."));
+    EXPECT_EQ(sell(u"r2"_s).err, QString()) << "with a journal";
+}
+
 TEST_F(SerialTill, AsksTheRegisterForItsLastReceiptWhenAnAnswerWasLost)
 {
     device.loseAnswers(true);

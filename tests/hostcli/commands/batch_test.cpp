@@ -187,6 +187,35 @@ TEST_F(RunOfABatch, InterruptedAfterTheLastAnswerSaysWhatItSays)
     }
 }
 
+// Only the service can be asked about a receipt by running it again.
+TEST(SentenceOfAnOutcome, AdvisesARepetitionOnlyWhereItHelps)
+{
+    struct Row
+    {
+        Outcome outcome;
+        Witness witness;
+        NextStep next;
+        const char* sentence;
+    };
+    const Row rows[] = {
+        {Outcome::Incomplete, Witness::Service, NextStep::Rerun,
+            "r1 is registered according to the service, which has not proved it; run again."},
+        {Outcome::Incomplete, Witness::Driver, NextStep::None,
+            "r1 is registered according to the driver, which has not proved it; look at the register's last "
+            "documents."},
+        {Outcome::Unknown, Witness::Service, NextStep::Rerun, "The outcome of r1 is unknown; run again."},
+        {Outcome::Unknown, Witness::Driver, NextStep::None,
+            "The outcome of r1 is unknown; look at the register's last documents."},
+        {Outcome::Unknown, Witness::Driver, NextStep::Rerun, "The outcome of r1 is unknown; run again."},
+    };
+    for (const Row& row : rows) {
+        ReceiptResult result = resultOf("r1", row.outcome);
+        result.witness = row.witness;
+        result.next = row.next;
+        EXPECT_EQ(outcomeSentence(result), QString::fromLatin1(row.sentence));
+    }
+}
+
 TEST_F(RunOfABatch, InterruptedAfterAFailureThatIsNotConfirmedSaysThatTheOutcomeIsUnknown)
 {
     for (const char* registration : {accepted, known}) {
