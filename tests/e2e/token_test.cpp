@@ -3,6 +3,7 @@
 #include "tests/e2e/support/shop.h"
 
 #include <QElapsedTimer>
+#include <QFile>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,15 +18,34 @@ const QStringList result{u"outcome"_s, u"recovered"_s};
 
 constexpr auto renewed = " info frdriver.atolonline_0: Срок действия токена истёк. Получаем новый токен";
 
+// The log of a run at info level.
+struct LogOf
+{
+    explicit LogOf(const Shop& shop)
+        : file(shop.file(u"frhost.log"_s, {}))
+    {
+    }
+    [[nodiscard]] std::string text() const
+    {
+        QFile log(file);
+        EXPECT_TRUE(log.open(QIODevice::ReadOnly)) << log.errorString().toStdString();
+        return log.readAll().toStdString();
+    }
+
+    QString file;
+    QStringList arguments{u"--log-level"_s, u"info"_s, u"--log-file"_s, file};
+};
+
 TEST(ExpiredToken, IsRenewedBeforeTheSaleIsSentAgain)
 {
     const EmulatorProcess emulator;
     emulator.addFault(R"("endpoint":"sell","effect":"error","code":11,"match":{"next":1})");
     const Shop shop(emulator.url());
-    const Ran sold = shop.frhost({u"--log-level"_s, u"info"_s, u"sell"_s, shop.receipts({u"r1"_s})});
+    const LogOf log(shop);
+    const Ran sold = shop.frhost(log.arguments + QStringList{u"sell"_s, shop.receipts({u"r1"_s})});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
     EXPECT_EQ(sold.columns(result), QStringList{u"registered -"_s});
-    EXPECT_THAT(sold.err.toStdString(), HasSubstr(renewed));
+    EXPECT_THAT(log.text(), HasSubstr(renewed));
     EXPECT_EQ(emulator.calls(), u"token sell token sell report"_s);
 }
 
@@ -49,12 +69,13 @@ TEST(ShortLivedToken, IsRenewedInTheMiddleOfABatch)
     emulator.addFault(
         R"("endpoint":"report","effect":"delay","milliseconds":1100,"match":{"external_id":"r2","next":1})");
     const Shop shop(emulator.url());
+    const LogOf log(shop);
     const Ran sold =
-        shop.frhost({u"--log-level"_s, u"info"_s, u"sell"_s, shop.receipts({u"r1"_s, u"r2"_s, u"r3"_s})});
+        shop.frhost(log.arguments + QStringList{u"sell"_s, shop.receipts({u"r1"_s, u"r2"_s, u"r3"_s})});
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
     EXPECT_EQ(sold.columns(result), QStringList(3, u"registered -"_s));
     EXPECT_EQ(emulator.calls().count(u"token"_s), 2);
-    EXPECT_THAT(sold.err.toStdString(), HasSubstr(renewed));
+    EXPECT_THAT(log.text(), HasSubstr(renewed));
 }
 
 // The driver renews a rejected token without an end.
