@@ -34,14 +34,6 @@
   %1</translation>
     </message>
     <message>
-        <source>INI file with the register&apos;s settings; otherwise $FRHOST_CONFIG, then frhost/register.ini in $XDG_CONFIG_HOME or /etc</source>
-        <translation>INI-файл с настройками кассы; без него — $FRHOST_CONFIG, затем frhost/register.ini в $XDG_CONFIG_HOME или /etc</translation>
-    </message>
-    <message>
-        <source>Plugin library, instead of the one installed</source>
-        <translation>Библиотека плагина вместо установленной</translation>
-    </message>
-    <message>
         <source>One line of JSON for each result</source>
         <translation>Результаты в JSON, по строке на каждый</translation>
     </message>
@@ -164,10 +156,6 @@
     <message>
         <source>No fiscal-register plugin in %1. Name one with --plugin FILE.</source>
         <translation>Нет плагина кассы в %1. Укажите его: --plugin FILE.</translation>
-    </message>
-    <message>
-        <source>Several fiscal-register plugins: %1. Choose one with --plugin FILE.</source>
-        <translation>Плагинов кассы несколько: %1. Выберите один: --plugin FILE.</translation>
     </message>
     <message>
         <source>%1: %2</source>
