@@ -3,6 +3,7 @@
 #include "host/transport/httptransfer.h"
 
 #include <QLocale>
+#include <QTimeZone>
 
 #include <array>
 #include <mutex>
@@ -80,7 +81,7 @@ QDateTime expiry(const QString& text)
     for (const char* form : {"MMM d hh:mm:ss yyyy", "yyyy-MM-dd hh:mm:ss"}) {
         QDateTime time = QLocale::c().toDateTime(text, QString::fromLatin1(form));
         if (time.isValid()) {
-            time.setTimeSpec(Qt::UTC);
+            time.setTimeZone(QTimeZone::utc());
             return time;
         }
     }

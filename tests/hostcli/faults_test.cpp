@@ -10,6 +10,7 @@
 
 #include <QFile>
 #include <QMap>
+#include <QTimeZone>
 
 #include <gtest/gtest.h>
 
@@ -21,7 +22,7 @@ namespace {
 
 using namespace till;
 
-const QDateTime noon(QDate(2026, 3, 4), QTime(12, 0), Qt::UTC);
+const QDateTime noon(QDate(2026, 3, 4), QTime(12, 0), QTimeZone::utc());
 
 // What keeps the service from being reached, from the transport's words.
 QString obstacle(const char* failure)

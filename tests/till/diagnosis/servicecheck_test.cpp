@@ -13,7 +13,7 @@ namespace {
 using namespace till;
 using hostruntime::PeerCertificate;
 
-const QDateTime noon(QDate(2026, 3, 4), QTime(12, 0), Qt::UTC);
+const QDateTime noon(QDate(2026, 3, 4), QTime(12, 0), QTimeZone::utc());
 
 TEST(Clock, IsComparedWithMoscowsTime)
 {
