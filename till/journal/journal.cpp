@@ -2,10 +2,6 @@
 
 #include "till/journal/journalerror.h"
 #include "till/journal/journalfile.h"
-#include "till/text.h"
-
-#include <QSqlError>
-#include <QUuid>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -15,7 +11,6 @@ namespace {
 
 // "frhj", so that the file of another program is not taken for a journal.
 constexpr int applicationId = 0x6672686a;
-constexpr int schemaVersion = 1;
 
 // The service answers questions about a document for 32 days; the rest allows for clocks that differ and for
 // a till that was switched off over a holiday.
@@ -48,9 +43,11 @@ const char* const schema[] = {
     "CREATE INDEX age ON receipts (sent)",
 };
 
-QString uniqueName()
+// Returns the file, which exists from then on.
+QString created(const QString& file)
 {
-    return u"journal-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    createPrivateFile(file);
+    return file;
 }
 
 JournalRecord recordIn(const QSqlQuery& row)
@@ -70,31 +67,18 @@ JournalRecord recordIn(const QSqlQuery& row)
 } // namespace
 
 Journal::Journal(const QString& file, std::chrono::milliseconds patience)
-    : fileName(file)
-    , connection(uniqueName())
+    : fileName(created(file))
+    , database(file, {applicationId, {schema}}, patience,
+          [file](const QString& reason) { throw JournalError(file, reason); })
 {
-    createPrivateFile(file);
-    try {
-        open(patience);
-        removeOld();
-    } catch (const JournalError&) {
-        database = {};
-        QSqlDatabase::removeDatabase(connection);
-        throw;
-    }
-}
-
-Journal::~Journal()
-{
-    database = {};
-    QSqlDatabase::removeDatabase(connection);
+    removeOld();
 }
 
 JournalClaim Journal::claim(const ComposedReceipt& receipt, const QString& fromFile, int fromLine)
 {
     JournalClaim claim;
     claim.receipt = receipt;
-    transaction([&] {
+    database.transaction([&] {
         const auto known = find(receipt.fiscalRegister, receipt.id);
         claim.attempt = known ? known->attempt + 1 : 1;
         const bool mayBeThere = known && known->state != ReceiptState::Refused;
@@ -108,8 +92,8 @@ JournalClaim Journal::claim(const ComposedReceipt& receipt, const QString& fromF
                 {receipt.fiscalRegister, receipt.digest, receipt.id, maxTwinAge});
         if (mayBeThere) {
             claim.earlier = known;
-            change("UPDATE receipts SET attempt = ?, changed = unixepoch()"
-                   " WHERE register = (SELECT number FROM registers WHERE address = ?) AND id = ?",
+            database.change("UPDATE receipts SET attempt = ?, changed = unixepoch()"
+                            " WHERE register = (SELECT number FROM registers WHERE address = ?) AND id = ?",
                 {claim.attempt, receipt.fiscalRegister, receipt.id});
         } else {
             insert(claim, fromFile, fromLine);
@@ -122,10 +106,11 @@ JournalClaim Journal::claim(const ComposedReceipt& receipt, const QString& fromF
 void Journal::insert(const JournalClaim& claim, const QString& fromFile, int fromLine)
 {
     const auto& [fiscalRegister, id, digest] = claim.receipt;
-    change("INSERT OR IGNORE INTO registers (address) VALUES (?)", {fiscalRegister});
-    change("INSERT OR REPLACE INTO receipts"
-           " (register, id, digest, state, attempt, file, line, sent, changed)"
-           " SELECT number, ?, ?, 'sent', ?, ?, ?, unixepoch(), unixepoch() FROM registers WHERE address = ?",
+    database.change("INSERT OR IGNORE INTO registers (address) VALUES (?)", {fiscalRegister});
+    database.change(
+        "INSERT OR REPLACE INTO receipts"
+        " (register, id, digest, state, attempt, file, line, sent, changed)"
+        " SELECT number, ?, ?, 'sent', ?, ?, ?, unixepoch(), unixepoch() FROM registers WHERE address = ?",
         {id, digest, claim.attempt, fromFile, fromLine, fiscalRegister});
 }
 
@@ -133,7 +118,7 @@ void Journal::conclude(const JournalClaim& claim, ReceiptState state, const QStr
     const std::optional<JournalEvidence>& evidence)
 {
     const ComposedReceipt& receipt = claim.receipt;
-    transaction([&] {
+    database.transaction([&] {
         const auto record = find(receipt.fiscalRegister, receipt.id);
         if (!record || record->digest != receipt.digest || !givesWay(record->state, state))
             return;
@@ -141,12 +126,13 @@ void Journal::conclude(const JournalClaim& claim, ReceiptState state, const QStr
         // it.
         if (record->attempt != claim.attempt && !isProven(state))
             return;
-        change("UPDATE receipts SET state = ?, uuid = coalesce(nullif(?, ''), uuid), changed = unixepoch()"
-               " WHERE register = (SELECT number FROM registers WHERE address = ?) AND id = ?",
+        database.change(
+            "UPDATE receipts SET state = ?, uuid = coalesce(nullif(?, ''), uuid), changed = unixepoch()"
+            " WHERE register = (SELECT number FROM registers WHERE address = ?) AND id = ?",
             {nameOf(state), uuid.isNull() ? u""_s : uuid, receipt.fiscalRegister, receipt.id});
         if (evidence)
-            change("UPDATE receipts SET storage = ?, document = ?, sign = ?, total = ?"
-                   " WHERE register = (SELECT number FROM registers WHERE address = ?) AND id = ?",
+            database.change("UPDATE receipts SET storage = ?, document = ?, sign = ?, total = ?"
+                            " WHERE register = (SELECT number FROM registers WHERE address = ?) AND id = ?",
                 {evidence->storage, evidence->document, evidence->sign, evidence->total,
                     receipt.fiscalRegister, receipt.id});
     });
@@ -156,8 +142,8 @@ void Journal::withdraw(const JournalClaim& claim)
 {
     if (claim.earlier)
         return;
-    change("DELETE FROM receipts WHERE register = (SELECT number FROM registers WHERE address = ?)"
-           " AND id = ? AND digest = ? AND attempt = ? AND state = 'sent'",
+    database.change("DELETE FROM receipts WHERE register = (SELECT number FROM registers WHERE address = ?)"
+                    " AND id = ? AND digest = ? AND attempt = ? AND state = 'sent'",
         {claim.receipt.fiscalRegister, claim.receipt.id, claim.receipt.digest, claim.attempt});
 }
 
@@ -172,97 +158,19 @@ std::optional<JournalRecord> Journal::firstOf(const char* condition, const QVari
         QByteArray("SELECT id, state, digest, attempt, file, line, sent, uuid FROM receipts"
                    " JOIN registers ON registers.number = receipts.register WHERE ") +
         condition + " LIMIT 1";
-    QSqlQuery row = query(statement.constData(), values);
+    QSqlQuery row = database.query(statement.constData(), values);
     return row.next() ? std::optional(recordIn(row)) : std::nullopt;
-}
-
-void Journal::open(std::chrono::milliseconds patience)
-{
-    database = QSqlDatabase::addDatabase(u"QSQLITE"_s, connection);
-    database.setDatabaseName(fileName);
-    database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=%1"_s.arg(patience.count()));
-    if (!database.open())
-        throw JournalError(fileName, database.lastError().databaseText());
-    transaction([&] {
-        const int owner = value("PRAGMA application_id").toInt();
-        const int version = value("PRAGMA user_version").toInt();
-        if (owner == 0 && version == 0 && value("SELECT count(*) FROM sqlite_schema").toInt() == 0)
-            createTables();
-        else if (owner != applicationId)
-            throw JournalError(fileName, Text::tr("the file is a database of another program"));
-        else if (version > schemaVersion)
-            throw JournalError(fileName,
-                Text::tr("it was written by a newer version of this program (format %1, known here: %2)")
-                    .arg(QString::number(version), QString::number(schemaVersion)));
-    });
-    // The pragmas answer with what really holds, and do nothing silently where it cannot be had.
-    if (value("PRAGMA journal_mode = WAL").toString() != "wal"_L1)
-        throw JournalError(fileName, Text::tr("its file system does not support a write-ahead log"));
-    change("PRAGMA synchronous = FULL");
-    if (constexpr int full = 2; value("PRAGMA synchronous").toInt() != full)
-        throw JournalError(fileName, Text::tr("the database does not wait for the disk"));
-}
-
-void Journal::createTables()
-{
-    for (const char* statement : schema)
-        change(statement);
-    change(("PRAGMA application_id = " + QByteArray::number(applicationId)).constData());
-    change(("PRAGMA user_version = " + QByteArray::number(schemaVersion)).constData());
 }
 
 // In small batches, each by itself, so that other processes get their turn. Those of a local register stay:
 // no service knows their ids, and without its record a receipt would be registered again.
 void Journal::removeOld()
 {
-    for (int removed = 1; removed > 0;) {
-        QSqlQuery result =
-            query("DELETE FROM receipts WHERE number IN"
-                  " (SELECT number FROM receipts WHERE sent < unixepoch() - ? AND register NOT IN"
-                  " (SELECT number FROM registers WHERE address LIKE 'register:%')"
-                  " LIMIT 500)",
-                {maxAge});
-        removed = result.numRowsAffected();
-    }
-}
-
-void Journal::transaction(const std::function<void()>& action)
-{
-    change("BEGIN IMMEDIATE");
-    try {
-        action();
-        change("COMMIT");
-    } catch (const JournalError&) {
-        // Fails where the database has rolled back by itself.
-        QSqlQuery(database).exec(u"ROLLBACK"_s);
-        throw;
-    }
-}
-
-QSqlQuery Journal::query(const char* statement, const QVariantList& values)
-{
-    QSqlQuery query(database);
-    query.setForwardOnly(true);
-    bool isGood = query.prepare(QString::fromLatin1(statement));
-    for (const QVariant& value : values)
-        query.addBindValue(value);
-    isGood = isGood && query.exec();
-    if (!isGood)
-        throw JournalError(fileName, query.lastError().databaseText());
-    return query;
-}
-
-QVariant Journal::value(const char* statement)
-{
-    QSqlQuery row = query(statement);
-    return row.next() ? row.value(0) : QVariant();
-}
-
-void Journal::change(const char* statement, const QVariantList& values)
-{
-    // Statements that return rows are carried out only as far as these are read.
-    QSqlQuery done = query(statement, values);
-    while (done.next()) {
+    while (database.change("DELETE FROM receipts WHERE number IN"
+                           " (SELECT number FROM receipts WHERE sent < unixepoch() - ? AND register NOT IN"
+                           " (SELECT number FROM registers WHERE address LIKE 'register:%')"
+                           " LIMIT 500)",
+               {maxAge}) > 0) {
     }
 }
 

@@ -1,16 +1,14 @@
 #pragma once
 
+#include "till/database/database.h"
 #include "till/journal/composedreceipt.h"
 #include "till/journal/receiptstate.h"
 
 #include <QDateTime>
-#include <QSqlDatabase>
-#include <QSqlQuery>
 #include <QString>
 #include <QVariantList>
 
 #include <chrono>
-#include <functional>
 #include <optional>
 
 namespace till {
@@ -71,7 +69,6 @@ public:
     /// Opens the file or creates it, readable by its owner alone, and removes records that are too old. Its
     /// folder must exist.
     explicit Journal(const QString& file, std::chrono::milliseconds patience = defaultPatience);
-    ~Journal();
     Q_DISABLE_COPY_MOVE(Journal)
 
     [[nodiscard]] QString file() const { return fileName; }
@@ -90,19 +87,12 @@ public:
     [[nodiscard]] std::optional<JournalRecord> find(const QString& fiscalRegister, const QString& id);
 
 private:
-    [[nodiscard]] QSqlQuery query(const char* statement, const QVariantList& values = {});
-    [[nodiscard]] QVariant value(const char* statement);
-    void change(const char* statement, const QVariantList& values = {});
-    void transaction(const std::function<void()>& action);
-    void open(std::chrono::milliseconds patience);
-    void createTables();
     void insert(const JournalClaim& claim, const QString& fromFile, int fromLine);
     void removeOld();
     [[nodiscard]] std::optional<JournalRecord> firstOf(const char* condition, const QVariantList& values);
 
     QString fileName;
-    QString connection;
-    QSqlDatabase database;
+    Database database;
 };
 
 } // namespace till

@@ -1,38 +1,11 @@
 #include "till/journal/journalfile.h"
 
+#include "till/database/privatefile.h"
 #include "till/journal/journalerror.h"
-
-#include <QFile>
-#include <QFileInfo>
-
-#include <cerrno>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace till {
-
-namespace {
-
-[[noreturn]] void fail(const QString& file)
-{
-    throw JournalError(file, qt_error_string(errno));
-}
-
-void createFolder(const QString& folder, const QString& forFile)
-{
-    if (QFileInfo(folder).isDir())
-        return;
-    if (const QString above = QFileInfo(folder).path(); above != folder)
-        createFolder(above, forFile);
-    // Another process may have been faster.
-    if (::mkdir(QFile::encodeName(folder).constData(), S_IRWXU) != 0 && errno != EEXIST)
-        fail(forFile);
-}
-
-} // namespace
 
 QString defaultJournalFile()
 {
@@ -49,16 +22,14 @@ QString defaultJournalFile()
 
 void createFolderOf(const QString& file)
 {
-    createFolder(QFileInfo(file).path(), file);
+    if (const QString reason = makeFolderOf(file); !reason.isEmpty())
+        throw JournalError(file, reason);
 }
 
 void createPrivateFile(const QString& file)
 {
-    const int descriptor = ::open(
-        QFile::encodeName(file).constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR);
-    if (descriptor == -1)
-        fail(file);
-    ::close(descriptor);
+    if (const QString reason = makePrivateFile(file); !reason.isEmpty())
+        throw JournalError(file, reason);
 }
 
 } // namespace till
