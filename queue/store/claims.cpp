@@ -1,0 +1,188 @@
+#include "queue/store/claims.h"
+
+#include <vector>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace queue {
+
+namespace {
+
+// A receipt is never put off for longer. One that is due later than that waits for a clock that was set back.
+constexpr int longestDelay = 60'000;
+
+// The oldest of those that were never put off, of those whose time has come, and of those that would wait for
+// a clock: each found by one step in the index.
+constexpr auto dueReceipt =
+    "WITH t AS (SELECT CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) AS now, ? AS ours, ? AS "
+    "most)"
+    " SELECT number FROM ("
+    " SELECT * FROM (SELECT number FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
+    "  AND state IN ('queued', 'unknown', 'incomplete') AND due = 0 ORDER BY number LIMIT 1)"
+    " UNION ALL SELECT * FROM (SELECT number FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
+    "  AND state IN ('queued', 'unknown', 'incomplete') AND due > 0 AND due <= (SELECT now FROM t)"
+    "  ORDER BY due LIMIT 1)"
+    " UNION ALL SELECT * FROM (SELECT number FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
+    "  AND state IN ('queued', 'unknown', 'incomplete') AND due > (SELECT now + most FROM t)"
+    "  ORDER BY due LIMIT 1))"
+    " ORDER BY number LIMIT 1";
+
+} // namespace
+
+qint64 enrol(Store& store, WorkerLocks& locks, const QString& name)
+{
+    qint64 worker = 0;
+    // Others see the worker only once it has its lock.
+    store.database().transaction([&] {
+        store.database().change("INSERT INTO workers (name, seen) VALUES"
+                                " (?, CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER))",
+            {name});
+        worker = store.database().value("SELECT last_insert_rowid()").toLongLong();
+        locks.take(worker);
+    });
+    return worker;
+}
+
+Claims::Claims(
+    Store& usedStore, const WorkerLocks& usedLocks, qint64 usedWorker, std::chrono::milliseconds usedLease)
+    : store(usedStore)
+    , locks(usedLocks)
+    , worker(usedWorker)
+    , lease(usedLease)
+{
+}
+
+std::optional<Claim> Claims::next()
+{
+    const auto due = [&] {
+        return store.database().value(dueReceipt, {store.registerNumber(), longestDelay}).toLongLong();
+    };
+    // An idle worker takes no lock.
+    if (due() == 0)
+        return std::nullopt;
+    std::optional<Claim> claim;
+    store.database().transaction([&] {
+        const auto entry = store.firstOf("number = ?", {due()});
+        if (!entry)
+            return;
+        store.database().change(
+            "UPDATE receipts SET state = 'sent', worker = ?, attempt = attempt + 1, maybeSent = 1,"
+            " changed = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) WHERE number = ?",
+            {worker, entry->number});
+        store.note(entry->number, "claimed", worker, entry->attempt + 1);
+        claim = Claim{*entry, worker, entry->attempt + 1};
+    });
+    return claim;
+}
+
+bool Claims::noteDigest(const Claim& claim, const QByteArray& digest)
+{
+    return store.database().change("UPDATE receipts SET digest = ?"
+                                   " WHERE number = ? AND state = 'sent' AND attempt = ? AND worker = ?",
+               {digest, claim.entry.number, claim.attempt, worker}) == 1;
+}
+
+bool Claims::conclude(const Claim& claim, const Ending& ending)
+{
+    const auto proof = ending.evidence.value_or(till::JournalEvidence{});
+    const auto proven = [&](const QVariant& value) { return ending.evidence ? value : QVariant(); };
+    const auto delay = static_cast<qint64>(ending.delay.count());
+    bool holds = false;
+    store.database().transaction([&] {
+        holds =
+            store.database().change(
+                "UPDATE receipts SET state = ?, held = ?, worker = 0, maybeSent = ?, fruitless = ?,"
+                " due = CASE WHEN ? = 0 THEN 0 ELSE"
+                "  ? + CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) END,"
+                " uuid = coalesce(nullif(?, ''), uuid), storage = coalesce(?, storage),"
+                " document = coalesce(?, document), sign = coalesce(?, sign), total = coalesce(?, total),"
+                " changed = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)"
+                " WHERE number = ? AND state = 'sent' AND attempt = ? AND worker = ?",
+                {nameOf(ending.state), ending.isHeld, ending.maybeSent, ending.fruitless, delay, delay,
+                    ending.uuid.isNull() ? u""_s : ending.uuid, proven(proof.storage), proven(proof.document),
+                    proven(proof.sign), proven(proof.total), claim.entry.number, claim.attempt, worker}) == 1;
+        const char* const event = !holds                     ? "stale"
+                                  : isFinished(ending.state) ? "finished"
+                                  : ending.isHeld            ? "setAside"
+                                                             : "returned";
+        store.note(claim.entry.number, event, worker, claim.attempt, ending.result);
+    });
+    return holds;
+}
+
+void Claims::beat()
+{
+    store.database().change("UPDATE workers SET"
+                            " seen = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)"
+                            " WHERE number = ?",
+        {worker});
+}
+
+int Claims::takeOver()
+{
+    struct Other
+    {
+        qint64 number;
+        bool isOverdue;
+    };
+    std::vector<Other> others;
+    QSqlQuery row = store.database().query(
+        "SELECT number, abs(seen - CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)) > ?"
+        " FROM workers WHERE ended = 0 AND number <> ?",
+        {static_cast<qint64>(lease.count()), worker});
+    while (row.next())
+        others.push_back({row.value(0).toLongLong(), row.value(1).toBool()});
+    row.finish();
+    int taken = 0;
+    for (const Other& other : others) {
+        if (const bool isDead = !locks.isTaken(other.number); isDead || other.isOverdue)
+            taken += takeFrom(other.number, isDead);
+    }
+    return taken;
+}
+
+int Claims::takeFrom(qint64 other, bool isDead)
+{
+    std::vector<Entry> entries;
+    store.database().transaction([&] {
+        store.forEach(
+            "worker = ? AND state = 'sent'", {other}, [&](const Entry& entry) { entries.push_back(entry); });
+        for (const Entry& entry : entries) {
+            store.database().change("UPDATE receipts SET state = 'unknown', worker = 0, due = 0,"
+                                    " changed = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)"
+                                    " WHERE number = ? AND state = 'sent' AND attempt = ?",
+                {entry.number, entry.attempt});
+            store.note(entry.number, "takenOver", worker, entry.attempt);
+        }
+        if (isDead)
+            store.database().change("UPDATE workers SET ended = 1 WHERE number = ?", {other});
+    });
+    return static_cast<int>(entries.size());
+}
+
+void Claims::leave()
+{
+    store.database().change("UPDATE workers SET ended = 1 WHERE number = ?", {worker});
+}
+
+bool Claims::isDone()
+{
+    return store.database()
+               .value("SELECT EXISTS (SELECT 1 FROM receipts WHERE register = ? AND held = 0"
+                      " AND state IN ('queued', 'unknown', 'incomplete'))"
+                      " OR EXISTS (SELECT 1 FROM receipts WHERE register = ? AND state = 'sent')",
+                   {store.registerNumber(), store.registerNumber()})
+               .toInt() == 0;
+}
+
+void Claims::setTrouble(const QString& text)
+{
+    // A null text would be stored as NULL.
+    const QString trouble = text.isNull() ? u""_s : text;
+    store.database().change("UPDATE registers SET trouble = ?,"
+                            " since = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)"
+                            " WHERE number = ? AND trouble <> ?",
+        {trouble, store.registerNumber(), trouble});
+}
+
+} // namespace queue

@@ -1,0 +1,54 @@
+#include "queue/store/intake.h"
+
+#include "till/error.h"
+#include "till/text.h"
+
+#include <QDateTime>
+#include <QJsonDocument>
+
+using namespace Qt::Literals::StringLiterals;
+using till::Text;
+
+namespace queue {
+
+namespace {
+
+QString conflict(const NewEntry& entry, const Entry& known)
+{
+    return u"%1:%2: "_s.arg(entry.file, QString::number(entry.line)) +
+           Text::tr("/id: another receipt is queued under \"%1\" since %2 (%3:%4). Nothing was stored. Give "
+                    "another sale an id of its own.")
+               .arg(known.id, QDateTime::fromMSecsSinceEpoch(known.added).toString(u"dd.MM.yyyy hh:mm:ss"_s),
+                   known.file, QString::number(known.line));
+}
+
+// The spelling of numbers and the order of keys do not matter, and the configuration has no part in it.
+bool isSame(const QByteArray& text, const QByteArray& other)
+{
+    return QJsonDocument::fromJson(text) == QJsonDocument::fromJson(other);
+}
+
+Added add(Store& store, const NewEntry& entry)
+{
+    if (const auto known = store.find(entry.id)) {
+        if (!isSame(known->text, entry.text))
+            throw till::Error(till::Problem::Receipt, conflict(entry, *known));
+        return Added::Known;
+    }
+    store.database().change("INSERT INTO receipts (register, id, file, line, text, digest, added, changed)"
+                            " SELECT ?, ?, ?, ?, ?, ?, now, now FROM"
+                            " (SELECT CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) AS now)",
+        {store.registerNumber(), entry.id, entry.file, entry.line, entry.text, entry.digest});
+    store.note(store.database().value("SELECT last_insert_rowid()").toLongLong(), "added");
+    return Added::New;
+}
+
+} // namespace
+
+void storeAll(
+    Store& store, const std::function<void(const std::function<Added(const NewEntry&)>& add)>& handOver)
+{
+    store.database().transaction([&] { handOver([&](const NewEntry& entry) { return add(store, entry); }); });
+}
+
+} // namespace queue

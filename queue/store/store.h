@@ -1,0 +1,53 @@
+#pragma once
+
+#include "queue/store/entry.h"
+#include "till/database/database.h"
+
+#include <QJsonObject>
+
+namespace queue {
+
+/// The queue's file and one register's receipts in it. Whatever happens to a receipt is an event, appended in
+/// the transaction that makes the change; events are never altered.
+///
+/// One thread uses an object; any number of objects and processes may use a file. Everything throws
+/// StoreError when the file cannot be used.
+class Store
+{
+public:
+    static constexpr std::chrono::milliseconds defaultPatience{10'000};
+
+    /// Opens the file or creates it, readable by its owner alone. Its folder must exist. `fiscalRegister` is
+    /// the address of the service and group, as the journal writes it.
+    Store(const QString& file, const QString& fiscalRegister,
+        std::chrono::milliseconds patience = defaultPatience, till::Database::Probe probe = {});
+
+    [[nodiscard]] QString file() const { return fileName; }
+    [[nodiscard]] till::Database& database() { return db; }
+    /// The number of the register within the file.
+    [[nodiscard]] qint64 registerNumber() const { return number; }
+
+    /// Notes what happened, within the transaction of the change. `detail` is a JSON text or empty.
+    void note(
+        qint64 receipt, const char* event, qint64 worker = 0, int attempt = 0, const QByteArray& detail = {});
+
+    [[nodiscard]] std::optional<Entry> find(const QString& id);
+    /// The first row of `SELECT` the columns of an entry `WHERE condition`.
+    [[nodiscard]] std::optional<Entry> firstOf(const char* condition, const QVariantList& values);
+    /// The same for all rows.
+    void forEach(
+        const char* condition, const QVariantList& values, const std::function<void(const Entry&)>& handle);
+
+private:
+    QString fileName;
+    till::Database db;
+    qint64 number = 0;
+};
+
+/// The register's address as the journal writes it, from the settings `url` and `groupCode`.
+[[nodiscard]] QString registerAddress(const QString& url, const QString& group);
+
+/// The default file: `queue.db` in the folder of the journal; empty where the environment names none.
+[[nodiscard]] QString defaultStoreFile();
+
+} // namespace queue

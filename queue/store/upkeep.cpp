@@ -1,0 +1,104 @@
+#include "queue/store/upkeep.h"
+
+#include "till/text.h"
+
+#include <vector>
+
+using namespace Qt::Literals::StringLiterals;
+using till::Text;
+
+namespace queue {
+
+namespace {
+
+constexpr int mostAtOnce = 500;
+
+void count(Audit& audit, const Entry& entry)
+{
+    ++audit.accepted;
+    if (entry.state == State::Registered)
+        ++audit.registered;
+    else if (isFinished(entry.state))
+        ++audit.refused;
+    else
+        ++audit.underWay;
+}
+
+// Runs a query for receipts that are wrong; its rows are their ids. Returns how many there are.
+int findings(
+    Audit& audit, Store& store, const QString& what, const char* statement, const QVariantList& values)
+{
+    int found = 0;
+    QSqlQuery row = store.database().query(statement, values);
+    for (; row.next(); ++found)
+        audit.findings << u"%1: %2"_s.arg(row.value(0).toString(), what);
+    return found;
+}
+
+} // namespace
+
+Audit auditOf(Store& store)
+{
+    Audit audit;
+    const qint64 ours = store.registerNumber();
+    store.database().snapshot([&] {
+        store.forEach("register = ?", {ours}, [&](const Entry& entry) { count(audit, entry); });
+        audit.recovered =
+            store.database()
+                .value("SELECT count(*) FROM receipts WHERE register = ? AND state = 'registered'"
+                       " AND EXISTS (SELECT 1 FROM events WHERE receipt = receipts.number"
+                       "  AND event = 'finished' AND json_extract(detail, '$.recovered'))",
+                    {ours})
+                .toInt();
+        audit.lost += findings(audit, store, Text::tr("nothing says how it was stored"),
+            "SELECT id FROM receipts WHERE register = ? AND NOT EXISTS"
+            " (SELECT 1 FROM events WHERE receipt = receipts.number AND event = 'added')",
+            {ours});
+        audit.lost += findings(audit, store, Text::tr("it is finished, and its result is missing"),
+            "SELECT id FROM receipts WHERE register = ? AND state IN ('registered', 'refused', 'failed')"
+            " AND NOT EXISTS (SELECT 1 FROM events WHERE receipt = receipts.number AND event = 'finished'"
+            "  AND detail IS NOT NULL)",
+            {ours});
+        audit.lost += findings(audit, store, Text::tr("it has a history and is not there"),
+            "SELECT DISTINCT '#' || receipt FROM events"
+            " WHERE NOT EXISTS (SELECT 1 FROM receipts WHERE number = receipt)",
+            {});
+        audit.doubled = findings(audit, store, Text::tr("it has the document of another receipt"),
+            "SELECT id FROM receipts AS one WHERE register = ? AND state = 'registered' AND EXISTS"
+            " (SELECT 1 FROM receipts AS other WHERE other.number <> one.number"
+            "  AND other.state = 'registered' AND other.storage = one.storage AND other.document = "
+            "one.document)",
+            {ours});
+        const QString damage = store.database().value("PRAGMA integrity_check").toString();
+        if (damage != "ok"_L1)
+            audit.findings << Text::tr("the file is damaged: %1").arg(damage);
+    });
+    return audit;
+}
+
+int prune(Store& store, std::chrono::milliseconds age)
+{
+    int removed = 0;
+    for (int last = 1; last > 0; removed += last) {
+        std::vector<qint64> old;
+        store.database().transaction([&] {
+            QSqlQuery row = store.database().query(
+                "SELECT number FROM receipts WHERE register = ?"
+                " AND state IN ('registered', 'refused', 'failed', 'cancelled')"
+                " AND changed < CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) - ? LIMIT ?",
+                {store.registerNumber(), static_cast<qint64>(age.count()), mostAtOnce});
+            while (row.next())
+                old.push_back(row.value(0).toLongLong());
+            row.finish();
+            // The file accepts the removal of a history only when its receipt is gone.
+            for (const qint64 number : old) {
+                store.database().change("DELETE FROM receipts WHERE number = ?", {number});
+                store.database().change("DELETE FROM events WHERE receipt = ?", {number});
+            }
+        });
+        last = static_cast<int>(old.size());
+    }
+    return removed;
+}
+
+} // namespace queue

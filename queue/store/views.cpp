@@ -1,0 +1,77 @@
+#include "queue/store/views.h"
+
+namespace queue {
+
+void forEachEntry(Store& store, std::optional<State> state, const std::function<void(const Entry&)>& handle)
+{
+    if (state)
+        store.forEach(
+            "register = ? AND state = ? ORDER BY number", {store.registerNumber(), nameOf(*state)}, handle);
+    else
+        store.forEach("register = ? ORDER BY number", {store.registerNumber()}, handle);
+}
+
+std::vector<Event> historyOf(Store& store, const Entry& entry)
+{
+    std::vector<Event> events;
+    QSqlQuery row = store.database().query(
+        "SELECT events.number, at, event, attempt, coalesce(name, ''), detail FROM events"
+        " LEFT JOIN workers ON workers.number = events.worker WHERE receipt = ? ORDER BY events.number",
+        {entry.number});
+    while (row.next())
+        events.push_back({row.value(0).toLongLong(), row.value(1).toLongLong(), row.value(2).toString(),
+            row.value(3).toInt(), row.value(4).toString(), row.value(5).toByteArray()});
+    return events;
+}
+
+void forEachResult(
+    Store& store, qint64 after, const std::function<bool(qint64 cursor, const QByteArray& line)>& handle)
+{
+    QSqlQuery row = store.database().query(
+        "SELECT events.number, detail FROM events JOIN receipts ON receipts.number = receipt"
+        " WHERE event = 'finished' AND events.number > ? AND register = ? ORDER BY events.number",
+        {after, store.registerNumber()});
+    while (row.next()) {
+        if (!handle(row.value(0).toLongLong(), row.value(1).toByteArray()))
+            return;
+    }
+}
+
+QByteArray resultOf(Store& store, const Entry& entry)
+{
+    return store.database()
+        .value("SELECT detail FROM events WHERE receipt = ? AND event = 'finished'"
+               " ORDER BY number DESC LIMIT 1",
+            {entry.number})
+        .toByteArray();
+}
+
+Overview overviewOf(Store& store)
+{
+    Overview overview;
+    const QVariantList ofRegister{store.registerNumber()};
+    QSqlQuery row = store.database().query(
+        "SELECT state, count(*), sum(held) FROM receipts WHERE register = ? GROUP BY state", ofRegister);
+    while (row.next()) {
+        if (const auto state = stateOf(row.value(0).toString()))
+            overview.receipts[*state] = row.value(1).toInt();
+        overview.held += row.value(2).toInt();
+    }
+    row = store.database().query("SELECT event, count(*) FROM events"
+                                 " JOIN receipts ON receipts.number = receipt WHERE register = ?"
+                                 " GROUP BY event",
+        ofRegister);
+    while (row.next())
+        overview.events[row.value(0).toString()] = row.value(1).toInt();
+    const QVariant oldest = store.database().value(
+        "SELECT CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) - min(added) FROM receipts"
+        " WHERE register = ? AND held = 0 AND state IN ('queued', 'sent', 'unknown', 'incomplete')",
+        ofRegister);
+    if (!oldest.isNull())
+        overview.oldest = std::chrono::milliseconds(std::max<qint64>(0, oldest.toLongLong()));
+    overview.trouble =
+        store.database().value("SELECT trouble FROM registers WHERE number = ?", ofRegister).toString();
+    return overview;
+}
+
+} // namespace queue

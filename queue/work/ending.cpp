@@ -1,0 +1,147 @@
+#include "queue/work/ending.h"
+
+#include "till/text.h"
+
+#include <algorithm>
+
+using till::Outcome;
+using till::ReceiptResult;
+using till::SaleVerdict;
+using till::Text;
+using till::WireRecord;
+
+namespace queue {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// After so many attempts that each of them ended without the evidence, a person has to look.
+constexpr int longestRow = 3;
+constexpr std::chrono::milliseconds longestDelay = 60s;
+
+std::chrono::milliseconds delayAfter(int fruitless)
+{
+    return std::min<std::chrono::milliseconds>(longestDelay, 1s * (1 << std::min(fruitless, 6)));
+}
+
+QString troubleOf(const ReceiptResult& result)
+{
+    const QString message = result.error ? result.error->message : QString();
+    return message.isEmpty() ? result.advice : message;
+}
+
+// As it was before: nothing of this attempt counts.
+Ending untouched(const Entry& entry)
+{
+    Ending ending;
+    ending.state = entry.state == State::Sent ? State::Unknown : entry.state;
+    ending.maybeSent = entry.maybeSent;
+    ending.fruitless = entry.fruitless;
+    return ending;
+}
+
+Ending fruitless(const Entry& entry, State state)
+{
+    Ending ending;
+    ending.state = state;
+    ending.fruitless = entry.fruitless + 1;
+    ending.delay = delayAfter(entry.fruitless);
+    return ending;
+}
+
+Ending incomplete(const Entry& entry)
+{
+    Ending ending = fruitless(entry, State::Incomplete);
+    ending.isHeld = ending.fruitless >= longestRow;
+    return ending;
+}
+
+Ending refused(const Entry& entry, const WireRecord& seen)
+{
+    Ending ending = untouched(entry);
+    const auto code = seen.registration.errorCode;
+    const bool isAboutContent = code && !till::meaningOf(*code).concernsRequest;
+    // A refusal of the request says nothing of an earlier attempt, and one by the driver nothing of the
+    // service.
+    if (seen.receiptSent && (isAboutContent || !entry.maybeSent))
+        ending.state = State::Refused;
+    else
+        ending.isHeld = true;
+    return ending;
+}
+
+Ending registered(const ReceiptResult& result)
+{
+    Ending ending;
+    ending.state = State::Registered;
+    ending.evidence = till::JournalEvidence{result.fiscal->fnNumber, result.fiscal->fiscalDocumentNumber,
+        result.fiscal->fiscalSign, result.fiscal->total};
+    return ending;
+}
+
+Ending failed()
+{
+    Ending ending;
+    ending.state = State::Failed;
+    return ending;
+}
+
+// What the service said before, it cannot take back by a refusal.
+Ending endingOf(const Entry& entry, const ReceiptResult& result, const WireRecord& seen)
+{
+    switch (result.verdict) {
+    case SaleVerdict::Registered:
+        return result.fiscal && !result.uuid.isEmpty() ? registered(result) : incomplete(entry);
+    case SaleVerdict::Incomplete:
+        return incomplete(entry);
+    case SaleVerdict::Failed:
+        return entry.state == State::Incomplete ? incomplete(entry) : failed();
+    case SaleVerdict::Refused:
+        return entry.state == State::Incomplete ? incomplete(entry) : refused(entry, seen);
+    case SaleVerdict::ForeignId:
+        return entry.maybeSent ? incomplete(entry) : refused(entry, seen);
+    case SaleVerdict::AccountRefused:
+    case SaleVerdict::NotSent:
+        return untouched(entry);
+    default:
+        return fruitless(entry, entry.state == State::Incomplete ? State::Incomplete : State::Unknown);
+    }
+}
+
+bool isOfTheRegister(SaleVerdict verdict, const WireRecord& seen)
+{
+    const bool isSilent = seen.lastAnswered == false || seen.tokensRejected;
+    switch (verdict) {
+    case SaleVerdict::AccountRefused:
+    case SaleVerdict::NotSent:
+        return true;
+    case SaleVerdict::Registered:
+    case SaleVerdict::Incomplete:
+    case SaleVerdict::Failed:
+    case SaleVerdict::Refused:
+    case SaleVerdict::ForeignId:
+        return false;
+    default:
+        return isSilent;
+    }
+}
+
+} // namespace
+
+Judgement judge(const Entry& entry, const ReceiptResult& result, const WireRecord& seen)
+{
+    Judgement judgement{endingOf(entry, result, seen), {}};
+    judgement.ending.uuid = result.uuid;
+    if (!isOfTheRegister(result.verdict, seen))
+        return judgement;
+    judgement.trouble = troubleOf(result);
+    if (judgement.trouble.isEmpty())
+        judgement.trouble = Text::tr("The service did not answer");
+    // The register's trouble is not the receipt's: it is the first to go when that is over.
+    judgement.ending.fruitless = entry.fruitless;
+    judgement.ending.delay = 0ms;
+    return judgement;
+}
+
+} // namespace queue

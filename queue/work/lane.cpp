@@ -1,0 +1,131 @@
+#include "queue/work/lane.h"
+
+#include "till/error.h"
+#include "till/receipts/receipt.h"
+#include "till/sale/registrar.h"
+#include "till/text.h"
+
+#include <QJsonDocument>
+
+using till::ReceiptResult;
+using till::Text;
+
+namespace queue {
+
+namespace {
+
+std::unique_ptr<till::Session> createdAlone(const Surroundings& surroundings, std::mutex& creation)
+{
+    const std::scoped_lock lock(creation);
+    return std::make_unique<till::Session>(surroundings.config, surroundings.plugin);
+}
+
+} // namespace
+
+Lane::Lane(const Surroundings& usedSurroundings, const WorkerLocks& locks, qint64 worker, Pause& usedPause,
+    std::mutex& usedCreation)
+    : surroundings(usedSurroundings)
+    , pause(usedPause)
+    , creation(usedCreation)
+    , store(surroundings.storeFile, surroundings.address)
+    , claims(store, locks, worker, surroundings.lease)
+    , session(createdAlone(surroundings, creation))
+{
+}
+
+// Other lanes may be creating their devices.
+Lane::~Lane()
+{
+    const std::scoped_lock lock(creation);
+    session.reset();
+}
+
+bool Lane::run()
+{
+    while (pause.wait([this] { return isOver(); })) {
+        // Before the first receipt the account is asked, too.
+        if (!isConnected && !isOver()) {
+            pause.begin();
+            continue;
+        }
+        claims.takeOver();
+        if (const auto claim = claims.next())
+            carryOut(*claim);
+        else if (surroundings.untilEmpty && claims.isDone())
+            return true;
+        else if (!pause.rest(surroundings.idle))
+            break;
+    }
+    return !(surroundings.untilEmpty && pause.isLongest());
+}
+
+// A token shows that the service is there and knows the account.
+bool Lane::isOver()
+{
+    try {
+        session->connect();
+    } catch (const till::Error& error) {
+        pauseFor(error.message());
+        // The lane that tries is the one that gives up.
+        if (surroundings.untilEmpty && pause.isLongest())
+            pause.stop();
+        return false;
+    }
+    isConnected = true;
+    claims.setTrouble({});
+    return true;
+}
+
+void Lane::carryOut(const Claim& claim)
+{
+    const ReceiptResult result = sell(claim);
+    Judgement judgement = judge(claim.entry, result, session->transport().seen());
+    judgement.ending.result = surroundings.toLine(result);
+    if (!claims.conclude(claim, judgement.ending))
+        surroundings.say(Text::tr("%1: another worker has taken this receipt over").arg(claim.entry.id));
+    else if (judgement.isSetAside())
+        surroundings.say(
+            Text::tr("%1: set aside until a person looks at it: frhost queue show %1").arg(claim.entry.id));
+    if (!judgement.trouble.isEmpty()) {
+        pauseFor(judgement.trouble);
+        pause.begin();
+        return;
+    }
+    pause.forget();
+}
+
+ReceiptResult Lane::sell(const Claim& claim)
+{
+    const QJsonObject json = QJsonDocument::fromJson(claim.entry.text).object();
+    const till::QueuedReceipt queued{claim.entry.file, claim.entry.line, till::toReceipt(json)};
+    keepWatch(claim);
+    till::Registrar registrar(session->fiscalRegister(), session->transport());
+    ReceiptResult result = registrar.sell(queued);
+    session->transport().setGate({});
+    if (result.compared == till::Comparison::Total && claim.entry.maybeSent && hasSameContent)
+        result.compared = till::Comparison::Content;
+    return result;
+}
+
+// Where the configuration or the plugin has changed since the receipt was composed last, another content goes
+// out under its id. That is written down first, and nothing is sent by a worker that has lost the receipt.
+void Lane::keepWatch(const Claim& claim)
+{
+    hasSameContent = true;
+    session->transport().setGate([this, claim](const QUrl& url, const QByteArray& body) {
+        const QByteArray digest = till::readComposed(url, body).digest;
+        if (digest == claim.entry.digest)
+            return;
+        hasSameContent = false;
+        if (!claims.noteDigest(claim, digest))
+            throw till::Error(till::Problem::Setup, Text::tr("another worker has taken this receipt over"));
+    });
+}
+
+void Lane::pauseFor(const QString& trouble)
+{
+    claims.setTrouble(trouble);
+    surroundings.say(trouble);
+}
+
+} // namespace queue

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "queue/store/claims.h"
+#include "queue/work/ending.h"
+#include "queue/work/pause.h"
+#include "till/config/registerconfig.h"
+#include "till/device/plugindiscovery.h"
+#include "till/sale/result.h"
+#include "till/sale/session.h"
+
+namespace queue {
+
+/// What all lanes of a worker share. Functions are called from several threads.
+struct Surroundings
+{
+    QString storeFile;
+    QString address;
+    till::RegisterConfig config;
+    till::PluginFile plugin;
+    /// A result as `sell --json` writes it, without the line break.
+    std::function<QByteArray(const till::ReceiptResult&)> toLine;
+    /// A message for people.
+    std::function<void(const QString&)> say;
+    std::chrono::milliseconds lease;
+    /// How long an idle lane waits before it looks into the store again.
+    std::chrono::milliseconds idle{200};
+    /// Whether the work ends when nothing is left, or when the register does not come back.
+    bool untilEmpty = false;
+};
+
+/// One register at work, with a device object of its own: claims a receipt, registers it, writes down what
+/// became of it. Runs in a thread of its own, which creates it.
+class Lane
+{
+public:
+    /// All are borrowed. `usedCreation` is held while a device is created or destroyed: one at a time.
+    Lane(const Surroundings& usedSurroundings, const WorkerLocks& locks, qint64 worker, Pause& usedPause,
+        std::mutex& usedCreation);
+    ~Lane();
+    Q_DISABLE_COPY_MOVE(Lane)
+
+    /// Works until the pause is stopped or, where that is asked for, nothing is left. Returns whether it
+    /// ended as it should, and not because the register did not come back.
+    [[nodiscard]] bool run();
+
+private:
+    [[nodiscard]] bool isOver();
+    void carryOut(const Claim& claim);
+    [[nodiscard]] till::ReceiptResult sell(const Claim& claim);
+    void keepWatch(const Claim& claim);
+    void pauseFor(const QString& trouble);
+
+    const Surroundings& surroundings;
+    Pause& pause;
+    std::mutex& creation;
+    Store store;
+    Claims claims;
+    std::unique_ptr<till::Session> session;
+    // Whether the receipt that is sold goes out with the content of its earlier attempts.
+    bool hasSameContent = true;
+    bool isConnected = false;
+};
+
+} // namespace queue

@@ -1,0 +1,183 @@
+#include "tests/queue/store/storetest.h"
+
+#include "queue/store/storeerror.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using namespace queue;
+using namespace std::chrono_literals;
+
+// Two workers as two processes have them.
+class ClaimsTest : public StoreTest
+{
+protected:
+    struct Worker
+    {
+        explicit Worker(const QString& file, std::chrono::milliseconds lease = 1h)
+            : store(file, u"shop_1"_s)
+            , locks(file)
+            , claims(store, locks, enrol(store, locks, u"till"_s), lease)
+        {
+        }
+
+        Store store;
+        WorkerLocks locks;
+        Claims claims;
+    };
+
+    void SetUp() override
+    {
+        addOne(store, newEntry(u"r1"_s));
+        addOne(store, newEntry(u"r2"_s));
+    }
+
+    Worker first{file()};
+    std::optional<Worker> second{std::in_place, file()};
+};
+
+TEST_F(ClaimsTest, GoByArrival)
+{
+    EXPECT_EQ(first.claims.next().value().entry.id, u"r1"_s);
+    EXPECT_EQ(second->claims.next().value().entry.id, u"r2"_s);
+    EXPECT_FALSE(first.claims.next());
+    EXPECT_EQ(stateOf(u"r1"_s), State::Sent);
+}
+
+TEST_F(ClaimsTest, EndWithTheEvidenceAndTheResult)
+{
+    const Claim claim = first.claims.next().value();
+    EXPECT_TRUE(first.claims.conclude(claim, endingAs(State::Registered)));
+    EXPECT_EQ(stateOf(u"r1"_s), State::Registered);
+    EXPECT_EQ(history(u"r1"_s), (QStringList{u"added"_s, u"claimed"_s, u"finished"_s}));
+    EXPECT_EQ(resultOf(store, store.find(u"r1"_s).value()), "{\"outcome\":\"any\"}");
+}
+
+TEST_F(ClaimsTest, CannotEndAsRegisteredWithoutEvidence)
+{
+    const Claim claim = first.claims.next().value();
+    Ending ending = endingAs(State::Registered);
+    ending.evidence.reset();
+    EXPECT_THROW(first.claims.conclude(claim, ending), StoreError);
+    EXPECT_EQ(stateOf(u"r1"_s), State::Sent);
+    EXPECT_EQ(history(u"r1"_s), (QStringList{u"added"_s, u"claimed"_s}));
+}
+
+TEST_F(ClaimsTest, OfADeadWorkerAreTakenOverAtOnce)
+{
+    EXPECT_TRUE(second->claims.next());
+    EXPECT_EQ(first.claims.takeOver(), 0) << "it is alive";
+    second.reset();
+    EXPECT_EQ(first.claims.takeOver(), 1);
+    const Claim again = first.claims.next().value();
+    EXPECT_EQ(again.entry.id, u"r1"_s);
+    EXPECT_EQ(again.attempt, 2);
+    EXPECT_TRUE(again.entry.maybeSent);
+}
+
+TEST_F(ClaimsTest, OfAWorkerThatWakesUpLateChangeNothing)
+{
+    const Claim late = second->claims.next().value();
+    Worker other(file(), -1ms);
+    EXPECT_EQ(other.claims.takeOver(), 1) << "its lease has ended";
+    const Claim taken = other.claims.next().value();
+    EXPECT_EQ(taken.entry.id, u"r1"_s);
+    EXPECT_FALSE(second->claims.noteDigest(late, "other"));
+    EXPECT_FALSE(second->claims.conclude(late, endingAs(State::Refused)));
+    EXPECT_EQ(stateOf(u"r1"_s), State::Sent);
+    EXPECT_TRUE(other.claims.conclude(taken, endingAs(State::Registered)));
+    EXPECT_FALSE(second->claims.conclude(late, endingAs(State::Refused)));
+    EXPECT_EQ(stateOf(u"r1"_s), State::Registered);
+    EXPECT_EQ(overviewOf(store).events[u"stale"_s], 2);
+    EXPECT_EQ(overviewOf(store).events[u"finished"_s], 1);
+}
+
+TEST_F(ClaimsTest, WaitForTheirTimeAndLetOthersPass)
+{
+    Ending ending = endingAs(State::Unknown);
+    ending.delay = 50s;
+    EXPECT_TRUE(first.claims.conclude(first.claims.next().value(), ending));
+    EXPECT_EQ(first.claims.next().value().entry.id, u"r2"_s);
+    EXPECT_FALSE(first.claims.next());
+    EXPECT_FALSE(first.claims.isDone());
+}
+
+// As after a clock that was set back by an hour.
+TEST_F(ClaimsTest, DoNotWaitForAClockThatWasSetBack)
+{
+    Ending ending = endingAs(State::Unknown);
+    ending.delay = 1h;
+    EXPECT_TRUE(first.claims.conclude(first.claims.next().value(), ending));
+    EXPECT_EQ(first.claims.next().value().entry.id, u"r1"_s);
+}
+
+TEST_F(ClaimsTest, LeaveHeldReceiptsAlone)
+{
+    hold(store, u"r1"_s);
+    EXPECT_EQ(first.claims.next().value().entry.id, u"r2"_s);
+    EXPECT_FALSE(first.claims.next());
+    release(store, u"r1"_s);
+    EXPECT_EQ(first.claims.next().value().entry.id, u"r1"_s);
+}
+
+class Decisions : public ClaimsTest
+{
+protected:
+    void finish(State state)
+    {
+        EXPECT_TRUE(first.claims.conclude(first.claims.next().value(), endingAs(state)));
+    }
+};
+
+TEST_F(Decisions, CancelOnlyWhatWasNeverSent)
+{
+    const Claim claim = first.claims.next().value();
+    EXPECT_THROW(cancel(store, u"r1"_s), till::Error);
+    EXPECT_TRUE(first.claims.conclude(claim, endingAs(State::Unknown)));
+    EXPECT_THROW(cancel(store, u"r1"_s), till::Error);
+    EXPECT_EQ(stateOf(u"r1"_s), State::Unknown);
+    cancel(store, u"r2"_s);
+    EXPECT_EQ(stateOf(u"r2"_s), State::Cancelled);
+    EXPECT_THROW(cancel(store, u"r2"_s), till::Error);
+}
+
+TEST_F(Decisions, SendAFailedReceiptAgainOnlyUnderANewId)
+{
+    finish(State::Failed);
+    EXPECT_THROW(retry(store, u"r1"_s), till::Error);
+    EXPECT_THROW(replace(store, u"r1"_s, newEntry(u"r2"_s)), till::Error) << "the id is taken";
+    replace(store, u"r1"_s, newEntry(u"r3"_s));
+    EXPECT_EQ(stateOf(u"r3"_s), State::Queued);
+    EXPECT_EQ(history(u"r3"_s), (QStringList{u"added"_s, u"replaces"_s}));
+    EXPECT_THROW(replace(store, u"r1"_s, newEntry(u"r4"_s)), till::Error) << "it would be sold twice";
+    EXPECT_FALSE(store.find(u"r4"_s));
+}
+
+TEST_F(Decisions, SendARefusedReceiptAgainUnderEitherIdButNotBoth)
+{
+    finish(State::Refused);
+    retry(store, u"r1"_s);
+    EXPECT_EQ(stateOf(u"r1"_s), State::Queued);
+    EXPECT_THROW(replace(store, u"r1"_s, newEntry(u"r3"_s)), till::Error);
+    finish(State::Refused);
+    replace(store, u"r1"_s, newEntry(u"r3"_s));
+    EXPECT_THROW(retry(store, u"r1"_s), till::Error);
+}
+
+TEST_F(Decisions, NeverTouchARegisteredReceipt)
+{
+    finish(State::Registered);
+    for (const auto& decide : {&hold, &release, &cancel, &retry})
+        EXPECT_THROW(decide(store, u"r1"_s), till::Error);
+    EXPECT_THROW(replace(store, u"r1"_s, newEntry(u"r3"_s)), till::Error);
+    EXPECT_EQ(history(u"r1"_s), (QStringList{u"added"_s, u"claimed"_s, u"finished"_s}));
+}
+
+TEST_F(Decisions, NameAReceiptThatIsNotThere)
+{
+    for (const auto& decide : {&hold, &release, &cancel, &retry})
+        EXPECT_THROW(decide(store, u"r9"_s), till::Error);
+}
+
+} // namespace

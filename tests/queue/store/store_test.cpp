@@ -1,0 +1,111 @@
+#include "tests/queue/store/storetest.h"
+
+#include "queue/store/storeerror.h"
+#include "tests/support/textfile.h"
+
+#include <QSqlError>
+
+#include <sys/stat.h>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using namespace queue;
+using namespace std::chrono_literals;
+
+class StoreFile : public StoreTest
+{
+protected:
+    // What the message says after the file's name.
+    [[nodiscard]] QString complaint() const
+    {
+        const QString start = file() + u": the queue cannot be used: "_s;
+        const QString message = messageOf<StoreError>([&] { const Store other(file(), u"shop_1"_s, 10ms); });
+        return message.startsWith(start) ? message.sliced(start.size()) : message;
+    }
+};
+
+TEST_F(StoreFile, IsForItsOwnerAlone)
+{
+    WorkerLocks locks(file());
+    addOne(store, newEntry(u"r1"_s));
+    for (const char* suffix : {"", "-wal", "-shm", "-workers"}) {
+        struct stat status
+        {
+        };
+        const QByteArray path = (file() + QString::fromLatin1(suffix)).toLocal8Bit();
+        ASSERT_EQ(stat(path.constData(), &status), 0) << path.constData();
+        EXPECT_EQ(status.st_mode & 0777U, 0600U) << path.constData();
+    }
+}
+
+TEST_F(StoreFile, WaitsForTheDisk)
+{
+    EXPECT_EQ(store.database().value("PRAGMA synchronous").toInt(), 2);
+    EXPECT_EQ(store.database().value("PRAGMA journal_mode").toString(), u"wal"_s);
+}
+
+TEST_F(StoreFile, OfANewerVersionIsLeftAlone)
+{
+    store.database().change("PRAGMA user_version = 2");
+    EXPECT_EQ(complaint(), u"it was written by a newer version of this program (format 2, known here: 1)."_s);
+}
+
+TEST_F(StoreFile, OfAnotherProgramIsLeftAlone)
+{
+    store.database().change("PRAGMA application_id = 7");
+    EXPECT_EQ(complaint(), u"the file is a database of another program."_s);
+}
+
+TEST_F(StoreFile, KeepsRegistersApart)
+{
+    Store other(file(), u"shop_2"_s);
+    addOne(store, newEntry(u"r1"_s));
+    EXPECT_FALSE(other.find(u"r1"_s));
+    EXPECT_EQ(addOne(other, newEntry(u"r1"_s, "bread")), Added::New);
+}
+
+TEST_F(StoreFile, NeverAltersAnEvent)
+{
+    addOne(store, newEntry(u"r1"_s));
+    for (const char* statement : {"UPDATE events SET event = 'other'", "DELETE FROM events"})
+        EXPECT_THROW(store.database().change(statement), StoreError) << statement;
+    EXPECT_EQ(history(u"r1"_s), QStringList{u"added"_s});
+}
+
+TEST_F(StoreFile, TellsTheRegisterAsTheJournalDoes)
+{
+    const QString expected = u"https://service.example/possystem/v4/shop_1"_s;
+    EXPECT_EQ(registerAddress(u"https://service.example/possystem/v4/"_s, u"shop_1"_s), expected);
+    EXPECT_EQ(registerAddress(u"https://service.example/possystem/v4"_s, u"shop_1"_s), expected);
+}
+
+class Intake : public StoreTest
+{
+};
+
+TEST_F(Intake, OfTheSameReceiptAgainIsNoError)
+{
+    EXPECT_EQ(addOne(store, newEntry(u"r1"_s)), Added::New);
+    NewEntry spelledOtherwise = newEntry(u"r1"_s);
+    spelledOtherwise.text = R"({ "goods" : "milk", "id":"r1" })";
+    EXPECT_EQ(addOne(store, spelledOtherwise), Added::Known);
+    EXPECT_EQ(history(u"r1"_s), QStringList{u"added"_s});
+}
+
+TEST_F(Intake, OfOtherContentUnderAnIdStoresNothingAtAll)
+{
+    addOne(store, newEntry(u"r1"_s));
+    const auto several = [&] {
+        storeAll(store, [&](const auto& add) {
+            std::ignore = add(newEntry(u"r2"_s));
+            std::ignore = add(newEntry(u"r1"_s, "bread"));
+        });
+    };
+    EXPECT_TRUE(messageOf<till::Error>(several).startsWith(
+        u"a.json:3: /id: another receipt is queued under \"r1\" since "_s));
+    EXPECT_FALSE(store.find(u"r2"_s));
+}
+
+} // namespace

@@ -1,0 +1,89 @@
+#include "queue/store/upkeep.h"
+
+#include "tests/queue/store/storetest.h"
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using namespace queue;
+using namespace std::chrono_literals;
+
+class Upkeep : public StoreTest
+{
+protected:
+    Upkeep()
+        : claims(store, locks, enrol(store, locks, u"till"_s), 1h)
+    {
+        for (const char* id : {"r1", "r2", "r3"})
+            addOne(store, newEntry(QString::fromLatin1(id)));
+    }
+
+    void finish(State state, qint64 document = 7)
+    {
+        Ending ending = endingAs(state);
+        if (ending.evidence)
+            ending.evidence->document = document;
+        EXPECT_TRUE(claims.conclude(claims.next().value(), ending));
+    }
+
+    WorkerLocks locks{file()};
+    Claims claims;
+};
+
+TEST_F(Upkeep, CountsWhatBecameOfReceipts)
+{
+    finish(State::Registered);
+    finish(State::Failed);
+    const Audit audit = auditOf(store);
+    EXPECT_TRUE(audit.isGood()) << audit.findings.join(u' ').toStdString();
+    EXPECT_EQ(audit.accepted, 3);
+    EXPECT_EQ(audit.registered, 1);
+    EXPECT_EQ(audit.refused, 1);
+    EXPECT_EQ(audit.underWay, 1);
+    EXPECT_EQ(audit.recovered, 0);
+}
+
+TEST_F(Upkeep, CountsWhatWasRecovered)
+{
+    Ending ending = endingAs(State::Registered);
+    ending.result = R"({"recovered":true})";
+    EXPECT_TRUE(claims.conclude(claims.next().value(), ending));
+    EXPECT_EQ(auditOf(store).recovered, 1);
+}
+
+TEST_F(Upkeep, FindsADocumentOfTwoReceipts)
+{
+    finish(State::Registered);
+    finish(State::Registered);
+    finish(State::Registered, 8);
+    const Audit audit = auditOf(store);
+    EXPECT_EQ(audit.doubled, 2);
+    EXPECT_EQ(audit.findings.size(), 2);
+}
+
+TEST_F(Upkeep, FindsWhatIsLost)
+{
+    finish(State::Registered);
+    // As if a hand had been at the file.
+    store.database().change("DROP TRIGGER eventsLast");
+    store.database().change("DELETE FROM events WHERE event = 'finished' OR receipt = 2");
+    store.database().change("DELETE FROM receipts WHERE id = 'r3'");
+    const Audit audit = auditOf(store);
+    EXPECT_EQ(audit.lost, 3);
+    EXPECT_EQ(audit.findings.size(), 3);
+}
+
+TEST_F(Upkeep, RemovesOnlyWhatFinishedLongAgo)
+{
+    finish(State::Registered);
+    EXPECT_EQ(prune(store, 1h), 0);
+    EXPECT_EQ(prune(store, -1h), 1);
+    EXPECT_FALSE(store.find(u"r1"_s));
+    EXPECT_TRUE(store.find(u"r2"_s));
+    const Audit audit = auditOf(store);
+    EXPECT_TRUE(audit.isGood());
+    EXPECT_EQ(audit.accepted, 2);
+}
+
+} // namespace
