@@ -60,4 +60,5 @@ install(DIRECTORY ${examples}/minimalhost ${examples}/serialdriver DESTINATION $
 # The guide for those who write a host or a driver, and what it links to.
 set(docs ${PROJECT_SOURCE_DIR}/docs)
 install(FILES ${docs}/install.md ${docs}/abi.md ${docs}/reliability.md ${docs}/journal.md ${docs}/frhost.md
+    ${docs}/queue.md
     DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/libfrhostruntime-dev COMPONENT sdk)

@@ -3,6 +3,7 @@
 #include "hostcli/commands/versions.h"
 #include "hostcli/helptext.h"
 #include "hostcli/log/loglines.h"
+#include "hostcli/queue/queuearguments.h"
 #include "reference/reference.h"
 #include "till/text.h"
 
@@ -46,6 +47,7 @@ struct Arguments
     bool strict = false;
     bool json = false;
     bool quiet = false;
+    QueueArguments queue;
 };
 
 struct CommandInfo
@@ -78,6 +80,8 @@ constexpr CommandInfo commands[] = {
         QT_TRANSLATE_NOOP("Text", "Show what would be sent for receipts; sends nothing")},
     {Command::Explain, "explain", "frhost explain 32",
         QT_TRANSLATE_NOOP("Text", "Explain a code of the service or a cause, and what to do")},
+    {Command::Queue, "queue", "frhost --config register.ini queue add receipt.json",
+        QT_TRANSLATE_NOOP("Text", "Hand receipts over, and register them later")},
 };
 
 std::string described(const CommandInfo& info)
@@ -189,7 +193,9 @@ CLI::App* addCommand(CLI::App& app, const CommandInfo& info, Arguments& argument
     CLI::App* command = app.add_subcommand(info.name, described(info));
     command->fallthrough();
     command->group(Text::tr("Commands").toStdString());
-    if (info.command == Command::Info)
+    if (info.command == Command::Queue)
+        arguments.queue.addTo(*command, arguments.files);
+    else if (info.command == Command::Info)
         command
             ->add_option(
                 "UUID", arguments.uuid, Text::tr("The service's identifier of the document").toStdString())
@@ -337,6 +343,7 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
     for (const std::string& word : arguments.cause)
         words << fromStd(word);
     line.cause = words.join(u' ').trimmed();
+    line.queue = arguments.queue.line();
     for (const std::string& file : arguments.files)
         line.files << fromStd(file);
     if (line.streams && line.files != QStringList{u"-"_s})

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "hostcli/queue/queueline.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -20,6 +22,7 @@ enum class Command
     Compose,
     Explain,
     Collect,
+    Queue,
 };
 
 /// What the user asks for.
@@ -53,6 +56,7 @@ struct CommandLine
     QString cause;
     /// The archive to write.
     QString bundle;
+    QueueLine queue;
 };
 
 /// An answer that ends the program without a command: help, the version, or a usage error.

@@ -1,5 +1,6 @@
 #include "hostcli/commands/commands.h"
 
+#include "hostcli/queue/queue.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/interruption.h"
 #include "hostcli/terminal/resultreport.h"
@@ -47,6 +48,8 @@ ExitCode dispatch(const CommandLine& line, Output& output)
     case Command::Explain:
         leaveInterruptionsToTheSystem();
         return explain(line, output);
+    case Command::Queue:
+        return queueCommand(line, output);
     case Command::Compose:
         break;
     }

@@ -19,7 +19,8 @@ namespace secrets = hostruntime::secrets;
 
 const QStringList harmless{u"url"_s, u"groupCode"_s, u"inn"_s, u"email"_s, u"paymentAddress"_s,
     u"requestInterval"_s, u"deviceId"_s, u"speedEnumerate"_s, u"connectTimeout"_s, u"firstByteTimeout"_s,
-    u"stallTimeout"_s, u"overallTimeout"_s, u"caFile"_s, u"proxy"_s, u"userAgent"_s};
+    u"stallTimeout"_s, u"overallTimeout"_s, u"caFile"_s, u"proxy"_s, u"userAgent"_s, u"store"_s,
+    u"parallel"_s, u"lease"_s};
 
 const QStringList secretKeys{u"login"_s, u"password"_s, u"passwordFile"_s};
 

@@ -1545,5 +1545,261 @@
         <source>Without a journal, nothing notices an id that is used twice: running a file again registers it again.</source>
         <translation>Без журнала повтор идентификатора никто не заметит: при повторном запуске того же файла чек будет пробит ещё раз.</translation>
     </message>
+    <message>
+        <source>%1 must be %2 to %3</source>
+        <translation>%1: допустимы значения от %2 до %3</translation>
+    </message>
+    <message>
+        <source>store must be the path of a file</source>
+        <translation>store должен быть путём к файлу</translation>
+    </message>
+    <message>
+        <source>no receipt with this id is in the queue of this register</source>
+        <translation>чека с таким идентификатором нет в очереди этой кассы</translation>
+    </message>
+    <message>
+        <source>it is finished (%1)</source>
+        <translation>работа с ним закончена (%1)</translation>
+    </message>
+    <message>
+        <source>a worker is sending it; try again when it has finished</source>
+        <translation>он сейчас отправляется; повторите, когда отправка закончится</translation>
+    </message>
+    <message>
+        <source>it is not held</source>
+        <translation>он не задержан</translation>
+    </message>
+    <message>
+        <source>it may have reached the service and cannot be cancelled any more</source>
+        <translation>он мог дойти до сервиса, отменить его уже нельзя</translation>
+    </message>
+    <message>
+        <source>this id is used up: retry it with --new-id</source>
+        <translation>этот идентификатор использован: повторите с --new-id</translation>
+    </message>
+    <message>
+        <source>it was sent again under another id</source>
+        <translation>он уже отправлен повторно под другим идентификатором</translation>
+    </message>
+    <message>
+        <source>it is %1 and may be registered; under a new id it could be registered twice</source>
+        <translation>его состояние — %1, он мог быть зарегистрирован; под новым идентификатором он может быть зарегистрирован дважды</translation>
+    </message>
+    <message>
+        <source>this id is in the queue already</source>
+        <translation>такой идентификатор уже есть в очереди</translation>
+    </message>
+    <message>
+        <source>/id: another receipt is queued under &quot;%1&quot; since %2 (%3:%4). Nothing was stored. Give another sale an id of its own.</source>
+        <translation>/id: под идентификатором «%1» с %2 в очереди стоит другой чек (%3:%4). Ничего не сохранено. Дайте другой продаже свой идентификатор.</translation>
+    </message>
+    <message>
+        <source>%1: the queue cannot be used: %2.</source>
+        <translation>%1: не удаётся работать с очередью: %2.</translation>
+    </message>
+    <message>
+        <source>nothing says how it was stored</source>
+        <translation>нет записи о том, как он попал в очередь</translation>
+    </message>
+    <message>
+        <source>it is finished, and its result is missing</source>
+        <translation>работа с ним закончена, а результата нет</translation>
+    </message>
+    <message>
+        <source>it has a history and is not there</source>
+        <translation>история есть, а самого чека нет</translation>
+    </message>
+    <message>
+        <source>it has the document of another receipt</source>
+        <translation>у него фискальный документ другого чека</translation>
+    </message>
+    <message>
+        <source>the file is damaged: %1</source>
+        <translation>файл повреждён: %1</translation>
+    </message>
+    <message>
+        <source>%1: another worker has taken this receipt over</source>
+        <translation>%1: этот чек взял другой обработчик</translation>
+    </message>
+    <message>
+        <source>%1: set aside until a person looks at it: frhost queue show %1</source>
+        <translation>%1: отложен, нужно решение человека: frhost queue show %1</translation>
+    </message>
+    <message>
+        <source>another worker has taken this receipt over</source>
+        <translation>этот чек взял другой обработчик</translation>
+    </message>
+    <message>
+        <source>Hand receipts over, and register them later</source>
+        <translation>Сдать чеки в очередь и зарегистрировать их позже</translation>
+    </message>
+    <message>
+        <source>the driver refuses the receipt: %1. Nothing was stored.</source>
+        <translation>драйвер не принимает чек: %1. Ничего не сохранено.</translation>
+    </message>
+    <message>
+        <source>%1: queued</source>
+        <translation>%1: поставлен в очередь</translation>
+    </message>
+    <message>
+        <source>%1: already queued</source>
+        <translation>%1: уже в очереди</translation>
+    </message>
+    <message>
+        <source>There is no folder for the queue, because HOME is not set. Name a file as &quot;store&quot; in section [queue] of the configuration.</source>
+        <translation>Нет папки для очереди: переменная HOME не задана. Укажите файл ключом store в разделе [queue] конфигурации.</translation>
+    </message>
+    <message>
+        <source>Hand receipts over: they are on the disk when this ends with status 0</source>
+        <translation>Сдать чеки в очередь: если код возврата 0, они записаны на диск</translation>
+    </message>
+    <message>
+        <source>Register what is queued, until it is stopped</source>
+        <translation>Регистрировать чеки из очереди, пока не остановят</translation>
+    </message>
+    <message>
+        <source>Show results in the order of finishing, each with a cursor</source>
+        <translation>Показать результаты по порядку завершения, каждый с отметкой места</translation>
+    </message>
+    <message>
+        <source>Wait until receipts are finished; output and status as of sell</source>
+        <translation>Дождаться завершения чеков; вывод и код возврата как у sell</translation>
+    </message>
+    <message>
+        <source>List the receipts</source>
+        <translation>Показать список чеков</translation>
+    </message>
+    <message>
+        <source>Show everything that happened to a receipt</source>
+        <translation>Показать всё, что происходило с чеком</translation>
+    </message>
+    <message>
+        <source>Have a receipt sent again</source>
+        <translation>Отправить чек ещё раз</translation>
+    </message>
+    <message>
+        <source>Keep workers from a receipt</source>
+        <translation>Задержать чек: не отправлять его</translation>
+    </message>
+    <message>
+        <source>Let workers have a receipt that is held or set aside</source>
+        <translation>Снова разрешить отправку задержанного или отложенного чека</translation>
+    </message>
+    <message>
+        <source>Withdraw a receipt of which nothing was ever sent</source>
+        <translation>Отменить чек, который ещё ни разу не отправлялся</translation>
+    </message>
+    <message>
+        <source>Show counts and what is wrong</source>
+        <translation>Показать счётчики и неполадки</translation>
+    </message>
+    <message>
+        <source>Prove that nothing is lost or doubled; status 1 where something is wrong</source>
+        <translation>Проверить, что ничего не потеряно и не удвоено; код возврата 1, если что-то не так</translation>
+    </message>
+    <message>
+        <source>Write finished receipts with their history, one line of JSON each</source>
+        <translation>Выгрузить законченные чеки с их историей, по строке JSON на чек</translation>
+    </message>
+    <message>
+        <source>Remove receipts that finished long ago</source>
+        <translation>Удалить давно законченные чеки</translation>
+    </message>
+    <message>
+        <source>the state is one of: %1</source>
+        <translation>состояние — одно из: %1</translation>
+    </message>
+    <message>
+        <source>the id is empty</source>
+        <translation>идентификатор пуст</translation>
+    </message>
+    <message>
+        <source>Id of a receipt</source>
+        <translation>Идентификатор чека</translation>
+    </message>
+    <message>
+        <source>End when nothing is left, or when the register does not come back within a minute</source>
+        <translation>Закончить, когда очередь пуста или касса не отвечает около минуты</translation>
+    </message>
+    <message>
+        <source>Only results after this cursor</source>
+        <translation>Только результаты после этой отметки</translation>
+    </message>
+    <message>
+        <source>Wait for further results</source>
+        <translation>Ждать новых результатов</translation>
+    </message>
+    <message>
+        <source>Only receipts in this state</source>
+        <translation>Только чеки в этом состоянии</translation>
+    </message>
+    <message>
+        <source>Under another id, for one that was not registered and whose id is used up</source>
+        <translation>Под другим идентификатором, если чек не зарегистрирован, а прежний идентификатор использован</translation>
+    </message>
+    <message>
+        <source>How long ago, in days, such as 90d</source>
+        <translation>Сколько дней назад, например 90d</translation>
+    </message>
+    <message>
+        <source>write a number of days, such as 90d</source>
+        <translation>укажите число дней, например 90d</translation>
+    </message>
+    <message>
+        <source>As OpenMetrics text</source>
+        <translation>В текстовом формате OpenMetrics</translation>
+    </message>
+    <message>
+        <source>under way</source>
+        <translation>в работе</translation>
+    </message>
+    <message>
+        <source>lost</source>
+        <translation>потеряно</translation>
+    </message>
+    <message>
+        <source>doubled</source>
+        <translation>удвоено</translation>
+    </message>
+    <message>
+        <source>recovered</source>
+        <translation>восстановлено</translation>
+    </message>
+    <message>
+        <source>removed: %1</source>
+        <translation>удалено: %1</translation>
+    </message>
+    <message>
+        <source>held</source>
+        <translation>задержано</translation>
+    </message>
+    <message>
+        <source>cancelled</source>
+        <translation>отменён</translation>
+    </message>
+    <message>
+        <source>held until a person releases it</source>
+        <translation>задержан, пока человек не разрешит отправку</translation>
+    </message>
+    <message>
+        <source>The register is paused: %1</source>
+        <translation>Касса приостановлена: %1</translation>
+    </message>
+    <message>
+        <source>oldest, seconds</source>
+        <translation>самый старый, секунд</translation>
+    </message>
+    <message>
+        <source>event %1</source>
+        <translation>событие %1</translation>
+    </message>
+    <message>
+        <source>paused</source>
+        <translation>приостановлена</translation>
+    </message>
+    <message>
+        <source>Interrupted: what is being sent is finished first.</source>
+        <translation>Прервано: начатая отправка будет закончена.</translation>
+    </message>
 </context>
 </TS>

@@ -7,6 +7,8 @@
 
 #include <QJsonDocument>
 
+#include <tuple>
+
 using till::ReceiptResult;
 using till::Text;
 
@@ -17,7 +19,10 @@ namespace {
 std::unique_ptr<till::Session> createdAlone(const Surroundings& surroundings, std::mutex& creation)
 {
     const std::scoped_lock lock(creation);
-    return std::make_unique<till::Session>(surroundings.config, surroundings.plugin);
+    auto session = std::make_unique<till::Session>(surroundings.config, surroundings.plugin);
+    // Throws where a receipt that is sent again might be registered again.
+    std::ignore = session->fiscalRegister().service();
+    return session;
 }
 
 } // namespace

@@ -133,9 +133,30 @@ TEST(CommandLine, KnowsEveryCommand)
     EXPECT_EQ(info.uuid, u"u-1"_s);
 }
 
+TEST(CommandLine, KnowsTheSubcommandsOfTheQueue)
+{
+    const auto line = [](const std::vector<const char*>& arguments) {
+        return std::get<CommandLine>(parsed(arguments));
+    };
+    EXPECT_EQ(line({"queue", "add", "a", "b"}).command, Command::Queue);
+    EXPECT_EQ(line({"queue", "add", "a", "b"}).files, (QStringList{u"a"_s, u"b"_s}));
+    EXPECT_TRUE(line({"queue", "work", "--until-empty"}).queue.untilEmpty);
+    EXPECT_EQ(line({"queue", "wait", "r1", "r2"}).queue.ids, (QStringList{u"r1"_s, u"r2"_s}));
+    EXPECT_EQ(line({"queue", "results", "--after", "7", "--follow"}).queue.after, 7);
+    EXPECT_EQ(line({"queue", "retry", "r1", "--new-id", "r2"}).queue.newId, u"r2"_s);
+    EXPECT_EQ(line({"queue", "prune", "--older-than", "90d"}).queue.days, 90);
+    EXPECT_TRUE(line({"queue", "--json", "list"}).json);
+    const std::vector<std::vector<const char*>> wrong{{"queue"}, {"queue", "add"}, {"queue", "show"},
+        {"queue", "show", "r1", "r2"}, {"queue", "list", "--state", "lost"}, {"queue", "prune"},
+        {"queue", "prune", "--older-than", "0d"}, {"queue", "prune", "--older-than", "90"},
+        {"queue", "results", "--after", "-1"}, {"queue", "retry", "r1", "--new-id", ""}};
+    for (const auto& arguments : wrong)
+        EXPECT_TRUE(answer(arguments).isError) << arguments.back();
+}
+
 TEST(CommandLine, ShowsAnExampleFirstInEveryHelp)
 {
-    for (const char* command : {"describe", "check", "sell", "send", "info", "compose"}) {
+    for (const char* command : {"describe", "check", "sell", "send", "info", "compose", "queue"}) {
         const CommandLineText help = answer({command, "--help"});
         EXPECT_FALSE(help.isError);
         const QStringList lines = help.text.split(u'\n');
@@ -143,6 +164,8 @@ TEST(CommandLine, ShowsAnExampleFirstInEveryHelp)
         EXPECT_TRUE(lines.value(1).startsWith(u"  frhost "_s)) << command;
         EXPECT_TRUE(lines.value(1).contains(QString::fromLatin1(command))) << command;
     }
+    EXPECT_TRUE(answer({"queue", "retry", "--help"}).text.startsWith(u"Example:\n  frhost queue retry "_s));
+    EXPECT_TRUE(answer({"queue", "--help"}).text.contains(u" List the receipts\n"_s));
     EXPECT_TRUE(answer({"--help"}).text.startsWith(u"Example:\n  frhost "_s));
 }
 

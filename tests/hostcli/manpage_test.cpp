@@ -1,4 +1,5 @@
 #include "tests/support/qtprinters.h"
+#include "till/config/queuesection.h"
 #include "till/config/registerconfig.h"
 #include "till/config/registersetup.h"
 #include "till/device/loadedregister.h"
@@ -45,6 +46,11 @@ TEST(PageOfTheConfiguration, NamesEverySettingOfTheRegister)
 TEST(PageOfTheConfiguration, NamesEverySettingOfTheTransport)
 {
     EXPECT_EQ(termsIn(u"[transport]"_s), sorted(transportKeys()));
+}
+
+TEST(PageOfTheConfiguration, NamesEverySettingOfTheQueue)
+{
+    EXPECT_EQ(termsIn(u"[queue]"_s), sorted(queueKeys()));
 }
 
 } // namespace

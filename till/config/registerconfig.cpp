@@ -4,6 +4,7 @@
 #include "host/log/secrets.h"
 #include "till/config/exposure.h"
 #include "till/config/inifile.h"
+#include "till/config/queuesection.h"
 #include "till/error.h"
 #include "till/nearestname.h"
 #include "till/text.h"
@@ -28,6 +29,7 @@ using hostruntime::TransportOptions;
 const QString registerSection = u"register"_s;
 const QString optionSection = u"driverOptions"_s;
 const QString transportSection = u"transport"_s;
+const QString queueSection = u"queue"_s;
 constexpr int longestTimeout = 3600000;
 const QString passwordKey = u"password"_s;
 const QString passwordFileKey = u"passwordFile"_s;
@@ -248,11 +250,15 @@ RegisterConfig readRegisterConfig(const QString& file)
             addTransport(config, entry);
             continue;
         }
+        if (entry.section == queueSection) {
+            readQueueEntry(config, entry);
+            continue;
+        }
         if (entry.section != registerSection)
             fail(file, entry.line,
                 Text::tr("unknown section; %1")
                     .arg(hintFor(u'[' + entry.section + u']',
-                        {u"[register]"_s, u"[driverOptions]"_s, u"[transport]"_s})));
+                        {u"[register]"_s, u"[driverOptions]"_s, u"[transport]"_s, u"[queue]"_s})));
         const bool fromFile = entry.key == passwordFileKey;
         const QString name = fromFile ? passwordKey : entry.key;
         if (config.has(name))

@@ -7,6 +7,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <chrono>
+
 namespace till {
 
 /// One setting of a register as the configuration gives it.
@@ -19,6 +21,17 @@ struct Setting
     int line = 0;
 };
 
+/// The section [queue].
+struct QueueConfig
+{
+    /// Path of the queue's file; empty for the user's own.
+    QString store;
+    /// Registers at work at once in one worker.
+    int parallel = 1;
+    /// After this time without a sign of life, another worker takes over what a worker has under way.
+    std::chrono::seconds lease{120};
+};
+
 /// What a configuration file holds. Whether the device knows the settings is decided when they are written
 /// to it.
 struct RegisterConfig
@@ -29,6 +42,7 @@ struct RegisterConfig
     hw::fr::DriverOptions driverOptions;
     /// How the service is reached; the defaults where the file says nothing.
     hostruntime::TransportOptions transport;
+    QueueConfig queue;
     /// Warnings for the user; the configuration can be used all the same.
     QStringList warnings;
 

@@ -149,8 +149,8 @@ void ReceiptQueue::forEach(const std::function<bool(const QueuedReceipt&)>& hand
         checked.file.rewind();
         RawReceipt raw;
         for (const Digest& digest : checked.receipts) {
-            const Receipt receipt = toReceipt(readChecked(checked, digest, raw));
-            if (!handle({checked.file.name(), raw.line, receipt}))
+            const QJsonObject json = readChecked(checked, digest, raw);
+            if (!handle({checked.file.name(), raw.line, toReceipt(json), json}))
                 return;
         }
         if (readAgain(checked, raw))

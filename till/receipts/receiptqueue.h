@@ -20,6 +20,8 @@ struct QueuedReceipt
     QString file;
     int line = 0;
     Receipt receipt;
+    /// As it was checked.
+    QJsonObject json = {};
 };
 
 /// What to do about receipts that go beyond the limits of the service.

@@ -66,10 +66,10 @@ bool isUnreached(const QJsonObject& line)
 // Every line that has its end, of the commands whose format is published.
 void expectPublishedFormat(const QStringList& arguments, const QString& out)
 {
-    const QStringList published{u"sell"_s, u"send"_s, u"collect"_s, u"check"_s, u"doctor"_s};
+    const QStringList published{u"sell"_s, u"send"_s, u"collect"_s, u"check"_s, u"doctor"_s, u"queue"_s};
     const bool hasFormat = std::any_of(published.begin(), published.end(),
         [&](const QString& command) { return arguments.contains(command); });
-    if (!hasFormat || !arguments.contains(u"--json"_s))
+    if (!hasFormat || !arguments.contains(u"--json"_s) || arguments.contains(u"--openmetrics"_s))
         return;
     QStringList lines = out.split(u'\n');
     lines.removeLast();

@@ -33,6 +33,11 @@ void Shop::configureTransport(const QString& key, const QString& value)
     transport.push_back({key, value});
 }
 
+void Shop::configureQueue(const QString& key, const QString& value)
+{
+    queue.push_back({key, value});
+}
+
 QString Shop::file(const QString& name, const QByteArray& content) const
 {
     QFile file(folder.filePath(name));
@@ -54,7 +59,7 @@ QStringList Shop::arguments(const QStringList& more) const
 {
     QByteArray text;
     for (const auto& [section, entries] :
-        {std::pair("[register]\n", settings), {"[transport]\n", transport}}) {
+        {std::pair("[register]\n", settings), {"[transport]\n", transport}, {"[queue]\n", queue}}) {
         text += section;
         for (const auto& [key, value] : entries)
             text += key.toUtf8() + " = " + value.toUtf8() + '\n';

@@ -18,6 +18,8 @@ public:
     void unconfigure(const QString& key);
     /// The same as configure() for the section [transport].
     void configureTransport(const QString& key, const QString& value);
+    /// The same for the section [queue].
+    void configureQueue(const QString& key, const QString& value);
     /// Writes a file that only its owner can read; returns its path.
     [[nodiscard]] QString file(const QString& name, const QByteArray& content) const;
     /// Writes a file with a receipt of 160 roubles for each id, one per line.
@@ -34,6 +36,7 @@ private:
     QTemporaryDir folder;
     Settings settings;
     Settings transport;
+    Settings queue;
 };
 
 /// A receipt of 160 roubles on one line.

@@ -179,6 +179,27 @@ TEST_F(RegisterConfiguration, RefusesATransportThatIsWrong)
             u"r.ini:2: stallTimeout must be 1 to 3600000 milliseconds"_s);
 }
 
+TEST_F(RegisterConfiguration, HoldsWhereTheQueueIs)
+{
+    const QueueConfig queue = read("[queue]\nstore=a/queue.db\nparallel=20\nlease=30\n").queue;
+    EXPECT_EQ(queue.store, files.path() + u"/a/queue.db"_s);
+    EXPECT_EQ(queue.parallel, 20);
+    EXPECT_EQ(queue.lease.count(), 30);
+    EXPECT_EQ(read("[queue]\n").queue.parallel, 1);
+}
+
+TEST_F(RegisterConfiguration, RefusesAQueueThatIsWrong)
+{
+    EXPECT_EQ(messageFor("[queue]\nlese=30\n"), u"r.ini:2: unknown key; did you mean \"lease\"?"_s);
+    for (const char* value : {"", "postgresql:service=till"})
+        EXPECT_EQ(messageFor(QByteArray("[queue]\nstore=") + value + '\n'),
+            u"r.ini:2: store must be the path of a file"_s);
+    for (const char* value : {"", "0", "65", "two"})
+        EXPECT_EQ(messageFor(QByteArray("[queue]\nparallel=") + value + '\n'),
+            u"r.ini:2: parallel must be 1 to 64"_s);
+    EXPECT_EQ(messageFor("[queue]\nlease=4\n"), u"r.ini:2: lease must be 5 to 3600"_s);
+}
+
 TEST_F(RegisterConfiguration, NamesFileAndLineOfWhatIsWrong)
 {
     EXPECT_EQ(messageFor("[regster]\nurl=x\n"), u"r.ini:2: unknown section; did you mean \"[register]\"?"_s);

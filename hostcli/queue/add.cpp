@@ -1,0 +1,109 @@
+#include "hostcli/queue/add.h"
+
+#include "host/vposfrdriver.h"
+#include "hostcli/commands/setup.h"
+#include "hostcli/terminal/printable.h"
+#include "queue/store/intake.h"
+#include "till/config/registersetup.h"
+#include "till/device/loadedregister.h"
+#include "till/error.h"
+#include "till/receipts/receiptqueue.h"
+#include "till/sale/attempt.h"
+#include "till/sale/registrar.h"
+#include "till/text.h"
+#include "till/wire/installedtransport.h"
+#include "till/wire/recordingtransport.h"
+
+#include <QJsonDocument>
+#include <QUrl>
+
+#include <tuple>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace till;
+
+namespace frhost {
+
+class Composer::Register
+{
+public:
+    Register(const PluginFile& plugin, const RegisterConfig& config)
+        : installed(transport)
+        , loaded(plugin)
+    {
+        setUp(loaded, config);
+    }
+
+    RecordingTransport transport;
+    InstalledTransport installed;
+    LoadedRegister loaded;
+};
+
+Composer::Composer(const CommandLine& line, const QueuePlace& place)
+    : address(place.address)
+    , used(std::make_unique<Register>(pluginOf(line), place.config))
+{
+}
+
+Composer::~Composer() = default;
+
+queue::NewEntry Composer::entryFor(const QueuedReceipt& queued)
+{
+    const auto error = attempt([&] {
+        handOver(used->loaded.driver(), queued.receipt);
+        std::ignore = used->loaded.service().documentClose(queued.receipt.document);
+    });
+    const QByteArray body = used->transport.takeBody();
+    if (body.isEmpty())
+        throw Error(
+            Problem::Receipt, u"%1:%2: "_s.arg(queued.file, QString::number(queued.line)) +
+                                  Text::tr("the driver refuses the receipt: %1. Nothing was stored.")
+                                      .arg(error ? error->message : Text::tr("the driver sent nothing")));
+    return {queued.receipt.id(), QJsonDocument(queued.json).toJson(QJsonDocument::Compact),
+        readComposed(QUrl(address + u"/sell"_s), body).digest, queued.file, queued.line};
+}
+
+namespace {
+
+struct Taken
+{
+    QString file;
+    int line;
+    QString id;
+    queue::Added added;
+};
+
+QByteArray lineFor(const Taken& taken, bool isJson)
+{
+    const bool isNew = taken.added == queue::Added::New;
+    if (isJson)
+        return printableJson(QJsonDocument(QJsonObject{{u"file"_s, taken.file}, {u"line"_s, taken.line},
+                                               {u"id"_s, taken.id}, {u"added"_s, isNew}})
+                                 .toJson(QJsonDocument::Compact)) +
+               '\n';
+    const QString text = isNew ? Text::tr("%1: queued") : Text::tr("%1: already queued");
+    return (printable(text.arg(taken.id)) + u'\n').toUtf8();
+}
+
+} // namespace
+
+ExitCode queueAdd(const CommandLine& line, Output& output)
+{
+    const QueuePlace place = placeOf(line);
+    ReceiptQueue receipts(line.files, limitChecksOf(line));
+    Composer composer(line, place);
+    queue::Store store(place.file, place.address);
+    std::vector<Taken> taken;
+    queue::storeAll(store, [&](const auto& add) {
+        receipts.forEach([&](const QueuedReceipt& queued) {
+            taken.push_back({queued.file, queued.line, queued.receipt.id(), add(composer.entryFor(queued))});
+            return true;
+        });
+    });
+    // Only what is on the disk is reported.
+    for (const Taken& one : taken)
+        output.write(lineFor(one, line.json));
+    return ExitCode::Success;
+}
+
+} // namespace frhost

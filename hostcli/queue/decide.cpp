@@ -1,0 +1,63 @@
+#include "hostcli/queue/decide.h"
+
+#include "hostcli/queue/add.h"
+#include "hostcli/queue/view.h"
+#include "queue/store/decisions.h"
+#include "till/receipts/receiptqueue.h"
+#include "till/text.h"
+
+#include <QJsonDocument>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace till;
+
+namespace frhost {
+
+namespace {
+
+void replaceReceipt(const CommandLine& line, const QueuePlace& place, queue::Store& store, const QString& id)
+{
+    const auto entry = store.find(id);
+    if (!entry)
+        throw Error(Problem::Setup,
+            u"%1: %2"_s.arg(id, Text::tr("no receipt with this id is in the queue of this register")));
+    QJsonObject json = QJsonDocument::fromJson(entry->text).object();
+    json.insert("id"_L1, line.queue.newId);
+    // The schema has rules for ids, too.
+    const auto checked = ReceiptParser().parse(QJsonDocument(json).toJson(QJsonDocument::Compact));
+    if (const auto* problem = std::get_if<ReceiptProblem>(&checked))
+        throw Error(Problem::Receipt, u"%1: %2"_s.arg(problem->pointer, problem->rule));
+    Composer composer(line, place);
+    queue::replace(store, id, composer.entryFor({entry->file, entry->line, toReceipt(json), json}));
+}
+
+} // namespace
+
+ExitCode queueDecide(const CommandLine& line, Output& output)
+{
+    const QueuePlace place = placeOf(line);
+    queue::Store store(place.file, place.address);
+    QString id = line.queue.ids.first();
+    switch (line.queue.action) {
+    case QueueAction::Hold:
+        queue::hold(store, id);
+        break;
+    case QueueAction::Release:
+        queue::release(store, id);
+        break;
+    case QueueAction::Cancel:
+        queue::cancel(store, id);
+        break;
+    default:
+        if (line.queue.newId.isEmpty()) {
+            queue::retry(store, id);
+        } else {
+            replaceReceipt(line, place, store, id);
+            id = line.queue.newId;
+        }
+    }
+    writeEntries({store.find(id).value()}, line.json, output);
+    return ExitCode::Success;
+}
+
+} // namespace frhost

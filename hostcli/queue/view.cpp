@@ -1,0 +1,202 @@
+#include "hostcli/queue/view.h"
+
+#include "hostcli/queue/entryjson.h"
+#include "hostcli/queue/metrics.h"
+#include "hostcli/queue/open.h"
+#include "hostcli/terminal/console.h"
+#include "hostcli/terminal/printable.h"
+#include "hostcli/terminal/texttable.h"
+#include "queue/store/views.h"
+#include "till/error.h"
+#include "till/text.h"
+
+#include <QDateTime>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <thread>
+
+using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
+using namespace till;
+using queue::Entry;
+using queue::State;
+
+namespace frhost {
+
+namespace {
+
+constexpr auto lookAgain = 100ms;
+
+QString shown(qint64 milliseconds)
+{
+    return QDateTime::fromMSecsSinceEpoch(milliseconds).toString(u"dd.MM.yyyy hh:mm:ss"_s);
+}
+
+QStringList rowOf(const Entry& entry)
+{
+    return {entry.id, nameOf(entry.state), entry.isHeld ? Text::tr("held") : QString(),
+        QString::number(entry.attempt), shown(entry.changed),
+        u"%1:%2"_s.arg(entry.file, QString::number(entry.line))};
+}
+
+Entry entryOf(queue::Store& store, const QString& id)
+{
+    const auto entry = store.find(id);
+    if (!entry)
+        throw Error(Problem::Setup,
+            u"%1: %2"_s.arg(id, Text::tr("no receipt with this id is in the queue of this register")));
+    return *entry;
+}
+
+// The line of a receipt that no worker will take any more, with the exit status that `sell` would have for
+// it.
+std::pair<QJsonObject, ExitCode> conclusionOf(queue::Store& store, const Entry& entry)
+{
+    QJsonObject json = QJsonDocument::fromJson(resultOf(store, entry)).object();
+    if (entry.state == State::Registered)
+        return {json, ExitCode::Success};
+    if (entry.state == State::Failed || entry.state == State::Refused)
+        return {json, ExitCode::Refused};
+    json = {{u"file"_s, entry.file}, {u"line"_s, entry.line}, {u"id"_s, entry.id},
+        {u"sent"_s, entry.maybeSent}, {u"next"_s, u"rerun"_s}};
+    if (entry.state == State::Cancelled) {
+        json.insert("next"_L1, u"none"_s);
+        json.insert("outcome"_L1, u"refused"_s);
+        json.insert("error"_L1, QJsonObject{{u"message"_s, Text::tr("cancelled")}});
+        return {json, ExitCode::Refused};
+    }
+    const bool isIncomplete = entry.state == State::Incomplete;
+    json.insert("outcome"_L1, isIncomplete ? u"incomplete"_s : u"unknown"_s);
+    json.insert("error"_L1, QJsonObject{{u"message"_s, Text::tr("held until a person releases it")}});
+    return {json, isIncomplete ? ExitCode::IncompleteEvidence : ExitCode::Unknown};
+}
+
+QString textOf(const QJsonObject& json)
+{
+    QList<QStringList> rows;
+    const QVariantMap values = json.toVariantMap();
+    for (const auto& [key, value] : values.asKeyValueRange()) {
+        const bool isObject = value.typeId() == QMetaType::QVariantMap;
+        if (key != "id"_L1 && key != "outcome"_L1)
+            rows << QStringList{key,
+                isObject ? QString::fromUtf8(QJsonDocument::fromVariant(value).toJson(QJsonDocument::Compact))
+                         : value.toString()};
+    }
+    return printable(u"%1: %2"_s.arg(json.value("id"_L1).toString(), json.value("outcome"_L1).toString())) +
+           u'\n' + textTable(rows, 2);
+}
+
+} // namespace
+
+void writeEntries(const std::vector<Entry>& entries, bool isJson, Output& output)
+{
+    QList<QStringList> rows;
+    for (const Entry& entry : entries) {
+        if (isJson)
+            output.write(jsonLine(toJson(entry)));
+        else
+            rows << rowOf(entry);
+    }
+    if (!rows.isEmpty())
+        output.write(textTable(rows).toUtf8());
+}
+
+ExitCode queueResults(const CommandLine& line, Output& output)
+{
+    const QueuePlace place = placeOf(line);
+    queue::Store store(place.file, place.address);
+    qint64 cursor = line.queue.after;
+    for (;;) {
+        forEachResult(store, cursor, [&](qint64 number, const QByteArray& result) {
+            QJsonObject json = QJsonDocument::fromJson(result).object();
+            json.insert("cursor"_L1, number);
+            cursor = number;
+            return output.write(jsonLine(json));
+        });
+        if (!line.queue.follow || !output.error().isEmpty())
+            return ExitCode::Success;
+        std::this_thread::sleep_for(lookAgain);
+    }
+}
+
+ExitCode queueWait(const CommandLine& line, Output& output)
+{
+    const QueuePlace place = placeOf(line);
+    queue::Store store(place.file, place.address);
+    for (const QString& id : line.queue.ids)
+        std::ignore = entryOf(store, id);
+    ExitCode status = ExitCode::Success;
+    for (const QString& id : line.queue.ids) {
+        Entry entry = entryOf(store, id);
+        for (; !isFinished(entry.state) && !entry.isHeld; entry = entryOf(store, id))
+            std::this_thread::sleep_for(lookAgain);
+        const auto [json, code] = conclusionOf(store, entry);
+        status = std::max(status, code);
+        if (!output.write(line.json ? jsonLine(json) : textOf(json).toUtf8()))
+            break;
+    }
+    return status;
+}
+
+ExitCode queueList(const CommandLine& line, Output& output)
+{
+    const QueuePlace place = placeOf(line);
+    queue::Store store(place.file, place.address);
+    std::vector<Entry> entries;
+    forEachEntry(
+        store, queue::stateOf(line.queue.state), [&](const Entry& entry) { entries.push_back(entry); });
+    writeEntries(entries, line.json, output);
+    if (const QString trouble = overviewOf(store).trouble; !trouble.isEmpty())
+        Console::instance().line(Text::tr("The register is paused: %1").arg(trouble));
+    return ExitCode::Success;
+}
+
+ExitCode queueShow(const CommandLine& line, Output& output)
+{
+    const QueuePlace place = placeOf(line);
+    queue::Store store(place.file, place.address);
+    const Entry entry = entryOf(store, line.queue.ids.first());
+    const std::vector<queue::Event> history = historyOf(store, entry);
+    QList<QStringList> rows;
+    for (const queue::Event& event : history)
+        rows << QStringList{shown(event.at), event.name,
+            event.attempt > 0 ? QString::number(event.attempt) : QString(), event.worker,
+            QString::fromUtf8(event.detail)};
+    output.write(line.json ? jsonLine(wholeJson(entry, history))
+                           : (textTable({rowOf(entry)}) + textTable(rows, 2)).toUtf8());
+    return ExitCode::Success;
+}
+
+ExitCode queueStats(const CommandLine& line, Output& output)
+{
+    const QueuePlace place = placeOf(line);
+    queue::Store store(place.file, place.address);
+    const queue::Overview overview = overviewOf(store);
+    if (line.queue.openMetrics) {
+        output.write(openMetrics(overview, place.address));
+        return ExitCode::Success;
+    }
+    QJsonObject states;
+    QList<QStringList> rows;
+    for (const auto& [state, count] : overview.receipts) {
+        states.insert(nameOf(state), count);
+        rows << QStringList{nameOf(state), QString::number(count)};
+    }
+    const qint64 age = overview.oldest.value_or(0ms).count() / 1000;
+    rows << QStringList{Text::tr("held"), QString::number(overview.held)}
+         << QStringList{Text::tr("oldest, seconds"), QString::number(age)};
+    QJsonObject events;
+    for (const auto& [name, count] : overview.events) {
+        events.insert(name, count);
+        rows << QStringList{Text::tr("event %1").arg(name), QString::number(count)};
+    }
+    if (!overview.trouble.isEmpty())
+        rows << QStringList{Text::tr("paused"), overview.trouble};
+    const QJsonObject json{{u"states"_s, states}, {u"held"_s, overview.held}, {u"oldestSeconds"_s, age},
+        {u"events"_s, events}, {u"trouble"_s, overview.trouble}};
+    output.write(line.json ? jsonLine(json) : textTable(rows).toUtf8());
+    return ExitCode::Success;
+}
+
+} // namespace frhost

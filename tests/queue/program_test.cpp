@@ -1,0 +1,209 @@
+#include "tests/e2e/support/emulatorprocess.h"
+#include "tests/e2e/support/shop.h"
+
+#include <QElapsedTimer>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using testing::HasSubstr;
+
+const QStringList outcome{u"id"_s, u"outcome"_s};
+const QStringList states{u"id"_s, u"state"_s};
+
+class QueueProgram : public testing::Test
+{
+protected:
+    QueueProgram() { shop.configureQueue(u"store"_s, u"queue.db"_s); }
+
+    [[nodiscard]] Ran queue(const QStringList& arguments, const QByteArray& input = {}) const
+    {
+        return shop.frhost(QStringList{u"queue"_s} + arguments, input);
+    }
+    [[nodiscard]] Ran add(const QByteArray& receipts) const { return queue({u"add"_s, u"-"_s}, receipts); }
+    [[nodiscard]] Ran work() const { return queue({u"work"_s, u"--until-empty"_s}); }
+    [[nodiscard]] QStringList listed() const { return queue({u"list"_s}).columns(states); }
+    [[nodiscard]] QStringList results() const { return queue({u"results"_s}).columns(outcome); }
+    // Accepted, registered, under way, lost, doubled and recovered.
+    [[nodiscard]] QString audit() const
+    {
+        return queue({u"audit"_s})
+            .columns({u"accepted"_s, u"registered"_s, u"underWay"_s, u"lost"_s, u"doubled"_s, u"recovered"_s})
+            .join(u' ');
+    }
+    [[nodiscard]] Running worker() const
+    {
+        return {frhostProgram(), shop.arguments({u"queue"_s, u"work"_s})};
+    }
+    [[nodiscard]] qsizetype sellsSeen() const { return emulator.calls().count(u"sell"_s); }
+    [[nodiscard]] static QByteArray receipts(int count)
+    {
+        QByteArray text;
+        for (int i = 1; i <= count; ++i)
+            text += receiptLine(u"r%1"_s.arg(i));
+        return text;
+    }
+
+    EmulatorProcess emulator;
+    Shop shop{emulator.url()};
+};
+
+TEST_F(QueueProgram, StoresAReceiptOnceAndSendsNothing)
+{
+    EXPECT_EQ(add(receipts(2)).columns({u"id"_s, u"added"_s}), (QStringList{u"r1 true"_s, u"r2 true"_s}));
+    const Ran again = add(receipts(3));
+    EXPECT_EQ(again.exitCode, 0);
+    EXPECT_EQ(
+        again.columns({u"id"_s, u"added"_s}), (QStringList{u"r1 false"_s, u"r2 false"_s, u"r3 true"_s}));
+    EXPECT_EQ(emulator.calls(), QString());
+    EXPECT_EQ(listed(), (QStringList{u"r1 queued"_s, u"r2 queued"_s, u"r3 queued"_s}));
+}
+
+TEST_F(QueueProgram, StoresNothingWhereAnyReceiptIsWrong)
+{
+    const QByteArray good = receiptLine(u"new"_s);
+    EXPECT_EQ(add(receiptLine(u"r1"_s)).exitCode, 0);
+    const Ran other = add(good + receiptLine(u"r1"_s).replace("Молоко", "Кефир"));
+    EXPECT_EQ(other.exitCode, 2);
+    EXPECT_THAT(other.err.toStdString(), HasSubstr("-:2: /id: another receipt is queued under \"r1\""));
+    const Ran broken = add(good + "{}\n");
+    EXPECT_EQ(broken.exitCode, 2);
+    const Ran unacceptable = add(good + receiptLine(u"r2"_s).replace("1008", "1009"));
+    EXPECT_EQ(unacceptable.exitCode, 2);
+    EXPECT_THAT(unacceptable.err.toStdString(), HasSubstr("-:2: /requisites: "));
+    EXPECT_EQ(listed(), QStringList{u"r1 queued"_s});
+}
+
+TEST_F(QueueProgram, RegistersAndReportsAsSellDoes)
+{
+    EXPECT_EQ(add(receipts(2)).exitCode, 0);
+    EXPECT_EQ(work().exitCode, 0);
+    const Ran all = queue({u"results"_s});
+    EXPECT_EQ(all.columns(outcome), (QStringList{u"r1 registered"_s, u"r2 registered"_s}));
+    QJsonObject line = all.lines().first();
+    const QString cursor = QString::number(line.take(u"cursor"_s).toInt());
+    EXPECT_EQ(queue({u"results"_s, u"--after"_s, cursor}).columns(outcome), QStringList{u"r2 registered"_s});
+    const Ran waited = queue({u"wait"_s, u"r1"_s});
+    EXPECT_EQ(waited.exitCode, 0);
+    EXPECT_EQ(waited.lines().first(), line);
+    EXPECT_EQ(sellsSeen(), 2);
+    const Ran sold = shop.frhost({u"sell"_s, u"--no-journal"_s, u"-"_s}, receiptLine(u"s1"_s));
+    EXPECT_EQ(line.keys(), sold.lines().first().keys());
+}
+
+TEST_F(QueueProgram, TakesUpTheReceiptOfAKilledWorkerAtOnceAndRegistersItOnce)
+{
+    emulator.addFault(R"("endpoint":"report","effect":"never")");
+    EXPECT_EQ(add(receiptLine(u"r1"_s)).exitCode, 0);
+    {
+        Running killed = worker();
+        ASSERT_TRUE(comesTrue([&] { return emulator.calls().contains(u"report"_s); }));
+        killed.signal(SIGKILL);
+        EXPECT_EQ(killed.end().exitCode, 128 + SIGKILL);
+    }
+    EXPECT_EQ(listed(), QStringList{u"r1 sent"_s});
+    emulator.clearFaults();
+    QElapsedTimer time;
+    time.start();
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_LT(time.elapsed(), 30'000) << "the lease has not been waited for";
+    EXPECT_EQ(queue({u"results"_s}).columns({u"id"_s, u"outcome"_s, u"recovered"_s, u"compared"_s}),
+        QStringList{u"r1 registered true content"_s});
+    EXPECT_THAT(queue({u"show"_s, u"r1"_s}).out.toStdString(), HasSubstr("takenOver"));
+    EXPECT_EQ(audit(), u"1 1 0 0 0 1"_s);
+}
+
+TEST_F(QueueProgram, RecoversAReceiptWhoseAnswerWasLost)
+{
+    emulator.addFault(R"("endpoint":"sell","effect":"close","phase":"after","match":{"next":1})");
+    EXPECT_EQ(add(receiptLine(u"r1"_s)).exitCode, 0);
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_EQ(queue({u"results"_s}).columns({u"id"_s, u"outcome"_s, u"recovered"_s, u"compared"_s}),
+        QStringList{u"r1 registered true content"_s});
+}
+
+TEST_F(QueueProgram, KeepsReceiptsWhileTheAccountIsAtFault)
+{
+    EXPECT_EQ(add(receiptLine(u"r1"_s)).exitCode, 0);
+    shop.configure(u"login"_s, u"nobody"_s);
+    Running paused = worker();
+    ASSERT_TRUE(paused.hasSaid("does not accept the login"));
+    paused.signal(SIGTERM);
+    EXPECT_EQ(paused.end().exitCode, 0);
+    const Ran list = queue({u"list"_s});
+    EXPECT_EQ(list.columns({u"id"_s, u"state"_s, u"attempts"_s}), QStringList{u"r1 queued 0"_s});
+    EXPECT_THAT(list.err.toStdString(), HasSubstr("The register is paused: The service at"));
+    shop.configure(u"login"_s, u"shop"_s);
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_EQ(results(), QStringList{u"r1 registered"_s});
+    EXPECT_EQ(queue({u"list"_s}).err, QString());
+}
+
+TEST_F(QueueProgram, GoesOnWhenTheGroupIsCorrect)
+{
+    emulator.addFault(R"("endpoint":"sell","effect":"error","code":20,"match":{"next":3})");
+    EXPECT_EQ(add(receiptLine(u"r1"_s)).exitCode, 0);
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_EQ(results(), QStringList{u"r1 registered"_s});
+}
+
+TEST_F(QueueProgram, WaitsForAPersonAfterAFailure)
+{
+    emulator.addFault(R"("endpoint":"sell","effect":"fail","match":{"next":1})");
+    EXPECT_EQ(add(receiptLine(u"r1"_s)).exitCode, 0);
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_EQ(results(), QStringList{u"r1 refused"_s});
+    EXPECT_EQ(listed(), QStringList{u"r1 failed"_s});
+    const Ran same = queue({u"retry"_s, u"r1"_s});
+    EXPECT_EQ(same.exitCode, 1);
+    EXPECT_THAT(same.err.toStdString(), HasSubstr("this id is used up: retry it with --new-id"));
+    EXPECT_EQ(
+        queue({u"retry"_s, u"r1"_s, u"--new-id"_s, u"r1b"_s}).columns(states), QStringList{u"r1b queued"_s});
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_EQ(results(), (QStringList{u"r1 refused"_s, u"r1b registered"_s}));
+    EXPECT_EQ(queue({u"wait"_s, u"r1"_s, u"r1b"_s}).exitCode, 3);
+}
+
+TEST_F(QueueProgram, LetsSeveralWorkersOfSeveralRegistersShareTheWork)
+{
+    shop.configureQueue(u"parallel"_s, u"3"_s);
+    EXPECT_EQ(add(receipts(12)).exitCode, 0);
+    Running other = worker();
+    EXPECT_EQ(work().exitCode, 0);
+    other.signal(SIGTERM);
+    EXPECT_EQ(other.end().exitCode, 0);
+    EXPECT_EQ(results().size(), 12);
+    EXPECT_EQ(results().filter(u"registered"_s).size(), 12);
+    EXPECT_EQ(audit(), u"12 12 0 0 0 0"_s);
+    EXPECT_EQ(sellsSeen(), 12);
+}
+
+TEST_F(QueueProgram, DoesWhatAPersonDecides)
+{
+    EXPECT_EQ(add(receipts(3)).exitCode, 0);
+    EXPECT_EQ(queue({u"cancel"_s, u"r1"_s}).columns(states), QStringList{u"r1 cancelled"_s});
+    EXPECT_EQ(queue({u"hold"_s, u"r2"_s}).columns({u"id"_s, u"held"_s}), QStringList{u"r2 true"_s});
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_EQ(results(), QStringList{u"r3 registered"_s});
+    EXPECT_EQ(queue({u"wait"_s, u"r2"_s}).exitCode, 4);
+    EXPECT_EQ(queue({u"release"_s, u"r2"_s}).exitCode, 0);
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_EQ(queue({u"list"_s, u"--state"_s, u"registered"_s}).columns(states),
+        (QStringList{u"r2 registered"_s, u"r3 registered"_s}));
+    EXPECT_EQ(queue({u"cancel"_s, u"r2"_s}).exitCode, 1);
+    EXPECT_EQ(queue({u"export"_s}).columns(states),
+        (QStringList{u"r1 cancelled"_s, u"r2 registered"_s, u"r3 registered"_s}));
+    EXPECT_EQ(queue({u"prune"_s, u"--older-than"_s, u"1d"_s}).columns({u"removed"_s}), QStringList{u"0"_s});
+    EXPECT_EQ(queue({u"show"_s, u"r9"_s}).exitCode, 1);
+    const QString metrics = queue({u"stats"_s, u"--openmetrics"_s}).out;
+    EXPECT_THAT(metrics.toStdString(), HasSubstr(",state=\"registered\"} 2\n"));
+    EXPECT_TRUE(metrics.endsWith(u"# EOF\n"_s));
+}
+
+} // namespace

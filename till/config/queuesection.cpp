@@ -1,0 +1,57 @@
+#include "till/config/queuesection.h"
+
+#include "till/error.h"
+#include "till/nearestname.h"
+#include "till/text.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace till {
+
+namespace {
+
+constexpr int mostRegisters = 64;
+constexpr int shortestLease = 5;
+constexpr int longestLease = 3600;
+
+[[noreturn]] void fail(const RegisterConfig& config, const IniEntry& entry, const QString& what)
+{
+    throw Error(Problem::Setup, u"%1:%2: %3"_s.arg(config.file, QString::number(entry.line), what));
+}
+
+int numberIn(const RegisterConfig& config, const IniEntry& entry, int least, int most)
+{
+    bool isNumber = false;
+    const int number = entry.value.toInt(&isNumber);
+    if (!isNumber || number < least || number > most)
+        fail(config, entry,
+            Text::tr("%1 must be %2 to %3").arg(entry.key, QString::number(least), QString::number(most)));
+    return number;
+}
+
+} // namespace
+
+void readQueueEntry(RegisterConfig& config, const IniEntry& entry)
+{
+    if (entry.key == "store"_L1) {
+        if (entry.value.isEmpty() || entry.value.startsWith("postgresql:"_L1))
+            fail(config, entry, Text::tr("store must be the path of a file"));
+        config.queue.store = QFileInfo(config.file).absoluteDir().absoluteFilePath(entry.value);
+    } else if (entry.key == "parallel"_L1) {
+        config.queue.parallel = numberIn(config, entry, 1, mostRegisters);
+    } else if (entry.key == "lease"_L1) {
+        config.queue.lease = std::chrono::seconds(numberIn(config, entry, shortestLease, longestLease));
+    } else {
+        fail(config, entry, Text::tr("unknown key; %1").arg(hintFor(entry.key, queueKeys())));
+    }
+}
+
+QStringList queueKeys()
+{
+    return {u"store"_s, u"parallel"_s, u"lease"_s};
+}
+
+} // namespace till
