@@ -100,7 +100,8 @@ public:
     {
         auto& actor = actors[step[1] % 2];
         const std::vector<Model> allowed = expected(*actor, step);
-        actor->fuse = step[4] % 16;
+        // One step in four dies, or late wake-ups would be too rare.
+        actor->fuse = step[4] % 4 == 0 ? step[4] / 4 % 16 : 0;
         bool hasDied = false;
         try {
             act(*actor, step);
@@ -121,7 +122,7 @@ public:
     }
 
 private:
-    static QString idOf(const Step& step) { return QString::number(step[2] % 4); }
+    static QString idOf(const Step& step) { return QString::number(step[2] % 12); }
 
     void act(Actor& actor, const Step& step)
     {
@@ -276,7 +277,10 @@ private:
 
 TEST(StoreProperties, AStepHappensAsAWholeOrNotAtAllWhereverItsProcessDies)
 {
-    EXPECT_TRUE(rc::check([](const std::vector<Step>& steps) {
+    EXPECT_TRUE(rc::check([] {
+        // Long enough for workers to lose receipts and wake up late.
+        const auto steps =
+            *rc::gen::resize(100, rc::gen::container<std::vector<Step>>(100, rc::gen::arbitrary<Step>()));
         const QTemporaryDir folder(folderTemplate());
         World world(folder.path());
         for (const Step& step : steps)
