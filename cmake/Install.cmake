@@ -49,6 +49,9 @@ file(RELATIVE_PATH prefix_of_pkgconfig /${pkgconfig} /)
 configure_file(${PROJECT_SOURCE_DIR}/cmake/frdriver.pc.in ${PROJECT_BINARY_DIR}/installed/frdriver.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/installed/frdriver.pc DESTINATION ${pkgconfig} COMPONENT sdk)
 
+# Below /usr, systemd finds it here.
+install(FILES ${PROJECT_SOURCE_DIR}/hostcli/systemd/frhost-queue@.service DESTINATION lib/systemd/system
+    COMPONENT frhost)
 install(FILES ${PROJECT_SOURCE_DIR}/docs/receipt.schema.json ${PROJECT_SOURCE_DIR}/docs/result.schema.json
     DESTINATION ${FRDRIVER_INSTALLED_DATA} COMPONENT frhost)
 set(examples ${PROJECT_SOURCE_DIR}/examples)

@@ -2,6 +2,7 @@
 
 #include "hostcli/commands/setup.h"
 #include "hostcli/queue/open.h"
+#include "hostcli/service/servicemanager.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/interruption.h"
 #include "hostcli/terminal/resultreport.h"
@@ -27,14 +28,21 @@ ExitCode queueWork(const CommandLine& line)
     surroundings.plugin = pluginOf(line);
     surroundings.toLine = [](const ReceiptResult& result) { return toJsonLine(result).trimmed(); };
     surroundings.say = [](const QString& text) { Console::instance().line(text); };
+    ServiceManager manager;
+    surroundings.showTrouble = [&](const QString& trouble) {
+        manager.reportStatus(trouble.isEmpty() ? Text::tr("Working") : trouble);
+    };
+    surroundings.showLife = [&] { manager.reportAlive(); };
     surroundings.lease = place.config.queue.lease;
     surroundings.untilEmpty = line.queue.untilEmpty;
     const QString name = u"%1:%2"_s.arg(QSysInfo::machineHostName(), QString::number(getpid()));
     queue::Worker worker(std::move(surroundings), place.config.queue.parallel, name);
     const OnInterruption interruption([&] {
         Console::instance().line(Text::tr("Interrupted: what is being sent is finished first."));
+        manager.reportStopping();
         worker.stop();
     });
+    manager.reportReady();
     return worker.run() ? ExitCode::Success : ExitCode::Unknown;
 }
 

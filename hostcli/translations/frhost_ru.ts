@@ -1801,5 +1801,9 @@
         <source>Interrupted: what is being sent is finished first.</source>
         <translation>Прервано: начатая отправка будет закончена.</translation>
     </message>
+    <message>
+        <source>Working</source>
+        <translation>Работает</translation>
+    </message>
 </context>
 </TS>

@@ -78,6 +78,7 @@ bool Lane::isOver()
     }
     isConnected = true;
     claims.setTrouble({});
+    surroundings.showTrouble({});
     return true;
 }
 
@@ -130,6 +131,7 @@ void Lane::keepWatch(const Claim& claim)
 void Lane::pauseFor(const QString& trouble)
 {
     claims.setTrouble(trouble);
+    surroundings.showTrouble(trouble);
     surroundings.say(trouble);
 }
 

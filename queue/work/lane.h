@@ -21,6 +21,10 @@ struct Surroundings
     std::function<QByteArray(const till::ReceiptResult&)> toLine;
     /// A message for people.
     std::function<void(const QString&)> say;
+    /// What a person must do before the register works again; empty when it works.
+    std::function<void(const QString&)> showTrouble = [](const QString&) {};
+    /// Called several times a second, in the thread of the worker, as long as it goes on.
+    std::function<void()> showLife = [] {};
     std::chrono::milliseconds lease;
     /// How long an idle lane waits before it looks into the store again.
     std::chrono::milliseconds idle{200};

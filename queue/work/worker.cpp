@@ -63,6 +63,7 @@ void Worker::keepAlive(Claims& claims)
     try {
         while (isRunning()) {
             std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            surroundings.showLife();
             if (const auto now = std::chrono::steady_clock::now(); now - last > surroundings.lease / 3) {
                 claims.beat();
                 last = now;

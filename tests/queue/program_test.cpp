@@ -1,5 +1,6 @@
 #include "tests/e2e/support/emulatorprocess.h"
 #include "tests/e2e/support/shop.h"
+#include "tests/support/notifysocket.h"
 
 #include <QElapsedTimer>
 
@@ -143,6 +144,30 @@ TEST_F(QueueProgram, KeepsReceiptsWhileTheAccountIsAtFault)
     EXPECT_EQ(work().exitCode, 0);
     EXPECT_EQ(results(), QStringList{u"r1 registered"_s});
     EXPECT_EQ(queue({u"list"_s}).err, QString());
+}
+
+TEST_F(QueueProgram, TellsTheServiceManagerHowItIs)
+{
+    const NotifySocket manager("@frhost-test-" + QByteArray::number(getpid()));
+    qputenv("WATCHDOG_USEC", "200000");
+    QByteArrayList heard;
+    const auto hears = [&](const QByteArray& message) {
+        return comesTrue([&] { return (heard += manager.heard()).contains(message); });
+    };
+    shop.configure(u"login"_s, u"nobody"_s);
+    Running worked = worker();
+    EXPECT_TRUE(hears("READY=1"));
+    EXPECT_TRUE(hears("WATCHDOG=1"));
+    EXPECT_TRUE(
+        comesTrue([&] { return (heard += manager.heard()).join('\n').contains("STATUS=The service at"); }));
+    EXPECT_FALSE(heard.contains("STATUS=Working"));
+    EXPECT_FALSE(heard.contains("STOPPING=1"));
+    worked.signal(SIGTERM);
+    EXPECT_EQ(worked.end().exitCode, 0);
+    EXPECT_TRUE(hears("STOPPING=1"));
+    shop.configure(u"login"_s, u"shop"_s);
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_TRUE(hears("STATUS=Working"));
 }
 
 TEST_F(QueueProgram, GoesOnWhenTheGroupIsCorrect)
