@@ -2,9 +2,9 @@
 
 #include "emulator/api/api.h"
 #include "emulator/callbacks/callbacks.h"
-#include "emulator/http/server.h"
 #include "emulator/options.h"
 #include "emulator/replay/replay.h"
+#include "emulator/server/server.h"
 #include "emulator/service/service.h"
 #include "emulator/store/store.h"
 

@@ -2,8 +2,8 @@
 
 #include "emulator/callbacks/callbacklimits.h"
 #include "emulator/faults/fault.h"
-#include "emulator/http/limits.h"
-#include "emulator/http/tlsfiles.h"
+#include "emulator/server/limits.h"
+#include "emulator/server/tlsfiles.h"
 #include "emulator/service/serviceoptions.h"
 
 #include <cstdint>

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "emulator/http/answer.h"
-#include "emulator/http/budget.h"
-#include "emulator/http/hub.h"
-#include "emulator/http/limits.h"
+#include "emulator/server/budget.h"
+#include "emulator/server/hub.h"
+#include "emulator/server/limits.h"
 
 #include <boost/asio/awaitable.hpp>
 #include <boost/beast/core/tcp_stream.hpp>

@@ -1,6 +1,6 @@
-#include "emulator/http/server.h"
+#include "emulator/server/server.h"
 
-#include "emulator/http/session.h"
+#include "emulator/server/session.h"
 
 #include <boost/asio.hpp>
 #include <boost/beast/ssl.hpp>

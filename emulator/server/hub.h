@@ -1,6 +1,6 @@
 #pragma once
 
-#include "emulator/http/budget.h"
+#include "emulator/server/budget.h"
 
 #include <boost/asio/any_io_executor.hpp>
 #include <boost/asio/steady_timer.hpp>

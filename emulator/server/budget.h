@@ -1,6 +1,6 @@
 #pragma once
 
-#include "emulator/http/limits.h"
+#include "emulator/server/limits.h"
 
 #include <cstddef>
 #include <cstdint>

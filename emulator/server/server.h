@@ -1,8 +1,8 @@
 #pragma once
 
 #include "emulator/http/answer.h"
-#include "emulator/http/limits.h"
-#include "emulator/http/tlsfiles.h"
+#include "emulator/server/limits.h"
+#include "emulator/server/tlsfiles.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "emulator/http/framing.h"
+#include "emulator/server/framing.h"
 
 #include <boost/beast/core/string.hpp>
 

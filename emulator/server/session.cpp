@@ -1,6 +1,6 @@
-#include "emulator/http/session.h"
+#include "emulator/server/session.h"
 
-#include "emulator/http/framing.h"
+#include "emulator/server/framing.h"
 
 #include <boost/asio.hpp>
 #include <boost/beast/core.hpp>

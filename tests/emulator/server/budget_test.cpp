@@ -1,4 +1,4 @@
-#include "emulator/http/budget.h"
+#include "emulator/server/budget.h"
 #include "tests/emulator/support/running.h"
 
 #include <gmock/gmock.h>
