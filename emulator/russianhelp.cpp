@@ -81,6 +81,8 @@ void helpInRussian(CLI::App& app)
     app.failure_message(complaintInRussian);
     app.get_formatter()->label("Usage", "Запуск");
     app.get_formatter()->label("OPTIONS", "ПАРАМЕТРЫ");
+    app.get_formatter()->label("Excludes", "Нельзя вместе с");
+    app.get_formatter()->label("Needs", "Только вместе с");
 }
 
 bool wantsRussian()
