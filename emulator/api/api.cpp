@@ -4,12 +4,12 @@
 #include "emulator/api/qr.h"
 #include "emulator/api/query.h"
 #include "emulator/api/receipts.h"
+#include "emulator/api/recording.h"
 #include "emulator/http/jsonreply.h"
 #include "emulator/values/jsonreader.h"
 #include "emulator/values/plaintext.h"
 
 #include <optional>
-#include <ranges>
 
 namespace emulator {
 
@@ -39,18 +39,6 @@ std::string qrOf(const Document& document)
     return document.payload.is_object()
                ? qrText(document.payload, document.readyAt, settlementOf(document.operation))
                : std::string();
-}
-
-Json toJson(const Exchange& exchange)
-{
-    Json json{{"sequence", exchange.sequence}, {"at", isoTime(exchange.at)},
-        {"endpoint", nameOf(exchange.endpoint)}, {"group", exchange.groupCode},
-        {"external_id", exchange.externalId}, {"uuid", exchange.uuid}, {"login", exchange.login},
-        {"status", exchange.status}, {"fault", exchange.fault}, {"request", exchange.request},
-        {"answer", exchange.answer}};
-    if (exchange.code)
-        json["code"] = *exchange.code;
-    return json;
 }
 
 Json toJson(const std::vector<Exchange>& exchanges)
@@ -105,6 +93,8 @@ Answer Api::answer(const Request& request)
         return {.follow = true};
     try {
         rejectBadQuery(request);
+        if (request.path == "/_emulator/recording" && request.method == "GET")
+            return recordingOf(request, store);
         return {.reply = route(request)};
     } catch (const JsonError& error) {
         return {.reply = errorReply(400, error.what())};
@@ -135,8 +125,6 @@ Reply Api::route(const Request& request)
         return jsonReply(200, service.rules().list());
     if (path == "exchanges" && method == "GET")
         return exchanges(request);
-    if (path == "recording" && method == "GET")
-        return recording(request);
     if (path == "effects" && method == "GET")
         return effectsReply();
     if (path == "faults" && method == "GET")
@@ -223,15 +211,6 @@ Reply Api::exchanges(const Request& request) const
     const std::string group = request.parameter("group");
     return jsonReply(200, toJson(externalId.empty() ? store.newestExchanges(group, limitIn(request))
                                                     : store.exchanges(group, externalId, rangeIn(request))));
-}
-
-Reply Api::recording(const Request& request) const
-{
-    std::string lines;
-    const auto all = store.newestExchanges(request.parameter("group"), limitIn(request, 1000));
-    for (const Exchange& exchange : all | std::views::reverse)
-        lines += toLine(toJson(exchange)) + "\n";
-    return {.contentType = "application/x-ndjson", .body = lines};
 }
 
 Reply Api::faults() const

@@ -45,7 +45,6 @@ private:
     Reply clearDocuments();
     Reply refusal(const std::string& id) const;
     Reply exchanges(const Request& request) const;
-    Reply recording(const Request& request) const;
     Reply faults() const;
     Reply addFaults(const std::string& body);
     Reply clearFaults();

@@ -43,6 +43,9 @@ struct Answer
 {
     Reply reply{};
     Wire wire{};
+    /// Returns the next piece of a body that is not in `reply`, and an empty one at its end. Called until
+    /// then or until the client is gone.
+    std::function<std::string()> next{};
     /// Send server-sent events from now on instead of the reply.
     bool follow = false;
 

@@ -58,14 +58,22 @@ void setTarget(Request& request, std::string_view target)
     }
 }
 
-std::string head(const Reply& reply, std::size_t contentLength, bool keepAlive)
+std::string head(const Reply& reply, std::optional<std::size_t> contentLength, bool keepAlive)
 {
     std::string text = "HTTP/1.1 " + std::to_string(reply.status) + ' ';
     text += reason(reply.status);
     text += "\r\nServer: fremulator\r\nContent-Type: " + reply.contentType;
-    text += "\r\nContent-Length: " + std::to_string(contentLength);
+    text += contentLength ? "\r\nContent-Length: " + std::to_string(*contentLength)
+                          : "\r\nTransfer-Encoding: chunked";
     text += keepAlive ? "\r\nConnection: keep-alive\r\n" : "\r\nConnection: close\r\n";
     return text + reply.headers + "\r\n";
+}
+
+std::string chunkOf(const std::string& piece)
+{
+    std::array<char, 2 * sizeof(std::size_t)> size{};
+    const char* end = std::to_chars(size.data(), size.data() + size.size(), piece.size(), 16).ptr;
+    return std::string(std::as_const(size).data(), end) + "\r\n" + piece + "\r\n";
 }
 
 } // namespace emulator

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -68,7 +69,11 @@ struct Reply
 /// Sets path and query from a request target such as "/a%20b?c=d".
 void setTarget(Request& request, std::string_view target);
 
-/// Status line and headers up to and including the empty line. `contentLength` is declared, right or wrong.
-[[nodiscard]] std::string head(const Reply& reply, std::size_t contentLength, bool keepAlive);
+/// Status line and headers up to and including the empty line. `contentLength` is declared, right or wrong;
+/// without one, the body comes in chunks.
+[[nodiscard]] std::string head(const Reply& reply, std::optional<std::size_t> contentLength, bool keepAlive);
+
+/// A piece of a body that comes in chunks; an empty one ends the body.
+[[nodiscard]] std::string chunkOf(const std::string& piece);
 
 } // namespace emulator

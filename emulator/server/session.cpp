@@ -98,7 +98,11 @@ public:
             }
             // The request is gone, which may have been large, and its answer may be delayed for long.
             account.hold(buffer.capacity());
-            keep = answer.follow ? co_await sendEvents() : co_await send(answer, keepAlive);
+            if (answer.follow)
+                keep = co_await sendEvents();
+            else
+                keep =
+                    answer.next ? co_await sendPieces(answer, keepAlive) : co_await send(answer, keepAlive);
             account.hold(buffer.capacity());
         }
     }
@@ -181,6 +185,22 @@ private:
         if (wire.end == Wire::End::Hold)
             co_await holdUntilPeerLeaves();
         co_return answer.keeps(keepAlive);
+    }
+
+    // Likewise, for a body that is never in memory as a whole.
+    asio::awaitable<bool> sendPieces(const Answer& answer, bool keepAlive)
+    {
+        const bool keep = answer.keeps(keepAlive);
+        const std::string start = head(answer.reply, std::nullopt, keep);
+        bool written = co_await write(start);
+        for (bool more = true; more && written;) {
+            const std::string piece = answer.next();
+            more = !piece.empty();
+            const std::string chunk = chunkOf(piece);
+            account.hold(piece.size() + chunk.size());
+            written = co_await write(chunk);
+        }
+        co_return written&& keep;
     }
 
     void reset()

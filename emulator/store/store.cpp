@@ -109,6 +109,10 @@ Store::Store(const std::string& file, std::int64_t keep)
           " ORDER BY sequence")
     , selectNewest(database,
           "SELECT * FROM exchanges WHERE ?1 = '' OR group_code = ?1 ORDER BY sequence DESC LIMIT ?2")
+    , selectOldest(database,
+          "SELECT * FROM exchanges WHERE (?1 = '' OR group_code = ?1 OR endpoint = 'token')"
+          " AND sequence > ?2 AND (?3 = 0 OR sequence < ?3) ORDER BY sequence LIMIT ?4")
+    , selectLast(database, "SELECT ifnull(max(sequence), 0) FROM exchanges")
     , pruneWire(database, "DELETE FROM register_calls WHERE sequence <= ?")
     , refusalTable(database, exchangesPerDocument * keep)
 {
@@ -264,6 +268,17 @@ std::vector<Exchange> Store::exchanges(
 std::vector<Exchange> Store::newestExchanges(const std::string& groupCode, int limit)
 {
     return readExchanges(selectNewest.rows(groupCode, limit));
+}
+
+std::vector<Exchange> Store::oldestExchanges(const std::string& groupCode, const ExchangeRange& range)
+{
+    return readExchanges(selectOldest.rows(groupCode, range.after, range.before, range.limit));
+}
+
+std::int64_t Store::newestSequence()
+{
+    sqlite::Rows rows = selectLast.rows();
+    return rows.next() ? rows.integer(0) : 0;
 }
 
 void Store::clear()

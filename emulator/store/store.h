@@ -80,6 +80,12 @@ public:
         const std::string& groupCode, const std::string& externalId, const ExchangeRange& range);
     /// Newest first, of every endpoint; of one group if it is given.
     [[nodiscard]] std::vector<Exchange> newestExchanges(const std::string& groupCode, int limit);
+    /// The oldest of a range instead of its newest, of every endpoint; of one group and the token calls if a
+    /// group is given.
+    [[nodiscard]] std::vector<Exchange> oldestExchanges(
+        const std::string& groupCode, const ExchangeRange& range);
+    /// Of the newest exchange; 0 if there are none.
+    [[nodiscard]] std::int64_t newestSequence();
 
     [[nodiscard]] Refusals& refusals() { return refusalTable; }
 
@@ -111,6 +117,8 @@ private:
     sqlite::Statement pruneExchanges;
     sqlite::Statement selectExchanges;
     sqlite::Statement selectNewest;
+    sqlite::Statement selectOldest;
+    sqlite::Statement selectLast;
     sqlite::Statement pruneWire;
     Refusals refusalTable;
 };

@@ -36,7 +36,7 @@ expected = """
 200 0 GET _emulator/rules
 200 0 GET _emulator/exchanges?group=shop_1&external_id=till-1
 200 0 GET _emulator/exchanges?limit=10
-200 0 GET _emulator/recording?limit=1000
+200 0 GET _emulator/recording
 200 0 GET _emulator/effects
 200 0 POST _emulator/faults
 200 0 GET _emulator/faults

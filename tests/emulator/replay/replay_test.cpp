@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <unistd.h>
@@ -131,6 +132,19 @@ TEST_F(Replay, RepeatsAndRecordsOddErrors)
         EXPECT_EQ(answer.json()["error"]["code"], code);
     }
     EXPECT_EQ(get("/_emulator/exchanges").json()["exchanges"].size(), codes.size());
+}
+
+TEST_F(Replay, BeginsWithTheTokenHoweverLongTheSessionWas)
+{
+    start();
+    takeToken();
+    for (int i = 0; i < 1001; ++i)
+        EXPECT_EQ(report("unknown").status, 400);
+    const std::string recording = get("/_emulator/recording?group=group-1").body;
+    EXPECT_EQ(std::ranges::count(recording, '\n'), 1002);
+    replay(recording);
+    takeToken();
+    EXPECT_EQ(report("unknown").status, 400);
 }
 
 TEST_F(Replay, DecodesBase64InLines)

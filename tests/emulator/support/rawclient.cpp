@@ -24,6 +24,25 @@ std::size_t contentLength(const std::string& head)
     return at == std::string::npos ? 0 : std::stoul(head.substr(at + name.size()));
 }
 
+// How many bytes of `text` are a body in chunks; nothing as long as its end is missing. Adds the pieces to
+// `body`.
+std::optional<std::size_t> chunksIn(const std::string& text, std::string& body)
+{
+    body.clear();
+    for (std::size_t at = 0;;) {
+        const std::size_t line = text.find("\r\n", at);
+        if (line == std::string::npos)
+            return std::nullopt;
+        const std::size_t size = std::stoul(text.substr(at, line - at), nullptr, 16);
+        at = line + 2 + size + 2;
+        if (at > text.size())
+            return std::nullopt;
+        if (size == 0)
+            return at;
+        body += text.substr(line + 2, size);
+    }
+}
+
 } // namespace
 
 RawClient::RawClient(std::uint16_t port, const char* from)
@@ -70,6 +89,17 @@ RawClient::End RawClient::readSome(std::chrono::milliseconds patience)
     return count == 0 ? End::Closed : End::Open;
 }
 
+std::optional<std::size_t> RawClient::takeBody(Answer& answer) const
+{
+    if (answer.head.find("Transfer-Encoding: chunked") != std::string::npos)
+        return chunksIn(buffer.substr(answer.head.size()), answer.body);
+    const std::size_t length = contentLength(answer.head);
+    if (buffer.size() < answer.head.size() + length)
+        return std::nullopt;
+    answer.body = buffer.substr(answer.head.size(), length);
+    return length;
+}
+
 RawClient::Answer RawClient::receive()
 {
     Answer answer;
@@ -77,11 +107,10 @@ RawClient::Answer RawClient::receive()
         const std::size_t end = buffer.find("\r\n\r\n");
         if (end != std::string::npos) {
             answer.head = buffer.substr(0, end + 4);
-            const std::size_t length = contentLength(answer.head);
-            if (buffer.size() >= answer.head.size() + length) {
+            const auto length = takeBody(answer);
+            if (length) {
                 answer.status = std::stoi(answer.head.substr(9, 3));
-                answer.body = buffer.substr(answer.head.size(), length);
-                buffer.erase(0, answer.head.size() + length);
+                buffer.erase(0, answer.head.size() + *length);
                 return answer;
             }
         }

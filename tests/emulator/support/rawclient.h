@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <optional>
 #include <string>
 
 /// An HTTP client on a plain socket, which shows exactly what is on the wire.
@@ -35,7 +36,7 @@ public:
         [[nodiscard]] emulator::Json json() const { return emulator::Json::parse(body); }
     };
 
-    /// Reads one answer of the length that it declares. Throws if it does not arrive.
+    /// Reads one answer of the length that it declares, or in chunks. Throws if it does not arrive.
     [[nodiscard]] Answer receive();
 
     /// Reads until the connection ends or nothing has arrived for `patience`.
@@ -47,6 +48,9 @@ public:
 private:
     /// Reads the available bytes into the buffer.
     End readSome(std::chrono::milliseconds patience);
+
+    /// The length of the body in the buffer after the head; nothing if it has not arrived as a whole.
+    [[nodiscard]] std::optional<std::size_t> takeBody(Answer& answer) const;
 
     int handle = -1;
     std::string buffer;
