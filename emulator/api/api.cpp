@@ -5,6 +5,7 @@
 #include "emulator/api/query.h"
 #include "emulator/api/receipts.h"
 #include "emulator/api/recording.h"
+#include "emulator/api/rules.h"
 #include "emulator/http/jsonreply.h"
 #include "emulator/values/jsonreader.h"
 #include "emulator/values/plaintext.h"
@@ -122,7 +123,7 @@ Reply Api::route(const Request& request)
     if (path == "service" && method == "GET")
         return jsonReply(200, accounts(service.settings(), replaying));
     if (path == "rules" && method == "GET")
-        return jsonReply(200, service.rules().list());
+        return jsonReply(200, rulesOf(service));
     if (path == "exchanges" && method == "GET")
         return exchanges(request);
     if (path == "effects" && method == "GET")
@@ -175,11 +176,7 @@ Reply Api::document(const std::string& uuid) const
     const auto document = store.findDocument(uuid);
     if (!document)
         return errorReply(404, "document not found: " + uuid);
-    Json json = summary(*document);
-    json["device_code"] = document->deviceCode;
-    json["ready_at"] = isoTime(document->readyAt);
-    json["request"] = Json::parse(document->body);
-    json["report"] = Json::parse(service.statusOf(*document).body);
+    Json json = detailsOf(*document, store, service);
     json["qr"] = qrOf(*document);
     return jsonReply(200, json);
 }

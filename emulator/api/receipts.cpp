@@ -29,6 +29,36 @@ Json orNull(const std::optional<int>& number)
     return number ? Json(*number) : Json();
 }
 
+// Registers print the whole sum where no VAT is in it, or none that is known.
+std::int64_t printedVat(const std::string& type, std::int64_t kopecks)
+{
+    const std::int64_t tax = vatIn(type, kopecks).value_or(0);
+    return tax == 0 ? kopecks : tax;
+}
+
+Json vatsOf(const Json& object)
+{
+    const Json& given = valueOf(object, "vats");
+    if (!given.empty())
+        return given;
+    std::vector<std::pair<std::string, std::int64_t>> sums;
+    for (const Json& item : valueOf(object, "items")) {
+        const std::string type = textOf(objectOf(item, "vat"), "type");
+        const auto sum = wholePartsOf(valueOf(item, "sum"), 100);
+        if (type.empty() || !sum)
+            continue;
+        const auto found = std::ranges::find(sums, type, &std::pair<std::string, std::int64_t>::first);
+        if (found == sums.end())
+            sums.emplace_back(type, *sum);
+        else
+            found->second += *sum;
+    }
+    Json all = Json::array();
+    for (const auto& [type, sum] : sums)
+        all.push_back({{"type", type}, {"sum", roubles(printedVat(type, sum))}});
+    return all;
+}
+
 Json summaryOf(const Refusal& refusal, Store& store)
 {
     const Exchange& exchange = refusal.exchange;
@@ -52,6 +82,19 @@ Json summaryOf(const Document& document, Store& store, const Service& service)
         {"received_at", isoTime(document.receivedAt)}, {"status", service.statusWord(document)},
         {"total", roubles(document.totalKopecks)},
         {"wire_requests", store.requests(document.groupCode, document.externalId)}};
+}
+
+Json detailsOf(const Document& document, Store& store, const Service& service)
+{
+    const Json request = Json::parse(document.body);
+    Json json = summaryOf(document, store, service);
+    json["device_code"] = document.deviceCode;
+    json["ready_at"] = isoTime(document.readyAt);
+    json["request"] = request;
+    json["report"] = Json::parse(service.statusOf(document).body);
+    json["vats"] = vatsOf(valueOf(request, request.contains("correction") ? "correction" : "receipt"));
+    json["fields"] = service.statusWord(document) == "fail" ? service.fieldsToBlame(document) : Json::array();
+    return json;
 }
 
 Json detailsOf(const Refusal& refusal, Store& store)

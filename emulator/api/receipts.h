@@ -9,6 +9,10 @@ namespace emulator {
 /// A document as it appears in lists.
 [[nodiscard]] Json summaryOf(const Document& document, Store& store, const Service& service);
 
+/// A document with everything known about it. `vats` are the sums of VAT as printed on the receipt, `fields`
+/// those because of which the document failed.
+[[nodiscard]] Json detailsOf(const Document& document, Store& store, const Service& service);
+
 /// A refused call with everything known about it.
 [[nodiscard]] Json detailsOf(const Refusal& refusal, Store& store);
 

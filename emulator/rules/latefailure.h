@@ -1,11 +1,12 @@
 #pragma once
 
+#include "emulator/rules/relations.h"
 #include "emulator/rules/revision.h"
 #include "emulator/values/json.h"
 
 #include <optional>
-#include <string>
 #include <string_view>
+#include <vector>
 
 namespace emulator {
 
@@ -15,11 +16,14 @@ struct LateFailure
     int code;
     std::string_view type;
     std::string_view text;
+    /// The fields that are to blame.
+    std::vector<Violation> fields{};
 };
 
-/// The failure that awaits a receipt or correction without violations, if any. `inn` is the group's taxpayer
-/// number; if empty, any will do.
-[[nodiscard]] std::optional<LateFailure> lateFailureOf(
-    const Json& object, const std::string& inn, const Edition& edition);
+/// The failure that awaits a receipt or correction without violations, if any.
+[[nodiscard]] std::optional<LateFailure> lateFailureOf(const Checked& checked, const Edition& edition);
+
+/// The rules for such failures that are in force: objects with `field`, `rule`, `source`, `code` and `type`.
+[[nodiscard]] Json lateRules(const Edition& edition);
 
 } // namespace emulator

@@ -1,22 +1,21 @@
 #include "emulator/rules/lists.h"
 
 #include <algorithm>
-#include <array>
+#include <cmath>
+#include <span>
 
 namespace emulator {
 
 namespace {
 
 constexpr int always = 0;
-constexpr int forGood = 999999;
 
-// A name and the months, as in Revision, in which it is accepted.
+// A name and the month, as in Revision, since which it is accepted.
 struct Name
 {
     std::string_view name;
     Source source;
     int from = always;
-    int until = forGood;
 };
 
 using enum Source;
@@ -34,13 +33,11 @@ constexpr Name vatTypes[] = {
     {"vat5", Described, 202412},
     {"vat7", Described, 202412},
     {"vat10", Described},
-    {"vat18", Described, always, 201812},
     {"vat20", Described},
     {"vat22", Described, 202511},
     {"vat105", Described, 202412},
     {"vat107", Described, 202412},
     {"vat110", Described},
-    {"vat118", Described, always, 201812},
     {"vat120", Described},
     {"vat122", Described, 202511},
 };
@@ -95,32 +92,56 @@ constexpr Rate rates[] = {{"none", 0}, {"vat0", 0}, {"vat5", 5}, {"vat7", 7}, {"
     {"vat20", 20}, {"vat22", 22}, {"vat105", 5}, {"vat107", 7}, {"vat110", 10}, {"vat118", 18},
     {"vat120", 20}, {"vat122", 22}};
 
-std::vector<std::string> namesIn(const auto& table, Revision revision)
+struct NameList
 {
-    std::vector<std::string> names;
-    for (const Name& row : table) {
-        if (row.from <= static_cast<int>(revision) && static_cast<int>(revision) <= row.until)
-            names.emplace_back(row.name);
-    }
-    return names;
-}
+    const char* key;
+    std::vector<std::string> Lists::*names;
+    std::span<const Name> known;
+};
+
+constexpr NameList nameLists[] = {
+    {"operations", &Lists::operations, operations},
+    {"taxationSystems", &Lists::taxationSystems, taxationSystems},
+    {"vatTypes", &Lists::vatTypes, vatTypes},
+    {"agentTypes", &Lists::agentTypes, agentTypes},
+    {"paymentMethods", &Lists::paymentMethods, paymentMethods},
+    {"paymentObjects", &Lists::paymentObjects, paymentObjects},
+};
 
 } // namespace
 
 Lists listsOf(Revision revision)
 {
-    return {.operations = namesIn(operations, revision),
-        .taxationSystems = namesIn(taxationSystems, revision),
-        .vatTypes = namesIn(vatTypes, revision),
-        .agentTypes = namesIn(agentTypes, revision),
-        .paymentMethods = namesIn(paymentMethods, revision),
-        .paymentObjects = namesIn(paymentObjects, revision)};
+    Lists lists;
+    for (const NameList& list : nameLists) {
+        for (const Name& row : list.known) {
+            if (row.from <= static_cast<int>(revision))
+                (lists.*list.names).emplace_back(row.name);
+        }
+    }
+    return lists;
 }
 
-std::optional<int> vatRate(std::string_view vatType)
+Json listed(const Lists& lists)
+{
+    Json all;
+    for (const NameList& list : nameLists) {
+        Json& names = all[list.key] = Json::array();
+        for (const std::string& name : lists.*list.names) {
+            const auto found = std::ranges::find(list.known, name, &Name::name);
+            const bool known = found != list.known.end();
+            names.push_back({{"name", name}, {"source", known ? Json(letterOf(found->source)) : Json()}});
+        }
+    }
+    return all;
+}
+
+std::optional<std::int64_t> vatIn(std::string_view vatType, std::int64_t kopecks)
 {
     const auto* found = std::ranges::find(rates, vatType, &Rate::name);
-    return found == std::end(rates) ? std::nullopt : std::optional(found->percent);
+    if (found == std::end(rates))
+        return std::nullopt;
+    return std::llround(static_cast<double>(kopecks) * found->percent / (100 + found->percent));
 }
 
 } // namespace emulator

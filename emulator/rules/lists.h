@@ -1,7 +1,9 @@
 #pragma once
 
 #include "emulator/rules/revision.h"
+#include "emulator/values/json.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,7 +25,11 @@ struct Lists
 /// The names that are accepted in a revision.
 [[nodiscard]] Lists listsOf(Revision revision);
 
-/// A rate of VAT in percent; nothing if the name is not known.
-[[nodiscard]] std::optional<int> vatRate(std::string_view vatType);
+/// Every list with its names: objects with `name` and `source`, which is null for a configured name that the
+/// service is not known to have.
+[[nodiscard]] Json listed(const Lists& lists);
+
+/// The tax included in a sum; nothing if the name is not known.
+[[nodiscard]] std::optional<std::int64_t> vatIn(std::string_view vatType, std::int64_t kopecks);
 
 } // namespace emulator

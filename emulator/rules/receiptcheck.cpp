@@ -124,15 +124,15 @@ std::vector<Violation> ReceiptCheck::violations(
 
 Json ReceiptCheck::list() const
 {
-    const auto letter = [](Source source) { return std::string(1, static_cast<char>(source)); };
     Json all;
     for (const Rules* rules : {&receipts, &corrections}) {
         Json& listed = all[rules->object] = Json::array();
         for (const auto& [rule, steps] : rules->fields)
             listed.push_back({{"field", rule.path}, {"required", rule.need == Need::Required},
-                {"rule", expectation(rule, lists)}, {"source", letter(rule.source)}});
+                {"rule", expectation(rule, lists)}, {"source", letterOf(rule.source)}});
         for (const Relation& relation : rules->relations)
-            listed.push_back({{"rule", relation.rule}, {"source", letter(relation.source)}});
+            listed.push_back({{"field", rules->object + "." + std::string(relation.field)},
+                {"rule", relation.rule}, {"source", letterOf(relation.source)}});
     }
     return all;
 }

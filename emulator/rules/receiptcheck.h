@@ -21,8 +21,8 @@ public:
     [[nodiscard]] std::vector<Violation> violationsOfCorrection(
         const Json& body, const std::string& inn) const;
 
-    /// The rules in force: objects with `field`, `required`, `rule` and `source`, for rules about several
-    /// fields only with the latter two.
+    /// The rules in force: objects with `field`, `rule`, `source` and, unless they are about several fields,
+    /// `required`.
     [[nodiscard]] Json list() const;
 
 private:

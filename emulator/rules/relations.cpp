@@ -15,21 +15,23 @@ constexpr std::int64_t largestDifference = 99; // kopecks
 
 using Found = std::vector<Violation>;
 
-void add(Found& found, const Relation& relation, const std::string& field, const char* kind)
+void add(Found& found, const Relation& relation, const Checked& checked, const char* kind)
 {
-    found.push_back({field, std::string(relation.rule), kind});
+    found.push_back({checked.name + "." + std::string(relation.field), std::string(relation.rule), kind});
 }
 
 // Reports every item that breaks the relation.
-void eachItem(const Relation& relation, const Checked& checked, Found& found, const char* key,
-    bool (*isBroken)(const Json& item))
+void eachItem(
+    const Relation& relation, const Checked& checked, Found& found, bool (*isBroken)(const Json& item))
 {
     const Json& items = valueOf(checked.object, "items");
     const std::size_t count = items.is_array() ? std::min(items.size(), mostItems) : 0;
     for (std::size_t i = 0; i < count; ++i) {
-        if (items[i].is_object() && isBroken(items[i]))
-            add(found, relation, checked.name + ".items[" + std::to_string(i) + "]." + key,
-                "PropertyRequired");
+        if (items[i].is_object() && isBroken(items[i])) {
+            add(found, relation, checked, "PropertyRequired");
+            std::string& field = found.back().field;
+            field.insert(field.find("[]") + 1, std::to_string(i));
+        }
     }
 }
 
@@ -37,32 +39,32 @@ void checkContact(const Relation& relation, const Checked& checked, Found& found
 {
     const Json& client = valueOf(checked.object, "client");
     if (client.is_object() && textOf(client, "email").empty() && textOf(client, "phone").empty())
-        add(found, relation, checked.name + ".client", "PropertyRequired");
+        add(found, relation, checked, "PropertyRequired");
 }
 
 void checkInternet(const Relation& relation, const Checked& checked, Found& found)
 {
     if (valueOf(checked.object, "internet") == true && valueOf(checked.object, "client").is_null())
-        add(found, relation, checked.name + ".client", "PropertyRequired");
+        add(found, relation, checked, "PropertyRequired");
 }
 
 void checkInn(const Relation& relation, const Checked& checked, Found& found)
 {
     const std::string given = textOf(objectOf(checked.object, "company"), "inn");
     if (!checked.inn.empty() && isInn(given) && given != checked.inn)
-        add(found, relation, checked.name + ".company.inn", "PatternMismatch");
+        add(found, relation, checked, "PatternMismatch");
 }
 
 void checkVat(const Relation& relation, const Checked& checked, Found& found)
 {
     const auto isBroken = [](const Json& item) { return valueOf(item, "vat").is_null(); };
     if (valueOf(checked.object, "vats").empty())
-        eachItem(relation, checked, found, "vat", isBroken);
+        eachItem(relation, checked, found, isBroken);
 }
 
 void checkSupplier(const Relation& relation, const Checked& checked, Found& found)
 {
-    eachItem(relation, checked, found, "supplier_info", [](const Json& item) {
+    eachItem(relation, checked, found, [](const Json& item) {
         return !valueOf(item, "agent_info").is_null() && valueOf(item, "supplier_info").is_null();
     });
 }
@@ -74,7 +76,7 @@ void checkTotal(
     const auto total = wholePartsOf(valueOf(checked.object, "total"), 100);
     const auto sum = sumOf(checked.object, array);
     if (total && sum && std::abs(*total - *sum) > most)
-        add(found, relation, checked.name + ".total", *total < *sum ? "NumberTooSmall" : "NumberTooBig");
+        add(found, relation, checked, *total < *sum ? "NumberTooSmall" : "NumberTooBig");
 }
 
 void checkPaid(const Relation& relation, const Checked& checked, Found& found)
@@ -91,18 +93,18 @@ using enum Scope;
 using enum Source;
 
 constexpr Relation ofReceipts[] = {
-    {"нужно заполнить email или phone", Always, Described, checkContact},
-    {"обязательное поле, если internet — true", Since2025, Described, checkInternet},
-    {"ИНН не совпадает с ИНН группы", Letter, Described, checkInn},
-    {"ожидается объект", Letter, Described, checkVat},
-    {"обязательное поле, если есть agent_info", Always, Described, checkSupplier},
-    {"итог не равен сумме оплат", Letter, Described, checkPaid},
-    {"итог отличается от суммы позиций больше чем на 99 копеек", Always, Described, checkSold},
+    {"client", "нужно заполнить email или phone", Always, Described, checkContact},
+    {"client", "обязательное поле, если internet — true", Since2025, Described, checkInternet},
+    {"company.inn", "ИНН не совпадает с ИНН группы", Letter, Described, checkInn},
+    {"items[].vat", "ожидается объект", Letter, Described, checkVat},
+    {"items[].supplier_info", "обязательное поле, если есть agent_info", Always, Described, checkSupplier},
+    {"total", "итог не равен сумме оплат", Letter, Described, checkPaid},
+    {"total", "итог отличается от суммы позиций больше чем на 99 копеек", Always, Described, checkSold},
 };
 
 constexpr Relation ofCorrections[] = {
-    {"обязательное поле, если internet — true", Since2025, Inferred, checkInternet},
-    {"ИНН не совпадает с ИНН группы", Letter, Described, checkInn},
+    {"client", "обязательное поле, если internet — true", Since2025, Inferred, checkInternet},
+    {"company.inn", "ИНН не совпадает с ИНН группы", Letter, Described, checkInn},
 };
 
 } // namespace

@@ -37,6 +37,8 @@ struct Checked
 /// A rule about several fields of a body.
 struct Relation
 {
+    /// The field that the answer names, below the receipt or correction, such as `items[].vat`.
+    std::string_view field;
     /// What it demands, in Russian.
     std::string_view rule;
     Scope scope;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace emulator {
@@ -23,6 +24,15 @@ inline constexpr RevisionName revisions[] = {
     {Revision::May2023, "2023-05"},
     {Revision::December2025, "2025-12"},
 };
+
+[[nodiscard]] constexpr std::string_view nameOf(Revision revision)
+{
+    for (const RevisionName& row : revisions) {
+        if (row.revision == revision)
+            return row.name;
+    }
+    return {};
+}
 
 /// Which rules are in force.
 struct Edition
@@ -50,6 +60,12 @@ enum class Source : char
     Told = 'o',     ///< by users
     Inferred = '?'
 };
+
+/// As in the tables of the rules.
+[[nodiscard]] inline std::string letterOf(Source source)
+{
+    return {static_cast<char>(source)};
+}
 
 [[nodiscard]] constexpr bool covers(Scope scope, const Edition& edition)
 {

@@ -1,6 +1,7 @@
 #include "emulator/service/record.h"
 
 #include "emulator/protocol/mask.h"
+#include "emulator/values/money.h"
 
 #include <optional>
 
@@ -17,6 +18,11 @@ std::optional<int> errorCodeIn(const Reply& reply)
     // A recorded answer may have anything there.
     const Json& code = valueOf(valueOf(body, "error"), "code");
     return code.is_number_integer() ? std::optional(code.get<int>()) : std::nullopt;
+}
+
+std::optional<std::int64_t> totalOf(const Json& body)
+{
+    return wholePartsOf(valueOf(valueOf(body, "receipt"), "total"), 100);
 }
 
 std::string describe(const Fault* fault)
@@ -55,6 +61,14 @@ Exchange recordOf(const Call& call, const Request& request, const Answer& answer
         .status = bytes.empty() ? 0 : answer.reply.status,
         .code = bytes.empty() ? std::nullopt : errorCodeIn(answer.reply),
         .fault = describe(fault)};
+}
+
+Refusal refusalOf(const Call& call, const Exchange& exchange, Json fields)
+{
+    return {.exchange = exchange,
+        .operation = call.operation,
+        .totalKopecks = totalOf(call.body),
+        .fields = std::move(fields)};
 }
 
 } // namespace emulator

@@ -4,6 +4,7 @@
 #include "emulator/http/answer.h"
 #include "emulator/protocol/call.h"
 #include "emulator/store/exchange.h"
+#include "emulator/store/refusals.h"
 
 #include <string>
 
@@ -13,6 +14,9 @@ namespace emulator {
 /// texts truncated. `fault` is null if none hit the call.
 [[nodiscard]] Exchange recordOf(
     const Call& call, const Request& request, const Answer& answer, const Fault* fault);
+
+/// A recorded register call as a refusal. `fields` are objects with `field` and `rule`.
+[[nodiscard]] Refusal refusalOf(const Call& call, const Exchange& exchange, Json fields);
 
 /// At most 64 KiB of a text, and how much there was beyond.
 [[nodiscard]] std::string truncated(std::string text);

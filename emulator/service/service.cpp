@@ -7,7 +7,6 @@
 #include "emulator/service/record.h"
 #include "emulator/service/statusreplies.h"
 #include "emulator/values/identifiers.h"
-#include "emulator/values/money.h"
 #include "emulator/values/plaintext.h"
 
 #include <algorithm>
@@ -40,15 +39,16 @@ bool isLogin(const std::string& login)
            login.find_first_of(" \"'<>\\") == std::string::npos;
 }
 
-bool isCorrection(const Call& call)
+bool isCorrection(const std::string& operation)
 {
-    return call.operation.ends_with("_correction");
+    return operation.ends_with("_correction");
 }
 
-// What the call is to register.
-const Json& subjectOf(const Call& call)
+// What the body of a call is to register.
+Checked subjectOf(const std::string& operation, const Json& body, const std::string& inn)
 {
-    return objectOf(call.body, isCorrection(call) ? "correction" : "receipt");
+    const char* name = isCorrection(operation) ? "correction" : "receipt";
+    return {.name = name, .object = objectOf(body, name), .inn = inn};
 }
 
 std::string callbackUrl(const Json& body)
@@ -60,12 +60,6 @@ std::string callbackUrl(const Json& body)
     return url != service->end() && url->is_string() ? url->get<std::string>() : std::string();
 }
 
-std::optional<std::int64_t> totalOf(const Json& body)
-{
-    const Json::json_pointer path("/receipt/total");
-    return body.contains(path) ? wholePartsOf(body[path], 100) : std::nullopt;
-}
-
 Json toJson(const std::vector<Violation>& violations)
 {
     // The answer names all of them.
@@ -74,6 +68,11 @@ Json toJson(const std::vector<Violation>& violations)
     for (const Violation& violation : violations | std::views::take(most))
         all.push_back({{"field", violation.field}, {"rule", violation.rule}});
     return all;
+}
+
+Json errorOf(const LateFailure& failure)
+{
+    return {{"code", failure.code}, {"text", failure.text}, {"type", failure.type}};
 }
 
 } // namespace
@@ -183,10 +182,8 @@ void Service::noteRefusal(const Call& call, const Exchange& exchange)
     }
     const Group* group = findGroup(call.group);
     const bool invalid = exchange.code == toNumber(ErrorCode::InvalidReceipt);
-    store.refusals().add({.exchange = exchange,
-        .operation = call.operation,
-        .totalKopecks = totalOf(call.body),
-        .fields = invalid && group != nullptr ? toJson(wrongFields(call, *group)) : Json::array()});
+    store.refusals().add(refusalOf(
+        call, exchange, invalid && group != nullptr ? toJson(wrongFields(call, *group)) : Json::array()));
 }
 
 Reply Service::issueToken(const Context& context)
@@ -251,13 +248,14 @@ Reply Service::acceptDocument(const Context& context)
 
 std::vector<Violation> Service::wrongFields(const Call& call, const Group& group) const
 {
-    return isCorrection(call) ? check.violationsOfCorrection(call.body, group.inn)
-                              : check.violationsOfReceipt(call.body, group.inn);
+    return isCorrection(call.operation) ? check.violationsOfCorrection(call.body, group.inn)
+                                        : check.violationsOfReceipt(call.body, group.inn);
 }
 
 Document Service::newDocument(const Context& context, const Group& group)
 {
     const Call& call = context.call;
+    const Checked subject = subjectOf(call.operation, call.body, group.inn);
     Document document{.uuid = newUuid(),
         .groupCode = group.code,
         .externalId = call.externalId,
@@ -265,10 +263,10 @@ Document Service::newDocument(const Context& context, const Group& group)
         .login = call.login,
         .receivedAt = clock(),
         .body = toLine(call.body),
-        .totalKopecks = settledKopecks(subjectOf(call)),
+        .totalKopecks = settledKopecks(subject.object),
         .callbackUrl = callbackUrl(call.body),
         .waitsLeft = options.waits};
-    fiscalise(document, group, context.fault, lateFailureOf(subjectOf(call), group.inn, options.edition));
+    fiscalise(document, group, context.fault, lateFailureOf(subject, options.edition));
     store.addDocument(document);
     return document;
 }
@@ -294,7 +292,7 @@ void Service::fiscalise(
         document.error = errorOf(fault->failure, fault->code);
     } else if (late) {
         document.outcome = Outcome::Fail;
-        document.error = {{"code", late->code}, {"text", late->text}, {"type", late->type}};
+        document.error = errorOf(*late);
     } else {
         document.payload = registerReceipt(
             where, document.readyAt, document.totalKopecks, options.receiptsPerShift, options.fnsSite);
@@ -346,6 +344,17 @@ Reply Service::statusOf(const Document& document) const
     if (linked.payload.is_object() && (group == nullptr || group->receiptUrl))
         linked.payload["ofd_receipt_url"] = address + "#" + document.uuid;
     return finishedReply(linked, clock());
+}
+
+Json Service::fieldsToBlame(const Document& document) const
+{
+    const Group* group = findGroup(document.groupCode);
+    if (document.outcome != Outcome::Fail || group == nullptr)
+        return Json::array();
+    const Json body = Json::parse(document.body);
+    const auto late = lateFailureOf(subjectOf(document.operation, body, group->inn), options.edition);
+    // A fault may have failed the document before.
+    return late && errorOf(*late) == document.error ? toJson(late->fields) : Json::array();
 }
 
 Reply Service::error(Endpoint endpoint, ErrorCode code, const std::string& text) const

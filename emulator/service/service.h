@@ -40,6 +40,10 @@ public:
     /// `wait`, `done` or `fail`.
     [[nodiscard]] std::string statusWord(const Document& document) const;
 
+    /// Objects with `field` and `rule`: why a document failed that the register call had accepted. Empty if
+    /// it did not, or not because of its body.
+    [[nodiscard]] Json fieldsToBlame(const Document& document) const;
+
     [[nodiscard]] const ServiceOptions& settings() const { return options; }
     [[nodiscard]] const ReceiptCheck& rules() const { return check; }
     [[nodiscard]] TimePoint now() const { return clock(); }

@@ -2,13 +2,11 @@
 
 import {make} from '../base/dom.js';
 import {labels} from '../base/texts.js';
-import {lateFields} from './latefailure.js';
 import {sentBox} from './marked.js';
 import {fieldRows, markedLines} from './wrongfields.js';
 
 export function failedBox(receipt) {
-  const {error} = receipt.report;
-  const fields = lateFields(receipt);
+  const {fields, report: {error}} = receipt;
   const text = JSON.stringify(receipt.request);
   const lines = markedLines(text, fields);
   return [

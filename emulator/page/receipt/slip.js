@@ -4,23 +4,16 @@ import {make} from '../base/dom.js';
 import {money} from '../base/format.js';
 import {api} from '../base/paths.js';
 import {labels} from '../base/texts.js';
-import {vatIn, vatRates} from './vat.js';
 
-function vatName(type) {
-  return type === 'none' ? labels.noVat : `${labels.vat} ${vatRates[type] || type}`;
+/** In the names, 110 is a rate of 10 in a sum of 110. */
+function rateOf(type) {
+  const rate = Number(type.match(/^vat(\d+)$/)?.[1] ?? NaN);
+  if (Number.isNaN(rate)) return type;
+  return rate > 100 ? `${rate - 100}/${rate}` : `${rate}%`;
 }
 
-/** As printed on slips: the sum itself if there is no tax in it. */
-const printedVat = (type, sum) => vatIn(type, sum) || sum;
-
-function vatSums(body) {
-  if (body.vats?.length) return body.vats.map(vat => [vat.type, vat.sum]);
-  const sums = {};
-  for (const item of body.items || []) {
-    const type = item.vat?.type;
-    if (type) sums[type] = (sums[type] || 0) + printedVat(type, item.sum);
-  }
-  return Object.entries(sums);
+function vatName(type) {
+  return type === 'none' ? labels.noVat : `${labels.vat} ${rateOf(type)}`;
 }
 
 function facts(pairs) {
@@ -74,7 +67,7 @@ export function slip(receipt) {
     make('div', {className: 'line total'}, make('span', {textContent: labels.total}),
       make('span', {textContent: '= ' + money(receipt.total)})),
     facts([...body.payments.map(payment => [labels.payments[payment.type], money(payment.sum)]),
-      ...vatSums(body).map(([type, sum]) => [vatName(type), money(sum)]),
+      ...receipt.vats.map(({type, sum}) => [vatName(type), money(sum)]),
       [labels.buyer, [client.email, client.phone].filter(Boolean).join(', ')]]),
     make('hr'), ...outcome(receipt)));
 }

@@ -59,7 +59,7 @@ TEST_F(ApiCalls, ListsTheRulesInForceWithTheirSource)
         std::vector<std::string> all;
         const Json rules = get("/_emulator/rules").json();
         for (const Json& one : rules["receipt"]) {
-            if (one.value("field", "") == "receipt.company.email" || !one.contains("field"))
+            if (one["field"] == "receipt.company.email" || !one.contains("required"))
                 all.push_back(one["source"].get<std::string>() + " " + one["rule"].get<std::string>());
         }
         return all;
@@ -72,4 +72,34 @@ TEST_F(ApiCalls, ListsTheRulesInForceWithTheirSource)
     EXPECT_THAT(rulesOf(), Contains("d ожидается строка длиной от 1 до 64 символов"));
     EXPECT_THAT(rulesOf(), Contains("d итог не равен сумме оплат"));
     EXPECT_EQ(get("/_emulator/rules").json()["correction"][0]["field"], "timestamp");
+}
+
+TEST_F(ApiCalls, ListsRevisionLateRulesAndNamesWithTheirSource)
+{
+    options.service.lists.vatTypes.push_back("vat25");
+    start();
+    const Json usual = get("/_emulator/rules").json();
+    EXPECT_EQ(usual["revision"], "2025-12");
+    EXPECT_EQ(usual["strict"], false);
+    EXPECT_EQ(usual["later"], Json::parse(R"([
+        {"field": "company.inn", "rule": "ИНН не совпадает с ИНН группы", "source": "r", "code": 2009,
+            "type": "agent"},
+        {"field": "items[].vat.sum", "rule": "ожидается сумма НДС по ставке", "source": "r", "code": 502,
+            "type": "driver"}])"));
+    const Json& names = usual["names"];
+    EXPECT_EQ(names.size(), 6u);
+    EXPECT_EQ(names["taxationSystems"][0], Json::parse(R"({"name": "osn", "source": "d"})"));
+    EXPECT_EQ(names["paymentObjects"].back(), Json::parse(R"({"name": "casino_payment", "source": "?"})"));
+    EXPECT_EQ(names["vatTypes"].back(), Json::parse(R"({"name": "vat25", "source": null})"));
+    for (const char* kind : {"receipt", "correction"}) {
+        for (const Json& rule : usual[kind])
+            EXPECT_TRUE(rule.contains("field") && rule.contains("source")) << rule;
+    }
+
+    options.service.edition = {.revision = emulator::Revision::May2023, .strict = true};
+    start();
+    const Json older = get("/_emulator/rules").json();
+    EXPECT_EQ(older["revision"], "2023-05");
+    EXPECT_EQ(older["strict"], true);
+    EXPECT_TRUE(older["later"].empty());
 }

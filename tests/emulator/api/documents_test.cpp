@@ -84,3 +84,47 @@ TEST_F(ApiCalls, DeletesDocumentsButNotTheCountersOfTheRegister)
     verdict("external_id=id-1&count=0&wire_requests=0", 200);
     EXPECT_EQ(report(registerReceipt("id-1")).json()["payload"]["fiscal_document_number"], 4);
 }
+
+TEST_F(ApiCalls, NamesTheFieldsBecauseOfWhichADocumentFailed)
+{
+    options.service.groups.front().inn = "7700000000";
+    start();
+    takeToken();
+    const auto fieldsOf = [this](const Json& body) {
+        const std::string uuid = sell(body).json()["uuid"];
+        return get("/_emulator/documents/" + uuid).json()["fields"];
+    };
+    const Json wrongSum = changed(goodReceipt("sum"), "/receipt/items/0/vat/sum", 20);
+    EXPECT_EQ(fieldsOf(wrongSum), Json::array({{{"field", "receipt.items[0].vat.sum"},
+                                      {"rule", "ожидается сумма НДС по ставке: 13.68"}}}));
+    const Json wrongInn = changed(goodCorrection("inn"), "/correction/company/inn", "7700000001");
+    const auto corrected =
+        exchange(postRequest("/possystem/v4/group-1/sell_correction", wrongInn.dump(), tokenHeader()));
+    const std::string uuid = corrected.json()["uuid"];
+    EXPECT_EQ(get("/_emulator/documents/" + uuid).json()["fields"],
+        Json::array({{{"field", "correction.company.inn"}, {"rule", "ИНН не совпадает с ИНН группы"}}}));
+    EXPECT_THAT(fieldsOf(goodReceipt("good")), IsEmpty());
+    EXPECT_EQ(post("/_emulator/faults", {{"endpoint", "sell"}, {"effect", "fail"}}).status, 200);
+    EXPECT_THAT(fieldsOf(changed(wrongSum, "/external_id", "fault")), IsEmpty());
+}
+
+TEST_F(ApiCalls, SumsUpTheVatAsPrintedOnAReceipt)
+{
+    const auto vatsOf = [this](const std::string& id, const Json& receipt) {
+        const std::string uuid = sell(changed(goodReceipt(id), "/receipt", receipt)).json()["uuid"];
+        return get("/_emulator/documents/" + uuid).json()["vats"].dump();
+    };
+    Json receipt = goodReceipt()["receipt"];
+    const Json milk = receipt["items"][0];
+    const auto line = [&milk](const char* type, double sum) {
+        return changed(changed(milk, "/sum", sum), "/vat/type", type);
+    };
+    receipt["items"] = {line("vat10", 100.5), line("none", 20), line("vat10", 10), line("vat120", 20)};
+    EXPECT_EQ(vatsOf("lines", receipt),
+        R"([{"type":"vat10","sum":10.05},{"type":"none","sum":20.0},{"type":"vat120","sum":3.33}])");
+    receipt["vats"] = {{{"type", "vat20"}, {"sum", 25.08}}};
+    EXPECT_EQ(vatsOf("whole", receipt), R"([{"type":"vat20","sum":25.08}])");
+    receipt.erase("vats");
+    receipt["items"] = Json::array({changed(milk, "/vat", "absent")});
+    EXPECT_EQ(vatsOf("without", receipt), "[]");
+}

@@ -232,31 +232,20 @@ test('the part of the head that is wrong is marked', async () => {
 });
 
 test('the field because of which a receipt failed later is marked', async () => {
-  const failed = (error, receipt) => browser.runAsync(`const [error, receipt, done] = arguments;
-    import('/receipt/failed.js').then(({failedBox}) => {
-      const box = document.createElement('div');
-      box.append(...failedBox({request: {external_id: 'late', receipt}, report: {error}}));
-      done({wrong: [...box.querySelectorAll('.wrong')].map(one => one.textContent),
-        fields: [...box.querySelectorAll('.verdict .field')].map(one => one.textContent)});
-    })`, error, receipt);
-  const vat = sum => ({name: 'A', sum: 150.5, vat: {type: 'vat10', sum}});
-  const inn = await failed({code: 2009, type: 'agent', text: 'ИНН организации не совпадает с ИНН группы'}, {company: {inn: '7700000001'}});
-  assert.deepEqual(inn.fields, ['receipt.company.inn']);
-  assert.match(inn.wrong.join(), /"inn": "7700000001"[^]*must be the INN of the group/);
-  const wrongSum = {code: 502, type: 'driver', text: 'Некорректная сумма налога'};
-  const sums = await failed(wrongSum, {items: [vat(13.68), vat(13.69), vat(20), {name: 'B', sum: 1}, {name: 'C', sum: 1, vat: {type: 'none', sum: 0}}]});
-  assert.deepEqual(sums.fields, ['receipt.items[2].vat.sum']);
-  assert.match(sums.wrong.join(), /"sum": 20[^]*must be 13\.68 at this rate/);
-  const doubtful = await failed(wrongSum, {items: [vat(13.685), {name: 'B', sum: 1, vat: {type: 'none', sum: 0.1}}, {name: 'C', sum: 1}]});
-  assert.deepEqual(doubtful.fields, ['receipt.items[0].vat.sum', 'receipt.items[1].vat.sum'], 'any that was given');
-  const other = await failed({code: 2009, type: 'agent', text: 'Агент недоступен'}, {items: [vat(20)]});
-  assert.deepEqual(other, {wrong: [], fields: []});
-
-  const items = [{name: 'A', price: 150.5, quantity: 1, sum: 150.5, vat: {type: 'vat10', sum: 20}}];
+  const line = (name, vat) => ({name, price: 75.25, quantity: 1, sum: 75.25, vat});
+  const items = [line('A', {type: 'vat10', sum: 6.84}), line('B', {type: 'vat10', sum: 20})];
   assert.equal((await sell('late-sum', {items})).status, 200);
   await openReceipt('late-sum');
-  await browser.until("return document.querySelector('.receipt-title .field')?.innerText === 'receipt.items[0].vat.sum'");
-  assert.match(await browser.run("return document.querySelector('#detail .wrong').textContent"), /"sum": 20[^]*must be 13\.68/);
+  await browser.until("return document.querySelector('.receipt-title .field')?.innerText === 'receipt.items[1].vat.sum'");
+  const marked = await browser.run("return [...document.querySelectorAll('#detail .wrong')].map(one => one.textContent)");
+  assert.equal(marked.length, 1);
+  assert.match(marked[0], /"sum": 20[^]*must be the VAT at this rate: 6\.84/);
+  await exchange('POST', '/_emulator/faults', JSON.stringify({endpoint: 'sell', effect: 'fail', match: {next: 1}}));
+  assert.equal((await sell('late-fault', {items})).status, 200);
+  await openReceipt('late-fault');
+  await browser.until("return document.getElementById('opened-title').innerText.includes('late-fault') && document.querySelector('.verdict')");
+  assert.equal(await browser.run("return document.querySelectorAll('#detail .wrong, #detail .field').length"), 0, 'no field is to blame');
+  await exchange('DELETE', '/_emulator/faults', '');
 });
 
 test('a refused receipt that is registered in the end becomes the registered one', async () => {
