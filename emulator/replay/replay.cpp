@@ -1,8 +1,8 @@
 #include "emulator/replay/replay.h"
 
-#include "emulator/protocol/call.h"
 #include "emulator/protocol/errors.h"
 #include "emulator/protocol/replies.h"
+#include "emulator/replay/namedfields.h"
 #include "emulator/service/record.h"
 
 namespace emulator {
@@ -25,11 +25,25 @@ Answer Replay::answer(const Request& request)
     Exchange exchange = recordOf(call, request, answer, nullptr);
     exchange.at = clock();
     store.addExchange(exchange);
+    if (call.endpoint == Endpoint::Sell)
+        noteRefusal(call, exchange, answer.reply);
     transaction.commit();
     useUp(request);
     if (listener)
         listener(exchange);
     return answer;
+}
+
+void Replay::noteRefusal(const Call& call, const Exchange& exchange, const Reply& reply)
+{
+    const Json body = parseShallow(reply.body);
+    if (!textOf(body, "uuid").empty()) {
+        store.refusals().forget(call.group, call.externalId);
+    } else if (exchange.code) {
+        const bool invalid = exchange.code == toNumber(ErrorCode::InvalidReceipt);
+        store.refusals().add(refusalOf(
+            call, exchange, invalid ? fieldsNamedIn(textOf(valueOf(body, "error"), "text")) : Json::array()));
+    }
 }
 
 Answer Replay::next(const Request& request) const

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "emulator/protocol/call.h"
 #include "emulator/replay/recording.h"
 #include "emulator/store/store.h"
 #include "emulator/values/moscowtime.h"
@@ -27,6 +28,8 @@ public:
 
 private:
     [[nodiscard]] Answer next(const Request& request) const;
+    /// Keeps a register call that was answered with an error, or forgets it where its id now has a uuid.
+    void noteRefusal(const Call& call, const Exchange& exchange, const Reply& reply);
     /// Separate, so that an answer is not lost if recording it fails.
     void useUp(const Request& request);
     [[nodiscard]] std::string exhausted(const std::string& what) const;

@@ -134,6 +134,45 @@ TEST_F(Replay, RepeatsAndRecordsOddErrors)
     EXPECT_EQ(get("/_emulator/exchanges").json()["exchanges"].size(), codes.size());
 }
 
+TEST_F(Replay, ListsRefusedCallsWithTheFieldsThatTheirAnswerNames)
+{
+    const auto refused = [](int code, const std::string& text) {
+        return entry("POST", service + "group-1/sell", 400,
+            answerText({{"error", {{"code", code}, {"text", text}}}, {"status", "fail"}}));
+    };
+    replay(har({refused(32,
+                    "Ошибка валидации входного чека. Ошибочные поля : NumberTooSmall: #/receipt.total, "
+                    "PatternMismatch: #/receipt.items[0].vat.type, Strange: #/external_id."),
+        refused(20, "Код группы"), entry("POST", service + "group-1/sell", 502, answerText({{"no", "code"}})),
+        entry("POST", service + "group-1/sell", 200, answerText({{"uuid", "u"}}))}));
+    EXPECT_EQ(sell(goodReceipt("wrong")).status, 400);
+    const Json row = get("/_emulator/receipts").json()["receipts"][0];
+    EXPECT_EQ(row["external_id"], "wrong");
+    EXPECT_EQ(row["code"], 32);
+    EXPECT_EQ(row["total"], 150.5);
+    EXPECT_EQ(row["first_field"]["field"], "receipt.total");
+    EXPECT_EQ(get("/_emulator/refusals/" + row["refusal"].dump()).json()["fields"], Json::parse(R"([
+        {"field": "receipt.total", "rule": "число слишком маленькое"},
+        {"field": "receipt.items[0].vat.type", "rule": "значение записано не по правилам"},
+        {"field": "external_id", "rule": "Strange"}])"));
+
+    EXPECT_EQ(sell(goodReceipt("foreign")).status, 400);
+    EXPECT_EQ(sell(goodReceipt("lost")).status, 502);
+    const auto listed = [this] {
+        std::string all;
+        const Json list = get("/_emulator/receipts").json();
+        for (const Json& one : list["receipts"])
+            all += one["external_id"].get<std::string>() + one["code"].dump() + " ";
+        return all;
+    };
+    // Whether a call without a code registered anything is not known.
+    EXPECT_EQ(listed(), "foreign20 wrong32 ");
+    EXPECT_EQ(sell(goodReceipt("wrong")).json()["uuid"], "u");
+    EXPECT_EQ(listed(), "foreign20 ");
+    EXPECT_EQ(sell(goodReceipt("late")).status, 500);
+    EXPECT_EQ(listed(), "late50 foreign20 ");
+}
+
 TEST_F(Replay, BeginsWithTheTokenHoweverLongTheSessionWas)
 {
     start();
