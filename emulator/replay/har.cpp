@@ -92,6 +92,8 @@ Answer answerIn(const Json& json, const std::string& where)
 Recording readHar(const std::string& text)
 {
     const Json json = parsed(text);
+    if (!valueOf(json, "log").is_object())
+        throw JsonError("is neither a HAR, an object with log, nor lines of JSON with request and answer");
     JsonReader reader(json, "the file");
     JsonReader log(object(reader, "log", "the file"), "log");
     const Json& entries = log.array("entries");
