@@ -99,11 +99,10 @@ void maskSecrets(Json& json, bool& found)
 std::string maskedTokenAnswer(const std::string& body)
 {
     Json json = parseShallow(body);
-    if (json.is_discarded())
+    if (!json.is_structured())
         return body.empty() ? body : std::string(stars);
     bool found = false;
-    if (json.is_structured())
-        maskSecrets(json, found);
+    maskSecrets(json, found);
     return found ? toLine(json) : body;
 }
 
