@@ -17,6 +17,9 @@ import {showCalls, startCalls} from './wire/calls.js';
 let pendingEvents = [];
 let eventsTimer = 0;
 
+// They do not apply to a recording.
+const hasFaults = () => !document.body.classList.contains('replay');
+
 async function showReceipts() {
   await refresh();
   openFirst(shownReceipts()[0]);
@@ -30,7 +33,7 @@ function handleEvents() {
   if (has('cleared')) closeReceipt();
   if (has('cleared') || has('lost') || events.some(one => one.endpoint === 'sell')) ignoreErrors(showReceipts());
   if (has('lost') || events.some(isOpen)) reopen();
-  if (has('faults') || has('lost') || events.some(one => one.fault)) ignoreErrors(showFaults());
+  if (hasFaults() && (has('faults') || has('lost') || events.some(one => one.fault))) ignoreErrors(showFaults());
   ignoreErrors(showCalls());
 }
 
@@ -45,7 +48,7 @@ function connected(live) {
   // There were no events while the connection was lost.
   reopen();
   ignoreErrors(showReceipts());
-  ignoreErrors(showFaults());
+  if (hasFaults()) ignoreErrors(showFaults());
   ignoreErrors(showCalls());
 }
 
@@ -77,7 +80,8 @@ async function start() {
   startExport();
   startCalls();
   startReceipt();
-  startFaults(effects);
+  if (accounts.replay) document.body.classList.add('replay');
+  else startFaults(effects);
   pollWaiting();
   followEvents({state: connected, event: collect});
 }

@@ -83,6 +83,7 @@ test('callbacks are shown with the receipt, and so is why one was not made', asy
 test('a page of an emulator that replays a recording says so', async () => {
   await startEmulator();
   await sell('recorded');
+  await sell('refused', {total: -1});
   const folder = mkdtempSync(join(scratch, 'recording-'));
   await openPage('en');
   await browser.run("document.getElementById('calls').open = true");
@@ -92,6 +93,13 @@ test('a page of an emulator that replays a recording says so', async () => {
   await openPage('en');
   await browser.until("return document.getElementById('beginning').innerText.includes('answers from a recording')");
   assert.equal((await sell('replayed')).status, 200);
+  assert.equal(await browser.run("return document.getElementById('faults').checkVisibility()"), false, 'faults do not apply');
+  assert.equal((await sell('wrong', {total: -1})).status, 400);
+  await browser.until("return document.querySelector('.verdict .field')?.innerText === 'receipt.total'");
+  assert.match(await browser.run("return document.querySelector('#detail .wrong').textContent"), /"total": -1[^]*too small/);
+  await browser.size(390, 844);
+  assert.equal(await browser.run("return document.getElementById('panes').checkVisibility()"), false);
+  await browser.size(1400, 1200);
   await browser.run("document.getElementById('calls').open = true");
   await browser.until("return document.getElementById('call-list').textContent.includes('register')");
   await startEmulator();
