@@ -219,6 +219,7 @@ TEST_F(Callbacks, ForgetReceiptsThatAreDeleted)
 
 TEST_F(Callbacks, LeaveTheEmulatorRunningWhenTheStoreFails)
 {
+    options.callbacks->underWay = 1;
     options.service.latencyLow = options.service.latencyHigh = std::chrono::milliseconds(20);
     for (const char* table : {"documents", "exchanges"}) {
         useFile();
@@ -226,12 +227,13 @@ TEST_F(Callbacks, LeaveTheEmulatorRunningWhenTheStoreFails)
         begin();
         (void)sellWith("http://192.0.2.1/", "not called");
         (void)sellWith(receiver.url());
+        (void)sellWith(receiver.url(), "after a lost record");
         emulator::sqlite::Database(options.database, [table](emulator::sqlite::Database& database) {
             database.execute(("DROP TABLE " + std::string(table)).c_str());
         });
         passTime(std::chrono::seconds(1));
         if (table == std::string("exchanges"))
-            EXPECT_EQ(receiver.requests(1).size(), 1U);
+            EXPECT_EQ(receiver.requests(2).size(), 2U);
         else
             ::usleep(60'000); // until the timer has run out
         EXPECT_EQ(get("/_emulator/service").status, 200);
