@@ -13,7 +13,7 @@ from pathlib import Path
 import emulatorload
 from frhost import Frhost
 from machine import about
-from programs import google_benchmark, output_of, process_of, say
+from programs import google_benchmark, instructions, output_of, process_of, say
 from report import Row, tables, write_docs
 
 TOP = Path(__file__).resolve().parent.parent
@@ -25,6 +25,9 @@ class Workload:
     """How much is measured."""
     rounds: int = 9
     seconds: float = 0.08
+    # Receipts in each round, and in the round whose instructions are counted.
+    equal_rounds: int = 15
+    equal_receipts: tuple = (200, 40)
     thread_rounds: int = 5
     thread_milliseconds: int = 700
     soak: int = 200_000
@@ -35,7 +38,7 @@ class Workload:
 
 
 # Shows whether everything runs, not how fast.
-QUICK = Workload(3, 0.01, 1, 200, 5000, 2000, 1, 2000, (100, 1000, 2000))
+QUICK = Workload(3, 0.01, 3, (20, 20), 1, 200, 5000, 2000, 1, 2000, (100, 1000, 2000))
 
 
 def receipts(work):
@@ -53,8 +56,34 @@ def whole_receipt(rounds):
         for who, close in (("plugin", "documentClose"), ("driver", "checkClose")):
             for lines in (1, 10, 100):
                 yield Row("Whole receipt", f"{lines} {wire} {close}", "µs", rounds[f"receipt/{who}/{wire}/{lines}"],
-                          {name: rounds[f"receipt/{baseline}/{wire}/{lines}"] for name, baseline in baselines.items()},
-                          ratios_at_most={"libcurl": 1.10, "Qt": 0.45, "PHP": 1.0 if lines <= 10 else math.inf})
+                          {name: rounds[f"receipt/{baseline}/{wire}/{lines}"] for name, baseline in baselines.items()})
+
+
+# Of ours to the equal work.
+EQUAL_AT_MOST = {"µs": 1.05, "CPU µs": 1.10, "instructions": 1.10}
+
+
+def equal_work(work):
+    say(f"equalbench: {work.equal_rounds} rounds in random order, and one under callgrind")
+    program = BUILD / "bench" / "equalbench"
+    timed, counted = work.equal_receipts
+    lines = output_of(program, work.equal_rounds, timed).splitlines()
+    figures = {}
+    for run in map(json.loads, lines):
+        for key, unit in (("wall_us", "µs"), ("cpu_us", "CPU µs")):
+            figures.setdefault((run["case"], unit, run["contender"]), []).append(run[key])
+    for mark, count in instructions(program, 1, counted).items():
+        if mark != "begin":
+            contender, case = mark.split("/", 1)
+            sold = max(1, counted // int(case.rpartition("/")[2])) * int(case.rpartition("/")[2])
+            figures[case, "instructions", contender] = [count / sold]
+    for case in dict.fromkeys(case for case, _, _ in figures):
+        wire, size, registers = case.split("/")
+        for unit, limit in EQUAL_AT_MOST.items():
+            yield Row("Whole receipt, equal work", f"{size} {wire}, {registers} registers" if registers != "1" else
+                      f"{size} {wire}", unit, figures[case, unit, "ours"],
+                      {"equal work": figures[case, unit, "equal"], "bare socket": figures[case, unit, "raw"]},
+                      ratios_at_most={"equal work": limit})
 
 
 def composer(rounds):
@@ -153,7 +182,7 @@ def main():
     shown = sys.stderr if options.json else sys.stdout
     print(machine, file=shown)
     rows = []
-    for measure in (receipts, registers, host_program, emulator):
+    for measure in (equal_work, receipts, registers, host_program, emulator):
         found = list(measure(QUICK if options.quick else Workload()))
         rows += found
         print(tables(found), file=shown, flush=True)

@@ -16,7 +16,7 @@ public:
 
     /// Returns the fiscal sign in the service's answer; throws when there is none.
     virtual std::int64_t registerSale() = 0;
-    /// Changes the buyer of later sales. Only ours, whose log masks buyers, has work to do for another one.
+    /// Changes the buyer of later sales, where the contender does work for a new one.
     virtual void setBuyer(std::int64_t) {}
 };
 

@@ -40,7 +40,6 @@ QJsonObject itemOf(const SaleLine& line)
 
 QByteArray qjsonText(const Sale& sale)
 {
-    static const QJsonObject client{{u"email"_s, QLatin1StringView(buyer)}};
     static const QJsonObject company{{u"email"_s, QLatin1StringView(companyEmail)},
         {u"inn"_s, QLatin1StringView(companyInn)}, {u"payment_address"_s, QLatin1StringView(paymentAddress)},
         {u"sno"_s, u"osn"_s}};
@@ -51,7 +50,7 @@ QByteArray qjsonText(const Sale& sale)
         {u"external_id"_s, QLatin1StringView(externalId)},
         {u"receipt"_s,
             QJsonObject{
-                {u"client"_s, client},
+                {u"client"_s, QJsonObject{{u"email"_s, sale.contact}}},
                 {u"company"_s, company},
                 {u"items"_s, items},
                 {u"payments"_s, QJsonArray{QJsonObject{{u"sum"_s, sale.total}, {u"type"_s, 1}}}},

@@ -27,6 +27,7 @@ SaleLine sampleLine(int number)
 Sale sampleSale(int lines)
 {
     Sale sale;
+    sale.contact = QString::fromLatin1(buyer);
     for (int i = 0; i < lines; ++i) {
         sale.lines.push_back(sampleLine(i));
         sale.total += sale.lines.back().sum;

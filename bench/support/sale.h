@@ -34,6 +34,8 @@ struct Sale
     std::vector<SaleLine> lines;
     /// Paid with type 1; roubles.
     double total = 0;
+    /// The buyer's e-mail address.
+    QString contact;
 };
 
 inline constexpr const char* externalId = "till-7-000123";
