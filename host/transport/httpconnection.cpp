@@ -17,9 +17,9 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using HeaderList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
+using HeaderLines = HttpConnection::HeaderLines;
 
-void append(HeaderList& list, const QByteArray& line)
+void append(HeaderLines& list, const QByteArray& line)
 {
     curl_slist* grown = curl_slist_append(list.get(), line.constData());
     if (!grown)
@@ -28,12 +28,12 @@ void append(HeaderList& list, const QByteArray& line)
     list.reset(grown);
 }
 
-HeaderList headerLines(const HttpRequest& request)
+HeaderLines linesOf(const QHash<QString, QString>& headers)
 {
-    HeaderList list(nullptr, &curl_slist_free_all);
+    HeaderLines list;
     // Otherwise a large body would wait for a second for a "100 Continue" that few servers send.
     append(list, "Expect:");
-    for (auto entry = request.headers.begin(); entry != request.headers.end(); ++entry) {
+    for (auto entry = headers.begin(); entry != headers.end(); ++entry) {
         const QByteArray name = entry.key().toUtf8();
         append(list, entry.value().isEmpty() ? name + ';' : name + ": " + entry.value().toUtf8());
     }
@@ -104,52 +104,55 @@ PeerCertificate certificateIn(const curl_slist* fields)
     return certificate;
 }
 
+// The context of every callback, which the handle keeps from one exchange to the next.
+HttpTransfer& transferOf(void* context)
+{
+    return **static_cast<HttpTransfer**>(context);
+}
+
 std::size_t readBody(char* to, std::size_t size, std::size_t count, void* context)
 {
-    return static_cast<HttpTransfer*>(context)->takeBody(to, size * count);
+    return transferOf(context).takeBody(to, size * count);
 }
 
 std::size_t writeHeader(char* from, std::size_t size, std::size_t count, void* context)
 {
-    const bool taken = static_cast<HttpTransfer*>(context)->addHeader({from, size * count});
+    const bool taken = transferOf(context).addHeader({from, size * count});
     return taken ? size * count : 0;
 }
 
 std::size_t writeReply(char* from, std::size_t size, std::size_t count, void* context)
 {
-    const bool taken = static_cast<HttpTransfer*>(context)->addBody({from, size * count});
+    const bool taken = transferOf(context).addBody({from, size * count});
     return taken ? size * count : 0;
 }
 
 // Called each time the library is about to put a request on the wire, even when it repeats one by itself.
 int beforeRequest(void* context, char*, char*, int, int)
 {
-    return static_cast<HttpTransfer*>(context)->begin() ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
+    return transferOf(context).begin() ? CURL_PREREQFUNC_OK : CURL_PREREQFUNC_ABORT;
 }
 
 } // namespace
 
 HttpConnection::HttpConnection(const TransportOptions& transportOptions)
     : options(transportOptions)
-    , caFile(options.caFile.toUtf8())
-    , proxy(options.proxy.toUtf8())
-    , userAgent(options.userAgent.toUtf8())
 {
     static std::once_flag initialised;
     std::call_once(initialised, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
     multi.reset(curl_multi_init());
     if (!multi)
         throw std::bad_alloc();
-    renewHandle();
+    makeHandle();
     // No connection is kept besides the one in use.
     curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, 1L);
 }
 
 HttpReply HttpConnection::perform(const HttpRequest& request, const std::function<void()>& beforeSending)
 {
-    const HeaderList headers = headerLines(request);
     HttpTransfer transfer(request, options, beforeSending);
-    prepare(request, headers.get(), transfer);
+    current = &transfer;
+    prepare(request);
     QString failure = run(transfer);
     if (!transfer.refusal().isEmpty())
         failure = transfer.refusal();
@@ -157,34 +160,39 @@ HttpReply HttpConnection::perform(const HttpRequest& request, const std::functio
     curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &status);
     if (!failure.isEmpty())
         easy.reset();
+    else if (transfer.wasRepeated())
+        forgetRepetitions();
+    current = nullptr;
     return {failure, transfer.wasSent(), static_cast<int>(status), transfer.takeReply()};
 }
 
 // libcurl 8.14 remembers a body that it could not rewind even after the handle is reset, and then sends no
 // other body. A handle is therefore used until an exchange fails, and not for one exchange only, because it
 // holds the TLS sessions. The connections belong to the multi handle.
-void HttpConnection::renewHandle()
+void HttpConnection::makeHandle()
 {
-    if (easy) {
-        curl_easy_reset(easy.get());
-        return;
-    }
     easy.reset(curl_easy_init());
     if (!easy)
         throw std::bad_alloc();
+    configure();
 }
 
-void HttpConnection::prepare(const HttpRequest& request, const curl_slist* headers, HttpTransfer& transfer)
+// The library gives up after five repetitions, and counts those of all exchanges of a handle until it is
+// reset.
+void HttpConnection::forgetRepetitions()
 {
-    renewHandle();
-    errorText[0] = '\0';
+    curl_easy_reset(easy.get());
+    configure();
+}
+
+void HttpConnection::configure()
+{
     set(CURLOPT_ERRORBUFFER, errorText);
-    set(CURLOPT_URL, request.url.constData());
     // Otherwise the library would resolve "." and "..".
     set(CURLOPT_PATH_AS_IS, 1L);
     set(CURLOPT_PROTOCOLS_STR, "http,https");
-    set(CURLOPT_HTTPHEADER, headers);
-    set(CURLOPT_USERAGENT, userAgent.constData());
+    set(CURLOPT_HTTPHEADER, headerLines.get());
+    set(CURLOPT_USERAGENT, options.userAgent.toUtf8().constData());
     set(CURLOPT_ACCEPT_ENCODING, "gzip");
     set(CURLOPT_FOLLOWLOCATION, 0L);
     set(CURLOPT_NOSIGNAL, 1L);
@@ -192,39 +200,61 @@ void HttpConnection::prepare(const HttpRequest& request, const curl_slist* heade
     set(CURLOPT_CONNECTTIMEOUT_MS, HttpTransfer::longest.count());
     // A name server that does not answer must not hold the caller up beyond the limit.
     set(CURLOPT_QUICK_EXIT, 1L);
-    setVerb(request, transfer);
+    set(CURLOPT_MAXAGE_CONN, static_cast<long>(KeptConnection::longestIdle.count()));
     setRoute();
     setTls();
+    set(CURLOPT_READFUNCTION, &readBody);
+    set(CURLOPT_READDATA, &current);
     set(CURLOPT_HEADERFUNCTION, &writeHeader);
-    set(CURLOPT_HEADERDATA, &transfer);
+    set(CURLOPT_HEADERDATA, &current);
     set(CURLOPT_WRITEFUNCTION, &writeReply);
-    set(CURLOPT_WRITEDATA, &transfer);
+    set(CURLOPT_WRITEDATA, &current);
     set(CURLOPT_PREREQFUNCTION, &beforeRequest);
-    set(CURLOPT_PREREQDATA, &transfer);
+    set(CURLOPT_PREREQDATA, &current);
 }
 
-void HttpConnection::setVerb(const HttpRequest& request, HttpTransfer& transfer)
+// Only what differs from one exchange to the next: to set an option costs more than to look whether it is
+// set.
+void HttpConnection::prepare(const HttpRequest& request)
+{
+    if (!easy)
+        makeHandle();
+    errorText[0] = '\0';
+    set(CURLOPT_URL, request.url.constData());
+    setHeaders(request.headers);
+    setVerb(request);
+}
+
+void HttpConnection::setHeaders(const QHash<QString, QString>& wanted)
+{
+    if (headerLines && wanted == headers)
+        return;
+    HeaderLines lines = linesOf(wanted);
+    set(CURLOPT_HTTPHEADER, lines.get());
+    headerLines = std::move(lines);
+    headers = wanted;
+}
+
+void HttpConnection::setVerb(const HttpRequest& request)
 {
     const bool isPost = request.verb == HttpRequest::Verb::Post;
     set(CURLOPT_FRESH_CONNECT, isPost && !kept.mayCarryPost() ? 1L : 0L);
-    set(CURLOPT_MAXAGE_CONN, static_cast<long>(KeptConnection::longestIdle.count()));
-    if (!isPost && request.body.isEmpty()) {
+    const bool getsWithBody = !isPost && !request.body.isEmpty();
+    set(CURLOPT_CUSTOMREQUEST, getsWithBody ? "GET" : nullptr);
+    if (!isPost && !getsWithBody) {
         set(CURLOPT_HTTPGET, 1L);
         return;
     }
     // With a read callback but no seek callback, the library cannot rewind the body and so cannot send it
     // again.
     set(CURLOPT_POST, 1L);
-    set(CURLOPT_CUSTOMREQUEST, isPost ? "POST" : "GET");
-    set(CURLOPT_READFUNCTION, &readBody);
-    set(CURLOPT_READDATA, &transfer);
     set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
 }
 
 void HttpConnection::setRoute()
 {
     // Unlike a null pointer, an empty text also disables the environment's proxy variables.
-    set(CURLOPT_PROXY, proxy.constData());
+    set(CURLOPT_PROXY, options.proxy.toUtf8().constData());
     set(CURLOPT_NOPROXY, "");
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     set(CURLOPT_HTTP_VERSION,
@@ -239,8 +269,8 @@ void HttpConnection::setTls()
     // With a certificate directory, which is Debian's default, the library reads the whole bundle again for
     // each connection.
     set(CURLOPT_CAPATH, static_cast<const char*>(nullptr));
-    if (!caFile.isEmpty())
-        set(CURLOPT_CAINFO, caFile.constData());
+    if (!options.caFile.isEmpty())
+        set(CURLOPT_CAINFO, options.caFile.toUtf8().constData());
     set(CURLOPT_CERTINFO, options.keepCertificate ? 1L : 0L);
 }
 

@@ -5,7 +5,7 @@
 #include "host/transport/peercertificate.h"
 #include "host/transport/transportoptions.h"
 
-#include <QByteArray>
+#include <QHash>
 #include <QString>
 #include <QtGlobal>
 
@@ -26,6 +26,12 @@ class HttpTransfer;
 class HttpConnection
 {
 public:
+    struct FreeLines
+    {
+        void operator()(curl_slist* lines) const { curl_slist_free_all(lines); }
+    };
+    using HeaderLines = std::unique_ptr<curl_slist, FreeLines>;
+
     /// Throws std::bad_alloc.
     explicit HttpConnection(const TransportOptions& transportOptions);
     Q_DISABLE_COPY_MOVE(HttpConnection)
@@ -53,9 +59,12 @@ private:
         curl_easy_setopt(easy.get(), option, value);
     }
 
-    void renewHandle();
-    void prepare(const HttpRequest& request, const curl_slist* headers, HttpTransfer& transfer);
-    void setVerb(const HttpRequest& request, HttpTransfer& transfer);
+    void makeHandle();
+    void forgetRepetitions();
+    void configure();
+    void prepare(const HttpRequest& request);
+    void setHeaders(const QHash<QString, QString>& wanted);
+    void setVerb(const HttpRequest& request);
     void setRoute();
     void setTls();
     [[nodiscard]] QString run(HttpTransfer& transfer);
@@ -64,11 +73,13 @@ private:
     [[nodiscard]] QString result(const HttpTransfer& transfer);
 
     TransportOptions options;
-    QByteArray caFile;
-    QByteArray proxy;
-    QByteArray userAgent;
     std::optional<PeerCertificate> shown;
     KeptConnection kept;
+    // The transfer of the exchange that is going on; null between exchanges.
+    HttpTransfer* current = nullptr;
+    // The lines that the handle sends, and what they were made of.
+    QHash<QString, QString> headers;
+    HeaderLines headerLines;
     // In this order, because the easy handle must be cleaned up first. There is none after a failed exchange.
     std::unique_ptr<CURLM, CleanupMulti> multi;
     std::unique_ptr<CURL, CleanupEasy> easy;

@@ -48,6 +48,7 @@ public:
     /// Why this object has ended the exchange, in Russian; empty if it has not.
     [[nodiscard]] QString refusal() const { return cause; }
     [[nodiscard]] bool wasSent() const { return attempts > 0; }
+    [[nodiscard]] bool wasRepeated() const { return attempts > 1; }
     /// Whether all headers of a final answer have arrived.
     [[nodiscard]] bool hasAllHeaders() const { return headersEnded; }
     [[nodiscard]] QByteArray takeReply() { return std::move(reply); }
