@@ -41,6 +41,16 @@ QString taxSystemOf(const FdRequisite& requisite)
     return TaxSystem::getDescription(TaxSystemType(requisite.getSourceData().toInt()));
 }
 
+// A host whose loggers cannot tell is handed every line.
+template <typename Logger>
+bool wantsInfo(const Logger& logger)
+{
+    if constexpr (requires { logger.isInfoEnabled(); })
+        return logger.isInfoEnabled();
+    else
+        return true;
+}
+
 } // namespace
 
 AtolOnlineFRDriver::AtolOnlineFRDriver(AtolOnlineSettings* cloudSettings)
@@ -95,7 +105,8 @@ void AtolOnlineFRDriver::setRequisite(const FdRequisite& requisite)
 
 void AtolOnlineFRDriver::checkAddPosition(const FrPosition& position)
 {
-    logger->info("Добавление позиции в чек: %1", position.toString());
+    if (wantsInfo(*logger))
+        logger->info("Добавление позиции в чек: %1", position.toString());
     positions.append(position);
 }
 

@@ -32,6 +32,10 @@ public:
     explicit Logger(const QByteArray& categoryName);
     Q_DISABLE_COPY_MOVE(Logger)
 
+    /// Whether lines of this level are written; to be asked before one is composed that is costly.
+    [[nodiscard]] bool isDebugEnabled() const { return category.isDebugEnabled(); }
+    [[nodiscard]] bool isInfoEnabled() const { return category.isInfoEnabled(); }
+
     void debug(const char* message) const;
     void debug(const QString& message) const;
     void debug(const char* format, const QString& first) const;
@@ -54,8 +58,6 @@ private:
     // Only for the runtime's own lines, which are costly to compose and masked by their author.
     friend class hostruntime::ExchangeLog;
     void writeAsIs(QtMsgType level, const QString& line) const;
-    [[nodiscard]] bool isDebugEnabled() const { return category.isDebugEnabled(); }
-    [[nodiscard]] bool isInfoEnabled() const { return category.isInfoEnabled(); }
 
     QByteArray name;
     QLoggingCategory category;
