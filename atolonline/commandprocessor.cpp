@@ -19,7 +19,9 @@
 #include <QUrl>
 #include <QVariant>
 
+#include <array>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 namespace atolonline {
@@ -31,6 +33,17 @@ namespace {
 QUrl address(const QString& text)
 {
     return QUrl(text, QUrl::TolerantMode);
+}
+
+// Most of the time of QDateTime::toString() goes into reading the format.
+QString serviceTime(const QDateTime& time)
+{
+    const QDate day = time.date();
+    const QTime clock = time.time();
+    std::array<char, 64> text{};
+    std::snprintf(text.data(), text.size(), "%02d.%02d.%04d %02d:%02d:%02d", day.day(), day.month(),
+        day.year(), clock.hour(), clock.minute(), clock.second());
+    return QString::fromLatin1(text.data());
 }
 
 bool hasLineBreak(const QString& text)
@@ -104,7 +117,7 @@ QString CommandProcessor::sell(const QList<FrPosition>& positions, const QMap<in
     const QJsonObject body{
         {u"receipt"_s, createReceipt(positions, payments, requisites)},
         {u"external_id"_s, internalDocumentId},
-        {u"timestamp"_s, QDateTime::currentDateTime().toString(u"dd.MM.yyyy hh:mm:ss")},
+        {u"timestamp"_s, serviceTime(QDateTime::currentDateTime())},
     };
     restClient->post(
         address(settings->getUrl() + settings->getGroupCode() + u"/sell"_s), compactJson(body), headers);
