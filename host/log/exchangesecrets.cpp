@@ -56,10 +56,8 @@ Span passwordPlace(const QString& address)
 void addFromRequest(const QUrl& url, const QHash<QString, QString>& headers, const QByteArray& body)
 {
     addCredential(url.password());
-    for (auto entry = headers.begin(); entry != headers.end(); ++entry) {
-        if (entry.key().compare("token"_L1, Qt::CaseInsensitive) == 0)
-            addToken(entry.value());
-    }
+    for (const QString& token : tokensIn(headers))
+        addToken(token);
     if (body.isEmpty())
         return;
     if (indexOf(body, "\"pass\"") >= 0) {
@@ -70,6 +68,16 @@ void addFromRequest(const QUrl& url, const QHash<QString, QString>& headers, con
     const QJsonObject buyer = buyerIn(body);
     addPersonal(buyer["email"_L1].toString());
     addPersonal(buyer["phone"_L1].toString());
+}
+
+QStringList tokensIn(const QHash<QString, QString>& headers)
+{
+    QStringList tokens;
+    for (auto entry = headers.begin(); entry != headers.end(); ++entry) {
+        if (entry.key().compare("token"_L1, Qt::CaseInsensitive) == 0)
+            tokens.append(entry.value());
+    }
+    return tokens;
 }
 
 void addFromReply(const QByteArray& body, const QVariant& parsed)

@@ -18,6 +18,9 @@ namespace hostruntime::secrets {
 HOST_EXPORT void addFromRequest(
     const QUrl& url, const QHash<QString, QString>& headers, const QByteArray& body);
 
+/// The values of the header "token" in any case.
+[[nodiscard]] QStringList tokensIn(const QHash<QString, QString>& headers);
+
 /// Registers the key "token" of a reply as a token. `parsed` is the body in Qt's variant types, invalid
 /// when it is not JSON: then every "token" in the text counts, even one that is cut off.
 HOST_EXPORT void addFromReply(const QByteArray& body, const QVariant& parsed);

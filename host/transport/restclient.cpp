@@ -43,11 +43,15 @@ bool hasLineBreak(const QString& text)
 }
 
 // Why the request must not be sent; empty if it may be.
-QString flaw(const QUrl& url, const RestClient::Headers& headers)
+QString flaw(const QUrl& url)
 {
     // The library would guess what is missing and might contact a host that nobody has named.
-    if ((url.scheme() != "http"_L1 && url.scheme() != "https"_L1) || url.host().isEmpty())
-        return u"адрес не http и не https"_s;
+    const bool isHttp = url.scheme() == "http"_L1 || url.scheme() == "https"_L1;
+    return isHttp && !url.host().isEmpty() ? QString() : u"адрес не http и не https"_s;
+}
+
+QString flaw(const RestClient::Headers& headers)
+{
     for (auto entry = headers.begin(); entry != headers.end(); ++entry) {
         if (hasLineBreak(entry.key()) || hasLineBreak(entry.value()))
             return u"перевод строки в заголовке "_s + entry.key().simplified();
@@ -89,12 +93,37 @@ struct RestClient::State
     {
     }
 
+    // Most exchanges have the headers of the one before.
+    void lookAt(const Headers& headers)
+    {
+        if (headers == lastHeaders)
+            return;
+        lastHeaders = headers;
+        flawOfHeaders = flaw(headers);
+        tokens = secrets::tokensIn(headers);
+    }
+
+    void addSecrets(const QUrl& url, const QByteArray& body) const
+    {
+        for (const QString& password : proxyPasswords)
+            secrets::addCredential(password);
+        // Again for each exchange: only so many values are remembered, those that were added last.
+        for (const QString& token : tokens)
+            secrets::addToken(token);
+        secrets::addFromRequest(url, {}, body);
+    }
+
     hostruntime::ExchangeLog log;
     HttpConnection connection;
     const QStringList proxyPasswords;
     QVariant response;
     QString failure;
     bool sent = false;
+    QString flawOfHeaders;
+
+private:
+    Headers lastHeaders;
+    QStringList tokens;
 };
 
 RestClient::RestClient()
@@ -147,37 +176,37 @@ std::optional<hostruntime::PeerCertificate> RestClient::certificate() const
 
 bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
 {
-    auto& [log, connection, proxyPasswords, response, failure, sent] = *state;
-    response.clear();
-    for (const QString& password : proxyPasswords)
-        secrets::addCredential(password);
-    secrets::addFromRequest(url, request.headers, request.body);
+    state->response.clear();
+    state->lookAt(request.headers);
+    state->addSecrets(url, request.body);
     // Without the query, where a caller may have put a token.
     const QString what = (request.verb == HttpRequest::Verb::Post ? u"POST "_s : u"GET "_s) + url.path();
-    log.logRequest(what, request.body);
+    state->log.logRequest(what, request.body);
 
     QElapsedTimer timer;
     timer.start();
     HttpReply reply;
-    reply.failure = flaw(url, request.headers);
+    reply.failure = flaw(url);
     if (reply.failure.isEmpty())
-        reply = connection.perform(request, [this] { sending(); });
-    sent = reply.sent;
+        reply.failure = state->flawOfHeaders;
+    if (reply.failure.isEmpty())
+        reply = state->connection.perform(request, [this] { sending(); });
+    state->sent = reply.sent;
     if (reply.failure.isEmpty()) {
         const auto [value, flawOfBody] = parsed(reply.body);
-        response = value;
+        state->response = value;
         if (!flawOfBody.isEmpty())
             reply.failure = u"HTTP %1, %2"_s.arg(reply.status).arg(flawOfBody);
     }
-    secrets::addFromReply(reply.body, response);
+    secrets::addFromReply(reply.body, state->response);
     const std::chrono::milliseconds duration(timer.elapsed());
-    log.logReply(what, reply.body);
+    state->log.logReply(what, reply.body);
     if (reply.failure.isEmpty())
-        log.logSuccess(what, reply.status, reply.body.size(), duration);
+        state->log.logSuccess(what, reply.status, reply.body.size(), duration);
     else
-        log.logFailure(what, reply.failure, duration, sent);
-    failure = reply.failure;
-    return failure.isEmpty();
+        state->log.logFailure(what, reply.failure, duration, reply.sent);
+    state->failure = reply.failure;
+    return reply.failure.isEmpty();
 }
 
 void RestClient::sending() {}
