@@ -3,6 +3,8 @@
 #include "host/log/secrets.h"
 #include "till/wire/exactvalue.h"
 
+#include <QTimeZone>
+
 #include <algorithm>
 #include <limits>
 
@@ -38,7 +40,7 @@ QDateTime moscowTime(const QString& text)
     constexpr int offset = 3 * 3600;
     QDateTime time = QDateTime::fromString(text, u"dd.MM.yyyy hh:mm:ss"_s);
     if (time.isValid())
-        time.setOffsetFromUtc(offset);
+        time.setTimeZone(QTimeZone(offset));
     return time;
 }
 
