@@ -130,8 +130,8 @@ TEST_F(ConfigFile, WithAPasswordHasItOnItsFirstLine)
     EXPECT_EQ(password("secret\r\nrest"), "secret");
     EXPECT_THROW(password(""), JsonError);
     EXPECT_THROW(password("\nsecret"), JsonError);
-    EXPECT_THROW(readPassword("/nowhere/password"), JsonError);
-    EXPECT_THROW(readPassword(testing::TempDir()), JsonError);
+    EXPECT_THROW(static_cast<void>(readPassword("/nowhere/password")), JsonError);
+    EXPECT_THROW(static_cast<void>(readPassword(testing::TempDir())), JsonError);
 }
 
 TEST_F(ConfigFile, CannotHaveMoreFaultsThanTheEmulatorKeeps)
