@@ -43,13 +43,13 @@ Request toRequest(Parser& parser, std::string raw)
     return request;
 }
 
-struct Refusal
+struct Rejection
 {
     int status = 400;
     std::string text{};
 };
 
-Refusal refusalOf(const error_code& error)
+Rejection rejectionOf(const error_code& error)
 {
     if (error == http::error::body_limit)
         return {413, error.message()};
@@ -88,8 +88,9 @@ public:
                 if (isEnd(error) || !account.isOpen())
                     co_return;
                 if (error || !problem.empty()) {
-                    const Refusal refusal = error ? refusalOf(error) : Refusal{.text = std::string(problem)};
-                    co_await refuse(refusal);
+                    const Rejection rejection =
+                        error ? rejectionOf(error) : Rejection{.text = std::string(problem)};
+                    co_await refuse(rejection);
                     co_return;
                 }
                 const Request request = toRequest(parser, std::move(raw));
@@ -153,12 +154,12 @@ private:
         co_return Outcome{};
     }
 
-    asio::awaitable<void> refuse(const Refusal& refusal)
+    asio::awaitable<void> refuse(const Rejection& rejection)
     {
         const Answer answer{.reply = {
-                                .status = refusal.status,
+                                .status = rejection.status,
                                 .contentType = "text/plain",
-                                .body = refusal.text + "\n",
+                                .body = rejection.text + "\n",
                             }};
         const std::string bytes = answer.bytes(false);
         co_await write(bytes);
