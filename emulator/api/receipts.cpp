@@ -59,6 +59,11 @@ Json vatsOf(const Json& object)
     return all;
 }
 
+Json fieldsOf(const Document& document, const Service& service)
+{
+    return service.statusWord(document) == "fail" ? service.fieldsToBlame(document) : Json::array();
+}
+
 Json summaryOf(const Refusal& refusal, Store& store)
 {
     const Exchange& exchange = refusal.exchange;
@@ -77,11 +82,14 @@ Json summaryOf(const Refusal& refusal, Store& store)
 
 Json summaryOf(const Document& document, Store& store, const Service& service)
 {
-    return {{"sequence", document.sequence}, {"uuid", document.uuid}, {"group", document.groupCode},
+    Json json{{"sequence", document.sequence}, {"uuid", document.uuid}, {"group", document.groupCode},
         {"external_id", document.externalId}, {"operation", document.operation}, {"login", document.login},
         {"received_at", isoTime(document.receivedAt)}, {"status", service.statusWord(document)},
         {"total", roubles(document.totalKopecks)},
         {"wire_requests", store.requests(document.groupCode, document.externalId)}};
+    if (const Json fields = fieldsOf(document, service); !fields.empty())
+        json["first_field"] = fields[0];
+    return json;
 }
 
 Json detailsOf(const Document& document, Store& store, const Service& service)
@@ -93,7 +101,7 @@ Json detailsOf(const Document& document, Store& store, const Service& service)
     json["request"] = request;
     json["report"] = Json::parse(service.statusOf(document).body);
     json["vats"] = vatsOf(valueOf(request, request.contains("correction") ? "correction" : "receipt"));
-    json["fields"] = service.statusWord(document) == "fail" ? service.fieldsToBlame(document) : Json::array();
+    json["fields"] = fieldsOf(document, service);
     return json;
 }
 

@@ -6,7 +6,7 @@
 
 namespace emulator {
 
-/// A document as it appears in lists.
+/// A document as it appears in lists; with `first_field` if it failed because of one.
 [[nodiscard]] Json summaryOf(const Document& document, Store& store, const Service& service);
 
 /// A document with everything known about it. `vats` are the sums of VAT as printed on the receipt, `fields`

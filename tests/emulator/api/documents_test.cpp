@@ -97,6 +97,8 @@ TEST_F(ApiCalls, NamesTheFieldsBecauseOfWhichADocumentFailed)
     const Json wrongSum = changed(goodReceipt("sum"), "/receipt/items/0/vat/sum", 20);
     EXPECT_EQ(fieldsOf(wrongSum), Json::array({{{"field", "receipt.items[0].vat.sum"},
                                       {"rule", "ожидается сумма НДС по ставке: 13.68"}}}));
+    EXPECT_EQ(
+        get("/_emulator/receipts").json()["receipts"][0]["first_field"]["field"], "receipt.items[0].vat.sum");
     const Json wrongInn = changed(goodCorrection("inn"), "/correction/company/inn", "7700000001");
     const auto corrected =
         exchange(postRequest("/possystem/v4/group-1/sell_correction", wrongInn.dump(), tokenHeader()));

@@ -239,6 +239,7 @@ test('the field because of which a receipt failed later is marked', async () => 
   await browser.until("return document.querySelector('.receipt-title .field')?.innerText === 'receipt.items[1].vat.sum'");
   const marked = await browser.run("return [...document.querySelectorAll('#detail .wrong')].map(one => one.textContent)");
   assert.equal(marked.length, 1);
+  assert.match(await browser.run(`return ${rowOf('late-sum')}.innerText`), /failed[^]*receipt\.items\[1\]\.vat\.sum/);
   assert.match(marked[0], /"sum": 20[^]*must be the VAT at this rate: 6\.84/);
   await exchange('POST', '/_emulator/faults', JSON.stringify({endpoint: 'sell', effect: 'fail', match: {next: 1}}));
   assert.equal((await sell('late-fault', {items})).status, 200);
