@@ -13,8 +13,6 @@ const wide = [1360, 860], phone = [390, 780];
 const largest = 100_000;
 let emulator, browser, root, token;
 
-const api = (path, body) => fetch(root + '_emulator/' + path, {method: 'POST', body: JSON.stringify(body)});
-
 async function call(path, body) {
   const headers = {'Content-Type': 'application/json; charset=utf-8', ...token ? {Token: token} : {}};
   return fetch(root + 'possystem/v4/' + path, {method: 'POST', headers, body: JSON.stringify(body)});
@@ -34,8 +32,8 @@ function sell(id, changes = {}, group = 'shop_1') {
 async function sellAll() {
   token = (await (await call('getToken', {login: 'shop', pass: 'secret'})).json()).token;
   await sell('till-1');
-  await api('faults', {endpoint: 'sell', effect: 'fail', type: 'driver', match: {next: 1}});
-  await sell('till-2');
+  const wrongVat = {...item('Хлеб ржаной', 45.5, 1), vat: {type: 'vat10', sum: 4.55}};
+  await sell('till-2', {items: [item('Молоко 3,2 %', 557.38, 2), wrongVat]});
   const company = {email: 'shop@example.com', sno: 'osn', payment_address: 'shop.example'};
   const wrong = [item('Молоко 3,2 %', 557.38, 2), {...item('Хлеб ржаной', 45.5, 1), vat: {type: 'vat18'}}];
   await sell('till-3', {items: wrong});
@@ -73,7 +71,7 @@ const states = [
   ['refused-dark', 'en', 'dark', wide, () => browser.until("return document.querySelectorAll('.wrong').length === 2")],
   ['registered', 'en', 'light', wide, async () => { await open('till-1'); await browser.until(loaded); }],
   ['registered-dark', 'en', 'dark', wide, async () => { await open('till-1'); await browser.until(loaded); }],
-  ['failed', 'en', 'light', wide, () => open('till-2')],
+  ['failed', 'en', 'light', wide, async () => { await open('till-2'); await browser.until("return document.querySelector('.wrong')"); }],
   ['tries', 'en', 'light', wide, async () => {
     await browser.until("return document.querySelector('.tries')");
     await browser.run("document.querySelector('.tries').open = true");
