@@ -84,15 +84,13 @@ std::string maskedBody(const std::string& body, const Call& call)
 }
 
 // At any depth, so that it need not be known how the service nests its answers.
-void maskSecrets(Json& json, bool& found)
+void maskSecrets(Json& json)
 {
     for (auto& [key, value] : json.items()) {
-        if (json.is_object() && isSecret(key)) {
+        if (json.is_object() && isSecret(key))
             value = stars;
-            found = true;
-        } else if (value.is_structured()) {
-            maskSecrets(value, found);
-        }
+        else if (value.is_structured())
+            maskSecrets(value);
     }
 }
 
@@ -101,9 +99,9 @@ std::string maskedTokenAnswer(const std::string& body)
     Json json = parseShallow(body);
     if (!json.is_structured())
         return body.empty() ? body : std::string(stars);
-    bool found = false;
-    maskSecrets(json, found);
-    return found ? toLine(json) : body;
+    maskSecrets(json);
+    // Always anew: of a key that occurs twice, only one has been looked at.
+    return toLine(json);
 }
 
 } // namespace

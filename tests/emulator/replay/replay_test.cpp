@@ -107,7 +107,8 @@ TEST_F(Replay, NeverShowsTheTokenHoweverItWasWritten)
     const std::string escaped = R"({"\u0074oken":"hidden"})";
     const std::string plain = "token=hidden";
     const std::string word = R"("hidden")";
-    const std::vector<std::string> bodies{token.dump(4), spaced, nested, broken, escaped, plain, word};
+    const std::string twice = R"({"data":{"token":"hidden"},"data":1})";
+    const std::vector<std::string> bodies{token.dump(4), spaced, nested, broken, escaped, plain, word, twice};
     Json entries = Json::array();
     for (const std::string& body : bodies)
         entries.push_back(
