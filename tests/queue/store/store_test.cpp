@@ -5,7 +5,10 @@
 
 #include <QSqlError>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -25,6 +28,27 @@ protected:
         return message.startsWith(start) ? message.sliced(start.size()) : message;
     }
 };
+
+// To others, SQLite shows by a lock of the process that the file is in use; the last to close it removes the
+// write-ahead log.
+TEST_F(StoreFile, StaysInUseWhereItIsOpenedTwice)
+{
+    const Store other(file(), u"shop_1"_s);
+    const QByteArray path = QFile::encodeName(file());
+    const pid_t child = fork();
+    if (child == 0) {
+        struct flock lock = {};
+        lock.l_type = F_WRLCK;
+        lock.l_whence = SEEK_SET;
+        lock.l_start = 0x40000002;
+        lock.l_len = 510;
+        const int descriptor = open(path.constData(), O_RDWR | O_CLOEXEC);
+        _exit(fcntl(descriptor, F_GETLK, &lock) == 0 && lock.l_type != F_UNLCK ? 0 : 1);
+    }
+    int status = -1;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+}
 
 TEST_F(StoreFile, IsForItsOwnerAlone)
 {
