@@ -1805,5 +1805,21 @@
         <source>Working</source>
         <translation>Работает</translation>
     </message>
+    <message>
+        <source>the file is not there any more</source>
+        <translation>файла больше нет</translation>
+    </message>
+    <message>
+        <source>the file was replaced</source>
+        <translation>файл подменён другим</translation>
+    </message>
+    <message>
+        <source>%1: the queue can be used again.</source>
+        <translation>%1: очередь снова доступна.</translation>
+    </message>
+    <message>
+        <source>The worker waits for it.</source>
+        <translation>Обработчик ждёт, пока она станет доступна.</translation>
+    </message>
 </context>
 </TS>

@@ -4,10 +4,15 @@
 #include "till/database/privatefile.h"
 #include "till/journal/composedreceipt.h"
 #include "till/journal/journalfile.h"
+#include "till/text.h"
 
+#include <QFile>
 #include <QFileInfo>
 
+#include <sys/stat.h>
+
 using namespace Qt::Literals::StringLiterals;
+using till::Text;
 
 namespace queue {
 
@@ -88,6 +93,16 @@ QString created(const QString& file)
     return file;
 }
 
+// Of the file that is there now; empty where there is none.
+QByteArray identityOf(const QString& file)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(file).constData(), &status) != 0)
+        return {};
+    return QByteArray::number(static_cast<quint64>(status.st_dev)) + ':' +
+           QByteArray::number(static_cast<quint64>(status.st_ino));
+}
+
 Entry entryIn(const QSqlQuery& row)
 {
     Entry entry;
@@ -114,7 +129,8 @@ Store::Store(const QString& file, const QString& fiscalRegister, std::chrono::mi
     till::Database::Probe probe)
     : fileName(created(file))
     , db(file, {applicationId, {firstVersion}}, patience,
-          [file](const QString& reason) { throw StoreError(file, reason); })
+          [file](const QString& reason, till::Fault fault) { throw StoreError(file, reason, fault); })
+    , opened(identityOf(file))
 {
     const auto known = [&] {
         return db.value("SELECT number FROM registers WHERE address = ?", {fiscalRegister}).toLongLong();
@@ -125,6 +141,15 @@ Store::Store(const QString& file, const QString& fiscalRegister, std::chrono::mi
         number = known();
     }
     db.setProbe(std::move(probe));
+}
+
+void Store::requirePlace() const
+{
+    const QByteArray there = identityOf(fileName);
+    if (there.isEmpty())
+        throw StoreError(fileName, Text::tr("the file is not there any more"));
+    if (there != opened)
+        throw StoreError(fileName, Text::tr("the file was replaced"));
 }
 
 void Store::note(qint64 receipt, const char* event, qint64 worker, int attempt, const QByteArray& detail)

@@ -27,6 +27,10 @@ public:
     /// The number of the register within the file.
     [[nodiscard]] qint64 registerNumber() const { return number; }
 
+    /// Throws StoreError where the file was removed, replaced or unmounted since it was opened. What is
+    /// written then is lost to everybody else.
+    void requirePlace() const;
+
     /// Notes what happened, within the transaction of the change. `detail` is a JSON text or empty.
     void note(
         qint64 receipt, const char* event, qint64 worker = 0, int attempt = 0, const QByteArray& detail = {});
@@ -41,6 +45,7 @@ public:
 private:
     QString fileName;
     till::Database db;
+    QByteArray opened;
     qint64 number = 0;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "till/database/database.h"
 #include "till/error.h"
 
 namespace queue {
@@ -8,7 +9,13 @@ namespace queue {
 class StoreError : public till::Error
 {
 public:
-    StoreError(const QString& file, const QString& reason);
+    StoreError(const QString& file, const QString& reason, till::Fault usedFault = till::Fault::Passing);
+
+    /// Whether it is worth waiting for the store.
+    [[nodiscard]] bool isPassing() const { return fault == till::Fault::Passing; }
+
+private:
+    till::Fault fault;
 };
 
 } // namespace queue

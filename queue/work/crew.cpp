@@ -1,31 +1,37 @@
-#include "queue/work/worker.h"
+#include "queue/work/crew.h"
 
 #include <thread>
 #include <vector>
 
 namespace queue {
 
-Worker::Worker(Surroundings usedSurroundings, int usedLanes, QString usedName, Pause::Milliseconds firstPause,
-    Pause::Milliseconds longestPause)
-    : surroundings(std::move(usedSurroundings))
+namespace {
+
+constexpr std::chrono::milliseconds tick{50};
+constexpr std::chrono::seconds betweenLooks{1};
+
+} // namespace
+
+Crew::Crew(const Surroundings& usedSurroundings, int usedLanes, const PauseLengths& pauses)
+    : surroundings(usedSurroundings)
     , lanes(usedLanes)
-    , name(std::move(usedName))
-    , pause(firstPause, longestPause)
+    , pause(pauses.first, pauses.longest)
 {
 }
 
-bool Worker::run()
+bool Crew::run(const QString& name, const std::function<void()>& begun)
 {
-    Store store(surroundings.storeFile, surroundings.address);
+    Store store(surroundings.storeFile, surroundings.address, surroundings.patience);
     WorkerLocks locks(surroundings.storeFile);
     const qint64 worker = enrol(store, locks, name);
     Claims claims(store, locks, worker, surroundings.lease);
+    begun();
     running = lanes;
     {
         std::vector<std::jthread> threads;
         for (int i = 0; i < lanes; ++i)
             threads.emplace_back([&] { runLane(locks, worker); });
-        keepAlive(claims);
+        keepAlive(store, claims);
     }
     if (failure)
         std::rethrow_exception(failure);
@@ -34,46 +40,55 @@ bool Worker::run()
 }
 
 // The first lane that cannot go on ends the others: what is wrong with its setup is wrong with theirs.
-void Worker::runLane(const WorkerLocks& locks, qint64 worker)
+void Crew::runLane(const WorkerLocks& locks, qint64 worker)
 {
     bool isGood = true;
-    std::exception_ptr thrown;
     try {
         isGood = Lane(surroundings, locks, worker, pause, creation).run();
     } catch (...) {
-        thrown = std::current_exception();
+        keep(std::current_exception());
     }
     const std::scoped_lock lock(guard);
     --running;
-    if (thrown && !failure)
-        failure = thrown;
     hasGivenUp = hasGivenUp || !isGood;
-    if (thrown || !isGood)
+    if (!isGood)
         pause.stop();
 }
 
 // Ends when the last lane has ended.
-void Worker::keepAlive(Claims& claims)
+void Crew::keepAlive(const Store& store, Claims& claims)
 {
     const auto isRunning = [&] {
         const std::scoped_lock lock(guard);
         return running > 0;
     };
-    auto last = std::chrono::steady_clock::now();
+    auto beaten = std::chrono::steady_clock::now();
+    auto looked = beaten;
     try {
         while (isRunning()) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            std::this_thread::sleep_for(tick);
             surroundings.showLife();
-            if (const auto now = std::chrono::steady_clock::now(); now - last > surroundings.lease / 3) {
+            const auto now = std::chrono::steady_clock::now();
+            if (now - looked > betweenLooks) {
+                store.requirePlace();
+                looked = now;
+            }
+            if (now - beaten > surroundings.lease / 3) {
                 claims.beat();
-                last = now;
+                beaten = now;
             }
         }
     } catch (...) {
-        const std::scoped_lock lock(guard);
-        failure = std::current_exception();
-        pause.stop();
+        keep(std::current_exception());
     }
+}
+
+void Crew::keep(std::exception_ptr thrown)
+{
+    const std::scoped_lock lock(guard);
+    if (!failure)
+        failure = std::move(thrown);
+    pause.stop();
 }
 
 } // namespace queue

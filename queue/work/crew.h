@@ -6,28 +6,27 @@
 
 namespace queue {
 
-/// Registers what is queued, with several registers at once.
-class Worker
+/// The lanes of a worker, as long as its store can be used.
+class Crew
 {
 public:
-    /// `usedName` tells it from others, for people.
-    Worker(Surroundings usedSurroundings, int usedLanes, QString usedName,
-        Pause::Milliseconds firstPause = std::chrono::seconds(1),
-        Pause::Milliseconds longestPause = std::chrono::minutes(1));
+    /// All are borrowed.
+    Crew(const Surroundings& usedSurroundings, int usedLanes, const PauseLengths& pauses);
 
-    /// Blocks until stop() or, where that is asked for, nothing is left to do. Returns whether it ended as it
-    /// should, and not because the register did not come back. Throws till::Error when it cannot work.
-    [[nodiscard]] bool run();
+    /// Blocks until stop() or, where that is asked for, nothing is left to do. Calls `begun` once the worker
+    /// is entered into the store. Returns whether it ended as it should, and not because the register did not
+    /// come back. Throws till::Error when it cannot work.
+    [[nodiscard]] bool run(const QString& name, const std::function<void()>& begun);
     /// Ends the work after the receipts that are being sent. May be called from another thread.
     void stop() { pause.stop(); }
 
 private:
     void runLane(const WorkerLocks& locks, qint64 worker);
-    void keepAlive(Claims& claims);
+    void keepAlive(const Store& store, Claims& claims);
+    void keep(std::exception_ptr thrown);
 
-    const Surroundings surroundings;
+    const Surroundings& surroundings;
     const int lanes;
-    const QString name;
     Pause pause;
     std::mutex creation;
 

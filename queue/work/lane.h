@@ -26,6 +26,8 @@ struct Surroundings
     /// Called several times a second, in the thread of the worker, as long as it goes on.
     std::function<void()> showLife = [] {};
     std::chrono::milliseconds lease;
+    /// How long the store waits for other processes.
+    std::chrono::milliseconds patience = Store::defaultPatience;
     /// How long an idle lane waits before it looks into the store again.
     std::chrono::milliseconds idle{200};
     /// Whether the work ends when nothing is left, or when the register does not come back.

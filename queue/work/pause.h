@@ -10,6 +10,12 @@
 
 namespace queue {
 
+struct PauseLengths
+{
+    std::chrono::milliseconds first = std::chrono::seconds(1);
+    std::chrono::milliseconds longest = std::chrono::minutes(1);
+};
+
 /// The pauses of a register whose account is at fault, or whose service does not answer, shared by the lanes
 /// of a worker. Each is longer than the one before, up to a limit, with some jitter; after it one lane tries
 /// whether the trouble is over, and the others go on waiting.

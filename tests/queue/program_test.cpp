@@ -2,7 +2,9 @@
 #include "tests/e2e/support/shop.h"
 #include "tests/support/notifysocket.h"
 
+#include <QDir>
 #include <QElapsedTimer>
+#include <QTemporaryDir>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,6 +12,7 @@
 #include <csignal>
 
 using namespace Qt::Literals::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -144,6 +147,33 @@ TEST_F(QueueProgram, KeepsReceiptsWhileTheAccountIsAtFault)
     EXPECT_EQ(work().exitCode, 0);
     EXPECT_EQ(results(), QStringList{u"r1 registered"_s});
     EXPECT_EQ(queue({u"list"_s}).err, QString());
+}
+
+TEST_F(QueueProgram, WaitsForAStoreThatIsAway)
+{
+    const QTemporaryDir place;
+    const QString folder = place.filePath(u"disk"_s);
+    shop.configureQueue(u"store"_s, folder + u"/queue.db"_s);
+    Running worked = worker();
+    EXPECT_TRUE(
+        worked.hasSaid("/disk/queue.db: the queue cannot be used: No such file or directory. The worker"));
+    ASSERT_TRUE(QDir().mkdir(folder));
+    EXPECT_TRUE(worked.hasSaid("/disk/queue.db: the queue can be used again."));
+    EXPECT_EQ(add(receipts(1)).exitCode, 0);
+    EXPECT_EQ(queue({u"wait"_s, u"r1"_s}).exitCode, 0);
+    ASSERT_TRUE(QDir().rename(folder, folder + u"-away"_s));
+    EXPECT_TRUE(
+        worked.hasSaid("/disk/queue.db: the queue cannot be used: the file is not there any more. The"));
+    // Not the place for a new one.
+    ASSERT_TRUE(QDir().mkdir(folder));
+    EXPECT_FALSE(worked.hasEndedWithin(1500ms));
+    EXPECT_FALSE(QFileInfo::exists(folder + u"/queue.db"_s));
+    ASSERT_TRUE(QDir().rmdir(folder) && QDir().rename(folder + u"-away"_s, folder));
+    EXPECT_EQ(add(receipts(2)).exitCode, 0);
+    EXPECT_EQ(queue({u"wait"_s, u"r2"_s}).exitCode, 0);
+    worked.signal(SIGTERM);
+    EXPECT_EQ(worked.end().exitCode, 0);
+    EXPECT_EQ(sellsSeen(), 2);
 }
 
 TEST_F(QueueProgram, TellsTheServiceManagerHowItIs)

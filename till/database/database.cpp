@@ -2,12 +2,20 @@
 
 #include "till/text.h"
 
-#include <QSqlError>
 #include <QUuid>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 
 namespace till {
+
+namespace {
+
+// Of SQLite: permissions, a lock, a read-only or failing or full disk, a missing folder.
+constexpr int passing[] = {3, 5, 6, 8, 10, 13, 14, 15};
+
+} // namespace
 
 Database::Database(
     const QString& file, const DatabaseFormat& usedFormat, std::chrono::milliseconds patience, Fail failure)
@@ -35,14 +43,22 @@ void Database::open(const QString& file, const DatabaseFormat& format, std::chro
     database.setDatabaseName(file);
     database.setConnectOptions(u"QSQLITE_BUSY_TIMEOUT=%1"_s.arg(patience.count()));
     if (!database.open())
-        fail(database.lastError().databaseText());
+        failBy(database.lastError());
     transaction([&] { bringUpToDate(format); });
     // The pragmas answer with what really holds, and do nothing silently where it cannot be had.
     if (value("PRAGMA journal_mode = WAL").toString() != "wal"_L1)
-        fail(Text::tr("its file system does not support a write-ahead log"));
+        fail(Text::tr("its file system does not support a write-ahead log"), Fault::Lasting);
     change("PRAGMA synchronous = FULL");
     if (constexpr int full = 2; value("PRAGMA synchronous").toInt() != full)
-        fail(Text::tr("the database does not wait for the disk"));
+        fail(Text::tr("the database does not wait for the disk"), Fault::Lasting);
+}
+
+// The lower byte is the kind of the error.
+void Database::failBy(const QSqlError& error)
+{
+    const int kind = error.nativeErrorCode().toInt() & 0xff;
+    const bool isPassing = std::ranges::find(passing, kind) != std::end(passing);
+    fail(error.databaseText(), isPassing ? Fault::Passing : Fault::Lasting);
 }
 
 void Database::bringUpToDate(const DatabaseFormat& format)
@@ -52,10 +68,11 @@ void Database::bringUpToDate(const DatabaseFormat& format)
     int version = value("PRAGMA user_version").toInt();
     const bool isNew = owner == 0 && version == 0 && value("SELECT count(*) FROM sqlite_schema").toInt() == 0;
     if (!isNew && owner != format.applicationId)
-        fail(Text::tr("the file is a database of another program"));
+        fail(Text::tr("the file is a database of another program"), Fault::Lasting);
     if (version > known)
         fail(Text::tr("it was written by a newer version of this program (format %1, known here: %2)")
-                 .arg(QString::number(version), QString::number(known)));
+                 .arg(QString::number(version), QString::number(known)),
+            Fault::Lasting);
     if (version == known)
         return;
     for (; version < known; ++version) {
@@ -100,7 +117,7 @@ QSqlQuery Database::query(const char* statement, const QVariantList& values)
         query.addBindValue(value);
     isGood = isGood && query.exec();
     if (!isGood)
-        fail(query.lastError().databaseText());
+        failBy(query.lastError());
     return query;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 #include <QString>
 #include <QVariantList>
@@ -11,6 +12,15 @@
 #include <vector>
 
 namespace till {
+
+/// How long the reason may last why a file cannot be used.
+enum class Fault
+{
+    /// It may end by itself or from outside: a lock, a full disk, a folder that is not there.
+    Passing,
+    /// It is about the content of the file.
+    Lasting,
+};
 
 /// What kind of database a file is.
 struct DatabaseFormat
@@ -30,7 +40,7 @@ class Database
 {
 public:
     /// Called with the reason why the file cannot be used; throws.
-    using Fail = std::function<void(const QString& reason)>;
+    using Fail = std::function<void(const QString& reason, Fault fault)>;
     /// Called before each statement.
     using Probe = std::function<void()>;
 
@@ -55,6 +65,7 @@ public:
 
 private:
     void open(const QString& file, const DatabaseFormat& format, std::chrono::milliseconds patience);
+    void failBy(const QSqlError& error);
     void enclose(const char* begin, const std::function<void()>& action);
     void bringUpToDate(const DatabaseFormat& format);
 

@@ -69,7 +69,7 @@ JournalRecord recordIn(const QSqlQuery& row)
 Journal::Journal(const QString& file, std::chrono::milliseconds patience)
     : fileName(created(file))
     , database(file, {applicationId, {schema}}, patience,
-          [file](const QString& reason) { throw JournalError(file, reason); })
+          [file](const QString& reason, Fault /*fault*/) { throw JournalError(file, reason); })
 {
     removeOld();
 }

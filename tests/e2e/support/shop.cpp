@@ -13,14 +13,19 @@ Shop::Shop(const QString& url)
 {
 }
 
-void Shop::configure(const QString& key, const QString& value)
+void Shop::put(Settings& into, const QString& key, const QString& value)
 {
     const auto line =
-        std::find_if(settings.begin(), settings.end(), [&](const auto& entry) { return entry.first == key; });
-    if (line == settings.end())
-        settings.push_back({key, value});
+        std::find_if(into.begin(), into.end(), [&](const auto& entry) { return entry.first == key; });
+    if (line == into.end())
+        into.push_back({key, value});
     else
         line->second = value;
+}
+
+void Shop::configure(const QString& key, const QString& value)
+{
+    put(settings, key, value);
 }
 
 void Shop::unconfigure(const QString& key)
@@ -30,12 +35,12 @@ void Shop::unconfigure(const QString& key)
 
 void Shop::configureTransport(const QString& key, const QString& value)
 {
-    transport.push_back({key, value});
+    put(transport, key, value);
 }
 
 void Shop::configureQueue(const QString& key, const QString& value)
 {
-    queue.push_back({key, value});
+    put(queue, key, value);
 }
 
 QString Shop::file(const QString& name, const QByteArray& content) const

@@ -33,6 +33,8 @@ public:
 private:
     using Settings = QList<std::pair<QString, QString>>;
 
+    static void put(Settings& into, const QString& key, const QString& value);
+
     QTemporaryDir folder;
     Settings settings;
     Settings transport;
