@@ -137,6 +137,8 @@ void QueueArguments::addTo(CLI::App& command, std::vector<std::string>& files)
                                 : Text::tr("write a number of days, such as 90d").toStdString();
         })
         ->required();
+    command.get_subcommand("audit")->add_flag("--ask", ask,
+        Text::tr("Ask the service about every receipt whose outcome is not known").toStdString());
     command.get_subcommand("stats")->add_flag(
         "--openmetrics", openMetrics, Text::tr("As OpenMetrics text").toStdString());
 }
@@ -152,6 +154,7 @@ QueueLine QueueArguments::line() const
     line.after = after;
     line.follow = follow;
     line.untilEmpty = untilEmpty;
+    line.ask = ask;
     line.openMetrics = openMetrics;
     line.days = daysIn(age).value_or(0);
     return line;

@@ -28,6 +28,7 @@ private:
     qint64 after = 0;
     bool follow = false;
     bool untilEmpty = false;
+    bool ask = false;
     bool openMetrics = false;
     std::string age;
 };

@@ -37,6 +37,8 @@ struct QueueLine
     bool follow = false;
     bool untilEmpty = false;
     bool openMetrics = false;
+    /// Of `audit`.
+    bool ask = false;
     /// Of `prune`.
     int days = 0;
 };

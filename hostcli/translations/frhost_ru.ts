@@ -1821,5 +1821,29 @@
         <source>The worker waits for it.</source>
         <translation>Обработчик ждёт, пока она станет доступна.</translation>
     </message>
+    <message>
+        <source>Ask the service about every receipt whose outcome is not known</source>
+        <translation>Спросить сервис о каждом чеке, результат которого неизвестен</translation>
+    </message>
+    <message>
+        <source>the service says that it is registered; a worker will prove it</source>
+        <translation>сервис сообщает, что чек зарегистрирован; обработчик это проверит</translation>
+    </message>
+    <message>
+        <source>the service says that it could not register it; a worker will ask again</source>
+        <translation>сервис сообщает, что не смог его зарегистрировать; обработчик спросит ещё раз</translation>
+    </message>
+    <message>
+        <source>the service is working on it</source>
+        <translation>сервис его ещё обрабатывает</translation>
+    </message>
+    <message>
+        <source>the service does not say what became of it</source>
+        <translation>сервис не говорит, что с ним стало</translation>
+    </message>
+    <message>
+        <source>its uuid has not arrived: only a worker can find out what became of it, by sending it again under its id</source>
+        <translation>его uuid не получен: выяснить результат может только обработчик, отправив чек ещё раз под тем же идентификатором</translation>
+    </message>
 </context>
 </TS>

@@ -239,6 +239,38 @@ TEST_F(QueueProgram, LetsSeveralWorkersOfSeveralRegistersShareTheWork)
     EXPECT_EQ(sellsSeen(), 12);
 }
 
+TEST_F(QueueProgram, AsksTheServiceAboutWhatIsDoubtful)
+{
+    const auto ask = [&] {
+        const Ran ran = queue({u"audit"_s, u"--ask"_s});
+        EXPECT_EQ(ran.exitCode, 0);
+        const QJsonObject asked = ran.lines().first().value(u"asked"_s).toObject();
+        QStringList counts;
+        for (const char* key : {"registered", "failed", "waiting", "unclear", "unasked"})
+            counts << QString::number(asked.value(QLatin1StringView(key)).toInt(-1));
+        return counts.join(u' ');
+    };
+    EXPECT_EQ(ask(), u"0 0 0 0 0"_s);
+    EXPECT_EQ(add(receipts(1)).exitCode, 0);
+    EXPECT_EQ(ask(), u"0 0 0 0 0"_s) << "it was never sent";
+    // Answers without evidence, until the receipt is set aside.
+    emulator.addFault(R"("endpoint":"report","effect":"without-key","key":"payload")");
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_EQ(
+        queue({u"list"_s}).columns({u"id"_s, u"state"_s, u"held"_s}), QStringList{u"r1 incomplete true"_s});
+    EXPECT_EQ(ask(), u"1 0 0 0 0"_s);
+    emulator.clearFaults();
+    emulator.addFault(R"("endpoint":"report","effect":"error","code":50)");
+    EXPECT_EQ(ask(), u"0 0 0 1 0"_s);
+    emulator.clearFaults();
+    const qsizetype sent = sellsSeen();
+    EXPECT_THAT(queue({u"audit"_s, u"--ask"_s}).err.toStdString(),
+        HasSubstr("r1: the service says that it is registered"));
+    EXPECT_EQ(sellsSeen(), sent) << "asking sends nothing";
+    emulator.addFault(R"("endpoint":"token","effect":"error","code":12)");
+    EXPECT_EQ(queue({u"audit"_s, u"--ask"_s}).exitCode, 1);
+}
+
 TEST_F(QueueProgram, DoesWhatAPersonDecides)
 {
     EXPECT_EQ(add(receipts(3)).exitCode, 0);
