@@ -124,3 +124,32 @@ def judge_sale(sale, second, known):
     if second.status != 0:
         return [Finding("unsettled", f"{last}: status {second.status} from the second run")]
     return []
+
+
+def judge_handing_over(said, stored, receipts):
+    """What is wrong with handing receipts over. `stored`: the entries of the store, by id."""
+    there = [receipt for receipt in receipts if receipt in stored]
+    if said.status == 0 and there != receipts:
+        yield Finding("false", f"status 0, which means that all are durable; the store has {there}")
+    for receipt in said.lines:
+        if receipt and receipt not in stored:
+            yield Finding("false", f"said that {receipt} is queued, but it is not")
+    if there and there != receipts:
+        yield Finding("false", f"the store has {there} alone, and not all or none")
+
+
+def judge_queue(runs, stored, known):
+    """What is wrong at the end: after handing over again, work and an audit, all undisturbed."""
+    for said in runs:
+        if said.status != 0:
+            yield Finding("unsettled", f"status {said.status} from {said.command}")
+    for receipt, service in known.items():
+        done = service.with_status("done")
+        if not done:
+            yield Finding("lost", f"{receipt} is not registered")
+        if len(done) > 1:
+            yield Finding("doubled", f"{receipt} is registered {len(done)} times")
+        entry = stored.get(receipt, {"state": "nothing"})
+        told = (entry["state"], entry.get("uuid"))
+        if done and told != ("registered", done[0]["uuid"]):
+            yield Finding("false", f"the store says {told} of {receipt}, the service {done[0]['uuid']}")

@@ -2,7 +2,7 @@
 import unittest
 
 from emulator import Known
-from judgement import judge_run, judge_sale
+from judgement import judge_handing_over, judge_queue, judge_run, judge_sale
 from programs import Ended
 from till import Said
 
@@ -24,6 +24,10 @@ def known(status=None, sent=True):
 def said(status, line=None, err="", command="sell", hung=False):
     lines = {ID: {"id": ID} | line} if line else {}
     return Said(Ended(status, ID if line else "", err, hung), command, lines)
+
+
+def queued(status, *receipts):
+    return Said(Ended(status, "", "", False), "queue add", {receipt: {} for receipt in receipts})
 
 
 def outcome(word, **more):
@@ -113,6 +117,39 @@ class SaleOfTwoRuns(unittest.TestCase):
         self.assertEqual(self.columns(said(4, outcome("unknown")), r7=known("wait")), ["unfinished"])
         for status in ("wait", "fail"):
             self.assertEqual(self.columns(said(0, {"uuid": "U"}, command="send"), r7=known(status)), ["unfinished"])
+
+
+class Queue(unittest.TestCase):
+    def columns(self, findings):
+        return sorted({finding.column for finding in findings})
+
+    def test_handing_over(self):
+        both = {"a": {}, "b": {}}
+        for run, stored, columns in [
+            (queued(0, "a", "b"), both, []),
+            (queued(1), {}, []),
+            (queued(-9), both, []),
+            (queued(-9, "a"), both, []),
+            (queued(0, "a", "b"), {}, ["false"]),
+            (queued(0), {"a": {}}, ["false"]),
+            (queued(-9, "a"), {}, ["false"]),
+            (queued(-9), {"b": {}}, ["false"]),
+        ]:
+            self.assertEqual(self.columns(judge_handing_over(run, stored, ["a", "b"])), columns, (run, stored))
+
+    def test_the_end(self):
+        good = {ID: {"state": "registered", "uuid": "U"}}
+        twice = Known(known("done").documents * 2, [])
+        for runs, stored, service, columns in [
+            ([queued(0)], good, known("done"), []),
+            ([queued(0), queued(4)], good, known("done"), ["unsettled"]),
+            ([queued(0)], good, known("wait"), ["lost"]),
+            ([queued(0)], good, twice, ["doubled"]),
+            ([queued(0)], {}, known("done"), ["false"]),
+            ([queued(0)], {ID: {"state": "registered", "uuid": "V"}}, known("done"), ["false"]),
+            ([queued(0)], {ID: {"state": "unknown", "uuid": "U"}}, known("done"), ["false"]),
+        ]:
+            self.assertEqual(self.columns(judge_queue(runs, stored, {ID: service})), columns, (stored, service))
 
 
 if __name__ == "__main__":

@@ -46,7 +46,7 @@ class Till:
         """Runs `sell` or `send`. `hurried` shortens the limits of the exchange. A run that only waits because the service
         `is_working` is interrupted."""
         program = Program(
-            [self.program, "--config", self._configuration(url, hurried), "--json", *self._command(command, receipts)],
+            [self.program, "--config", self.configuration(url, hurried), "--json", *self._command(command, receipts)],
             {"LC_ALL": "C.UTF-8", "XDG_STATE_HOME": self.folder / "state"}, tracer)
         started = time.monotonic()
         while not program.ends_within(PATIENCE) and time.monotonic() < started + LIMIT:
@@ -57,19 +57,21 @@ class Till:
 
     def _command(self, command, receipts):
         pictures = ["--qr-dir", str(self.folder / "pictures")] if command == "sell" else []
-        return [command, self._receipts(receipts), *pictures]
+        return [command, self.receipts(receipts), *pictures]
 
-    def _receipts(self, receipts):
+    def receipts(self, receipts):
+        """Writes a file with a receipt for each id; returns its path."""
         requisites = [{"tag": 1008, "value": "buyer@example.com"}, {"tag": 1055, "value": 1}]
         position = {"name": "Молоко 3,2 %", "price": TOTAL, "quantity": 1, "sum": TOTAL, "taxCode": 1}
         receipt = {"requisites": requisites, "positions": [position], "payments": [{"type": 1, "sum": TOTAL}]}
         return self._write("receipts.jsonl", [json.dumps({"id": each} | receipt) for each in receipts])
 
-    def _configuration(self, url, hurried):
+    def configuration(self, url, hurried, more=None):
+        """Writes it, with the sections `more`; returns its path."""
         register = {"url": url, "login": LOGIN, "password": PASSWORD, "groupCode": GROUP, "inn": "7700000000",
             "email": "shop@example.com", "paymentAddress": "https://shop.example.com", "requestInterval": 200}
         limits = {"connectTimeout": 1000, "firstByteTimeout": 1000, "stallTimeout": 1000, "overallTimeout": 3000}
-        sections = {"register": register, "transport": limits if hurried else {}}
+        sections = {"register": register, "transport": limits if hurried else {}} | (more or {})
         lines = [[f"[{name}]", *(f"{key} = {value}" for key, value in section.items())]
             for name, section in sections.items()]
         return self._write("register.ini", sum(lines, []))
