@@ -49,6 +49,11 @@ Entry entryOf(queue::Store& store, const QString& id)
     return *entry;
 }
 
+QJsonObject toJson(const queue::Rate& rate)
+{
+    return {{u"lastMinute"_s, rate.lastMinute}, {u"lastHour"_s, rate.lastHour}};
+}
+
 // The line of a receipt that no worker will take any more, with the exit status that `sell` would have for
 // it.
 std::pair<QJsonObject, ExitCode> conclusionOf(queue::Store& store, const Entry& entry)
@@ -191,10 +196,21 @@ ExitCode queueStats(const CommandLine& line, Output& output)
         events.insert(name, count);
         rows << QStringList{Text::tr("event %1").arg(name), QString::number(count)};
     }
+    const std::pair<QString, int> rates[] = {
+        {Text::tr("handed over in the last minute"), overview.added.lastMinute},
+        {Text::tr("handed over in the last hour"), overview.added.lastHour},
+        {Text::tr("finished in the last minute"), overview.finished.lastMinute},
+        {Text::tr("finished in the last hour"), overview.finished.lastHour},
+    };
+    for (const auto& [label, count] : rates)
+        rows << QStringList{label, QString::number(count)};
     if (!overview.trouble.isEmpty())
         rows << QStringList{Text::tr("paused"), overview.trouble};
     const QJsonObject json{{u"states"_s, states}, {u"held"_s, overview.held}, {u"oldestSeconds"_s, age},
-        {u"events"_s, events}, {u"trouble"_s, overview.trouble}};
+        {u"events"_s, events},
+        {u"rates"_s,
+            QJsonObject{{u"added"_s, toJson(overview.added)}, {u"finished"_s, toJson(overview.finished)}}},
+        {u"trouble"_s, overview.trouble}};
     output.write(line.json ? jsonLine(json) : textTable(rows).toUtf8());
     return ExitCode::Success;
 }

@@ -1845,5 +1845,21 @@
         <source>its uuid has not arrived: only a worker can find out what became of it, by sending it again under its id</source>
         <translation>его uuid не получен: выяснить результат может только обработчик, отправив чек ещё раз под тем же идентификатором</translation>
     </message>
+    <message>
+        <source>handed over in the last minute</source>
+        <translation>сдано за последнюю минуту</translation>
+    </message>
+    <message>
+        <source>handed over in the last hour</source>
+        <translation>сдано за последний час</translation>
+    </message>
+    <message>
+        <source>finished in the last minute</source>
+        <translation>завершено за последнюю минуту</translation>
+    </message>
+    <message>
+        <source>finished in the last hour</source>
+        <translation>завершено за последний час</translation>
+    </message>
 </context>
 </TS>

@@ -78,7 +78,7 @@ const char* const firstVersion[] = {
     " detail BLOB)",
     "CREATE INDEX history ON events (receipt)",
     "CREATE INDEX results ON events (number) WHERE event = 'finished'",
-    "CREATE INDEX counted ON events (event)",
+    "CREATE INDEX counted ON events (event, at)",
     "CREATE TRIGGER eventsStay BEFORE UPDATE ON events BEGIN"
     " SELECT raise(ABORT, 'events are never altered'); END",
     "CREATE TRIGGER eventsLast BEFORE DELETE ON events"

@@ -46,6 +46,21 @@ QByteArray resultOf(Store& store, const Entry& entry)
         .toByteArray();
 }
 
+namespace {
+
+Rate rateOf(Store& store, const char* event)
+{
+    QSqlQuery row = store.database().query(
+        "WITH t AS (SELECT CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) AS now)"
+        " SELECT coalesce(sum(at > (SELECT now FROM t) - 60000), 0), count(*) FROM events"
+        " JOIN receipts ON receipts.number = receipt"
+        " WHERE event = ? AND at > (SELECT now FROM t) - 3600000 AND register = ?",
+        {QString::fromLatin1(event), store.registerNumber()});
+    return row.next() ? Rate{row.value(0).toInt(), row.value(1).toInt()} : Rate{};
+}
+
+} // namespace
+
 Overview overviewOf(Store& store)
 {
     Overview overview;
@@ -63,6 +78,8 @@ Overview overviewOf(Store& store)
         ofRegister);
     while (row.next())
         overview.events[row.value(0).toString()] = row.value(1).toInt();
+    overview.added = rateOf(store, "added");
+    overview.finished = rateOf(store, "finished");
     const QVariant oldest = store.database().value(
         "SELECT CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) - min(added) FROM receipts"
         " WHERE register = ? AND held = 0 AND state IN ('queued', 'sent', 'unknown', 'incomplete')",

@@ -35,6 +35,13 @@ void forEachResult(
 /// The result that the receipt finished with last; empty when it has not.
 [[nodiscard]] QByteArray resultOf(Store& store, const Entry& entry);
 
+/// How many of something there were until now.
+struct Rate
+{
+    int lastMinute = 0;
+    int lastHour = 0;
+};
+
 /// The register at a glance.
 struct Overview
 {
@@ -44,6 +51,9 @@ struct Overview
     std::optional<std::chrono::milliseconds> oldest;
     /// How often what happened, in all.
     std::map<QString, int> events;
+    /// Receipts that were handed over, and that finished.
+    Rate added;
+    Rate finished;
     /// What a person must do before the register works again; empty when it works.
     QString trouble;
 };

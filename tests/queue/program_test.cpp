@@ -288,6 +288,8 @@ TEST_F(QueueProgram, DoesWhatAPersonDecides)
         (QStringList{u"r1 cancelled"_s, u"r2 registered"_s, u"r3 registered"_s}));
     EXPECT_EQ(queue({u"prune"_s, u"--older-than"_s, u"1d"_s}).columns({u"removed"_s}), QStringList{u"0"_s});
     EXPECT_EQ(queue({u"show"_s, u"r9"_s}).exitCode, 1);
+    const QJsonObject rates = queue({u"stats"_s}).lines().first().value(u"rates"_s).toObject();
+    EXPECT_EQ(rates.value(u"finished"_s)[u"lastHour"_s], 2);
     const QString metrics = queue({u"stats"_s, u"--openmetrics"_s}).out;
     EXPECT_THAT(metrics.toStdString(), HasSubstr(",state=\"registered\"} 2\n"));
     EXPECT_TRUE(metrics.endsWith(u"# EOF\n"_s));

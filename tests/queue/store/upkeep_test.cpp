@@ -44,6 +44,28 @@ TEST_F(Upkeep, CountsWhatBecameOfReceipts)
     EXPECT_EQ(audit.recovered, 0);
 }
 
+TEST_F(Upkeep, CountsWhatHappenedLately)
+{
+    finish(State::Registered);
+    const auto before = [&](int seconds, const char* event) {
+        store.database().change(
+            "INSERT INTO events (at, receipt, event, attempt, worker) SELECT CAST((julianday('now') -"
+            " 2440587.5) * 86400000 AS INTEGER) - ?, number, ?, 1, 0 FROM receipts WHERE id = 'r2'",
+            {seconds * 1000, QString::fromLatin1(event)});
+    };
+    before(70, "finished");
+    before(3500, "finished");
+    before(3700, "finished");
+    before(70, "claimed");
+    Store other(file(), u"shop_2"_s);
+    addOne(other, newEntry(u"r1"_s));
+    const Overview overview = overviewOf(store);
+    EXPECT_EQ(overview.added.lastMinute, 3);
+    EXPECT_EQ(overview.added.lastHour, 3);
+    EXPECT_EQ(overview.finished.lastMinute, 1);
+    EXPECT_EQ(overview.finished.lastHour, 3);
+}
+
 TEST_F(Upkeep, CountsWhatWasRecovered)
 {
     Ending ending = endingAs(State::Registered);
