@@ -5,6 +5,7 @@
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/printable.h"
 #include "till/sale/attempt.h"
+#include "till/sale/obstacle.h"
 #include "till/sale/session.h"
 #include "till/text.h"
 
@@ -17,6 +18,16 @@ namespace secrets = hostruntime::secrets;
 
 namespace frhost {
 
+namespace {
+
+QString whyNobodyAnswered(const QString& failure)
+{
+    const Obstacle obstacle = obstacleIn(failure);
+    return Text::tr("No answer from the service: %1. %2").arg(obstacle.cause, obstacle.advice);
+}
+
+} // namespace
+
 ExitCode info(const CommandLine& line, Output& output)
 {
     requireUuid(line.uuid);
@@ -24,13 +35,13 @@ ExitCode info(const CommandLine& line, Output& output)
     VposFrDriver& service = session.fiscalRegister().service();
     session.connect();
     session.transport().startReceipt();
-    const auto error = attempt([&] { std::ignore = service.getDocumentInfo(line.uuid); });
+    auto error = attempt([&] { std::ignore = service.getDocumentInfo(line.uuid); });
     const WireRecord& seen = session.transport().seen();
     if (seen.tokensRejected)
         throw Failure(ExitCode::Unknown, Text::tr("The service does not accept the tokens that it issues"));
     const ServiceAnswer& answer = seen.status;
     if (!answer.arrived)
-        throw Failure(ExitCode::Unknown, error ? error->message : Text::tr("The service did not answer"));
+        throw Failure(ExitCode::Unknown, whyNobodyAnswered(session.transport().failure()));
     const QJsonValue masked =
         secrets::masked(QJsonValue(service.getLastResponse()), secrets::Audience::Developer);
     const QByteArray shown =
@@ -42,6 +53,8 @@ ExitCode info(const CommandLine& line, Output& output)
                      "believes a failure only when four answers agree."));
     if (!error)
         return answer.saysFailed() ? ExitCode::Refused : ExitCode::Success;
+    addWords(*error, answer);
+    preferWordsOfService(*error);
     Console::instance().line(error->message);
     return ExitCode::Refused;
 }

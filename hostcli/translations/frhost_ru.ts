@@ -130,10 +130,6 @@
         <translation>драйвер не реализует VposFrDriver — интерфейс облачной кассы</translation>
     </message>
     <message>
-        <source>The service did not answer</source>
-        <translation>Сервис не ответил</translation>
-    </message>
-    <message>
         <source>%1: the file is not in UTF-8</source>
         <translation>%1: файл не в UTF-8</translation>
     </message>
@@ -687,7 +683,7 @@
     </message>
     <message>
         <source>correct the account or the configuration, then run the same file again</source>
-        <translation>исправить учётную запись или конфигурацию и отправить этот же файл ещё раз</translation>
+        <translation>исправить учётную запись или настройки и отправить этот же файл ещё раз</translation>
     </message>
     <message>
         <source>Next step</source>
@@ -1242,152 +1238,8 @@
         <translation>Не проверена: сервис ответил другой ошибкой (код %1: %2).</translation>
     </message>
     <message>
-        <source>the certificate is not yet valid</source>
-        <translation>сертификат ещё не действует</translation>
-    </message>
-    <message>
-        <source>Check this machine&apos;s clock.</source>
-        <translation>Проверьте часы этого компьютера.</translation>
-    </message>
-    <message>
-        <source>the certificate has expired</source>
-        <translation>срок действия сертификата истёк</translation>
-    </message>
-    <message>
-        <source>Check this machine&apos;s clock; if it is right, ask the service.</source>
-        <translation>Проверьте часы этого компьютера; если они верны, обратитесь в сервис.</translation>
-    </message>
-    <message>
-        <source>the certificate is signed by an authority that this machine does not trust</source>
-        <translation>сертификат выдан центром, которому этот компьютер не доверяет</translation>
-    </message>
-    <message>
-        <source>Check url; where the network inspects traffic, name the authority as caFile.</source>
-        <translation>Проверьте url; если сеть проверяет трафик, укажите её центр сертификации в caFile.</translation>
-    </message>
-    <message>
-        <source>the certificate is for another name</source>
-        <translation>сертификат выдан на другое имя</translation>
-    </message>
-    <message>
-        <source>Check the name of the server in url.</source>
-        <translation>Проверьте имя сервера в url.</translation>
-    </message>
-    <message>
-        <source>the certificate is not accepted</source>
-        <translation>сертификат не принят</translation>
-    </message>
-    <message>
-        <source>Check url and this machine&apos;s clock; the log names the fault.</source>
-        <translation>Проверьте url и часы этого компьютера; ошибка названа в журнале.</translation>
-    </message>
-    <message>
-        <source>the file of authorities cannot be read</source>
-        <translation>файл сертификатов не читается</translation>
-    </message>
-    <message>
-        <source>Check caFile in the configuration.</source>
-        <translation>Проверьте caFile в настройках.</translation>
-    </message>
-    <message>
-        <source>the server does not speak TLS 1.2 or newer</source>
-        <translation>сервер не знает TLS 1.2 и новее</translation>
-    </message>
-    <message>
-        <source>Check url and its port.</source>
-        <translation>Проверьте url и порт.</translation>
-    </message>
-    <message>
-        <source>the name of the server is not known</source>
-        <translation>имя сервера не найдено</translation>
-    </message>
-    <message>
-        <source>Check url and this machine&apos;s name servers.</source>
-        <translation>Проверьте url и серверы имён этого компьютера.</translation>
-    </message>
-    <message>
-        <source>the name of the proxy is not known</source>
-        <translation>имя прокси не найдено</translation>
-    </message>
-    <message>
-        <source>Check proxy in the configuration.</source>
-        <translation>Проверьте proxy в настройках.</translation>
-    </message>
-    <message>
-        <source>the proxy asks for another user and password</source>
-        <translation>прокси не принял имя и пароль</translation>
-    </message>
-    <message>
-        <source>the proxy refuses the connection</source>
-        <translation>прокси не пропускает соединение</translation>
-    </message>
-    <message>
-        <source>nobody accepts connections there</source>
-        <translation>там никто не принимает соединения</translation>
-    </message>
-    <message>
-        <source>Check url, the network and the firewall.</source>
-        <translation>Проверьте url, сеть и межсетевой экран.</translation>
-    </message>
-    <message>
-        <source>nobody answers there</source>
-        <translation>там никто не отвечает</translation>
-    </message>
-    <message>
-        <source>the answer takes too long</source>
-        <translation>ответа нет слишком долго</translation>
-    </message>
-    <message>
-        <source>Check the network, and try again later.</source>
-        <translation>Проверьте сеть и повторите позже.</translation>
-    </message>
-    <message>
-        <source>the address does not begin with https://</source>
-        <translation>адрес не начинается с https://</translation>
-    </message>
-    <message>
-        <source>Correct url in the configuration.</source>
-        <translation>Исправьте url в настройках.</translation>
-    </message>
-    <message>
-        <source>the address is malformed</source>
-        <translation>адрес записан неверно</translation>
-    </message>
-    <message>
-        <source>the service is not at this address</source>
-        <translation>по этому адресу сервиса нет</translation>
-    </message>
-    <message>
-        <source>Check the path in url; it ends in /possystem/v4/.</source>
-        <translation>Проверьте путь в url; он кончается на /possystem/v4/.</translation>
-    </message>
-    <message>
-        <source>the server is in trouble</source>
-        <translation>на сервере неполадки</translation>
-    </message>
-    <message>
         <source>Try again later; if it stays like this, ask the service.</source>
         <translation>Повторите позже; если не поможет, обратитесь в сервис.</translation>
-    </message>
-    <message>
-        <source>something else than the service answers there</source>
-        <translation>там отвечает не сервис</translation>
-    </message>
-    <message>
-        <source>Check url and proxy.</source>
-        <translation>Проверьте url и proxy.</translation>
-    </message>
-    <message>
-        <source>Check url, its port and proxy.</source>
-        <translation>Проверьте url, порт и proxy.</translation>
-    </message>
-    <message>
-        <source>the connection broke off</source>
-        <translation>соединение оборвалось</translation>
-    </message>
-    <message>
-        <source>Check the network, and try again.</source>
-        <translation>Проверьте сеть и повторите.</translation>
     </message>
     <message>
         <source>Check url and the network.</source>
@@ -1396,14 +1248,6 @@
     <message>
         <source>The service at %1 does not accept the login: %2. Correct login and password in %3. No receipt was sent.</source>
         <translation>Сервис по адресу %1 не принял логин: %2. Исправьте логин и пароль в %3. Чеки не отправлены.</translation>
-    </message>
-    <message>
-        <source>The answer of the service at %1 holds no token. No receipt was sent.</source>
-        <translation>В ответе сервиса по адресу %1 нет токена. Чеки не отправлены.</translation>
-    </message>
-    <message>
-        <source>The service at %1 is out of order: %2. No receipt was sent.</source>
-        <translation>Сервис по адресу %1 не работает: %2. Чеки не отправлены.</translation>
     </message>
     <message>
         <source>Cannot reach %1: %2. %3 No receipt was sent.</source>
@@ -1515,7 +1359,7 @@
     </message>
     <message>
         <source>INI file with the register&apos;s settings; otherwise $FRHOST_CONFIG, then frhost/register.ini in $XDG_CONFIG_HOME (~/.config) or /etc</source>
-        <translation>INI-файл с настройками регистратора; без него — $FRHOST_CONFIG, затем frhost/register.ini в $XDG_CONFIG_HOME (~/.config) или /etc</translation>
+        <translation>INI-файл с настройками кассы; без него — $FRHOST_CONFIG, затем frhost/register.ini в $XDG_CONFIG_HOME (~/.config) или /etc</translation>
     </message>
     <message>
         <source>Plugin library, instead of $FRHOST_PLUGIN or the one installed</source>
@@ -1860,6 +1704,28 @@
     <message>
         <source>finished in the last hour</source>
         <translation>завершено за последний час</translation>
+        <source>Nothing was registered. %1</source>
+        <translation>Ничего не зарегистрировано. %1</translation>
+    </message>
+    <message>
+        <source>No answer from the service: %1</source>
+        <translation>Нет ответа от сервиса: %1</translation>
+    </message>
+    <message>
+        <source>The answer of the service at %1 holds no token. %2 No receipt was sent.</source>
+        <translation>В ответе сервиса по адресу %1 нет токена. %2 Чеки не отправлены.</translation>
+    </message>
+    <message>
+        <source>The service at %1 is out of order: %2. %3 No receipt was sent.</source>
+        <translation>Сервис по адресу %1 не работает: %2. %3 Чеки не отправлены.</translation>
+    </message>
+    <message>
+        <source>No answer from the service: %1. %2</source>
+        <translation>Нет ответа от сервиса: %1. %2</translation>
+    </message>
+    <message>
+        <source>en</source>
+        <translation>ru</translation>
     </message>
 </context>
 </TS>

@@ -13,9 +13,9 @@ using testing::HasSubstr;
 constexpr auto safe = "Running the same file again is safe";
 constexpr auto newId = "Give the sale a new id and run it again";
 constexpr auto correctGroup = "Correct groupCode";
-constexpr auto noToken = "holds no token. No receipt was sent";
+constexpr auto noToken = "holds no token. Try again later";
 constexpr auto ownTokens = "The service does not accept the tokens that it issues";
-constexpr auto correct = "Correct the cause and run the receipt again";
+constexpr auto correct = "Correct the receipt and run it again under the same id";
 constexpr auto notSent = "No receipt was sent";
 constexpr auto nothing = "";
 

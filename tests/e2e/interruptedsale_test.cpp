@@ -23,7 +23,8 @@ TEST(InterruptedSale, IsUnknownWhenItsAnswerIsLostAndThenRecovered)
     EXPECT_EQ(lost.exitCode, 4);
     EXPECT_EQ(lost.columns(result), QStringList{u"r1 unknown -"_s});
     EXPECT_EQ(lost.lines().first().value(u"error"_s).toObject(),
-        (QJsonObject{{u"type"_s, u"FrWorkWithServiceException"_s}, {u"message"_s, u"Нет связи с ФР"_s}}));
+        (QJsonObject{{u"type"_s, u"FrWorkWithServiceException"_s},
+            {u"message"_s, u"No answer from the service: the connection broke off"_s}}));
     EXPECT_THAT(lost.err.toStdString(), HasSubstr("Running the same file again is safe"));
     EXPECT_EQ(emulator.calls(), u"token sell"_s) << "nothing repeats a receipt by itself";
 

@@ -35,7 +35,7 @@ struct Row
 
 constexpr auto safe = "Running the same file again is safe";
 constexpr auto newId = "Give the sale a new id and run it again";
-constexpr auto correct = "Correct the cause and run the receipt again";
+constexpr auto correct = "Correct the receipt and run it again under the same id";
 constexpr auto correctGroup = "Correct groupCode";
 
 const Row rows[] = {

@@ -64,7 +64,8 @@ TEST(RetriedSale, SettlesALostAnswerUnderTheSameId)
     EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
     EXPECT_EQ(sold.columns({u"id"_s, u"outcome"_s, u"recovered"_s, u"compared"_s}),
         (QStringList{u"r1 registered true content"_s, u"r2 registered - -"_s}));
-    EXPECT_THAT(sold.err.toStdString(), HasSubstr("r1: Нет связи с ФР. Trying again.\n"));
+    EXPECT_THAT(sold.err.toStdString(),
+        HasSubstr("r1: No answer from the service: the connection broke off. Trying again.\n"));
     EXPECT_EQ(emulator.calls(), u"token sell sell report sell report"_s);
 }
 

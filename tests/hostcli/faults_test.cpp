@@ -117,7 +117,7 @@ const QMap<QString, std::function<QString()>>& faults()
         {u"disk-full"_s, [] { return judgeSpace(u"/var/j.db"_s, true, 3 * 1024 * 1024).text; }},
         {u"account-blocked"_s, [] { return accountAdvice(ServiceCode::BlockedUser); }},
         {u"password-wrong"_s, [] { return accountAdvice(ServiceCode::WrongCredentials); }},
-        {u"receipt-refused"_s, [] { return advice(SaleVerdict::Refused); }},
+        {u"receipt-refused"_s, [] { return refusalAdvice(ServiceCode::InvalidReceipt); }},
         {u"receipt-failed"_s, [] { return advice(SaleVerdict::Failed); }},
         {u"id-of-another"_s, [] { return advice(SaleVerdict::ForeignId); }},
         {u"answer-lost"_s, [] { return advice(SaleVerdict::Unknown); }},

@@ -1,10 +1,11 @@
 #include "till/causes/causes.h"
 
+#include "till/text.h"
+
 #include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLocale>
 
 #include <algorithm>
 #include <array>
@@ -36,8 +37,11 @@ NextStep nextStepNamed(const QString& name)
 
 CauseTexts textsIn(const QJsonObject& json)
 {
-    return {json.value("cashier"_L1).toString(), json.value("administrator"_L1).toString(),
-        json.value("programmer"_L1).toString()};
+    // The documents that are made of the same texts know bold letters.
+    const auto text = [&](const char* key) {
+        return json.value(QLatin1StringView(key)).toString().remove("**"_L1);
+    };
+    return {text("cause"), text("advice"), text("cashier"), text("administrator"), text("programmer")};
 }
 
 Cause causeFrom(const QString& kind, const QJsonObject& json)
@@ -45,6 +49,7 @@ Cause causeFrom(const QString& kind, const QJsonObject& json)
     Cause cause;
     cause.kind = kind;
     cause.names = json.value("causes"_L1).toVariant().toStringList();
+    cause.words = json.value("words"_L1).toVariant().toStringList();
     cause.seen = json.value("seen"_L1).toString();
     cause.outcome = json.value("outcome"_L1).toString();
     cause.next = nextStepNamed(json.value("next"_L1).toString());
@@ -64,6 +69,28 @@ QList<Cause> readAll()
             all << causeFrom(kind, row.toObject());
     }
     return all;
+}
+
+bool mentions(const QString& text, const QStringList& words)
+{
+    return std::ranges::any_of(words,
+        [&](const QString& word) { return !word.isEmpty() && text.contains(word, Qt::CaseInsensitive); });
+}
+
+// What the driver, the service or a message of our own says, of several the last and longest.
+const Cause* causeSeenIn(const QString& text)
+{
+    const Cause* found = nullptr;
+    std::pair<qsizetype, qsizetype> best{-1, 0};
+    for (const Cause& cause : causes()) {
+        const qsizetype at =
+            cause.seen.isEmpty() ? -1 : text.lastIndexOf(cause.seen, -1, Qt::CaseInsensitive);
+        if (at >= 0 && std::pair(at, cause.seen.size()) > best) {
+            best = {at, cause.seen.size()};
+            found = &cause;
+        }
+    }
+    return found;
 }
 
 } // namespace
@@ -89,29 +116,31 @@ const Cause* causeNamed(const QString& name)
     return nullptr;
 }
 
+const Cause* causeOfFailure(const QString& words)
+{
+    for (const Cause& cause : causes()) {
+        if (cause.kind == "transport"_L1 &&
+            mentions(words, cause.words.isEmpty() ? cause.names : cause.words))
+            return &cause;
+    }
+    return nullptr;
+}
+
 const Cause* causeIn(const QString& text)
 {
-    const Cause* found = nullptr;
-    std::pair<qsizetype, qsizetype> best{-1, 0};
+    if (const Cause* cause = causeOfFailure(text))
+        return cause;
     for (const Cause& cause : causes()) {
-        // A number may be anything, and our own names are everyday words.
-        const QStringList words = cause.kind == "transport"_L1 ? cause.names
-                                  : cause.seen.isEmpty()       ? QStringList()
-                                                               : QStringList{cause.seen};
-        for (const QString& word : words) {
-            const qsizetype at = text.lastIndexOf(word, -1, Qt::CaseInsensitive);
-            if (at >= 0 && std::pair(at, word.size()) > best) {
-                best = {at, word.size()};
-                found = &cause;
-            }
-        }
+        if (mentions(text, {cause.english.cause, cause.russian.cause}))
+            return &cause;
     }
-    return found;
+    return causeSeenIn(text);
 }
 
 const CauseTexts& textsOf(const Cause& cause)
 {
-    return QLocale().language() == QLocale::Russian ? cause.russian : cause.english;
+    // "en" is translated into the translation's own name, so that all texts are in one language.
+    return Text::tr("en") == "ru"_L1 ? cause.russian : cause.english;
 }
 
 } // namespace till

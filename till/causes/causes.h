@@ -26,6 +26,10 @@ enum class NextStep
 /// What one cause means, for three readers.
 struct CauseTexts
 {
+    /// What a message says of it, as in "Cannot reach X: the certificate has expired"; may be empty.
+    QString cause;
+    /// What the message advises then, a whole sentence.
+    QString advice;
     QString cashier;
     QString administrator;
     QString programmer;
@@ -38,6 +42,8 @@ struct Cause
     QString kind;
     /// The service's code, the transport's words as the log has them, or a name of our own.
     QStringList names;
+    /// What to look for in a text in place of the names; empty for the names themselves.
+    QStringList words;
     /// What the user sees instead of a name; may be empty.
     QString seen;
     /// "refused", "unknown", "incomplete", "not-sent", or "looked-up" where the service is asked first.
@@ -53,8 +59,12 @@ struct Cause
 /// The row with this name; null when there is none.
 [[nodiscard]] const Cause* causeNamed(const QString& name);
 
-/// The row of the cause that a line of the log or a message mentions, of several the last, which is the
-/// details; null when it mentions none.
+/// The row of the transport's cause that these words of its log line mention, of several the first in the
+/// table, which goes from the details to the general; null when they mention none.
+[[nodiscard]] const Cause* causeOfFailure(const QString& words);
+
+/// The row of the cause that a line of the log or a message mentions: the transport's, in its own words or in
+/// those of our messages, or else of several the last; null when it mentions none.
 [[nodiscard]] const Cause* causeIn(const QString& text);
 
 /// The texts in the user's language.

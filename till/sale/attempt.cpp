@@ -10,6 +10,8 @@
 #include <memory>
 #include <typeinfo>
 
+using namespace Qt::Literals::StringLiterals;
+
 namespace till {
 
 namespace {
@@ -39,6 +41,12 @@ void addWords(ErrorInfo& error, const ServiceAnswer& answer)
 {
     error.detail = secrets::masked(answer.errorText, secrets::Audience::Anyone);
     error.errorId = secrets::masked(answer.errorId, secrets::Audience::Anyone);
+}
+
+void preferWordsOfService(ErrorInfo& error)
+{
+    if (error.type == "FrNoConnectionException"_L1 && !error.detail.isEmpty())
+        error.message = error.detail;
 }
 
 std::optional<ErrorInfo> attempt(const std::function<void()>& action)

@@ -14,6 +14,9 @@ namespace till {
 /// Adds the service's own words and the identifier of its error. They go where no developer reads.
 void addWords(ErrorInfo& error, const ServiceAnswer& answer);
 
+/// Puts the service's own words in place of the driver's "no connection", which it says of some answers, too.
+void preferWordsOfService(ErrorInfo& error);
+
 /// Carries out an action; returns what it threw, nothing when it threw nothing.
 [[nodiscard]] std::optional<ErrorInfo> attempt(const std::function<void()>& action);
 

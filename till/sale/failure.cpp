@@ -24,8 +24,9 @@ NextStep nextStepAfter(Problem problem)
 RunFailure failureOf(const Error& error, bool sent)
 {
     const auto* ofService = dynamic_cast<const ConnectError*>(&error);
-    return {ofService ? ofService->info() : ErrorInfo{{}, std::nullopt, error.message()}, sent,
-        nextStepAfter(error.problem())};
+    if (ofService)
+        return {ofService->info(), sent, ofService->next()};
+    return {ErrorInfo{{}, std::nullopt, error.message()}, sent, nextStepAfter(error.problem())};
 }
 
 } // namespace till

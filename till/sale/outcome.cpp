@@ -4,6 +4,15 @@
 
 namespace till {
 
+namespace {
+
+const Cause* causeOf(ServiceCode code)
+{
+    return causeNamed(QString::number(static_cast<int>(code)));
+}
+
+} // namespace
+
 Conclusion conclusionOf(SaleVerdict verdict)
 {
     switch (verdict) {
@@ -51,7 +60,7 @@ NextStep nextStepOf(SaleVerdict verdict, std::optional<ServiceCode> refusal)
     case SaleVerdict::Accepted:
         return NextStep::None;
     case SaleVerdict::Refused: {
-        const Cause* cause = refusal ? causeNamed(QString::number(static_cast<int>(*refusal))) : nullptr;
+        const Cause* cause = refusal ? causeOf(*refusal) : nullptr;
         return cause ? cause->next : NextStep::Correct;
     }
     case SaleVerdict::AccountRefused:
@@ -62,6 +71,14 @@ NextStep nextStepOf(SaleVerdict verdict, std::optional<ServiceCode> refusal)
     default:
         return NextStep::Rerun;
     }
+}
+
+QString refusalAdvice(ServiceCode code)
+{
+    const Cause* cause = causeOf(code);
+    if (!cause)
+        return conclusionOf(SaleVerdict::Refused).advice;
+    return Text::tr("Nothing was registered. %1").arg(textsOf(*cause).administrator);
 }
 
 QString accountAdvice(ServiceCode code)

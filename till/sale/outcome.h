@@ -41,6 +41,9 @@ struct Conclusion
 /// What a verdict leads to; `refusal` is the service's code where it refused the receipt.
 [[nodiscard]] NextStep nextStepOf(SaleVerdict verdict, std::optional<ServiceCode> refusal);
 
+/// What to do about a receipt that the service has refused with this code.
+[[nodiscard]] QString refusalAdvice(ServiceCode code);
+
 /// What to correct when the service refuses receipts because of the account.
 [[nodiscard]] QString accountAdvice(ServiceCode code);
 

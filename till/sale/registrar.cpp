@@ -5,6 +5,7 @@
 #include "host/vposfrdriver.h"
 #include "till/device/loadedregister.h"
 #include "till/sale/attempt.h"
+#include "till/sale/obstacle.h"
 #include "till/text.h"
 #include "till/wire/fiscalpayload.h"
 #include "till/wire/observingtransport.h"
@@ -18,6 +19,12 @@
 namespace till {
 
 namespace {
+
+// Whether the service did not answer last, and the transport has its words for it.
+bool isSilent(const WireRecord& seen)
+{
+    return seen.lastAnswered == false && !seen.tokensRejected;
+}
 
 // Of the answer that came last; that a receipt is known already is not an error.
 void addWordsOfService(ErrorInfo& error, const WireRecord& seen)
@@ -198,7 +205,6 @@ ReceiptResult Registrar::resultOf(const QueuedReceipt& queued, const Finding& fi
     result.uuid = seen.registration.uuid;
     result.outcome = conclusion.outcome;
     result.verdict = finding.verdict;
-    result.advice = conclusion.advice;
     result.endsRun = conclusion.endsRun;
     result.sent = seen.receiptSent;
     result.next = nextStepOf(finding.verdict, seen.registration.errorCode);
@@ -214,9 +220,21 @@ ReceiptResult Registrar::resultOf(const QueuedReceipt& queued, const Finding& fi
     }
     if (!isGood)
         result.error = errorOf(queued.receipt, finding);
-    if (finding.verdict == SaleVerdict::AccountRefused && seen.registration.errorCode)
-        result.advice = accountAdvice(*seen.registration.errorCode);
+    result.advice = adviceFor(finding.verdict);
     return result;
+}
+
+QString Registrar::adviceFor(SaleVerdict verdict) const
+{
+    const WireRecord& seen = transport.seen();
+    const QString advice = conclusionOf(verdict).advice;
+    const bool isRefused = seen.receiptSent && seen.registration.errorCode;
+    if (isRefused && verdict == SaleVerdict::AccountRefused)
+        return accountAdvice(*seen.registration.errorCode);
+    if (isRefused && verdict == SaleVerdict::Refused)
+        return refusalAdvice(*seen.registration.errorCode);
+    const bool isOpen = conclusionOf(verdict).outcome == Outcome::Unknown;
+    return isOpen && isSilent(seen) ? advice + u' ' + obstacleIn(transport.failure()).advice : advice;
 }
 
 ErrorInfo Registrar::errorOf(const Receipt& receipt, const Finding& finding) const
@@ -227,7 +245,10 @@ ErrorInfo Registrar::errorOf(const Receipt& receipt, const Finding& finding) con
     const Evidence evidence = evidenceIn(seen.status, factsOf(receipt));
     switch (finding.verdict) {
     case SaleVerdict::NotSent:
-        if (finding.error && !finding.error->message.isEmpty())
+        if (isSilent(seen))
+            error.message =
+                Text::tr("Not sent, no connection: %1").arg(obstacleIn(transport.failure()).cause);
+        else if (finding.error && !finding.error->message.isEmpty())
             error.message = Text::tr("Not sent, no connection: %1").arg(finding.error->message);
         else
             error.message = message;
@@ -250,10 +271,14 @@ ErrorInfo Registrar::errorOf(const Receipt& receipt, const Finding& finding) con
     default:
         if (seen.tokensRejected)
             error.message = Text::tr("The service does not accept the tokens that it issues");
+        else if (isSilent(seen))
+            error.message =
+                Text::tr("No answer from the service: %1").arg(obstacleIn(transport.failure()).cause);
         break;
     }
     if (finding.verdict != SaleVerdict::Incomplete && finding.verdict != SaleVerdict::ForeignId)
         addWordsOfService(error, seen);
+    preferWordsOfService(error);
     return error;
 }
 

@@ -59,6 +59,7 @@ private:
         const std::function<DocumentState()>& judge, std::optional<ErrorInfo>& error) const;
     [[nodiscard]] Finding repeatRefused(Finding finding, const std::function<Finding()>& sendAgain) const;
     [[nodiscard]] ReceiptResult resultOf(const QueuedReceipt& queued, const Finding& finding) const;
+    [[nodiscard]] QString adviceFor(SaleVerdict verdict) const;
     [[nodiscard]] ErrorInfo errorOf(const Receipt& receipt, const Finding& finding) const;
     [[nodiscard]] std::optional<ErrorInfo> attempted(const std::function<void()>& step) const;
 

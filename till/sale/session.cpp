@@ -59,30 +59,43 @@ void Session::connect()
     ErrorInfo info = error.value_or(ErrorInfo());
     info.code = answer.errorCode;
     addWords(info, answer);
-    const QString cause = info.message;
-    const bool hasCode = error && answer.errorCode;
-    if (hasCode && meaningOf(*answer.errorCode).concernsAccount) {
-        info.message = *answer.errorCode == ServiceCode::BlockedUser
-                           ? Text::tr("The service at %1 has blocked this account: %2. Only the service can "
-                                      "unblock it. No receipt was sent.")
-                                 .arg(serviceAddress(), cause)
-                           : Text::tr("The service at %1 does not accept the login: %2. Correct login and "
-                                      "password in %3. No receipt was sent.")
-                                 .arg(serviceAddress(), cause, config.file);
-        throw ConnectError(Problem::Setup, info);
-    }
-    if (lacksToken && !hasCode) {
-        info.message = Text::tr("The answer of the service at %1 holds no token. No receipt was sent.")
-                           .arg(serviceAddress());
+    preferWordsOfService(info);
+    if (error && answer.errorCode && meaningOf(*answer.errorCode).concernsAccount)
+        failOfAccount(info);
+    failOfConnection(info, lacksToken && !(error && answer.errorCode));
+}
+
+void Session::failOfAccount(ErrorInfo info) const
+{
+    const QString text =
+        info.code == ServiceCode::BlockedUser
+            ? Text::tr("The service at %1 has blocked this account: %2. Only the service can "
+                       "unblock it. No receipt was sent.")
+                  .arg(serviceAddress(), info.message)
+            : Text::tr("The service at %1 does not accept the login: %2. Correct login and "
+                       "password in %3. No receipt was sent.")
+                  .arg(serviceAddress(), info.message, config.file);
+    info.message = text;
+    throw ConnectError(Problem::Setup, info, NextStep::Account);
+}
+
+void Session::failOfConnection(ErrorInfo info, bool lacksToken) const
+{
+    NextStep next = NextStep::Rerun;
+    const QString later = Text::tr("Try again later; if it stays like this, ask the service.");
+    if (lacksToken) {
+        info.message = Text::tr("The answer of the service at %1 holds no token. %2 No receipt was sent.")
+                           .arg(serviceAddress(), later);
     } else if (observer.failure().isEmpty()) {
-        info.message = Text::tr("The service at %1 is out of order: %2. No receipt was sent.")
-                           .arg(serviceAddress(), cause);
+        info.message = Text::tr("The service at %1 is out of order: %2. %3 No receipt was sent.")
+                           .arg(serviceAddress(), info.message, later);
     } else {
         const Obstacle obstacle = obstacleIn(observer.failure());
+        next = obstacle.next;
         info.message = Text::tr("Cannot reach %1: %2. %3 No receipt was sent.")
                            .arg(serviceAddress(), obstacle.cause, obstacle.advice);
     }
-    throw ConnectError(Problem::Connection, info);
+    throw ConnectError(Problem::Connection, info, next);
 }
 
 void Session::connectWithoutService()

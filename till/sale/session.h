@@ -13,16 +13,19 @@ namespace till {
 class ConnectError : public Error
 {
 public:
-    ConnectError(Problem problem, const ErrorInfo& what)
+    ConnectError(Problem problem, const ErrorInfo& what, NextStep nextStep)
         : Error(problem, what.message)
         , cause(what)
+        , step(nextStep)
     {
     }
 
     [[nodiscard]] const ErrorInfo& info() const { return cause; }
+    [[nodiscard]] NextStep next() const { return step; }
 
 private:
     ErrorInfo cause;
+    NextStep step;
 };
 
 /// A register that is configured, observed on the wire and, after connect(), ready for receipts.
@@ -48,6 +51,8 @@ public:
 
 private:
     void connectWithoutService();
+    [[noreturn]] void failOfAccount(ErrorInfo info) const;
+    [[noreturn]] void failOfConnection(ErrorInfo info, bool lacksToken) const;
 
     RegisterConfig config;
     // The transport outlives the register, whose driver uses it.

@@ -64,15 +64,49 @@ TEST(Causes, AreFoundInALineOfTheLog)
     EXPECT_EQ(found(line.arg(u"имя сервера не найдено"_s)), u"имя сервера не найдено"_s);
     EXPECT_EQ(found(line.arg(u"истекло время на отправку (предел 15000 мс)"_s)),
         u"истекло время на начало ответа"_s);
-    EXPECT_EQ(found(line.arg(u"HTTP 502, тело не JSON: illegal value"_s)), u"тело не JSON"_s);
+    EXPECT_EQ(found(line.arg(u"HTTP 200, тело не JSON: illegal value"_s)), u"тело не JSON"_s);
+    EXPECT_EQ(found(line.arg(u"HTTP 502, тело не JSON: illegal value"_s)), u"HTTP 5xx"_s);
     EXPECT_EQ(found(line.arg(u"Соединение не установлено: CONNECT tunnel failed, response 407"_s)),
-        u"имя прокси не найдено"_s);
+        u"CONNECT tunnel failed, response 407"_s);
+    EXPECT_EQ(found(line.arg(u"соединение оборвано: CONNECT tunnel failed, response 502"_s)),
+        u"CONNECT tunnel failed"_s);
+    EXPECT_EQ(
+        found(line.arg(u"сертификат сервера не принят: SSL certificate problem: certificate has expired"_s)),
+        u"certificate has expired"_s);
     EXPECT_EQ(found(line.arg(u"TLS не согласован: unknown error, failed"_s)), u"TLS не согласован"_s);
     EXPECT_EQ(found(line.arg(u"соединение оборвано, запрос не повторён"_s)),
         u"сервер закрыл соединение без ответа"_s);
     EXPECT_EQ(found(u"Нет связи с ФР"_s), u"no-connection"_s);
     EXPECT_EQ(found(u"32"_s), QString());
     EXPECT_EQ(found(QString()), QString());
+}
+
+TEST(Causes, OfTheTransportAreFoundInOurMessages)
+{
+    int shown = 0;
+    for (const Cause& cause : causes()) {
+        for (const CauseTexts& texts : {cause.english, cause.russian}) {
+            EXPECT_EQ(texts.cause.isEmpty(), texts.advice.isEmpty()) << texts.cause.toStdString();
+            if (texts.cause.isEmpty())
+                continue;
+            ++shown;
+            const Cause* found =
+                causeIn(u"Cannot reach https://s/v4/: %1. %2"_s.arg(texts.cause, texts.advice));
+            ASSERT_TRUE(found) << texts.cause.toStdString();
+            EXPECT_EQ(found->names, cause.names) << texts.cause.toStdString();
+            EXPECT_FALSE(texts.cause.endsWith(u'.')) << texts.cause.toStdString();
+            EXPECT_TRUE(texts.advice.endsWith(u'.')) << texts.advice.toStdString();
+        }
+    }
+    EXPECT_GT(shown, 40);
+}
+
+TEST(Causes, HoldNoMarksOfTheDocuments)
+{
+    for (const Cause& cause : causes()) {
+        EXPECT_FALSE(cause.english.administrator.contains("**"_L1)) << cause.names.constFirst().toStdString();
+        EXPECT_FALSE(cause.russian.administrator.contains("**"_L1)) << cause.names.constFirst().toStdString();
+    }
 }
 
 TEST(NextStep, HasAName)

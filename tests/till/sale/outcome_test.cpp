@@ -56,6 +56,7 @@ TEST(NextStep, FollowsFromTheVerdictAndTheCodeOfARefusal)
         {SaleVerdict::Refused, ServiceCode::InvalidReceipt, "correct"},
         {SaleVerdict::Refused, ServiceCode::WrongInn, "account"},
         {SaleVerdict::Refused, ServiceCode::NotProcessed, "rerun"},
+        {SaleVerdict::Refused, ServiceCode::UnsupportedOperation, "account"},
         {SaleVerdict::AccountRefused, ServiceCode::WrongGroup, "account"},
         {SaleVerdict::NotSent, {}, "rerun"},
         {SaleVerdict::Failed, ServiceCode::InvalidReceipt, "new-id"},
@@ -65,6 +66,11 @@ TEST(NextStep, FollowsFromTheVerdictAndTheCodeOfARefusal)
     for (const Row& row : rows)
         EXPECT_EQ(nextStepName(nextStepOf(row.verdict, row.refusal)), QString::fromLatin1(row.next))
             << static_cast<int>(row.verdict);
+}
+
+TEST(RefusalAdvice, IsGeneralForACodeThatNobodyKnows)
+{
+    EXPECT_EQ(refusalAdvice(ServiceCode{777}), conclusionOf(SaleVerdict::Refused).advice);
 }
 
 TEST(AccountAdvice, SaysWhatToCorrect)

@@ -285,6 +285,11 @@ ReceiptResult sold(const char* registration, const char* report)
     return Till(service).registrar().sell(queued());
 }
 
+std::string withCode(int code)
+{
+    return R"({"status":"fail","error":{"code":)" + std::to_string(code) + R"(,"type":"system","text":"t"}})";
+}
+
 TEST(ResultOfASale, NamesWhatTheEvidenceLacks)
 {
     const ReceiptResult incomplete = sold(accepted, doneWithWrappingNumber);
@@ -310,6 +315,60 @@ TEST(ResultOfASale, SaysThatNoTokenIsAccepted)
     ASSERT_TRUE(unknown.error);
     EXPECT_EQ(unknown.error->message, u"The service does not accept the tokens that it issues"_s);
     EXPECT_TRUE(unknown.endsRun);
+}
+
+TEST(ResultOfASale, SaysWhyThereIsNoAnswer)
+{
+    struct Silence
+    {
+        const char* registration;
+        const char* report;
+        const char* message;
+        const char* advice;
+    };
+    const Silence silences[] = {
+        {lost, lost, "No answer from the service: the connection broke off",
+            "Check the network, and try again."},
+        {garbled, lost, "No answer from the service: something else than the service answers there",
+            "Check url and proxy."},
+        {accepted, garbled, "No answer from the service: something else than the service answers there",
+            "Check url and proxy."},
+    };
+    for (const auto& [registration, report, message, advice] : silences) {
+        const ReceiptResult unknown = sold(registration, report);
+        ASSERT_TRUE(unknown.error);
+        EXPECT_EQ(unknown.error->message.toStdString(), message);
+        EXPECT_TRUE(unknown.advice.contains(u"Running the same file again is safe"_s));
+        EXPECT_TRUE(unknown.advice.endsWith(QString::fromLatin1(advice))) << unknown.advice.toStdString();
+        EXPECT_EQ(unknown.next, NextStep::Rerun);
+    }
+}
+
+TEST(ResultOfASale, SaysWhatToCorrectAfterARefusal)
+{
+    const std::pair<int, const char*> advices[] = {
+        {1, "Nothing was registered. Run the same file again."},
+        {2, "Nothing was registered. Correct inn in the configuration"},
+        {31, "Nothing was registered. Check url in the configuration"},
+        {32, "Nothing was registered. Correct the receipt and run it again under the same id"},
+        {40, "Nothing was registered. Check url and proxy"},
+        {41, "Nothing was registered. Check proxy"},
+    };
+    for (const auto& [code, advice] : advices) {
+        const ReceiptResult refused = sold(withCode(code).c_str(), lost);
+        EXPECT_EQ(refused.outcome, Outcome::Refused) << code;
+        EXPECT_TRUE(refused.advice.startsWith(QString::fromLatin1(advice))) << refused.advice.toStdString();
+    }
+}
+
+TEST(ResultOfASale, DoesNotCallAnAnswerOfTheServiceNoConnection)
+{
+    for (const int code : {40, 41, 50}) {
+        const ReceiptResult result = sold(withCode(code).c_str(), lost);
+        ASSERT_TRUE(result.error);
+        EXPECT_EQ(result.error->message, u"t"_s) << code;
+        EXPECT_EQ(result.error->type, u"FrNoConnectionException"_s) << code;
+    }
 }
 
 TEST(ReceiptThatTheDriverRefuses, IsNotSentAtAll)
