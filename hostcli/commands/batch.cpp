@@ -114,7 +114,7 @@ bool Batch::finish(const ReceiptResult& result)
         const bool isLast = streams ? result.endsRun && result.next == NextStep::Account
                                     : result.endsRun || result.outcome == Outcome::Unknown;
         if (isLast)
-            goesOn = false;
+            endBefore(result.next);
     }
     write(result);
     writePicture(result);
@@ -125,14 +125,16 @@ bool Batch::finish(const ReceiptResult& result)
 
 void Batch::stop(const Error& error)
 {
+    const RunFailure failure = failureOf(error, hasSent);
     {
         const std::scoped_lock lock(guard);
         step = Step::BetweenReceipts;
         raise(exitCodeOf(error.problem()));
+        endBefore(failure.next);
     }
     Console::instance().line(error.message(), Urgency::Error);
     if (json)
-        output.write(toJsonLine(failureOf(error, hasSent)));
+        output.write(toJsonLine(failure));
 }
 
 bool Batch::skip(const QueuedReceipt& queued)
@@ -142,7 +144,7 @@ bool Batch::skip(const QueuedReceipt& queued)
     result.line = queued.line;
     result.id = queued.receipt.id();
     result.outcome = Outcome::Unknown;
-    result.next = NextStep::Rerun;
+    result.next = nextOfRest;
     result.error = ErrorInfo{{}, std::nullopt, Text::tr("Not sent: the run ended before it")};
     return output.write(toJsonLine(result));
 }
@@ -221,6 +223,13 @@ QString Batch::whatIsKnown() const
             "%1 was sent, its outcome is unknown; run again: the service does not register an id twice.")
             .arg(current.id);
     return Text::tr("%1 was not sent; run again.").arg(current.id);
+}
+
+// What keeps the rest from being sent has to be corrected first, unless it may pass by itself.
+void Batch::endBefore(NextStep next)
+{
+    goesOn = false;
+    nextOfRest = next == NextStep::Account ? NextStep::Account : NextStep::Rerun;
 }
 
 void Batch::raise(ExitCode to)

@@ -67,6 +67,7 @@ private:
     [[nodiscard]] bool hasAnswer() const;
     [[nodiscard]] QString whatIsKnown() const;
     void raise(ExitCode to);
+    void endBefore(till::NextStep next);
     void giveUpReceipt();
     void write(const till::ReceiptResult& result);
     void writePicture(const till::ReceiptResult& result);
@@ -89,6 +90,7 @@ private:
     till::ReceiptFacts facts;
     ExitCode status = ExitCode::Success;
     bool goesOn = true;
+    till::NextStep nextOfRest = till::NextStep::Rerun;
     bool hasSent = false;
 };
 

@@ -128,6 +128,7 @@ TEST(Batch, StopsWhereTheServiceRefusesTheAccount)
             << row.code;
         EXPECT_THAT(stopped.err.toStdString(), HasSubstr(row.advice));
         EXPECT_THAT(stopped.err.toStdString(), HasSubstr(restNotSent));
+        EXPECT_EQ(stopped.out.count(u"\"next\":\"account\""_s), 3) << "nobody runs the rest again before";
     }
 }
 

@@ -361,7 +361,7 @@ TEST_F(RunOfABatch, TellsInJsonWhyItStoppedAndWhatItDidNotReach)
                    R"({"failure":{"message":"the journal"},"next":"account","sent":true})"
                    "\n"
                    R"({"error":{"message":"Not sent: the run ended before it"},"file":"receipts","id":"r2",)"
-                   R"("line":1,"next":"rerun","outcome":"unknown","sent":false})"
+                   R"("line":1,"next":"account","outcome":"unknown","sent":false})"
                    "\n"
                    R"({"summary":{"accepted":1,"exitStatus":1,"incomplete":0,"notSent":1,"receipts":2,)"
                    R"("refused":0,"unknown":0}})"
