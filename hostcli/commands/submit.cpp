@@ -78,6 +78,19 @@ public:
         connect(usedSession);
     }
 
+    // Only the service's clock tells which records are old.
+    void clear(Journal& file)
+    {
+        if (!goesOn)
+            return;
+        try {
+            file.removeOld(transport.seen().token.time);
+        } catch (const JournalError& error) {
+            batch.stop(explained(error));
+            goesOn = false;
+        }
+    }
+
     // Returns whether to hand over the next receipt.
     bool handle(const QueuedReceipt& queued)
     {
@@ -230,6 +243,8 @@ ExitCode submit(const CommandLine& line, Output& output)
                       "registers it again."));
     SaleJournal kept(journal.get(), session.transport(), &warn);
     Run run(line, session, batch, kept);
+    if (journal)
+        run.clear(*journal);
     if (queue)
         handleQueue(*queue, run, batch);
     else

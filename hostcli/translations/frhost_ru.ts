@@ -1727,5 +1727,9 @@
         <source>en</source>
         <translation>ru</translation>
     </message>
+    <message>
+        <source>This very receipt may have been sent before, on %1 (%2): %3. Do NOT give it a new id because of this answer. Correct the cause and run the same file again.</source>
+        <translation>Этот же чек, возможно, уже отправлялся %1 (%2): %3. НЕ меняйте его id из-за этого ответа. Устраните причину и отправьте этот же файл ещё раз.</translation>
+    </message>
 </context>
 </TS>

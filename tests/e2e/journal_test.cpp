@@ -239,6 +239,32 @@ TEST_F(JournalOfASale, SaysOnlyThatAReceiptMayHaveBeenSentWhereNothingMoreIsReco
         HasSubstr("Another receipt may have been sent under this id on "));
     EXPECT_THAT(sell(receiptLine(u"r2"_s)).err.toStdString(),
         HasSubstr("r2 has the same content as r1, which may have been sent on "));
+    emulator.addFault(R"("endpoint":"sell","effect":"error","code":20)");
+    EXPECT_THAT(sell(receiptLine(u"r1"_s)).err.toStdString(),
+        HasSubstr("This very receipt may have been sent before, on "));
+}
+
+TEST_F(JournalOfASale, TellsOnceOfTheSameContentHoweverOftenAReceiptIsAttempted)
+{
+    emulator.addFault(R"("endpoint":"sell","effect":"close","phase":"after","match":{"next":2})");
+    EXPECT_EQ(sell(receiptLine(u"r1"_s)).exitCode, 4);
+    const Ran again = sell(receiptLine(u"r2"_s), {u"--journal"_s, journal(), u"--retry-for"_s, u"1m"_s});
+    EXPECT_EQ(again.exitCode, 0) << again.err.toStdString();
+    EXPECT_EQ(again.err.count(u"Trying again."_s), 1);
+    EXPECT_EQ(again.err.count(u"r2 has the same content as r1"_s), 1);
+}
+
+TEST_F(JournalOfASale, ForgetsWhatTheServiceHasForgotten)
+{
+    EXPECT_EQ(sell(receiptLine(u"r1"_s)).exitCode, 0);
+    const QString age =
+        u"import sqlite3,sys; c=sqlite3.connect(sys.argv[1]); c.execute(\"UPDATE receipts SET "
+        "sent=sent-41*86400\"); c.commit()"_s;
+    EXPECT_EQ(::run(u"python3"_s, {u"-c"_s, age, journal()}).exitCode, 0);
+    EXPECT_EQ(sell(receiptLine(u"r2"_s)).exitCode, 0);
+    const QString ids =
+        u"import sqlite3,sys; print(*[r[0] for r in sqlite3.connect(sys.argv[1]).execute('SELECT id FROM receipts')])"_s;
+    EXPECT_EQ(::run(u"python3"_s, {u"-c"_s, ids, journal()}).out, u"r2\n"_s);
 }
 
 TEST_F(JournalOfASale, ThatCannotBeWrittenKeepsEverythingFromBeingSent)

@@ -3,6 +3,8 @@
 #include "till/journal/journalerror.h"
 #include "till/journal/journalfile.h"
 
+#include <algorithm>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace till {
@@ -71,7 +73,6 @@ Journal::Journal(const QString& file, std::chrono::milliseconds patience)
     , database(file, {applicationId, {schema}}, patience,
           [file](const QString& reason, Fault /*fault*/) { throw JournalError(file, reason); })
 {
-    removeOld();
 }
 
 JournalClaim Journal::claim(const ComposedReceipt& receipt, const QString& fromFile, int fromLine)
@@ -164,13 +165,17 @@ std::optional<JournalRecord> Journal::firstOf(const char* condition, const QVari
 
 // In small batches, each by itself, so that other processes get their turn. Those of a local register stay:
 // no service knows their ids, and without its record a receipt would be registered again.
-void Journal::removeOld()
+void Journal::removeOld(const QDateTime& serviceTime)
 {
+    if (!serviceTime.isValid())
+        return;
+    // Where the clocks differ, nothing is old that is not old by both.
+    const QDateTime now = std::min(serviceTime, QDateTime::currentDateTimeUtc());
     while (database.change("DELETE FROM receipts WHERE number IN"
-                           " (SELECT number FROM receipts WHERE sent < unixepoch() - ? AND register NOT IN"
+                           " (SELECT number FROM receipts WHERE sent < ? AND register NOT IN"
                            " (SELECT number FROM registers WHERE address LIKE 'register:%')"
                            " LIMIT 500)",
-               {maxAge}) > 0) {
+               {now.toSecsSinceEpoch() - maxAge}) > 0) {
     }
 }
 

@@ -58,16 +58,15 @@ struct JournalClaim
 /// One durable record for each receipt that was ever about to go on the wire, in a SQLite file that any
 /// number of processes may use at once. All that returns is on the disk: it survives the loss of power.
 ///
-/// Records are kept for 40 days, and those of a local register for good. Everything throws JournalError when
-/// the file cannot be used.
+/// Records are kept for 40 days at least, and those of a local register for good. Everything throws
+/// JournalError when the file cannot be used.
 class Journal
 {
 public:
     /// For how long other processes may keep the file locked.
     static constexpr std::chrono::milliseconds defaultPatience{10'000};
 
-    /// Opens the file or creates it, readable by its owner alone, and removes records that are too old. Its
-    /// folder must exist.
+    /// Opens the file or creates it, readable by its owner alone. Its folder must exist.
     explicit Journal(const QString& file, std::chrono::milliseconds patience = defaultPatience);
     Q_DISABLE_COPY_MOVE(Journal)
 
@@ -83,12 +82,15 @@ public:
     /// Takes a claim back: nothing of the receipt has reached the service.
     void withdraw(const JournalClaim& claim);
 
+    /// Removes the records that are too old at this time, which the service has told; without a valid time
+    /// none, because this machine's clock may be wrong.
+    void removeOld(const QDateTime& serviceTime);
+
     /// What is known of an id at a register.
     [[nodiscard]] std::optional<JournalRecord> find(const QString& fiscalRegister, const QString& id);
 
 private:
     void insert(const JournalClaim& claim, const QString& fromFile, int fromLine);
-    void removeOld();
     [[nodiscard]] std::optional<JournalRecord> firstOf(const char* condition, const QVariantList& values);
 
     QString fileName;

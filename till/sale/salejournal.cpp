@@ -95,10 +95,13 @@ ReceiptResult contradicted(ReceiptResult result, const JournalRecord& earlier)
     result.next = result.verdict == SaleVerdict::AccountRefused ? NextStep::Account : NextStep::Rerun;
     result.verdict = SaleVerdict::Unknown;
     result.outcome = Outcome::Unknown;
-    result.advice =
-        Text::tr("This very receipt was sent before, on %1 (%2): %3. Do NOT give it a new id because of this "
-                 "answer. Correct the cause and run the same file again.")
-            .arg(time(earlier), place(earlier), fateOf(earlier.state));
+    const QString text =
+        earlier.state == ReceiptState::Sent
+            ? Text::tr("This very receipt may have been sent before, on %1 (%2): %3. Do NOT give it a new id "
+                       "because of this answer. Correct the cause and run the same file again.")
+            : Text::tr("This very receipt was sent before, on %1 (%2): %3. Do NOT give it a new id because "
+                       "of this answer. Correct the cause and run the same file again.");
+    result.advice = text.arg(time(earlier), place(earlier), fateOf(earlier.state));
     result.endsRun = true;
     return result;
 }
@@ -162,8 +165,11 @@ void SaleJournal::admit(const QUrl& url, const QByteArray& body)
     }
     if (claim->conflict)
         throw Error(Problem::Receipt, Text::tr("the id is in use"));
-    if (claim->twin)
+    // Of a receipt that is attempted again, once is enough.
+    if (claim->twin && warnedOf != claim->receipt.id)
         warn(twinWarning(claim->receipt.id, *claim->twin));
+    if (claim->twin)
+        warnedOf = claim->receipt.id;
     claim->twin.reset();
 }
 

@@ -58,6 +58,8 @@ private:
     int line = 0;
     std::optional<JournalClaim> claim;
     std::exception_ptr failure;
+    // The id of the last receipt whose twin was told.
+    QString warnedOf;
 };
 
 } // namespace till

@@ -197,6 +197,12 @@ TEST_F(JournalFile, ForgetsReceiptsAfterFortyDays)
            " SELECT 1, 'old-' || i, x'00', 'registered', 1, 'f', 1, unixepoch() - 40 * 86400 - 10, 0 FROM n");
     change("UPDATE receipts SET sent = unixepoch() - 40 * 86400 + 600 WHERE id = 'young'");
     Journal journal(file());
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    journal.removeOld({});
+    journal.removeOld(now.addDays(-1));
+    EXPECT_TRUE(journal.find(u"shop_1"_s, u"old-1"_s)) << "this machine's clock alone says that it is old";
+    journal.removeOld(now.addDays(100));
+    EXPECT_TRUE(journal.find(u"shop_1"_s, u"young"_s)) << "the service's clock alone says that it is old";
     EXPECT_FALSE(journal.find(u"shop_1"_s, u"old-1"_s));
     EXPECT_FALSE(journal.find(u"shop_1"_s, u"old-%1"_s.arg(many)));
     EXPECT_TRUE(journal.find(u"shop_1"_s, u"young"_s));
@@ -213,6 +219,7 @@ TEST_F(JournalFile, KeepsReceiptsOfALocalRegisterForever)
     }
     change("UPDATE receipts SET sent = 0");
     Journal journal(file());
+    journal.removeOld(QDateTime::currentDateTimeUtc());
     EXPECT_TRUE(journal.find(local.fiscalRegister, local.id));
     EXPECT_FALSE(journal.find(u"shop_1"_s, u"remote"_s));
 }
