@@ -1728,6 +1728,66 @@
         <translation>ru</translation>
     </message>
     <message>
+        <source>The document is empty.</source>
+        <translation>Текст пуст.</translation>
+    </message>
+    <message>
+        <source>The document root must not be followed by other values.</source>
+        <translation>После значения идёт ещё что-то.</translation>
+    </message>
+    <message>
+        <source>Invalid value.</source>
+        <translation>Недопустимое значение.</translation>
+    </message>
+    <message>
+        <source>Missing a name for object member.</source>
+        <translation>Нет имени ключа в кавычках.</translation>
+    </message>
+    <message>
+        <source>Missing a colon after a name of object member.</source>
+        <translation>Нет двоеточия после имени ключа.</translation>
+    </message>
+    <message>
+        <source>Missing a comma or &apos;}&apos; after an object member.</source>
+        <translation>После значения ключа нет запятой или &apos;}&apos;.</translation>
+    </message>
+    <message>
+        <source>Missing a comma or &apos;]&apos; after an array element.</source>
+        <translation>После элемента массива нет запятой или &apos;]&apos;.</translation>
+    </message>
+    <message>
+        <source>Incorrect hex digit after \u escape in string.</source>
+        <translation>После \u в строке не шестнадцатеричное число.</translation>
+    </message>
+    <message>
+        <source>The surrogate pair in string is invalid.</source>
+        <translation>Неверная суррогатная пара в строке.</translation>
+    </message>
+    <message>
+        <source>Invalid escape character in string.</source>
+        <translation>Недопустимый знак после \ в строке.</translation>
+    </message>
+    <message>
+        <source>Missing a closing quotation mark in string.</source>
+        <translation>Нет закрывающей кавычки.</translation>
+    </message>
+    <message>
+        <source>Invalid encoding in string.</source>
+        <translation>Строка не в UTF-8.</translation>
+    </message>
+    <message>
+        <source>Number too big to be stored in double.</source>
+        <translation>Слишком большое число.</translation>
+    </message>
+    <message>
+        <source>Miss fraction part in number.</source>
+        <translation>После точки в числе нет цифр.</translation>
+    </message>
+    <message>
+        <source>Miss exponent in number.</source>
+        <translation>В числе нет показателя степени.</translation>
+    </message>
+    <message>
         <source>This very receipt may have been sent before, on %1 (%2): %3. Do NOT give it a new id because of this answer. Correct the cause and run the same file again.</source>
         <translation>Этот же чек, возможно, уже отправлялся %1 (%2): %3. НЕ меняйте его id из-за этого ответа. Устраните причину и отправьте этот же файл ещё раз.</translation>
     </message>

@@ -136,6 +136,25 @@ const QMap<QString, std::function<QString()>>& faults()
     return table;
 }
 
+TEST(ReceiptProblem, IsAllInTheUsersLanguage)
+{
+    const std::pair<const char*, const char*> problems[] = {
+        {R"({"id":7,"requisites":[],"positions":[],"payments":[]})", "Ожидается: Собственный идентификатор"},
+        {"?", "не JSON: Недопустимое значение."},
+        {"{\"id\" 1}", "не JSON: Нет двоеточия после имени ключа."},
+        {"{\"id\": \"a\" 1}", "не JSON: После значения ключа нет запятой или '}'."},
+        {"[1 2]", "не JSON: После элемента массива нет запятой или ']'."},
+        {"{} {}", "не JSON: После значения идёт ещё что-то."},
+        {R"({"id": "\uzzzz"})", "не JSON: После \\u в строке не шестнадцатеричное число."},
+        {R"({"id": "\q"})", "не JSON: Недопустимый знак после \\ в строке."},
+        {R"({"id": "a)", "не JSON: Нет закрывающей кавычки."},
+    };
+    const Russian russian;
+    for (const auto& [json, shown] : problems)
+        EXPECT_TRUE(receiptProblem(json).contains(QString::fromUtf8(shown)))
+            << receiptProblem(json).toStdString();
+}
+
 // The rows of the document's table: name, fault, English, Russian, what to do.
 QList<QStringList> rows()
 {

@@ -1,6 +1,6 @@
 #include "till/causes/causes.h"
 
-#include "till/text.h"
+#include "till/language.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -139,8 +139,7 @@ const Cause* causeIn(const QString& text)
 
 const CauseTexts& textsOf(const Cause& cause)
 {
-    // "en" is translated into the translation's own name, so that all texts are in one language.
-    return Text::tr("en") == "ru"_L1 ? cause.russian : cause.english;
+    return textsAreRussian() ? cause.russian : cause.english;
 }
 
 } // namespace till

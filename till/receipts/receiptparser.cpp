@@ -1,5 +1,6 @@
 #include "till/receipts/receiptparser.h"
 
+#include "till/language.h"
 #include "till/nearestname.h"
 #include "till/receipts/jsonreader.h"
 #include "till/receipts/schemarules.h"
@@ -34,6 +35,25 @@ namespace till {
 namespace {
 
 using rapidjson::Value;
+
+// What the parser of JSON says, for the translation alone.
+[[maybe_unused]] constexpr const char* parserTexts[] = {
+    QT_TRANSLATE_NOOP("Text", "The document is empty."),
+    QT_TRANSLATE_NOOP("Text", "The document root must not be followed by other values."),
+    QT_TRANSLATE_NOOP("Text", "Invalid value."),
+    QT_TRANSLATE_NOOP("Text", "Missing a name for object member."),
+    QT_TRANSLATE_NOOP("Text", "Missing a colon after a name of object member."),
+    QT_TRANSLATE_NOOP("Text", "Missing a comma or '}' after an object member."),
+    QT_TRANSLATE_NOOP("Text", "Missing a comma or ']' after an array element."),
+    QT_TRANSLATE_NOOP("Text", "Incorrect hex digit after \\u escape in string."),
+    QT_TRANSLATE_NOOP("Text", "The surrogate pair in string is invalid."),
+    QT_TRANSLATE_NOOP("Text", "Invalid escape character in string."),
+    QT_TRANSLATE_NOOP("Text", "Missing a closing quotation mark in string."),
+    QT_TRANSLATE_NOOP("Text", "Invalid encoding in string."),
+    QT_TRANSLATE_NOOP("Text", "Number too big to be stored in double."),
+    QT_TRANSLATE_NOOP("Text", "Miss fraction part in number."),
+    QT_TRANSLATE_NOOP("Text", "Miss exponent in number."),
+};
 
 // Far more than a receipt needs; keeps the recursive walks below harmless.
 constexpr int maxDepth = 32;
@@ -261,7 +281,7 @@ private:
         }
         const QString broken = value ? brokenRule(rule, *value, nameOf(pointer)) : QString();
         const QString said = broken.isEmpty() ? description : broken;
-        const auto expected = rule.FindMember("description");
+        const auto expected = rule.FindMember(textsAreRussian() ? "descriptionRu" : "description");
         // What an object or a list is for does not help where a part of it is missing.
         if (expected == rule.MemberEnd() || (value && (value->IsObject() || value->IsArray())))
             return {0, pointer, said};
@@ -292,7 +312,7 @@ std::variant<QJsonObject, ReceiptProblem> ReceiptParser::parse(const QByteArray&
     rapidjson::Document receipt;
     if (const rapidjson::ParseResult result = parseJson(source, receipt); result.IsError())
         return ReceiptProblem{lineBreaksBefore(source, result.Offset()), {},
-            Text::tr("not JSON: %1").arg(QString::fromLatin1(rapidjson::GetParseError_En(result.Code())))};
+            Text::tr("not JSON: %1").arg(Text::tr(rapidjson::GetParseError_En(result.Code())))};
     if (const auto problem = structureProblem(receipt, QString(), 0))
         return located(source, *problem);
     if (const auto problem = schema->problem(receipt))

@@ -3,6 +3,8 @@
 
 #include <QFile>
 #include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 
 #include <gtest/gtest.h>
 
@@ -252,6 +254,29 @@ TEST_F(Parser, RefusesExcessiveNesting)
     const QByteArray deep = QByteArray(100000, '[') + QByteArray(100000, ']');
     EXPECT_EQ(problem(deep), u"0 : the receipt is nested too deeply"_s);
     EXPECT_EQ(rest(QByteArray(100000, '['), "0 : not JSON: "), u"0 : not JSON: "_s);
+}
+
+int descriptionsIn(const QJsonValue& schema)
+{
+    int count = 0;
+    for (const QJsonValue& part : schema.toArray())
+        count += descriptionsIn(part);
+    const QJsonObject object = schema.toObject();
+    if (object.value(u"description"_s).isString()) {
+        ++count;
+        EXPECT_TRUE(object.value(u"descriptionRu"_s).isString())
+            << object.value(u"description"_s).toString().toStdString();
+    }
+    for (const QJsonValue& part : object)
+        count += descriptionsIn(part);
+    return count;
+}
+
+TEST(Schema, IsDescribedInRussianToo)
+{
+    QFile file(u":/till/receipt.schema.json"_s);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_GT(descriptionsIn(QJsonDocument::fromJson(file.readAll()).object()), 25);
 }
 
 } // namespace
