@@ -1,5 +1,6 @@
 #include "hostcli/helptext.h"
 
+#include "hostcli/terminal/texttable.h"
 #include "till/nearestname.h"
 #include "till/text.h"
 
@@ -93,24 +94,6 @@ QString explained(const CLI::App& app, const CLI::ParseError& error)
 }
 
 } // namespace
-
-QString wrapped(const QString& text, int width)
-{
-    QStringList lines;
-    for (const QString& paragraph : text.split(u'\n')) {
-        QString line;
-        for (const QString& word : paragraph.split(u' ')) {
-            if (!line.isEmpty() && line.size() + 1 + word.size() > width) {
-                lines << line;
-                line = word;
-            } else {
-                line += line.isEmpty() ? word : u' ' + word;
-            }
-        }
-        lines << line;
-    }
-    return lines.join(u'\n');
-}
 
 HelpText::HelpText()
 {

@@ -15,10 +15,6 @@ namespace frhost {
     return QString::fromStdString(text);
 }
 
-/// The text with line breaks instead of spaces, so that no line has more than `width` characters unless a
-/// single word does.
-[[nodiscard]] QString wrapped(const QString& text, int width);
-
 /// Writes the help in the user's language, within 80 columns. The list of commands shows one line for each.
 class HelpText : public CLI::Formatter
 {

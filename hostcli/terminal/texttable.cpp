@@ -41,4 +41,22 @@ QString textTable(QList<QStringList> rows, int indent)
     return text;
 }
 
+QString wrapped(const QString& text, int width)
+{
+    QStringList lines;
+    for (const QString& paragraph : text.split(u'\n')) {
+        QString line;
+        for (const QString& word : paragraph.split(u' ')) {
+            if (!line.isEmpty() && line.size() + 1 + word.size() > width) {
+                lines << line;
+                line = word;
+            } else {
+                line += line.isEmpty() ? word : u' ' + word;
+            }
+        }
+        lines << line;
+    }
+    return lines.join(u'\n');
+}
+
 } // namespace frhost

@@ -31,13 +31,6 @@ void expectNarrow(const QStringList& arguments)
         EXPECT_LE(line.size(), 80) << line.toStdString();
 }
 
-TEST(Wrapping, BreaksLinesAtSpaces)
-{
-    EXPECT_EQ(wrapped(u"aa bb cc\ndd"_s, 5), u"aa bb\ncc\ndd"_s);
-    EXPECT_EQ(wrapped(u"longword a"_s, 4), u"longword\na"_s);
-    EXPECT_EQ(wrapped(u"ййй ц"_s, 5), u"ййй ц"_s);
-}
-
 TEST(Help, FitsIntoEightyColumnsInBothLanguages)
 {
     for (const bool isRussian : {false, true}) {

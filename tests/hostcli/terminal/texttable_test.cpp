@@ -14,4 +14,11 @@ TEST(TextTable, AlignsItsColumnsAndLeavesNoBlanksAtTheEnd)
     EXPECT_EQ(frhost::textTable({}), QString());
 }
 
+TEST(Wrapping, BreaksLinesAtSpaces)
+{
+    EXPECT_EQ(frhost::wrapped(u"aa bb cc\ndd"_s, 5), u"aa bb\ncc\ndd"_s);
+    EXPECT_EQ(frhost::wrapped(u"longword a"_s, 4), u"longword\na"_s);
+    EXPECT_EQ(frhost::wrapped(u"ййй ц"_s, 5), u"ййй ц"_s);
+}
+
 } // namespace
