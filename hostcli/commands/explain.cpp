@@ -7,6 +7,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <algorithm>
+#include <utility>
+
 using namespace Qt::Literals::StringLiterals;
 using namespace till;
 
@@ -63,21 +66,38 @@ QByteArray jsonOf(const Cause& cause)
     return QJsonDocument(json).toJson(QJsonDocument::Compact) + '\n';
 }
 
+// The second column of a table whose first one has these labels, within 80 columns.
+QString folded(const QList<QStringList>& rows)
+{
+    constexpr int columns = 80;
+    constexpr int indent = 2;
+    qsizetype widest = 0;
+    for (const QStringList& row : rows)
+        widest = std::max(widest, row.first().size());
+    QList<QStringList> lines;
+    for (const QStringList& row : rows) {
+        QString label = row.first();
+        const auto width = static_cast<int>(columns - indent - widest - 2);
+        for (const QString& part : wrapped(row.last(), width).split(u'\n'))
+            lines << QStringList{std::exchange(label, QString()), part};
+    }
+    return textTable(lines, indent);
+}
+
 QString heading(const Cause& cause)
 {
     const QString names = cause.names.join(u", "_s);
-    return cause.seen.isEmpty() ? names : names + u": "_s + cause.seen;
+    const QString said = cause.seen.isEmpty() ? textsOf(cause).cause : cause.seen;
+    return wrapped(said.isEmpty() ? names : names + u": "_s + said, 80);
 }
 
 QString textOf(const Cause& cause)
 {
     const CauseTexts& texts = textsOf(cause);
     return heading(cause) + u'\n' +
-           textTable({{Text::tr("Receipt"), outcomeText(cause.outcome)},
-                         {Text::tr("Next step"), nextText(cause.next)}, {Text::tr("Cashier"), texts.cashier},
-                         {Text::tr("Administrator"), texts.administrator},
-                         {Text::tr("Programmer"), texts.programmer}},
-               2);
+           folded({{Text::tr("Receipt"), outcomeText(cause.outcome)},
+               {Text::tr("Next step"), nextText(cause.next)}, {Text::tr("Cashier"), texts.cashier},
+               {Text::tr("Administrator"), texts.administrator}, {Text::tr("Programmer"), texts.programmer}});
 }
 
 const Cause& wanted(const QString& text)

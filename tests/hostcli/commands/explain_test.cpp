@@ -35,16 +35,31 @@ TEST(Explain, TellsEachReaderOfACodeWhatToDo)
     EXPECT_EQ(explained(u"12"_s),
         "12: Неверный логин или пароль\n"
         "  Receipt        refused: not registered\n"
-        "  Next step      correct the account or the configuration, then run the same file again\n"
-        "  Cashier        The receipt is not registered. Call the administrator: the service does not accept "
-        "login and password.\n"
-        "  Administrator  Correct login and password in the configuration, then run the same file again.\n"
-        "  Programmer     The service does not accept login or password and issues no token.\n");
+        "  Next step      correct the account or the configuration, then run the same\n"
+        "                 file again\n"
+        "  Cashier        The receipt is not registered. Call the administrator: the\n"
+        "                 service does not accept login and password.\n"
+        "  Administrator  Correct login and password in the configuration, then run the\n"
+        "                 same file again.\n"
+        "  Programmer     The service does not accept login or password and issues no\n"
+        "                 token.\n");
 }
 
 TEST(Explain, TakesTheWordsOfTheLog)
 {
     EXPECT_TRUE(explained(u"HTTP 200, пустое тело (12 мс, запрос отправлен)"_s).startsWith("тело не JSON, "));
+}
+
+TEST(Explain, TakesTheWordsOfAMessage)
+{
+    EXPECT_TRUE(explained(u"Cannot reach https://s/: nobody accepts connections there. Check url."_s)
+                    .startsWith("соединение не установлено: nobody accepts connections there\n"));
+}
+
+TEST(Explain, FitsATerminal)
+{
+    for (const QString& line : QString::fromUtf8(explained({})).split(u'\n'))
+        EXPECT_LE(line.size(), 80) << line.toStdString();
 }
 
 TEST(Explain, ListsAllCausesAsLinesOfJson)
