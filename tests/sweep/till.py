@@ -68,7 +68,7 @@ class Till:
 
     def configuration(self, url, hurried, more=None):
         """Writes it, with the sections `more`; returns its path."""
-        register = {"url": url, "login": LOGIN, "password": PASSWORD, "groupCode": GROUP, "inn": "7700000000",
+        register = {"url": url, "login": LOGIN, "password": PASSWORD, "groupCode": GROUP, "inn": "7700000009",
             "email": "shop@example.com", "paymentAddress": "https://shop.example.com", "requestInterval": 200}
         limits = {"connectTimeout": 1000, "firstByteTimeout": 1000, "stallTimeout": 1000, "overallTimeout": 3000}
         sections = {"register": register, "transport": limits if hurried else {}} | (more or {})

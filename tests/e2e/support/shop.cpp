@@ -8,7 +8,7 @@ using namespace Qt::Literals::StringLiterals;
 
 Shop::Shop(const QString& url)
     : settings{{u"url"_s, url}, {u"login"_s, u"shop"_s}, {u"password"_s, QString::fromLatin1(shopPassword)},
-          {u"groupCode"_s, u"shop_1"_s}, {u"inn"_s, u"7700000000"_s}, {u"email"_s, u"shop@example.com"_s},
+          {u"groupCode"_s, u"shop_1"_s}, {u"inn"_s, u"7700000009"_s}, {u"email"_s, u"shop@example.com"_s},
           {u"paymentAddress"_s, u"https://shop.example.com"_s}, {u"requestInterval"_s, u"200"_s}}
 {
 }
