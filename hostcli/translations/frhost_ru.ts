@@ -1728,6 +1728,10 @@
         <translation>ru</translation>
     </message>
     <message>
+        <source>%1 is not installed on this machine: names of files and Russian texts may be garbled. Install it, or set LC_ALL=C.UTF-8.</source>
+        <translation>%1 на этом компьютере не установлена: имена файлов и русские тексты могут исказиться. Установите её или задайте LC_ALL=C.UTF-8.</translation>
+    </message>
+    <message>
         <source>The document is empty.</source>
         <translation>Текст пуст.</translation>
     </message>

@@ -6,7 +6,6 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
-#include <QLocale>
 #include <QStorageInfo>
 #include <QSysInfo>
 #include <QTimeZone>
@@ -53,20 +52,36 @@ Finding timeZoneFinding()
             now.toOffsetFromUtc(now.offsetFromUtc()).toString(Qt::ISODate))};
 }
 
-Finding localeFinding()
+// The name that the environment gives it, by the rules of the C library.
+QString wantedLocale()
 {
-    const QString encoding = QString::fromLatin1(nl_langinfo(CODESET));
-    const QString name = QLocale().name() + u", "_s + encoding;
+    for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        if (const QString value = qEnvironmentVariable(name); !value.isEmpty())
+            return value;
+    }
+    return u"C"_s;
+}
+
+} // namespace
+
+Finding judgeLocale(const QString& wanted, const QString& encoding)
+{
+    const QString subject = Text::tr("Locale");
+    const QString name = wanted + u", "_s + encoding;
     if (encoding == "UTF-8"_L1)
-        return {Grade::Note, Text::tr("Locale"), name};
-    return {Grade::Warning, Text::tr("Locale"),
+        return {Grade::Note, subject, name};
+    const QString asked = wanted.toLower().remove(u'-');
+    if (asked.contains("utf8"_L1))
+        return {Grade::Warning, subject,
+            Text::tr("%1 is not installed on this machine: names of files and Russian texts may be garbled. "
+                     "Install it, or set LC_ALL=C.UTF-8.")
+                .arg(wanted)};
+    return {Grade::Warning, subject,
         Text::tr(
             "%1 is not UTF-8: names of files and Russian texts may be garbled. Set LC_ALL=C.UTF-8 or another "
             "locale of UTF-8.")
             .arg(name)};
 }
-
-} // namespace
 
 Finding spaceFor(const QString& file)
 {
@@ -138,7 +153,8 @@ QList<Finding> lookAtMachine(const RegisterConfig& config, const QStringList& wr
         {Grade::Note, Text::tr("System"),
             u"%1, Linux %2, %3, Qt %4"_s.arg(QSysInfo::prettyProductName(), QSysInfo::kernelVersion(),
                 QSysInfo::currentCpuArchitecture(), QString::fromLatin1(qVersion()))},
-        timeZoneFinding(), localeFinding(), proxyFinding(config.transport.proxy, variables)};
+        timeZoneFinding(), judgeLocale(wantedLocale(), QString::fromLatin1(nl_langinfo(CODESET))),
+        proxyFinding(config.transport.proxy, variables)};
     for (const QString& warning : config.warnings)
         findings << Finding{Grade::Warning, Text::tr("Permissions"), warning};
     if (const QString host = hostToResolve(config); !host.isEmpty())

@@ -13,6 +13,8 @@ namespace till {
 
 // Parts of that.
 
+/// `wanted` is the locale that the environment names, `encoding` that of the locale which is in use.
+[[nodiscard]] Finding judgeLocale(const QString& wanted, const QString& encoding);
 /// Whether the file can be written, and how much.
 [[nodiscard]] Finding spaceFor(const QString& file);
 /// `left` in bytes.

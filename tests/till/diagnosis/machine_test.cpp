@@ -21,6 +21,14 @@ TEST(Machine, HasRoomWhereAFileCanBeWritten)
     EXPECT_EQ(judgeSpace(u"f"_s, false, 100 * mebibyte).grade, Grade::Warning);
 }
 
+TEST(Machine, NeedsALocaleOfUtf8ThatIsInstalled)
+{
+    EXPECT_EQ(judgeLocale(u"C.UTF-8"_s, u"UTF-8"_s).grade, Grade::Note);
+    EXPECT_TRUE(judgeLocale(u"ru_RU.utf8"_s, u"ANSI_X3.4-1968"_s)
+                    .text.startsWith("ru_RU.utf8 is not installed on this machine"_L1));
+    EXPECT_TRUE(judgeLocale(u"C"_s, u"ANSI_X3.4-1968"_s).text.contains("is not UTF-8"_L1));
+}
+
 TEST(Machine, ResolvesNames)
 {
     EXPECT_EQ(resolved(u"127.0.0.1"_s).text, u"127.0.0.1: 127.0.0.1"_s);
