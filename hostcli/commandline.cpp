@@ -283,9 +283,17 @@ CommandLineText endText(const CLI::App& app, const CLI::ParseError& error)
     return {fromStd(out.str()), false};
 }
 
-} // namespace
+// The parser may not have come so far.
+bool wantsJson(int argc, const char* const* argv)
+{
+    for (int i = 1; i < argc && std::string_view(argv[i]) != "--"; ++i) {
+        if (std::string_view(argv[i]) == "--json")
+            return true;
+    }
+    return false;
+}
 
-std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char* const* argv)
+std::variant<CommandLine, CommandLineText> parsed(int argc, const char* const* argv)
 {
     Arguments arguments;
     CLI::App app((Text::tr("Example:\n  %1").arg(u"frhost --config register.ini sell receipt.json"_s) +
@@ -349,6 +357,16 @@ std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char
     if (line.streams && line.files != QStringList{u"-"_s})
         return CommandLineText{Text::tr("--stream reads standard input: its only FILE is -"), true};
     return line;
+}
+
+} // namespace
+
+std::variant<CommandLine, CommandLineText> parseCommandLine(int argc, const char* const* argv)
+{
+    auto result = parsed(argc, argv);
+    if (auto* text = std::get_if<CommandLineText>(&result))
+        text->json = text->isError && wantsJson(argc, argv);
+    return result;
 }
 
 } // namespace frhost

@@ -64,6 +64,8 @@ struct CommandLineText
 {
     QString text;
     bool isError = false;
+    /// Whether an error is to be told as JSON, too.
+    bool json = false;
 };
 
 /// Parses the program's arguments as main() got them.

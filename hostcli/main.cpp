@@ -40,11 +40,9 @@ void keepMemoryPrivate()
 
 ExitCode show(const CommandLineText& answer)
 {
-    if (answer.isError) {
-        Console::instance().lines(answer.text.trimmed(), Urgency::Error);
-        return ExitCode::LocalFailure;
-    }
     Output output;
+    if (answer.isError)
+        return reportUsageError(answer, output);
     return output.write(answer.text.toUtf8()) ? ExitCode::Success : ExitCode::LocalFailure;
 }
 

@@ -282,16 +282,7 @@ void Batch::summarize()
 {
     if (json)
         output.write(toJsonLine(tally, isSell() ? u"registered"_s : u"accepted"_s, count, status));
-    const Urgency urgency = tally.good == count ? Urgency::Notice : Urgency::Warning;
-    if (count > 1) {
-        const QString text = isSell() ? Text::tr("Receipts: %1. Registered: %2, refused: %3, unknown: %4.")
-                                      : Text::tr("Receipts: %1. Accepted: %2, refused: %3, unknown: %4.");
-        Console::instance().line(text.arg(QString::number(count), QString::number(tally.good),
-                                     QString::number(tally.refused), QString::number(tally.unknown)),
-            urgency);
-    }
-    if (tally.incomplete > 0)
-        Console::instance().line(Text::tr("Registered, evidence incomplete: %1.").arg(tally.incomplete));
+    reportTotals(tally, isSell(), count);
     if (tally.done() < count)
         Console::instance().line(Text::tr("Receipts not sent: %1.").arg(count - tally.done()));
 }

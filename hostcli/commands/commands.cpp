@@ -83,6 +83,16 @@ void writeFailure(const CommandLine& line, Output& output, const RunFailure& fai
 
 } // namespace
 
+ExitCode reportUsageError(const CommandLineText& answer, Output& output)
+{
+    const QString text = answer.text.trimmed();
+    Console::instance().lines(text, Urgency::Error);
+    const ErrorInfo error{{}, std::nullopt, text.section(u'\n', 0, 0)};
+    if (answer.json)
+        output.write(toJsonLine(RunFailure{error, false, NextStep::Account}));
+    return ExitCode::LocalFailure;
+}
+
 ExitCode reportFailure(const CommandLine& line, Output& output, const Failure& failure)
 {
     Console::instance().line(failure.message(), Urgency::Error);

@@ -20,6 +20,9 @@ namespace frhost {
 [[nodiscard]] ExitCode collect(const CommandLine& line, Output& output);
 [[nodiscard]] ExitCode explain(const CommandLine& line, Output& output);
 
+/// Reports a wrong command line; returns the exit status for it.
+[[nodiscard]] ExitCode reportUsageError(const CommandLineText& answer, Output& output);
+
 /// Reports what kept a command from its work; returns the exit status for it.
 [[nodiscard]] ExitCode reportFailure(const CommandLine& line, Output& output, const Failure& failure);
 [[nodiscard]] ExitCode reportFailure(const CommandLine& line, Output& output, const till::Error& error);

@@ -139,7 +139,9 @@ private:
                 tries = error.problem() == Problem::Connection && retries.again();
                 if (!tries && !line.json)
                     throw;
-                if (!tries)
+                if (tries)
+                    warn(Text::tr("%1 Trying again.").arg(error.message()));
+                else
                     batch.stop(error);
             }
         }

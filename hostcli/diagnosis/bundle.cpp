@@ -35,6 +35,17 @@ QByteArray endOf(const QString& path)
     return secrets::masked(QString::fromUtf8(file.readAll()), secrets::Audience::Anyone).toUtf8();
 }
 
+QByteArray logOf(const CommandLine& line)
+{
+    if (!line.logFile.isEmpty())
+        return endOf(line.logFile);
+    return Text::tr(
+               "No log was named. If there is one, make the bundle again with --log-file FILE; if frhost "
+               "runs as a service, add the output of journalctl.")
+               .toUtf8() +
+           '\n';
+}
+
 void write(const QString& path, const QByteArray& content)
 {
     QFile file(path);
@@ -78,7 +89,7 @@ ExitCode bundle(const CommandLine& line, Output& output)
     };
     put("doctor.txt", textOf(worstFirst(examination.findings)));
     put("configuration.ini", maskedConfiguration(configFileOf(line, configFolders())));
-    put("log.txt", endOf(line.logFile));
+    put("log.txt", logOf(line));
     const QString exchanges = exchangeFileOf(line);
     put("exchanges.jsonl", endOf(exchanges.isEmpty() ? exchanges : exchanges + u".1"_s) + endOf(exchanges) +
                                examination.exchanges);
@@ -87,6 +98,8 @@ ExitCode bundle(const CommandLine& line, Output& output)
     Console::instance().line(Text::tr("Passwords, tokens, logins and buyers' contacts are masked. Look "
                                       "through it before you send it on."),
         Urgency::Notice);
+    if (line.logFile.isEmpty())
+        Console::instance().line(QString::fromUtf8(logOf(line)).trimmed(), Urgency::Notice);
     return ExitCode::Success;
 }
 

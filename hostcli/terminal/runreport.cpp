@@ -4,6 +4,7 @@
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/qrcode.h"
 #include "hostcli/terminal/resultreport.h"
+#include "till/text.h"
 #include "till/wire/fiscalpayload.h"
 
 #include <QJsonDocument>
@@ -78,6 +79,20 @@ void report(const ReceiptResult& result, bool json, Output& output)
         Console::instance().lines(QString::fromUtf8(text).trimmed());
     if (!result.advice.isEmpty())
         Console::instance().line(u"%1: %2"_s.arg(nameOf(result), causeAndAdvice(result)));
+}
+
+void reportTotals(const Tally& tally, bool isWaitedFor, int receipts)
+{
+    const Urgency urgency = tally.good == receipts ? Urgency::Notice : Urgency::Warning;
+    if (receipts > 1) {
+        const QString text = isWaitedFor ? Text::tr("Receipts: %1. Registered: %2, refused: %3, unknown: %4.")
+                                         : Text::tr("Receipts: %1. Accepted: %2, refused: %3, unknown: %4.");
+        Console::instance().line(text.arg(QString::number(receipts), QString::number(tally.good),
+                                     QString::number(tally.refused), QString::number(tally.unknown)),
+            urgency);
+    }
+    if (tally.incomplete > 0)
+        Console::instance().line(Text::tr("Registered, evidence incomplete: %1.").arg(tally.incomplete));
 }
 
 QByteArray toJsonLine(const Tally& tally, const QString& good, int receipts, ExitCode status)

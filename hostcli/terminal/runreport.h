@@ -25,6 +25,9 @@ struct Tally
 /// Writes a result, and to the console what to do.
 void report(const till::ReceiptResult& result, bool json, Output& output);
 
+/// Tells the console how many of so many receipts have which outcome; says nothing of a single good one.
+void reportTotals(const Tally& tally, bool isWaitedFor, int receipts);
+
 /// The summary of a run of so many receipts as one line of JSON; `good` is the key for the good ones.
 [[nodiscard]] QByteArray toJsonLine(const Tally& tally, const QString& good, int receipts, ExitCode status);
 

@@ -1795,5 +1795,21 @@
         <source>This very receipt may have been sent before, on %1 (%2): %3. Do NOT give it a new id because of this answer. Correct the cause and run the same file again.</source>
         <translation>Этот же чек, возможно, уже отправлялся %1 (%2): %3. НЕ меняйте его id из-за этого ответа. Устраните причину и отправьте этот же файл ещё раз.</translation>
     </message>
+    <message>
+        <source>Not asked about: the run ended before it</source>
+        <translation>Не запрошено: работа закончилась раньше</translation>
+    </message>
+    <message>
+        <source>Not asked about: %1.</source>
+        <translation>Не запрошено: %1.</translation>
+    </message>
+    <message>
+        <source>%1 Trying again.</source>
+        <translation>%1 Повторная попытка.</translation>
+    </message>
+    <message>
+        <source>No log was named. If there is one, make the bundle again with --log-file FILE; if frhost runs as a service, add the output of journalctl.</source>
+        <translation>Журнал не указан. Если он есть, соберите архив ещё раз с --log-file FILE; если frhost работает как служба, приложите вывод journalctl.</translation>
+    </message>
 </context>
 </TS>

@@ -16,6 +16,16 @@ using testing::Not;
 
 const QString nowhere = u"http://127.0.0.1:1/possystem/v4"_s;
 
+TEST(CommandLine, ThatIsWrongIsToldAsJsonToo)
+{
+    const Ran wrong = run(frhostProgram(), {u"--json"_s, u"sell"_s, u"--foo"_s, u"a"_s});
+    EXPECT_EQ(wrong.exitCode, 1);
+    const QJsonObject failure = wrong.lineWith(u"failure"_s);
+    EXPECT_EQ(failure.value(u"failure"_s)[u"message"].toString(), u"There is no option \"--foo\"."_s);
+    EXPECT_EQ(failure.value(u"next"_s).toString(), u"account"_s);
+    EXPECT_EQ(wrong.err, u"There is no option \"--foo\".\nMore: frhost sell --help\n"_s);
+}
+
 TEST(Describe, ShowsThePluginAndEverySettingButThePassword)
 {
     Shop shop(nowhere);

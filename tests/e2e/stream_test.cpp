@@ -69,4 +69,16 @@ TEST(RetriedSale, SettlesALostAnswerUnderTheSameId)
     EXPECT_EQ(emulator.calls(), u"token sell sell report sell report"_s);
 }
 
+TEST(RetriedSale, SaysThatTheServiceCannotBeReachedYet)
+{
+    const EmulatorProcess emulator;
+    emulator.addFault(R"("endpoint":"token","effect":"close","match":{"next":1})");
+    const Shop shop(emulator.url());
+    const Ran sold = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s}), u"--retry-for"_s, u"1m"_s});
+    EXPECT_EQ(sold.exitCode, 0) << sold.err.toStdString();
+    EXPECT_THAT(
+        sold.err.toStdString(), HasSubstr("the connection broke off. Check the network, and try again. "
+                                          "No receipt was sent. Trying again.\n"));
+}
+
 } // namespace

@@ -222,4 +222,14 @@ TEST(CommandLine, RefusesWhatItDoesNotKnow)
     EXPECT_TRUE(answer({"sell", "--qr-dir=", "a"}).isError);
 }
 
+TEST(CommandLine, TellsAProgramWhatIsWrongWithIt)
+{
+    EXPECT_TRUE(answer({"--json", "refund"}).json);
+    EXPECT_TRUE(answer({"sell", "--foo", "--json"}).json);
+    EXPECT_TRUE(answer({"--json"}).json);
+    EXPECT_FALSE(answer({"refund"}).json);
+    EXPECT_FALSE(answer({"refund", "--", "--json"}).json);
+    EXPECT_FALSE(answer({"--json", "sell", "--help"}).json) << "this is what was asked for";
+}
+
 } // namespace

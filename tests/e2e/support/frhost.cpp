@@ -60,7 +60,7 @@ QList<QJsonObject> objectsIn(const QString& out)
 
 bool isUnreached(const QJsonObject& line)
 {
-    return line.value(u"error"_s)[u"message"].toString() == "Not sent: the run ended before it"_L1;
+    return line.value(u"error"_s)[u"message"].toString().endsWith("the run ended before it"_L1);
 }
 
 // Every line that has its end, of the commands whose format is published.
