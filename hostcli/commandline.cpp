@@ -265,7 +265,7 @@ CommandLineText helpOf(const CLI::App& app, const std::vector<std::string>& name
         const auto found =
             command->get_subcommands([&](const CLI::App* child) { return child->get_name() == name; });
         if (found.empty())
-            return {Text::tr("There is no command \"%1\".").arg(QString::fromStdString(name)), true};
+            return {unknownCommand(app, fromStd(name)), true};
         command = found.front();
         path += " " + name;
     }

@@ -61,7 +61,7 @@ QString leftOver(const CLI::App& app)
         if (name.startsWith(u'-') && name.size() > 1)
             return Text::tr("There is no option \"%1\".").arg(name);
         if (app.get_subcommands().empty())
-            return Text::tr("There is no command \"%1\".").arg(name) + suggestion(name, commandNames(app));
+            return unknownCommand(app, name);
         return Text::tr("\"%1\" is one argument too many.").arg(name);
     }
     return {};
@@ -131,6 +131,11 @@ std::string HelpText::make_group(
     if (group == "Options")
         group = Text::tr("Options").toStdString();
     return Formatter::make_group(group, isPositional, options);
+}
+
+QString unknownCommand(const CLI::App& app, const QString& name)
+{
+    return Text::tr("There is no command \"%1\".").arg(name) + suggestion(name, commandNames(app));
 }
 
 QString usageError(const CLI::App& app, const CLI::ParseError& error)

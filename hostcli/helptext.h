@@ -28,6 +28,9 @@ public:
         std::string group, bool isPositional, std::vector<const CLI::Option*> options) const override;
 };
 
+/// That there is no such command, with the nearest one.
+[[nodiscard]] QString unknownCommand(const CLI::App& app, const QString& name);
+
 /// What is wrong with the arguments, in the user's language, with the nearest command or option that there
 /// is.
 [[nodiscard]] QString usageError(const CLI::App& app, const CLI::ParseError& error);

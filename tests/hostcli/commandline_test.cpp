@@ -207,6 +207,7 @@ TEST(CommandLine, HelpsWithACommand)
     EXPECT_EQ(answer({"help"}).text, answer({"--help"}).text);
     EXPECT_FALSE(answer({"help", "sell"}).isError);
     EXPECT_TRUE(answer({"help", "refund"}).isError);
+    EXPECT_EQ(answer({"help", "sel"}).text, u"There is no command \"sel\". Did you mean \"sell\"?"_s);
 }
 
 TEST(CommandLine, RefusesWhatItDoesNotKnow)
