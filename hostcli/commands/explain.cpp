@@ -47,7 +47,7 @@ QString nextText(NextStep step)
     case NextStep::Account:
         break;
     }
-    return Text::tr("correct the account or the configuration, then run the same file again");
+    return Text::tr("correct the account, the configuration or the machine, then run the same file again");
 }
 
 QJsonObject toJson(const CauseTexts& texts)

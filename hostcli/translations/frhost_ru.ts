@@ -682,10 +682,6 @@
         <translation>отправить продажу с новым id</translation>
     </message>
     <message>
-        <source>correct the account or the configuration, then run the same file again</source>
-        <translation>исправить учётную запись или настройки и отправить этот же файл ещё раз</translation>
-    </message>
-    <message>
         <source>Next step</source>
         <translation>Что делать</translation>
     </message>
@@ -1810,6 +1806,10 @@
     <message>
         <source>No log was named. If there is one, make the bundle again with --log-file FILE; if frhost runs as a service, add the output of journalctl.</source>
         <translation>Журнал не указан. Если он есть, соберите архив ещё раз с --log-file FILE; если frhost работает как служба, приложите вывод journalctl.</translation>
+    </message>
+    <message>
+        <source>correct the account, the configuration or the machine, then run the same file again</source>
+        <translation>устранить причину в учётной записи, настройках или на компьютере и отправить этот же файл ещё раз</translation>
     </message>
 </context>
 </TS>

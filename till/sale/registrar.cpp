@@ -274,6 +274,9 @@ ErrorInfo Registrar::errorOf(const Receipt& receipt, const Finding& finding) con
         else if (isSilent(seen))
             error.message =
                 Text::tr("No answer from the service: %1").arg(obstacleIn(transport.failure()).cause);
+        else if (existedBefore(seen) && error.code == seen.registration.errorCode)
+            // That the id is known is not what leaves the outcome open.
+            error.message = message;
         break;
     }
     if (finding.verdict != SaleVerdict::Incomplete && finding.verdict != SaleVerdict::ForeignId)

@@ -35,8 +35,8 @@ TEST(Explain, TellsEachReaderOfACodeWhatToDo)
     EXPECT_EQ(explained(u"12"_s),
         "12: Неверный логин или пароль\n"
         "  Receipt        refused: not registered\n"
-        "  Next step      correct the account or the configuration, then run the same\n"
-        "                 file again\n"
+        "  Next step      correct the account, the configuration or the machine, then run\n"
+        "                 the same file again\n"
         "  Cashier        The receipt is not registered. Call the administrator: the\n"
         "                 service does not accept login and password.\n"
         "  Administrator  Correct login and password in the configuration, then run the\n"

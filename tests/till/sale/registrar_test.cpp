@@ -344,12 +344,20 @@ TEST(ResultOfASale, SaysWhyThereIsNoAnswer)
     }
 }
 
+TEST(ResultOfASale, DoesNotBlameAKnownIdForAnAnswerAboutAnotherDocument)
+{
+    const ReceiptResult unknown = sold(known, doneOfAnother);
+    ASSERT_TRUE(unknown.error);
+    EXPECT_EQ(
+        unknown.error->message, u"The service's answer does not say whether the receipt is registered"_s);
+}
+
 TEST(ResultOfASale, SaysWhatToCorrectAfterARefusal)
 {
     const std::pair<int, const char*> advices[] = {
         {1, "Nothing was registered. Run the same file again."},
         {2, "Nothing was registered. Correct inn in the configuration"},
-        {31, "Nothing was registered. Check url in the configuration"},
+        {31, "Nothing was registered. Correct url in the configuration"},
         {32, "Nothing was registered. Correct the receipt and run it again under the same id"},
         {40, "Nothing was registered. Check url and proxy"},
         {41, "Nothing was registered. Check proxy"},
