@@ -1712,10 +1712,6 @@
         <translation>В ответе сервиса по адресу %1 нет токена. %2 Чеки не отправлены.</translation>
     </message>
     <message>
-        <source>The service at %1 is out of order: %2. %3 No receipt was sent.</source>
-        <translation>Сервис по адресу %1 не работает: %2. %3 Чеки не отправлены.</translation>
-    </message>
-    <message>
         <source>No answer from the service: %1. %2</source>
         <translation>Нет ответа от сервиса: %1. %2</translation>
     </message>
@@ -1810,6 +1806,10 @@
     <message>
         <source>correct the account, the configuration or the machine, then run the same file again</source>
         <translation>устранить причину в учётной записи, настройках или на компьютере и отправить этот же файл ещё раз</translation>
+    </message>
+    <message>
+        <source>The service at %1 issues no token: %2. %3 No receipt was sent.</source>
+        <translation>Сервис по адресу %1 не выдаёт токен: %2. %3 Чеки не отправлены.</translation>
     </message>
 </context>
 </TS>

@@ -106,6 +106,29 @@ TEST(RejectedToken, IsRenewedAsSlowlyWhenADocumentIsAskedAbout)
     EXPECT_EQ(emulator.calls(), u"token report token report token report token report token report"_s);
 }
 
+TEST(RefusedToken, IsToldWithWhatToCheck)
+{
+    struct Row
+    {
+        const char* code;
+        const char* advice;
+        const char* next;
+    };
+    for (const Row& row : {Row{"40", "issues no token: t. Check url and proxy", "account"},
+             Row{"50", "issues no token: t. Run the same file again. If it stays like this, ask the service.",
+                 "rerun"},
+             Row{"777", "issues no token: t. Try again later", "rerun"}}) {
+        const QByteArray refusal =
+            R"({"error":{"type":"system","text":"t","code":)" + QByteArray(row.code) + "}}";
+        const Service service([&](Service::Request& request) { request.answer(400, refusal.constData()); });
+        const Shop shop(service.url());
+        const Ran ran = shop.frhost({u"sell"_s, shop.receipts({u"r1"_s})});
+        EXPECT_EQ(ran.exitCode, 4) << row.code;
+        EXPECT_THAT(ran.err.toStdString(), HasSubstr(row.advice));
+        EXPECT_EQ(ran.lineWith(u"failure"_s).value(u"next"_s).toString(), QString::fromLatin1(row.next));
+    }
+}
+
 // An answer to a request for a token that holds none.
 TEST(AnswerWithoutToken, IsNoConnection)
 {

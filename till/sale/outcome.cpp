@@ -4,14 +4,10 @@
 
 namespace till {
 
-namespace {
-
 const Cause* causeOf(ServiceCode code)
 {
     return causeNamed(QString::number(static_cast<int>(code)));
 }
-
-} // namespace
 
 Conclusion conclusionOf(SaleVerdict verdict)
 {

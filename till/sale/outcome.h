@@ -41,6 +41,9 @@ struct Conclusion
 /// What a verdict leads to; `refusal` is the service's code where it refused the receipt.
 [[nodiscard]] NextStep nextStepOf(SaleVerdict verdict, std::optional<ServiceCode> refusal);
 
+/// The row of a code in the table of causes; null for a code that is not the service's.
+[[nodiscard]] const Cause* causeOf(ServiceCode code);
+
 /// What to do about a receipt that the service has refused with this code.
 [[nodiscard]] QString refusalAdvice(ServiceCode code);
 

@@ -4,6 +4,7 @@
 #include "till/config/registersetup.h"
 #include "till/sale/attempt.h"
 #include "till/sale/obstacle.h"
+#include "till/sale/outcome.h"
 #include "till/text.h"
 
 #include <QUrl>
@@ -87,8 +88,11 @@ void Session::failOfConnection(ErrorInfo info, bool lacksToken) const
         info.message = Text::tr("The answer of the service at %1 holds no token. %2 No receipt was sent.")
                            .arg(serviceAddress(), later);
     } else if (observer.failure().isEmpty()) {
-        info.message = Text::tr("The service at %1 is out of order: %2. %3 No receipt was sent.")
-                           .arg(serviceAddress(), info.message, later);
+        const Cause* cause = info.code ? causeOf(*info.code) : nullptr;
+        next = cause && cause->next == NextStep::Account ? NextStep::Account : NextStep::Rerun;
+        info.message =
+            Text::tr("The service at %1 issues no token: %2. %3 No receipt was sent.")
+                .arg(serviceAddress(), info.message, cause ? textsOf(*cause).administrator : later);
     } else {
         const Obstacle obstacle = obstacleIn(observer.failure());
         next = obstacle.next;
