@@ -8,7 +8,7 @@ import {plainLines} from '../code/json.js';
 
 function commands(user, group) {
   const receipt = {client: {email: 'buyer@example.com'},
-    company: {email: 'shop@example.com', inn: group.inn || '7700000000', payment_address: 'shop.example'},
+    company: {email: 'shop@example.com', inn: group.inn || '7700000009', payment_address: 'shop.example'},
     items: [{name: 'Milk', price: 75.25, quantity: 2, sum: 150.5, vat: {type: 'vat10'}}],
     payments: [{type: 1, sum: 150.5}], total: 150.5};
   const timestamp = moscowTime(new Date().toISOString());
