@@ -1700,6 +1700,8 @@
     <message>
         <source>finished in the last hour</source>
         <translation>завершено за последний час</translation>
+    </message>
+    <message>
         <source>Nothing was registered. %1</source>
         <translation>Ничего не зарегистрировано. %1</translation>
     </message>
@@ -1810,6 +1812,10 @@
     <message>
         <source>The service at %1 issues no token: %2. %3 No receipt was sent.</source>
         <translation>Сервис по адресу %1 не выдаёт токен: %2. %3 Чеки не отправлены.</translation>
+    </message>
+    <message>
+        <source>The service did not answer</source>
+        <translation>Сервис не ответил</translation>
     </message>
 </context>
 </TS>
