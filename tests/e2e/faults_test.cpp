@@ -1,6 +1,8 @@
 #include "tests/e2e/support/emulatorprocess.h"
 #include "tests/e2e/support/shop.h"
 
+#include <QJsonObject>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -314,5 +316,26 @@ INSTANTIATE_TEST_SUITE_P(
 
 INSTANTIATE_TEST_SUITE_P(
     Of, Fault, testing::ValuesIn(rows), [](const auto& of) { return std::string(of.param.name); });
+
+// A service that answers a login and nothing else.
+TEST(Collection, TellsOfEachDocumentThatItDoesNotReach)
+{
+    const EmulatorProcess emulator;
+    emulator.addFault(R"("endpoint":"report","effect":"close")");
+    Shop shop(emulator.url());
+    const Ran silent = shop.frhost({u"collect"_s, u"a"_s, u"b"_s, u"c"_s});
+    EXPECT_EQ(silent.exitCode, 4);
+    const QStringList shown{u"line"_s, u"uuid"_s, u"outcome"_s, u"sent"_s, u"next"_s};
+    EXPECT_EQ(silent.columns(shown), QStringList{u"1 a unknown false rerun"_s});
+    EXPECT_EQ(silent.unreached().size(), 2);
+    EXPECT_EQ(silent.lineWith(u"summary"_s).value(u"summary"_s)[u"notSent"].toInt(), 2);
+    EXPECT_THAT(silent.err.toStdString(), HasSubstr("No answer from the service: the connection broke off."));
+    EXPECT_THAT(silent.err.toStdString(), HasSubstr("Not asked about: 2."));
+    shop.configure(u"password"_s, u"wrong-canary"_s);
+    const Ran rejected = shop.frhost({u"collect"_s, u"a"_s, u"b"_s});
+    EXPECT_EQ(rejected.exitCode, 1);
+    EXPECT_EQ(rejected.unreached().size(), 2);
+    EXPECT_EQ(rejected.out.count(u"\"next\":\"account\""_s), 3);
+}
 
 } // namespace

@@ -192,27 +192,6 @@ TEST_F(Sale, ThatWasSentCanBeCollected)
     EXPECT_EQ(collected.lines().value(0).value(u"qr"_s), sold.lines().value(0).value(u"qr"_s));
 }
 
-// A service that answers a login and nothing else.
-TEST(Collection, TellsOfEachDocumentThatItDoesNotReach)
-{
-    const EmulatorProcess emulator;
-    emulator.addFault(R"("endpoint":"report","effect":"close")");
-    Shop shop(emulator.url());
-    const Ran silent = shop.frhost({u"collect"_s, u"a"_s, u"b"_s, u"c"_s});
-    EXPECT_EQ(silent.exitCode, 4);
-    const QStringList shown{u"line"_s, u"uuid"_s, u"outcome"_s, u"sent"_s, u"next"_s};
-    EXPECT_EQ(silent.columns(shown), QStringList{u"1 a unknown false rerun"_s});
-    EXPECT_EQ(silent.unreached().size(), 2);
-    EXPECT_EQ(silent.lineWith(u"summary"_s).value(u"summary"_s)[u"notSent"].toInt(), 2);
-    EXPECT_THAT(silent.err.toStdString(), HasSubstr("No answer from the service: the connection broke off."));
-    EXPECT_THAT(silent.err.toStdString(), HasSubstr("Not asked about: 2."));
-    shop.configure(u"password"_s, u"wrong-canary"_s);
-    const Ran refused = shop.frhost({u"collect"_s, u"a"_s, u"b"_s});
-    EXPECT_EQ(refused.exitCode, 1);
-    EXPECT_EQ(refused.unreached().size(), 2);
-    EXPECT_EQ(refused.out.count(u"\"next\":\"account\""_s), 3);
-}
-
 TEST_F(Sale, CannotBeAskedAboutUnderAnUnknownUuid)
 {
     const Ran asked = shop.frhost({u"info"_s, u"no-such-document"_s});
