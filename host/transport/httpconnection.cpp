@@ -82,7 +82,7 @@ QDateTime expiry(const QString& text)
         QDateTime time = QLocale::c().toDateTime(text, QString::fromLatin1(form));
         if (time.isValid()) {
             time.setTimeZone(QTimeZone::utc());
-            return time;
+            return time.toUTC();
         }
     }
     return {};

@@ -22,7 +22,7 @@ namespace {
 
 using namespace till;
 
-const QDateTime noon(QDate(2026, 3, 4), QTime(12, 0), QTimeZone::utc());
+const QDateTime noon = QDateTime(QDate(2026, 3, 4), QTime(12, 0), QTimeZone::utc()).toUTC();
 
 // What keeps the service from being reached, from the transport's words.
 QString obstacle(const char* failure)

@@ -13,7 +13,7 @@ namespace {
 using namespace till;
 using hostruntime::PeerCertificate;
 
-const QDateTime noon(QDate(2026, 3, 4), QTime(12, 0), QTimeZone::utc());
+const QDateTime noon = QDateTime(QDate(2026, 3, 4), QTime(12, 0), QTimeZone::utc()).toUTC();
 
 TEST(Clock, IsComparedWithMoscowsTime)
 {
