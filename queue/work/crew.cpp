@@ -44,7 +44,7 @@ void Crew::runLane(const WorkerLocks& locks, qint64 worker)
 {
     bool isGood = true;
     try {
-        isGood = Lane(surroundings, locks, worker, pause, creation).run();
+        isGood = Lane(surroundings, locks, worker, pause, pace, creation).run();
     } catch (...) {
         keep(std::current_exception());
     }

@@ -28,6 +28,7 @@ private:
     const Surroundings& surroundings;
     const int lanes;
     Pause pause;
+    Pace pace;
     std::mutex creation;
 
     // Of the lanes.

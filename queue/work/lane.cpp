@@ -4,6 +4,7 @@
 #include "till/receipts/receipt.h"
 #include "till/sale/registrar.h"
 #include "till/text.h"
+#include "till/wire/servicecodes.h"
 
 #include <QJsonDocument>
 
@@ -28,7 +29,7 @@ std::unique_ptr<till::Session> createdAlone(const Surroundings& surroundings, st
 } // namespace
 
 Lane::Lane(const Surroundings& usedSurroundings, const WorkerLocks& locks, qint64 worker, Pause& usedPause,
-    std::mutex& usedCreation)
+    Pace& pace, std::mutex& usedCreation)
     : surroundings(usedSurroundings)
     , pause(usedPause)
     , creation(usedCreation)
@@ -36,6 +37,11 @@ Lane::Lane(const Surroundings& usedSurroundings, const WorkerLocks& locks, qint6
     , claims(store, locks, worker, surroundings.lease)
     , session(createdAlone(surroundings, creation))
 {
+    // Questions that come too often are answered as bad requests.
+    session->transport().setQuestions({[&pace] { pace.wait(); },
+        [&pace](const till::ServiceAnswer& answer) {
+            pace.note(answer.errorCode == till::ServiceCode::BadRequest);
+        }});
 }
 
 // Other lanes may be creating their devices.

@@ -2,6 +2,7 @@
 
 #include "queue/store/claims.h"
 #include "queue/work/ending.h"
+#include "queue/work/pace.h"
 #include "queue/work/pause.h"
 #include "till/config/registerconfig.h"
 #include "till/device/plugindiscovery.h"
@@ -41,7 +42,7 @@ class Lane
 public:
     /// All are borrowed. `usedCreation` is held while a device is created or destroyed: one at a time.
     Lane(const Surroundings& usedSurroundings, const WorkerLocks& locks, qint64 worker, Pause& usedPause,
-        std::mutex& usedCreation);
+        Pace& pace, std::mutex& usedCreation);
     ~Lane();
     Q_DISABLE_COPY_MOVE(Lane)
 

@@ -239,6 +239,57 @@ TEST_F(QueueProgram, LetsSeveralWorkersOfSeveralRegistersShareTheWork)
     EXPECT_EQ(sellsSeen(), 12);
 }
 
+TEST_F(QueueProgram, SendsReceiptsWhileOthersWaitForTheService)
+{
+    emulator.addFault(R"("endpoint":"report","effect":"never","match":{"external_id":"r1"})");
+    shop.configureQueue(u"parallel"_s, u"2"_s);
+    EXPECT_EQ(add(receipts(6)).exitCode, 0);
+    Running worked = worker();
+    // In the order in which they came, by the other register.
+    EXPECT_EQ(queue({u"wait"_s, u"r6"_s}).exitCode, 0);
+    EXPECT_EQ(results(), (QStringList{u"r2 registered"_s, u"r3 registered"_s, u"r4 registered"_s,
+                             u"r5 registered"_s, u"r6 registered"_s}));
+    EXPECT_EQ(queue({u"list"_s, u"--state"_s, u"sent"_s}).columns({u"id"_s, u"attempts"_s}),
+        QStringList{u"r1 1"_s});
+    emulator.clearFaults();
+    EXPECT_EQ(queue({u"wait"_s, u"r1"_s}).exitCode, 0);
+    worked.signal(SIGTERM);
+    EXPECT_EQ(worked.end().exitCode, 0);
+    EXPECT_EQ(sellsSeen(), 6);
+}
+
+// The service allows one question a second for each register of a group, here one.
+TEST_F(QueueProgram, AsksAtThePaceThatTheServiceAllows)
+{
+    const EmulatorProcess strict({u"--pace"_s, u"--latency"_s, u"0.3"_s});
+    shop.configure(u"url"_s, strict.url());
+    shop.configureQueue(u"parallel"_s, u"4"_s);
+    EXPECT_EQ(add(receipts(4)).exitCode, 0);
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_EQ(results().filter(u"registered"_s).size(), 4);
+    EXPECT_LE(strict.calls().count(u"report"_s), 16) << "not per receipt in a loop";
+    EXPECT_EQ(strict.calls().count(u"sell"_s), 4) << "no outcome was lost to a refused question";
+}
+
+TEST_F(QueueProgram, DoesNotDelayARegisterByTheTroubleOfAnother)
+{
+    const QTemporaryDir place;
+    Shop other(emulator.url());
+    for (Shop* one : {&shop, &other})
+        one->configureQueue(u"store"_s, place.filePath(u"queue.db"_s));
+    EXPECT_EQ(add(receipts(2)).exitCode, 0);
+    other.configure(u"groupCode"_s, u"shop_2"_s);
+    EXPECT_EQ(other.frhost({u"queue"_s, u"add"_s, u"-"_s}, receipts(1)).exitCode, 0);
+    Running paused(frhostProgram(), other.arguments({u"queue"_s, u"work"_s}));
+    ASSERT_TRUE(paused.hasSaid("код группы"));
+    EXPECT_EQ(work().exitCode, 0);
+    EXPECT_EQ(results(), (QStringList{u"r1 registered"_s, u"r2 registered"_s}));
+    paused.signal(SIGTERM);
+    EXPECT_EQ(paused.end().exitCode, 0);
+    EXPECT_EQ(
+        other.frhost({u"queue"_s, u"list"_s}).columns({u"id"_s, u"state"_s}), QStringList{u"r1 queued"_s});
+}
+
 TEST_F(QueueProgram, AsksTheServiceAboutWhatIsDoubtful)
 {
     const auto ask = [&] {

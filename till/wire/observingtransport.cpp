@@ -72,11 +72,14 @@ bool ObservingTransport::get(const QUrl& url, const QJsonDocument& document, con
     if (record.status.saysFailed())
         throw FrWorkWithServiceException(Text::tr("The service could not register the receipt"));
     carriesReceipt = false;
-    return exchangeWithToken(record.status, [&] {
+    questions.before();
+    const bool hasArrived = exchangeWithToken(record.status, [&] {
         const bool arrived = RestClient::get(url, document, headers);
         recorded.add("GET", url, {}, RestClient::getResponseData(), failure());
         return arrived;
     });
+    questions.after(record.status);
+    return hasArrived;
 }
 
 bool ObservingTransport::post(const QUrl& url, const QByteArray& body, const Headers& headers)

@@ -33,6 +33,14 @@ public:
     /// An empty gate lets everything through.
     void setGate(Gate asked) { gate = std::move(asked); }
 
+    /// Called before each question about a document, which it may delay, and with the answer.
+    struct Questions
+    {
+        std::function<void()> before = [] {};
+        std::function<void(const ServiceAnswer& answer)> after = [](const ServiceAnswer&) {};
+    };
+    void setQuestions(Questions told) { questions = std::move(told); }
+
     /// Asks the gate about a receipt that a driver is about to register in another way.
     void admit(const QUrl& url, const QByteArray& body) const;
     /// Notes that such a receipt may be registered from now on.
@@ -73,6 +81,7 @@ private:
     TokenRenewals renewals;
     Sleep sleep;
     Gate gate;
+    Questions questions;
     std::mutex guard;
     ExchangeRecord recorded;
     WireRecord record;
