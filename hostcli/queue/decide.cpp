@@ -1,7 +1,7 @@
 #include "hostcli/queue/decide.h"
 
 #include "hostcli/queue/add.h"
-#include "hostcli/queue/view.h"
+#include "hostcli/queue/views/view.h"
 #include "queue/store/decisions.h"
 #include "till/receipts/receiptqueue.h"
 #include "till/text.h"

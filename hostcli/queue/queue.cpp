@@ -2,8 +2,8 @@
 
 #include "hostcli/queue/add.h"
 #include "hostcli/queue/decide.h"
-#include "hostcli/queue/upkeep.h"
-#include "hostcli/queue/view.h"
+#include "hostcli/queue/views/upkeep.h"
+#include "hostcli/queue/views/view.h"
 #include "hostcli/queue/work.h"
 #include "hostcli/terminal/interruption.h"
 

@@ -1,8 +1,8 @@
-#include "hostcli/queue/upkeep.h"
+#include "hostcli/queue/views/upkeep.h"
 
 #include "hostcli/commands/setup.h"
-#include "hostcli/queue/entryjson.h"
 #include "hostcli/queue/open.h"
+#include "hostcli/queue/views/entryjson.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/texttable.h"
 #include "queue/store/upkeep.h"

@@ -1,4 +1,4 @@
-#include "hostcli/queue/metrics.h"
+#include "hostcli/queue/views/metrics.h"
 
 namespace frhost {
 

@@ -1,8 +1,8 @@
-#include "hostcli/queue/view.h"
+#include "hostcli/queue/views/view.h"
 
-#include "hostcli/queue/entryjson.h"
-#include "hostcli/queue/metrics.h"
 #include "hostcli/queue/open.h"
+#include "hostcli/queue/views/entryjson.h"
+#include "hostcli/queue/views/metrics.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/printable.h"
 #include "hostcli/terminal/texttable.h"

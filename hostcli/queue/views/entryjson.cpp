@@ -1,4 +1,4 @@
-#include "hostcli/queue/entryjson.h"
+#include "hostcli/queue/views/entryjson.h"
 
 #include "hostcli/terminal/printable.h"
 
