@@ -9,7 +9,7 @@ namespace queue {
 namespace {
 
 // A receipt is never put off for longer. One that is due later than that waits for a clock that was set back.
-constexpr int longestDelay = 60'000;
+constexpr int mostPutOff = 60'000;
 
 // The oldest of those that were never put off, of those whose time has come, and of those that would wait for
 // a clock: each found by one step in the index.
@@ -55,7 +55,7 @@ Claims::Claims(
 std::optional<Claim> Claims::next()
 {
     const auto due = [&] {
-        return store.database().value(dueReceipt, {store.registerNumber(), longestDelay}).toLongLong();
+        return store.database().value(dueReceipt, {store.registerNumber(), mostPutOff}).toLongLong();
     };
     // An idle worker takes no lock.
     if (due() == 0)
