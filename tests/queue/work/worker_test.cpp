@@ -4,6 +4,8 @@
 #include "tests/queue/store/storetest.h"
 #include "tests/support/process.h"
 
+#include <QThread>
+
 #include <gmock/gmock.h>
 
 #include <future>
@@ -21,6 +23,8 @@ class WorkerOfAStore : public testing::Test
 protected:
     WorkerOfAStore()
     {
+        // Qt takes the first thread that it sees for the main one, whose data alone it releases at exit.
+        static_cast<void>(QThread::currentThread());
         surroundings.storeFile = folder.filePath(u"queue.db"_s);
         surroundings.address = u"shop_1"_s;
         surroundings.lease = std::chrono::seconds(5);
