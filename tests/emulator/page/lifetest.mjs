@@ -95,6 +95,7 @@ test('a page of an emulator that replays a recording says so', async () => {
   assert.equal((await sell('replayed')).status, 200);
   assert.equal(await browser.run("return document.getElementById('faults').checkVisibility()"), false, 'faults do not apply');
   assert.equal((await sell('wrong', {total: -1})).status, 400);
+  await openReceipt('wrong');
   await browser.until("return document.querySelector('.verdict .field')?.innerText === 'receipt.total'");
   assert.match(await browser.run("return document.querySelector('#detail .wrong').textContent"), /"total": -1[^]*too small/);
   await browser.size(390, 844);
