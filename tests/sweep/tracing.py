@@ -54,6 +54,9 @@ ERRORS = {
     "write": ["ENOSPC", "EIO", "EPIPE:signal=PIPE", "EFBIG:signal=XFSZ"],
     "writev": ["ENOSPC"],
 }
+# How a call fails that returns no error: the kernel answers with the old end of the data, and the C library would take
+# the number of an error for a new end far away, and write there.
+FAILURES = {"brk": "retval=0"}
 # Calls after which their thread does nothing more.
 ENDS = {"exit", "exit_group"}
 # Calls that cannot fail for a reason outside the program; some others only with these arguments: a pipe to itself, and
@@ -141,7 +144,8 @@ class Injection(Tracer):
     def __init__(self, folder, call, change):
         follow = ["-f"] if call.in_another_thread else []
         self.to_send = signal.Signals[f"SIG{change}"] if change in SIGNALS else None
-        tampering = "signal=STOP" if self.to_send else change
+        tampering = FAILURES.get(call.name, change) if change.startswith("error=") else change
+        tampering = "signal=STOP" if self.to_send else tampering
         super().__init__(folder, *follow, "-e", f"trace={call.name}",
             "-e", f"inject={call.name}:{tampering}:when={call.number}")
 
