@@ -51,13 +51,20 @@ QString suggestion(const QString& name, const QStringList& known)
     return nearest.isEmpty() ? QString() : u' ' + Text::tr("Did you mean \"%1\"?").arg(nearest);
 }
 
+QString unknownOption(const CLI::App& app, const QString& name)
+{
+    const QStringList known = optionNames(app);
+    return known.contains(name) ? Text::tr("The option \"%1\" belongs after the command.").arg(name)
+                                : Text::tr("There is no option \"%1\".").arg(name) + suggestion(name, known);
+}
+
 // What no command and no option has taken.
 QString leftOver(const CLI::App& app)
 {
     for (const std::string& rest : app.remaining(true)) {
         const QString name = fromStd(rest).section(u'=', 0, 0);
         if (name.startsWith(u"--"_s))
-            return Text::tr("There is no option \"%1\".").arg(name) + suggestion(name, optionNames(app));
+            return unknownOption(app, name);
         if (name.startsWith(u'-') && name.size() > 1)
             return Text::tr("There is no option \"%1\".").arg(name);
         if (app.get_subcommands().empty())

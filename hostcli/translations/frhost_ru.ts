@@ -1817,5 +1817,9 @@
         <source>The service did not answer</source>
         <translation>Сервис не ответил</translation>
     </message>
+    <message>
+        <source>The option &quot;%1&quot; belongs after the command.</source>
+        <translation>Параметр «%1» пишется после команды.</translation>
+    </message>
 </context>
 </TS>
