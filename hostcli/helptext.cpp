@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include <sstream>
+#include <vector>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -19,10 +20,13 @@ namespace {
 constexpr int columns = 80;
 constexpr int firstColumn = 30;
 
-const CLI::App& chosen(const CLI::App& app)
+// The program, the command and the subcommand on the command line, as far as they are there.
+std::vector<const CLI::App*> chosen(const CLI::App& app)
 {
-    const auto commands = app.get_subcommands();
-    return commands.empty() ? app : *commands.front();
+    std::vector<const CLI::App*> levels{&app};
+    for (auto below = app.get_subcommands(); !below.empty(); below = below.front()->get_subcommands())
+        levels.push_back(below.front());
+    return levels;
 }
 
 QStringList commandNames(const CLI::App& app)
@@ -36,7 +40,7 @@ QStringList commandNames(const CLI::App& app)
 QStringList optionNames(const CLI::App& app)
 {
     QStringList names;
-    for (const CLI::App* level : {&app, &chosen(app)}) {
+    for (const CLI::App* level : chosen(app)) {
         for (const CLI::Option* option : level->get_options()) {
             for (const std::string& name : option->get_lnames())
                 names << u"--"_s + fromStd(name);
@@ -67,8 +71,8 @@ QString leftOver(const CLI::App& app)
             return unknownOption(app, name);
         if (name.startsWith(u'-') && name.size() > 1)
             return Text::tr("There is no option \"%1\".").arg(name);
-        if (app.get_subcommands().empty())
-            return unknownCommand(app, name);
+        if (const CLI::App& last = *chosen(app).back(); !commandNames(last).isEmpty())
+            return unknownCommand(last, name);
         return Text::tr("\"%1\" is one argument too many.").arg(name);
     }
     return {};
@@ -76,7 +80,7 @@ QString leftOver(const CLI::App& app)
 
 QString missing(const CLI::App& app)
 {
-    for (const CLI::Option* option : chosen(app).get_options()) {
+    for (const CLI::Option* option : chosen(app).back()->get_options()) {
         if (option->get_required() && option->count() == 0)
             return Text::tr("%1 is missing.").arg(fromStd(option->get_name(true)));
     }
@@ -147,9 +151,10 @@ QString unknownCommand(const CLI::App& app, const QString& name)
 
 QString usageError(const CLI::App& app, const CLI::ParseError& error)
 {
-    const QString name =
-        app.get_subcommands().empty() ? u"frhost"_s : u"frhost "_s + fromStd(chosen(app).get_name());
-    return explained(app, error) + u'\n' + Text::tr("More: %1 --help").arg(name);
+    QStringList names;
+    for (const CLI::App* level : chosen(app))
+        names << fromStd(level->get_name());
+    return explained(app, error) + u'\n' + Text::tr("More: %1 --help").arg(names.join(u' '));
 }
 
 } // namespace frhost

@@ -1535,7 +1535,7 @@
     </message>
     <message>
         <source>Prove that nothing is lost or doubled; status 1 where something is wrong</source>
-        <translation>Проверить, что ничего не потеряно и не удвоено; код возврата 1, если что-то не так</translation>
+        <translation>Проверить, что ничего не потеряно и не удвоено; иначе код возврата 1</translation>
     </message>
     <message>
         <source>Write finished receipts with their history, one line of JSON each</source>

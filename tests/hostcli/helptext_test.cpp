@@ -36,9 +36,11 @@ TEST(Help, FitsIntoEightyColumnsInBothLanguages)
     for (const bool isRussian : {false, true}) {
         const auto russian = isRussian ? std::make_unique<Russian>() : nullptr;
         expectNarrow({u"--help"_s});
-        for (const char* command :
-            {"describe", "check", "doctor", "bundle", "explain", "sell", "send", "info", "compose"})
-            expectNarrow({QString::fromLatin1(command), u"--help"_s});
+        for (const char* command : {"describe", "check", "doctor", "bundle", "explain", "sell", "send",
+                 "collect", "info", "compose", "queue", "queue add", "queue work", "queue results",
+                 "queue wait", "queue list", "queue show", "queue hold", "queue release", "queue cancel",
+                 "queue retry", "queue stats", "queue audit", "queue export", "queue prune"})
+            expectNarrow(QString::fromLatin1(command).split(u' ') + QStringList{u"--help"_s});
     }
 }
 
@@ -74,6 +76,14 @@ TEST(UsageError, NamesTheMistakeAndTheNearestName)
         {{u"sel"_s, u"a.json"_s},
             u"There is no command \"sel\". Did you mean \"sell\"?\nMore: frhost --help"_s,
             u"Нет команды «sel». Возможно, «sell»?\nПодробнее: frhost --help"_s},
+        {{u"queue"_s, u"resuts"_s},
+            u"There is no command \"resuts\". Did you mean \"results\"?\nMore: frhost queue --help"_s,
+            u"Нет команды «resuts». Возможно, «results»?\nПодробнее: frhost queue --help"_s},
+        {{u"queue"_s, u"show"_s}, u"ID is missing.\nMore: frhost queue show --help"_s,
+            u"Не указано: ID.\nПодробнее: frhost queue show --help"_s},
+        {{u"queue"_s, u"list"_s, u"--stat"_s, u"held"_s},
+            u"There is no option \"--stat\". Did you mean \"--state\"?\nMore: frhost queue list --help"_s,
+            u"Нет параметра «--stat». Возможно, «--state»?\nПодробнее: frhost queue list --help"_s},
         {{u"refund"_s}, u"There is no command \"refund\".\nMore: frhost --help"_s,
             u"Нет команды «refund».\nПодробнее: frhost --help"_s},
         {{u"--jsn"_s, u"check"_s},
