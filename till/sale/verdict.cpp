@@ -128,12 +128,11 @@ DocumentState awaitDocument(const std::function<DocumentState()>& ask,
 {
     for (int silent = 0, failed = 0;;) {
         const DocumentState state = ask();
-        if (state == DocumentState::NoNews) {
-            ++silent;
-        } else {
+        failed = state == DocumentState::Failed ? failed + 1 : 0;
+        if (state == DocumentState::Waiting)
             silent = 0;
-            failed = state == DocumentState::Failed ? failed + 1 : 0;
-        }
+        else if (state == DocumentState::NoNews)
+            ++silent;
         const bool goesOn = state == DocumentState::Waiting ||
                             (state == DocumentState::NoNews && silent < patience.questionsWithoutNews) ||
                             (state == DocumentState::Failed && failed <= patience.repeatedFailures);

@@ -78,7 +78,8 @@ enum class SaleVerdict
 /// How long to go on asking about a document.
 struct Patience
 {
-    /// After so many questions in a row without news, nothing is known.
+    /// After so many questions without news, and no answer in between that the document is waiting, nothing
+    /// is known.
     int questionsWithoutNews = 3;
     /// So many further answers have to repeat that a document has failed.
     int repeatedFailures = 3;
@@ -91,8 +92,9 @@ struct Patience
 };
 
 /// Asks about a document until it is finished: `ask` asks once, `pause` waits in between. A single answer
-/// does not prove a failure: any other answer in between goes on. Gives up, with NoNews, after too many
-/// questions without news; a waiting document is waited for without a limit.
+/// does not prove a failure: only so many in a row do, with nothing else in between, not even silence, behind
+/// which anything may stand. Gives up, with NoNews, after too many questions without news; a waiting document
+/// is waited for without a limit.
 [[nodiscard]] DocumentState awaitDocument(const std::function<DocumentState()>& ask,
     const std::function<void(std::chrono::milliseconds time)>& pause, const Patience& patience);
 
