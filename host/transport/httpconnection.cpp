@@ -17,8 +17,6 @@ using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
-using HeaderLines = HttpConnection::HeaderLines;
-
 void append(HeaderLines& list, const QByteArray& line)
 {
     curl_slist* grown = curl_slist_append(list.get(), line.constData());
@@ -140,12 +138,13 @@ HttpConnection::HttpConnection(const TransportOptions& transportOptions)
 {
     static std::once_flag initialised;
     std::call_once(initialised, [] { curl_global_init(CURL_GLOBAL_DEFAULT); });
-    multi.reset(curl_multi_init());
-    if (!multi)
-        throw std::bad_alloc();
-    makeHandle();
-    // No connection is kept besides the one in use.
-    curl_multi_setopt(multi.get(), CURLMOPT_MAXCONNECTS, 1L);
+    // After that initialisation, so that the thread of the handles ends before the library is cleaned up.
+    idle = IdleHandles::shared();
+}
+
+HttpConnection::~HttpConnection()
+{
+    std::ignore = idle->take(place);
 }
 
 HttpReply HttpConnection::perform(const HttpRequest& request, const std::function<void()>& beforeSending)
@@ -157,22 +156,34 @@ HttpReply HttpConnection::perform(const HttpRequest& request, const std::functio
     if (!transfer.refusal().isEmpty())
         failure = transfer.refusal();
     long status = 0;
-    curl_easy_getinfo(easy.get(), CURLINFO_RESPONSE_CODE, &status);
+    curl_easy_getinfo(handle->easy.get(), CURLINFO_RESPONSE_CODE, &status);
     if (!failure.isEmpty())
-        easy.reset();
+        handle->easy.reset();
     else if (transfer.wasRepeated())
         forgetRepetitions();
     current = nullptr;
+    idle->keep(place, std::move(handle));
     return {failure, transfer.wasSent(), static_cast<int>(status), transfer.takeReply()};
 }
 
-// libcurl 8.14 remembers a body that it could not rewind even after the handle is reset, and then sends no
-// other body. A handle is therefore used until an exchange fails, and not for one exchange only, because it
-// holds the TLS sessions. The connections belong to the multi handle.
 void HttpConnection::makeHandle()
 {
-    easy.reset(curl_easy_init());
-    if (!easy)
+    auto made = std::make_unique<CurlHandle>();
+    made->multi.reset(curl_multi_init());
+    if (!made->multi)
+        throw std::bad_alloc();
+    // No connection is kept besides the one in use.
+    curl_multi_setopt(made->multi.get(), CURLMOPT_MAXCONNECTS, 1L);
+    handle = std::move(made);
+}
+
+// libcurl 8.14 remembers a body that it could not rewind even after the handle is reset, and then sends no
+// other body. An easy handle is therefore used until an exchange fails, and not for one exchange only,
+// because it holds the TLS sessions. The connections belong to the multi handle.
+void HttpConnection::makeEasy()
+{
+    handle->easy.reset(curl_easy_init());
+    if (!handle->easy)
         throw std::bad_alloc();
     configure();
 }
@@ -181,17 +192,17 @@ void HttpConnection::makeHandle()
 // reset.
 void HttpConnection::forgetRepetitions()
 {
-    curl_easy_reset(easy.get());
+    curl_easy_reset(handle->easy.get());
     configure();
 }
 
 void HttpConnection::configure()
 {
-    set(CURLOPT_ERRORBUFFER, errorText);
+    set(CURLOPT_ERRORBUFFER, handle->errorText);
     // Otherwise the library would resolve "." and "..".
     set(CURLOPT_PATH_AS_IS, 1L);
     set(CURLOPT_PROTOCOLS_STR, "http,https");
-    set(CURLOPT_HTTPHEADER, headerLines.get());
+    set(CURLOPT_HTTPHEADER, handle->headerLines.get());
     set(CURLOPT_USERAGENT, options.userAgent.toUtf8().constData());
     set(CURLOPT_ACCEPT_ENCODING, "gzip");
     set(CURLOPT_FOLLOWLOCATION, 0L);
@@ -217,9 +228,14 @@ void HttpConnection::configure()
 // set.
 void HttpConnection::prepare(const HttpRequest& request)
 {
-    if (!easy)
+    // After an exchange that threw, it is still here.
+    if (!handle)
+        handle = idle->take(place);
+    if (!handle)
         makeHandle();
-    errorText[0] = '\0';
+    if (!handle->easy)
+        makeEasy();
+    handle->errorText[0] = '\0';
     set(CURLOPT_URL, request.url.constData());
     setHeaders(request.headers);
     setVerb(request);
@@ -227,12 +243,12 @@ void HttpConnection::prepare(const HttpRequest& request)
 
 void HttpConnection::setHeaders(const QHash<QString, QString>& wanted)
 {
-    if (headerLines && wanted == headers)
+    if (handle->headerLines && wanted == handle->headers)
         return;
     HeaderLines lines = linesOf(wanted);
     set(CURLOPT_HTTPHEADER, lines.get());
-    headerLines = std::move(lines);
-    headers = wanted;
+    handle->headerLines = std::move(lines);
+    handle->headers = wanted;
 }
 
 void HttpConnection::setVerb(const HttpRequest& request)
@@ -277,11 +293,11 @@ void HttpConnection::setTls()
 // Returns why the exchange has failed; empty if it has not.
 QString HttpConnection::run(HttpTransfer& transfer)
 {
-    curl_multi_add_handle(multi.get(), easy.get());
+    curl_multi_add_handle(handle->multi.get(), handle->easy.get());
     QString failure;
     for (;;) {
         int running = 0;
-        curl_multi_perform(multi.get(), &running);
+        curl_multi_perform(handle->multi.get(), &running);
         if (running == 0) {
             failure = result(transfer);
             break;
@@ -291,22 +307,22 @@ QString HttpConnection::run(HttpTransfer& transfer)
             failure = expiry;
             break;
         }
-        curl_multi_poll(multi.get(), nullptr, 0, static_cast<int>(left.count()), nullptr);
+        curl_multi_poll(handle->multi.get(), nullptr, 0, static_cast<int>(left.count()), nullptr);
     }
     noteConnection(failure.isEmpty());
     if (options.keepCertificate)
         noteCertificate();
     // Closes the connection if the exchange is not finished.
-    curl_multi_remove_handle(multi.get(), easy.get());
+    curl_multi_remove_handle(handle->multi.get(), handle->easy.get());
     return failure;
 }
 
 void HttpConnection::noteConnection(bool answered)
 {
     curl_socket_t socket = CURL_SOCKET_BAD;
-    curl_easy_getinfo(easy.get(), CURLINFO_ACTIVESOCKET, &socket);
+    curl_easy_getinfo(handle->easy.get(), CURLINFO_ACTIVESOCKET, &socket);
     long opened = 0;
-    curl_easy_getinfo(easy.get(), CURLINFO_NUM_CONNECTS, &opened);
+    curl_easy_getinfo(handle->easy.get(), CURLINFO_NUM_CONNECTS, &opened);
     kept.noteUse({socket, opened == 0, answered});
 }
 
@@ -314,7 +330,7 @@ void HttpConnection::noteConnection(bool answered)
 void HttpConnection::noteCertificate()
 {
     curl_certinfo* chain = nullptr;
-    if (curl_easy_getinfo(easy.get(), CURLINFO_CERTINFO, &chain) == CURLE_OK && chain &&
+    if (curl_easy_getinfo(handle->easy.get(), CURLINFO_CERTINFO, &chain) == CURLE_OK && chain &&
         chain->num_of_certs > 0)
         shown = certificateIn(chain->certinfo[0]);
 }
@@ -322,12 +338,12 @@ void HttpConnection::noteCertificate()
 QString HttpConnection::result(const HttpTransfer& transfer)
 {
     int queued = 0;
-    const CURLMsg* message = curl_multi_info_read(multi.get(), &queued);
+    const CURLMsg* message = curl_multi_info_read(handle->multi.get(), &queued);
     const CURLcode code = message ? message->data.result : CURLE_FAILED_INIT;
     // To the library, a reply that ends inside its headers is a success.
     if (code == CURLE_OK)
         return transfer.hasAllHeaders() ? QString() : u"ответ оборван в заголовках"_s;
-    const char* detail = errorText[0] != '\0' ? errorText : curl_easy_strerror(code);
+    const char* detail = handle->errorText[0] != '\0' ? handle->errorText : curl_easy_strerror(code);
     return inWords(code) + u": "_s + QString::fromUtf8(detail);
 }
 

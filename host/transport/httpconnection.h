@@ -1,6 +1,8 @@
 #pragma once
 
+#include "host/transport/curlhandle.h"
 #include "host/transport/httpmessage.h"
+#include "host/transport/idlehandles.h"
 #include "host/transport/keptconnection.h"
 #include "host/transport/peercertificate.h"
 #include "host/transport/transportoptions.h"
@@ -22,18 +24,14 @@ class HttpTransfer;
 /// Sends one request at a time over HTTP. To be used by one thread at a time.
 ///
 /// A POST is put on the wire at most once. The connection is kept between exchanges; KeptConnection decides
-/// whether a POST may use it again. A GET whose kept connection turns out to be closed is repeated once.
+/// whether a POST may use it again, and IdleHandles closes it when that time is over. A GET whose kept
+/// connection turns out to be closed is repeated once.
 class HttpConnection
 {
 public:
-    struct FreeLines
-    {
-        void operator()(curl_slist* lines) const { curl_slist_free_all(lines); }
-    };
-    using HeaderLines = std::unique_ptr<curl_slist, FreeLines>;
-
     /// Throws std::bad_alloc.
     explicit HttpConnection(const TransportOptions& transportOptions);
+    ~HttpConnection();
     Q_DISABLE_COPY_MOVE(HttpConnection)
 
     /// Blocks for one exchange, within the limits of the options. `beforeSending` is called before any part
@@ -44,22 +42,14 @@ public:
     [[nodiscard]] const std::optional<PeerCertificate>& certificate() const { return shown; }
 
 private:
-    struct CleanupEasy
-    {
-        void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
-    };
-    struct CleanupMulti
-    {
-        void operator()(CURLM* handle) const { curl_multi_cleanup(handle); }
-    };
-
     template <typename Value>
     void set(CURLoption option, Value value)
     {
-        curl_easy_setopt(easy.get(), option, value);
+        curl_easy_setopt(handle->easy.get(), option, value);
     }
 
     void makeHandle();
+    void makeEasy();
     void forgetRepetitions();
     void configure();
     void prepare(const HttpRequest& request);
@@ -77,13 +67,10 @@ private:
     KeptConnection kept;
     // The transfer of the exchange that is going on; null between exchanges.
     HttpTransfer* current = nullptr;
-    // The lines that the handle sends, and what they were made of.
-    QHash<QString, QString> headers;
-    HeaderLines headerLines;
-    // In this order, because the easy handle must be cleaned up first. There is none after a failed exchange.
-    std::unique_ptr<CURLM, CleanupMulti> multi;
-    std::unique_ptr<CURL, CleanupEasy> easy;
-    char errorText[CURL_ERROR_SIZE] = {};
+    // Between exchanges, the handle is in its place.
+    std::unique_ptr<CurlHandle> handle;
+    IdleHandles::Place place;
+    std::shared_ptr<IdleHandles> idle;
 };
 
 } // namespace hostruntime

@@ -33,8 +33,10 @@ struct HttpRequest;
 /// Repeating a request is a decision about money, so it is never made here: **one call of post() puts at most
 /// one request on the wire**. The connection is kept between calls; post() uses it again only if
 /// hostruntime::KeptConnection considers that safe. A get() whose kept connection turns out to be closed is
-/// repeated once. Redirects are not followed, so receipts and tokens go only where the caller sends them. TLS
-/// is version 1.2 or newer; certificates and host names are always checked.
+/// repeated once. A connection that has been idle for too long is closed by a thread that receives no signals
+/// and ends when no connection is left (host/transport/idlehandles.h). Redirects are not followed, so
+/// receipts and tokens go only where the caller sends them. TLS is version 1.2 or newer; certificates and
+/// host names are always checked.
 ///
 /// The user information of an address ("user:password@") is not sent in any form; who asks is said in the
 /// headers. Nothing else of an address is changed.

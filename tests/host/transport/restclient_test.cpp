@@ -1,15 +1,19 @@
 #include "host/log/log4qt.h"
 #include "host/log/secrets.h"
+#include "host/transport/keptconnection.h"
 #include "host/transport/restclient.h"
 #include "host/transport/transportoptions.h"
 #include "tests/support/logcapture.h"
 #include "tests/support/wire/rawserver.h"
 
+#include <QDir>
+#include <QElapsedTimer>
 #include <QJsonObject>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <thread>
 #include <vector>
 
@@ -144,6 +148,30 @@ TEST_F(Client, KeepsTheConnectionBetweenExchanges)
     }
     EXPECT_EQ(server.requests().size(), 10U);
     EXPECT_EQ(server.connections(), 1U);
+}
+
+qsizetype openFiles()
+{
+    return QDir(u"/proc/self/fd"_s).entryList(QDir::System | QDir::AllEntries | QDir::NoDotAndDotDot).size();
+}
+
+TEST_F(Client, HoldsNoDescriptorOfAConnectionThatMayNotBeUsedAgain)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    const qsizetype before = openFiles();
+    EXPECT_TRUE(client.post(at(server), "{}", {}));
+    EXPECT_GT(openFiles(), before);
+
+    std::this_thread::sleep_for(hostruntime::KeptConnection::longestIdle);
+    QElapsedTimer late;
+    late.start();
+    while (openFiles() > before && late.elapsed() < 3000)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_EQ(openFiles(), before);
+
+    EXPECT_TRUE(client.post(at(server), "{}", {}));
+    EXPECT_TRUE(client.post(at(server), "{}", {}));
+    EXPECT_EQ(server.connections(), 2U);
 }
 
 TEST_F(Client, ForgetsTheLastReplyWhenTheNextExchangeFails)
