@@ -1,5 +1,5 @@
 // Registers of the loaded plugin at work: many at once, each in a thread of its own, in turn with bare
-// libcurl; and many receipts through one of them. Prints lines of JSON.
+// libcurl; very many that are idle; and many receipts through one of them. Prints lines of JSON.
 
 #include "bench/baselines/curlqjson.h"
 #include "bench/ours/device.h"
@@ -7,6 +7,7 @@
 #include "bench/support/golden.h"
 #include "bench/support/process.h"
 #include "bench/support/quietlog.h"
+#include "host/transport/keptconnection.h"
 
 #include <QCoreApplication>
 
@@ -19,6 +20,9 @@
 #include <tuple>
 #include <vector>
 
+#include <malloc.h>
+#include <sys/resource.h>
+
 using namespace Qt::Literals::StringLiterals;
 
 namespace {
@@ -27,6 +31,8 @@ using namespace bench;
 using Clock = std::chrono::steady_clock;
 
 constexpr int linesOfSale = 3;
+// What a connection may be idle before it is used again, and the time to notice that it may not.
+constexpr auto longestIdle = hostruntime::KeptConnection::longestIdle + std::chrono::milliseconds(200);
 
 void sell(const char* name, Contender& contender)
 {
@@ -86,6 +92,50 @@ void measureThreads(int rounds, int milliseconds)
     }
 }
 
+// The first exchanges of a register are mostly waits.
+constexpr int makersOfMany = 25;
+
+// Resident memory and open files of one process with so many registers, each of which has sold once and has
+// been idle since. The first tenth is not counted: it takes what is needed once.
+void collectMany(int count)
+{
+    rlimit files{};
+    getrlimit(RLIMIT_NOFILE, &files);
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &files);
+    const Responder responder(Responder::Wire::Plain);
+    std::vector<std::unique_ptr<Device>> devices(static_cast<std::size_t>(count));
+    std::atomic<std::size_t> next = 0;
+    const auto makeUpTo = [&](std::size_t end) {
+        std::vector<std::jthread> makers(makersOfMany);
+        for (std::jthread& maker : makers) {
+            maker = std::jthread([&] {
+                for (std::size_t i = next++; i < end; i = next++) {
+                    devices[i] = std::make_unique<Device>(responder.endpoint(), linesOfSale);
+                    sell("many", *devices[i]);
+                }
+            });
+        }
+        makers.clear();
+        next = end;
+    };
+    const std::size_t first = devices.size() / 10;
+    makeUpTo(first);
+    std::this_thread::sleep_for(longestIdle);
+    const int filesBefore = openFiles();
+    const long memory = residentKilobytes();
+    const auto allocated = mallinfo2().uordblks;
+    makeUpTo(devices.size());
+    const int filesInUse = openFiles();
+    std::this_thread::sleep_for(longestIdle);
+    std::printf(R"({"kb_each": %.3f, "kb_allocated": %.3f, "files": %d, "files_when_idle": %d})"
+                "\n",
+        static_cast<double>(residentKilobytes() - memory) / static_cast<double>(devices.size() - first),
+        static_cast<double>(mallinfo2().uordblks - allocated) / 1024 /
+            static_cast<double>(devices.size() - first),
+        filesInUse - filesBefore, openFiles() - filesBefore);
+}
+
 // Resident memory and open files after a warm-up and at the end.
 void soak(int receipts)
 {
@@ -120,10 +170,13 @@ int main(int argc, char** argv)
     const std::string_view mode = argc > 1 ? argv[1] : "";
     if (mode == "threads" && argc == 4)
         measureThreads(std::stoi(argv[2]), std::stoi(argv[3]));
+    else if (mode == "many" && argc == 3)
+        collectMany(std::stoi(argv[2]));
     else if (mode == "soak" && argc == 3)
         soak(std::stoi(argv[2]));
     else {
         std::fputs("usage: registersbench threads ROUNDS MILLISECONDS\n"
+                   "       registersbench many REGISTERS\n"
                    "       registersbench soak RECEIPTS\n",
             stderr);
         return EXIT_FAILURE;

@@ -30,6 +30,7 @@ class Workload:
     equal_receipts: tuple = (200, 40)
     thread_rounds: int = 5
     thread_milliseconds: int = 700
+    many: int = 10_000
     soak: int = 200_000
     composed: int = 20_000
     emulator_rounds: int = 3
@@ -38,7 +39,7 @@ class Workload:
 
 
 # Shows whether everything runs, not how fast.
-QUICK = Workload(3, 0.01, 3, (20, 20), 1, 200, 5000, 2000, 1, 2000, (100, 1000, 2000))
+QUICK = Workload(3, 0.01, 3, (20, 20), 1, 200, 500, 5000, 2000, 1, 2000, (100, 1000, 2000))
 
 
 def receipts(work):
@@ -125,6 +126,12 @@ def registers(work):
                               for who in ("ours", "curl"))
             yield Row("Many registers, a thread each, receipts of 3 lines", str(threads), unit, ours,
                       {"libcurl": baseline})
+    say(f"registersbench: {work.many} registers in one process")
+    many = json.loads(output_of(program, "many", work.many))
+    for key, unit, limit in (("kb_each", "kB resident each", 20), ("kb_allocated", "kB allocated each", None),
+                             ("files", "descriptors while some sell", None),
+                             ("files_when_idle", "descriptors when all are idle", 0)):
+        yield Row("Many registers in one process", f"{work.many:,}", unit, [many[key]], at_most=limit)
     say(f"registersbench: a soak of {work.soak}")
     grown = json.loads(output_of(program, "soak", work.soak))
     for key, unit in (("rss_growth_kb", "kB resident"), ("files_growth", "open files")):
