@@ -59,11 +59,24 @@ QString flaw(const RestClient::Headers& headers)
     return {};
 }
 
-// The library would turn the user information into a header, which the caller has not asked for.
-QByteArray onTheWire(const QUrl& url)
+// What an exchange needs of an address.
+struct Address
 {
-    return url.toEncoded(QUrl::RemoveUserInfo);
-}
+    Address() = default;
+    explicit Address(const QUrl& address)
+        : url(address)
+        , path(address.path())
+        // The library would turn the user information into a header, which the caller has not asked for.
+        , onTheWire(address.toEncoded(QUrl::RemoveUserInfo))
+        , flaw(::flaw(address))
+    {
+    }
+
+    QUrl url;
+    QString path;
+    QByteArray onTheWire;
+    QString flaw;
+};
 
 struct Parsed
 {
@@ -103,6 +116,15 @@ struct RestClient::State
         tokens = secrets::tokensIn(headers);
     }
 
+    // Receipts go to one address; their results have one each.
+    void lookAt(const QUrl& url, HttpRequest::Verb verb)
+    {
+        if (verb == HttpRequest::Verb::Get)
+            got = Address(url);
+        else if (posted.onTheWire.isEmpty() || posted.url != url)
+            posted = Address(url);
+    }
+
     void addSecrets(const QUrl& url, const QByteArray& body) const
     {
         for (const QString& password : proxyPasswords)
@@ -120,6 +142,8 @@ struct RestClient::State
     QString failure;
     bool sent = false;
     QString flawOfHeaders;
+    Address posted;
+    Address got;
 
 private:
     Headers lastHeaders;
@@ -146,12 +170,14 @@ void RestClient::setTargetAlias(const QString& alias)
 bool RestClient::get(const QUrl& url, const QJsonDocument& document, const Headers& headers)
 {
     const QByteArray body = document.isEmpty() ? QByteArray() : document.toJson(QJsonDocument::Compact);
-    return exchange(url, {HttpRequest::Verb::Get, onTheWire(url), headers, body});
+    state->lookAt(url, HttpRequest::Verb::Get);
+    return exchange(url, {HttpRequest::Verb::Get, state->got.onTheWire, headers, body});
 }
 
 bool RestClient::post(const QUrl& url, const QByteArray& body, const Headers& headers)
 {
-    return exchange(url, {HttpRequest::Verb::Post, onTheWire(url), headers, body});
+    state->lookAt(url, HttpRequest::Verb::Post);
+    return exchange(url, {HttpRequest::Verb::Post, state->posted.onTheWire, headers, body});
 }
 
 QVariant RestClient::getResponseData() const
@@ -179,14 +205,16 @@ bool RestClient::exchange(const QUrl& url, const HttpRequest& request)
     state->response.clear();
     state->lookAt(request.headers);
     state->addSecrets(url, request.body);
+    const bool isPost = request.verb == HttpRequest::Verb::Post;
+    const Address& address = isPost ? state->posted : state->got;
     // Without the query, where a caller may have put a token.
-    const QString what = (request.verb == HttpRequest::Verb::Post ? u"POST "_s : u"GET "_s) + url.path();
+    const QString what = (isPost ? u"POST "_s : u"GET "_s) + address.path;
     state->log.logRequest(what, request.body);
 
     QElapsedTimer timer;
     timer.start();
     HttpReply reply;
-    reply.failure = flaw(url);
+    reply.failure = address.flaw;
     if (reply.failure.isEmpty())
         reply.failure = state->flawOfHeaders;
     if (reply.failure.isEmpty())
