@@ -1820,6 +1820,8 @@
     <message>
         <source>The option &quot;%1&quot; belongs after the command.</source>
         <translation>Параметр «%1» пишется после команды.</translation>
+        <source>the connection to the server is lost</source>
+        <translation>связь с сервером потеряна</translation>
     </message>
 </context>
 </TS>
