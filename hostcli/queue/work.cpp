@@ -22,7 +22,7 @@ ExitCode queueWork(const CommandLine& line)
 {
     const QueuePlace place = placeOf(line);
     queue::Surroundings surroundings;
-    surroundings.storeFile = place.file;
+    surroundings.store = place.file;
     surroundings.address = place.address;
     surroundings.config = place.config;
     surroundings.plugin = pluginOf(line);

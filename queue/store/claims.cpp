@@ -12,20 +12,22 @@ namespace {
 constexpr int mostPutOff = 60'000;
 
 // The oldest of those that were never put off, of those whose time has come, and of those that would wait for
-// a clock: each found by one step in the index.
+// a clock: each found by one step in the index. With "due = 0" PostgreSQL would walk along all
+// receipts by number instead.
 constexpr auto dueReceipt =
-    "WITH t AS (SELECT CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) AS now, ? AS ours, ? AS "
-    "most)"
+    "number = ("
+    "WITH t AS (SELECT @now AS now, ? AS ours, ? AS most)"
     " SELECT number FROM ("
     " SELECT * FROM (SELECT number FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
-    "  AND state IN ('queued', 'unknown', 'incomplete') AND due = 0 ORDER BY number LIMIT 1)"
+    "  AND state IN ('queued', 'unknown', 'incomplete') AND due <= 0 ORDER BY due, number LIMIT 1 @free) AS "
+    "first"
     " UNION ALL SELECT * FROM (SELECT number FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
     "  AND state IN ('queued', 'unknown', 'incomplete') AND due > 0 AND due <= (SELECT now FROM t)"
-    "  ORDER BY due LIMIT 1)"
+    "  ORDER BY due LIMIT 1 @free) AS again"
     " UNION ALL SELECT * FROM (SELECT number FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
     "  AND state IN ('queued', 'unknown', 'incomplete') AND due > (SELECT now + most FROM t)"
-    "  ORDER BY due LIMIT 1))"
-    " ORDER BY number LIMIT 1";
+    "  ORDER BY due LIMIT 1 @free) AS late) AS one"
+    " ORDER BY number LIMIT 1)";
 
 } // namespace
 
@@ -34,10 +36,9 @@ qint64 enrol(Store& store, WorkerLocks& locks, const QString& name)
     qint64 worker = 0;
     // Others see the worker only once it has its lock.
     store.database().transaction([&] {
-        store.database().change("INSERT INTO workers (name, seen) VALUES"
-                                " (?, CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER))",
-            {name});
-        worker = store.database().value("SELECT last_insert_rowid()").toLongLong();
+        worker = store.database()
+                     .value("INSERT INTO workers (name, seen) VALUES (?, @now) RETURNING number", {name})
+                     .toLongLong();
         locks.take(worker);
     });
     return worker;
@@ -54,20 +55,18 @@ Claims::Claims(
 
 std::optional<Claim> Claims::next()
 {
-    const auto due = [&] {
-        return store.database().value(dueReceipt, {store.registerNumber(), mostPutOff}).toLongLong();
-    };
-    // An idle worker takes no lock.
-    if (due() == 0)
+    const auto due = [&] { return store.firstOf(dueReceipt, {store.registerNumber(), mostPutOff}); };
+    // An idle worker locks no file.
+    if (!till::isOnServer(store.place()) && !due())
         return std::nullopt;
     std::optional<Claim> claim;
     store.database().transaction([&] {
-        const auto entry = store.firstOf("number = ?", {due()});
+        const auto entry = due();
         if (!entry)
             return;
         store.database().change(
             "UPDATE receipts SET state = 'sent', worker = ?, attempt = attempt + 1, maybeSent = 1,"
-            " changed = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) WHERE number = ?",
+            " changed = @now WHERE number = ?",
             {worker, entry->number});
         store.note(entry->number, "claimed", worker, entry->attempt + 1);
         claim = Claim{*entry, worker, entry->attempt + 1};
@@ -93,14 +92,16 @@ bool Claims::conclude(const Claim& claim, const Ending& ending)
             store.database().change(
                 "UPDATE receipts SET state = ?, held = ?, worker = 0, maybeSent = ?, fruitless = ?,"
                 " due = CASE WHEN ? = 0 THEN 0 ELSE"
-                "  ? + CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) END,"
+                "  ? + @now END,"
                 " uuid = coalesce(nullif(?, ''), uuid), storage = coalesce(?, storage),"
                 " document = coalesce(?, document), sign = coalesce(?, sign), total = coalesce(?, total),"
-                " changed = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)"
+                " changed = @now"
                 " WHERE number = ? AND state = 'sent' AND attempt = ? AND worker = ?",
                 {nameOf(ending.state), ending.isHeld, ending.maybeSent, ending.fruitless, delay, delay,
                     ending.uuid.isNull() ? u""_s : ending.uuid, proven(proof.storage), proven(proof.document),
                     proven(proof.sign), proven(proof.total), claim.entry.number, claim.attempt, worker}) == 1;
+        if (holds && isFinished(ending.state))
+            store.database().change("@inOrder", {store.registerNumber()});
         const char* const event = !holds                     ? "stale"
                                   : isFinished(ending.state) ? "finished"
                                   : ending.isHeld            ? "setAside"
@@ -113,7 +114,7 @@ bool Claims::conclude(const Claim& claim, const Ending& ending)
 void Claims::beat()
 {
     store.database().change("UPDATE workers SET"
-                            " seen = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)"
+                            " seen = @now"
                             " WHERE number = ?",
         {worker});
 }
@@ -126,16 +127,15 @@ int Claims::takeOver()
         bool isOverdue;
     };
     std::vector<Other> others;
-    QSqlQuery row = store.database().query(
-        "SELECT number, abs(seen - CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)) > ?"
-        " FROM workers WHERE ended = 0 AND number <> ?",
+    QSqlQuery row = store.database().query("SELECT number, abs(seen - @now) > ?"
+                                           " FROM workers WHERE ended = 0 AND number <> ?",
         {static_cast<qint64>(lease.count()), worker});
     while (row.next())
         others.push_back({row.value(0).toLongLong(), row.value(1).toBool()});
     row.finish();
     int taken = 0;
     for (const Other& other : others) {
-        if (const bool isDead = !locks.isTaken(other.number); isDead || other.isOverdue)
+        if (const bool isDead = !locks.isTaken(store, other.number); isDead || other.isOverdue)
             taken += takeFrom(other.number, isDead);
     }
     return taken;
@@ -145,11 +145,11 @@ int Claims::takeFrom(qint64 other, bool isDead)
 {
     std::vector<Entry> entries;
     store.database().transaction([&] {
-        store.forEach(
-            "worker = ? AND state = 'sent'", {other}, [&](const Entry& entry) { entries.push_back(entry); });
+        store.forEach("worker = ? AND state = 'sent' ORDER BY number @locked", {other},
+            [&](const Entry& entry) { entries.push_back(entry); });
         for (const Entry& entry : entries) {
             store.database().change("UPDATE receipts SET state = 'unknown', worker = 0, due = 0,"
-                                    " changed = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)"
+                                    " changed = @now"
                                     " WHERE number = ? AND state = 'sent' AND attempt = ?",
                 {entry.number, entry.attempt});
             store.note(entry.number, "takenOver", worker, entry.attempt);
@@ -180,7 +180,7 @@ void Claims::setTrouble(const QString& text)
     // A null text would be stored as NULL.
     const QString trouble = text.isNull() ? u""_s : text;
     store.database().change("UPDATE registers SET trouble = ?,"
-                            " since = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)"
+                            " since = @now"
                             " WHERE number = ? AND trouble <> ?",
         {trouble, store.registerNumber(), trouble});
 }

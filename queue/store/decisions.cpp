@@ -20,7 +20,7 @@ namespace {
 
 Entry known(Store& store, const QString& id)
 {
-    const auto entry = store.find(id);
+    const auto entry = store.findToChange(id);
     if (!entry)
         refuse(id, Text::tr("no receipt with this id is in the queue of this register"));
     return *entry;
@@ -48,7 +48,7 @@ bool isReplaced(Store& store, const Entry& entry)
 void put(Store& store, const Entry& entry, State state, bool isHeld, const char* event)
 {
     store.database().change("UPDATE receipts SET state = ?, held = ?, due = 0, fruitless = 0,"
-                            " changed = CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER)"
+                            " changed = @now"
                             " WHERE number = ?",
         {nameOf(state), isHeld, entry.number});
     store.note(entry.number, event, 0, entry.attempt);

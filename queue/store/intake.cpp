@@ -30,17 +30,19 @@ bool isSame(const QByteArray& text, const QByteArray& other)
 
 Added add(Store& store, const NewEntry& entry)
 {
-    if (const auto known = store.find(entry.id)) {
-        if (!isSame(known->text, entry.text))
-            throw till::Error(till::Problem::Receipt, conflict(entry, *known));
-        return Added::Known;
+    const QVariant number =
+        store.database().value("INSERT INTO receipts (register, id, file, line, text, digest, added, changed)"
+                               " SELECT ?, ?, ?, ?, ?, ?, now, now FROM (SELECT @now AS now) AS t WHERE true"
+                               " ON CONFLICT DO NOTHING RETURNING number",
+            {store.registerNumber(), entry.id, entry.file, entry.line, entry.text, entry.digest});
+    if (number.isValid()) {
+        store.note(number.toLongLong(), "added");
+        return Added::New;
     }
-    store.database().change("INSERT INTO receipts (register, id, file, line, text, digest, added, changed)"
-                            " SELECT ?, ?, ?, ?, ?, ?, now, now FROM"
-                            " (SELECT CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) AS now)",
-        {store.registerNumber(), entry.id, entry.file, entry.line, entry.text, entry.digest});
-    store.note(store.database().value("SELECT last_insert_rowid()").toLongLong(), "added");
-    return Added::New;
+    const auto known = store.find(entry.id);
+    if (known && !isSame(known->text, entry.text))
+        throw till::Error(till::Problem::Receipt, conflict(entry, *known));
+    return Added::Known;
 }
 
 } // namespace
@@ -48,7 +50,11 @@ Added add(Store& store, const NewEntry& entry)
 void storeAll(
     Store& store, const std::function<void(const std::function<Added(const NewEntry&)>& add)>& handOver)
 {
-    store.database().transaction([&] { handOver([&](const NewEntry& entry) { return add(store, entry); }); });
+    store.database().transaction([&] {
+        // Receipts may come from a pipe.
+        store.database().change("@unhurried");
+        handOver([&](const NewEntry& entry) { return add(store, entry); });
+    });
 }
 
 } // namespace queue

@@ -7,43 +7,47 @@
 
 namespace queue {
 
-/// The queue's file and one register's receipts in it. Whatever happens to a receipt is an event, appended in
-/// the transaction that makes the change; events are never altered.
+/// The queue's database, a file or a service of PostgreSQL, and one register's receipts in it. Whatever
+/// happens to a receipt is an event, appended in the transaction that makes the change; events are never
+/// altered.
 ///
-/// One thread uses an object; any number of objects and processes may use a file. Everything throws
-/// StoreError when the file cannot be used.
+/// One thread uses an object; any number of objects and processes may use a database. Everything
+/// throws StoreError when it cannot be used.
 class Store
 {
 public:
     static constexpr std::chrono::milliseconds defaultPatience{10'000};
 
-    /// Opens the file or creates it, readable by its owner alone. Its folder must exist. `fiscalRegister` is
+    /// Opens the service of `postgresql:service=NAME`, or the file, which is created, readable by its owner
+    /// alone, in a folder that must exist. `fiscalRegister` is
     /// the address of the service and group, as the journal writes it.
-    Store(const QString& file, const QString& fiscalRegister,
+    Store(const QString& place, const QString& fiscalRegister,
         std::chrono::milliseconds patience = defaultPatience, till::Database::Probe probe = {});
 
-    [[nodiscard]] QString file() const { return fileName; }
+    [[nodiscard]] QString place() const { return placeName; }
     [[nodiscard]] till::Database& database() { return db; }
-    /// The number of the register within the file.
+    /// The number of the register within the database.
     [[nodiscard]] qint64 registerNumber() const { return number; }
 
-    /// Throws StoreError where the file was removed, replaced or unmounted since it was opened. What is
-    /// written then is lost to everybody else.
-    void requirePlace() const;
+    /// Throws StoreError where the file was removed, replaced or unmounted since it was opened (what is
+    /// written then is lost to everybody else), or the connection to the server is lost.
+    void requirePlace();
 
     /// Notes what happened, within the transaction of the change. `detail` is a JSON text or empty.
     void note(
         qint64 receipt, const char* event, qint64 worker = 0, int attempt = 0, const QByteArray& detail = {});
 
     [[nodiscard]] std::optional<Entry> find(const QString& id);
-    /// The first row of `SELECT` the columns of an entry `WHERE condition`.
+    /// The same, within a transaction that changes it: until that ends, nobody else does.
+    [[nodiscard]] std::optional<Entry> findToChange(const QString& id);
+    /// The only row of `SELECT` the columns of an entry `WHERE condition`.
     [[nodiscard]] std::optional<Entry> firstOf(const char* condition, const QVariantList& values);
     /// The same for all rows.
     void forEach(
         const char* condition, const QVariantList& values, const std::function<void(const Entry&)>& handle);
 
 private:
-    QString fileName;
+    QString placeName;
     till::Database db;
     QByteArray opened;
     qint64 number = 0;

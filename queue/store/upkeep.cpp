@@ -47,7 +47,7 @@ Audit auditOf(Store& store)
             store.database()
                 .value("SELECT count(*) FROM receipts WHERE register = ? AND state = 'registered'"
                        " AND EXISTS (SELECT 1 FROM events WHERE receipt = receipts.number"
-                       "  AND event = 'finished' AND json_extract(detail, '$.recovered'))",
+                       "  AND event = 'finished' AND @isRecovered)",
                     {ours})
                 .toInt();
         audit.lost += findings(audit, store, Text::tr("nothing says how it was stored"),
@@ -69,7 +69,7 @@ Audit auditOf(Store& store)
             "  AND other.state = 'registered' AND other.storage = one.storage AND other.document = "
             "one.document)",
             {ours});
-        const QString damage = store.database().value("PRAGMA integrity_check").toString();
+        const QString damage = store.database().value("@damage").toString();
         if (damage != "ok"_L1)
             audit.findings << Text::tr("the file is damaged: %1").arg(damage);
     });
@@ -82,11 +82,11 @@ int prune(Store& store, std::chrono::milliseconds age)
     for (int last = 1; last > 0; removed += last) {
         std::vector<qint64> old;
         store.database().transaction([&] {
-            QSqlQuery row = store.database().query(
-                "SELECT number FROM receipts WHERE register = ?"
-                " AND state IN ('registered', 'refused', 'failed', 'cancelled')"
-                " AND changed < CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) - ? LIMIT ?",
-                {store.registerNumber(), static_cast<qint64>(age.count()), mostAtOnce});
+            QSqlQuery row =
+                store.database().query("SELECT number FROM receipts WHERE register = ?"
+                                       " AND state IN ('registered', 'refused', 'failed', 'cancelled')"
+                                       " AND changed < @now - ? LIMIT ? @locked",
+                    {store.registerNumber(), static_cast<qint64>(age.count()), mostAtOnce});
             while (row.next())
                 old.push_back(row.value(0).toLongLong());
             row.finish();

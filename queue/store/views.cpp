@@ -27,6 +27,7 @@ std::vector<Event> historyOf(Store& store, const Entry& entry)
 void forEachResult(
     Store& store, qint64 after, const std::function<bool(qint64 cursor, const QByteArray& line)>& handle)
 {
+    store.database().change("@orderKnown", {store.registerNumber()});
     QSqlQuery row = store.database().query(
         "SELECT events.number, detail FROM events JOIN receipts ON receipts.number = receipt"
         " WHERE event = 'finished' AND events.number > ? AND register = ? ORDER BY events.number",
@@ -51,8 +52,8 @@ namespace {
 Rate rateOf(Store& store, const char* event)
 {
     QSqlQuery row = store.database().query(
-        "WITH t AS (SELECT CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) AS now)"
-        " SELECT coalesce(sum(at > (SELECT now FROM t) - 60000), 0), count(*) FROM events"
+        "WITH t AS (SELECT @now AS now)"
+        " SELECT count(*) FILTER (WHERE at > (SELECT now FROM t) - 60000), count(*) FROM events"
         " JOIN receipts ON receipts.number = receipt"
         " WHERE event = ? AND at > (SELECT now FROM t) - 3600000 AND register = ?",
         {QString::fromLatin1(event), store.registerNumber()});
@@ -81,7 +82,7 @@ Overview overviewOf(Store& store)
     overview.added = rateOf(store, "added");
     overview.finished = rateOf(store, "finished");
     const QVariant oldest = store.database().value(
-        "SELECT CAST((julianday('now') - 2440587.5) * 86400000 AS INTEGER) - min(added) FROM receipts"
+        "SELECT @now - min(added) FROM receipts"
         " WHERE register = ? AND held = 0 AND state IN ('queued', 'sent', 'unknown', 'incomplete')",
         ofRegister);
     if (!oldest.isNull())

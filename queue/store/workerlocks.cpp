@@ -26,30 +26,44 @@ struct flock byteOf(qint64 worker)
 
 } // namespace
 
-WorkerLocks::WorkerLocks(const QString& storeFile)
-    : fileName(storeFile + u"-workers"_s)
-    , descriptor(
-          ::open(QFile::encodeName(fileName).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR))
+WorkerLocks::WorkerLocks(Store& usedHome)
+    : home(usedHome)
 {
+    if (till::isOnServer(home.place()))
+        return;
+    fileName = home.place() + u"-workers"_s;
+    descriptor =
+        ::open(QFile::encodeName(fileName).constData(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR);
     if (descriptor == -1)
         throw StoreError(fileName, qt_error_string());
 }
 
 WorkerLocks::~WorkerLocks()
 {
-    ::close(descriptor);
+    if (descriptor != -1)
+        ::close(descriptor);
 }
 
 // A lock of the open file, not of the process: no other close() in the process can release it.
 void WorkerLocks::take(qint64 worker)
 {
+    if (descriptor == -1) {
+        home.database().change("SELECT pg_advisory_lock('workers'::regclass::oid::int, ?)", {worker});
+        return;
+    }
     struct flock lock = byteOf(worker);
     if (::fcntl(descriptor, F_OFD_SETLK, &lock) != 0)
         throw StoreError(fileName, qt_error_string());
 }
 
-bool WorkerLocks::isTaken(qint64 worker) const
+// On a server, shared locks of those that ask do not exclude each other.
+bool WorkerLocks::isTaken(Store& asking, qint64 worker) const
 {
+    if (descriptor == -1)
+        return !asking.database()
+                    .value(
+                        "SELECT pg_try_advisory_xact_lock_shared('workers'::regclass::oid::int, ?)", {worker})
+                    .toBool();
     struct flock lock = byteOf(worker);
     if (::fcntl(descriptor, F_OFD_GETLK, &lock) != 0)
         throw StoreError(fileName, qt_error_string());

@@ -1,27 +1,30 @@
 #pragma once
 
-#include <QString>
-#include <QtGlobal>
+#include "queue/store/store.h"
 
 namespace queue {
 
-/// Who is alive, by the kernel's word: each worker locks one byte of a file beside the store, and the lock
-/// dies with its process, however that ends.
+/// Who is alive. With a file, by the kernel's word: each worker locks one byte of a file beside the store,
+/// and the lock dies with its process, however that ends. With a server, by the server's word: each worker
+/// has a lock of the session, which ends with that.
 class WorkerLocks
 {
 public:
-    /// Throws StoreError when the file cannot be used.
-    explicit WorkerLocks(const QString& storeFile);
-    /// Releases what was taken.
+    /// `usedHome` is borrowed. Its session holds the locks on a server. Throws StoreError when the file
+    /// cannot be used.
+    explicit WorkerLocks(Store& usedHome);
+    /// Releases what was taken in a file. On a server, the end of the session does.
     ~WorkerLocks();
     Q_DISABLE_COPY_MOVE(WorkerLocks)
 
     /// Takes the lock of a worker of this process. Throws StoreError.
     void take(qint64 worker);
-    /// Whether another object holds the lock of this worker. Throws StoreError.
-    [[nodiscard]] bool isTaken(qint64 worker) const;
+    /// Whether another object holds the lock of this worker. `asking` is the calling thread's. Throws
+    /// StoreError.
+    [[nodiscard]] bool isTaken(Store& asking, qint64 worker) const;
 
 private:
+    Store& home;
     QString fileName;
     int descriptor = -1;
 };

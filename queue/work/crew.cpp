@@ -21,8 +21,8 @@ Crew::Crew(const Surroundings& usedSurroundings, int usedLanes, const PauseLengt
 
 bool Crew::run(const QString& name, const std::function<void()>& begun)
 {
-    Store store(surroundings.storeFile, surroundings.address, surroundings.patience);
-    WorkerLocks locks(surroundings.storeFile);
+    Store store(surroundings.store, surroundings.address, surroundings.patience);
+    WorkerLocks locks(store);
     const qint64 worker = enrol(store, locks, name);
     Claims claims(store, locks, worker, surroundings.lease);
     begun();
@@ -56,7 +56,7 @@ void Crew::runLane(const WorkerLocks& locks, qint64 worker)
 }
 
 // Ends when the last lane has ended.
-void Crew::keepAlive(const Store& store, Claims& claims)
+void Crew::keepAlive(Store& store, Claims& claims)
 {
     const auto isRunning = [&] {
         const std::scoped_lock lock(guard);

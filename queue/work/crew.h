@@ -22,7 +22,7 @@ public:
 
 private:
     void runLane(const WorkerLocks& locks, qint64 worker);
-    void keepAlive(const Store& store, Claims& claims);
+    void keepAlive(Store& store, Claims& claims);
     void keep(std::exception_ptr thrown);
 
     const Surroundings& surroundings;

@@ -33,7 +33,7 @@ Lane::Lane(const Surroundings& usedSurroundings, const WorkerLocks& locks, qint6
     : surroundings(usedSurroundings)
     , pause(usedPause)
     , creation(usedCreation)
-    , store(surroundings.storeFile, surroundings.address, surroundings.patience)
+    , store(surroundings.store, surroundings.address, surroundings.patience)
     , claims(store, locks, worker, surroundings.lease)
     , session(createdAlone(surroundings, creation))
 {

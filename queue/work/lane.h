@@ -14,7 +14,7 @@ namespace queue {
 /// What all lanes of a worker share. Functions are called from several threads.
 struct Surroundings
 {
-    QString storeFile;
+    QString store;
     QString address;
     till::RegisterConfig config;
     till::PluginFile plugin;

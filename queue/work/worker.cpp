@@ -44,8 +44,8 @@ bool Worker::run()
 
 bool Worker::work()
 {
-    if (isKnown && !QFileInfo::exists(surroundings.storeFile))
-        throw StoreError(surroundings.storeFile, Text::tr("the file is not there any more"));
+    if (isKnown && !till::isOnServer(surroundings.store) && !QFileInfo::exists(surroundings.store))
+        throw StoreError(surroundings.store, Text::tr("the file is not there any more"));
     Crew ours(surroundings, lanes, pauses);
     {
         const std::scoped_lock lock(guard);
@@ -81,9 +81,8 @@ void Worker::say(const QString& text)
         return;
     trouble = text;
     surroundings.showTrouble(trouble);
-    surroundings.say(trouble.isEmpty()
-                         ? Text::tr("%1: the queue can be used again.").arg(surroundings.storeFile)
-                         : trouble + u' ' + Text::tr("The worker waits for it."));
+    surroundings.say(trouble.isEmpty() ? Text::tr("%1: the queue can be used again.").arg(surroundings.store)
+                                       : trouble + u' ' + Text::tr("The worker waits for it."));
 }
 
 bool Worker::rest()

@@ -1,6 +1,7 @@
 #include "tests/queue/store/storetest.h"
 
 #include "queue/store/storeerror.h"
+#include "tests/support/process.h"
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -15,9 +16,9 @@ class ClaimsTest : public StoreTest
 protected:
     struct Worker
     {
-        explicit Worker(const QString& file, std::chrono::milliseconds lease = 1h)
-            : store(file, u"shop_1"_s)
-            , locks(file)
+        explicit Worker(const QString& place, std::chrono::milliseconds lease = 1h)
+            : store(place, u"shop_1"_s)
+            , locks(store)
             , claims(store, locks, enrol(store, locks, u"till"_s), lease)
         {
         }
@@ -33,11 +34,13 @@ protected:
         addOne(store, newEntry(u"r2"_s));
     }
 
-    Worker first{file()};
-    std::optional<Worker> second{std::in_place, file()};
+    Worker first{place()};
+    std::optional<Worker> second{std::in_place, place()};
 };
 
-TEST_F(ClaimsTest, GoByArrival)
+STORE_TEST_SUITE(ClaimsTest);
+
+TEST_P(ClaimsTest, GoByArrival)
 {
     EXPECT_EQ(first.claims.next().value().entry.id, u"r1"_s);
     EXPECT_EQ(second->claims.next().value().entry.id, u"r2"_s);
@@ -45,7 +48,7 @@ TEST_F(ClaimsTest, GoByArrival)
     EXPECT_EQ(stateOf(u"r1"_s), State::Sent);
 }
 
-TEST_F(ClaimsTest, EndWithTheEvidenceAndTheResult)
+TEST_P(ClaimsTest, EndWithTheEvidenceAndTheResult)
 {
     const Claim claim = first.claims.next().value();
     EXPECT_TRUE(first.claims.conclude(claim, endingAs(State::Registered)));
@@ -54,7 +57,7 @@ TEST_F(ClaimsTest, EndWithTheEvidenceAndTheResult)
     EXPECT_EQ(resultOf(store, store.find(u"r1"_s).value()), "{\"outcome\":\"any\"}");
 }
 
-TEST_F(ClaimsTest, CannotEndAsRegisteredWithoutEvidence)
+TEST_P(ClaimsTest, CannotEndAsRegisteredWithoutEvidence)
 {
     const Claim claim = first.claims.next().value();
     Ending ending = endingAs(State::Registered);
@@ -64,22 +67,23 @@ TEST_F(ClaimsTest, CannotEndAsRegisteredWithoutEvidence)
     EXPECT_EQ(history(u"r1"_s), (QStringList{u"added"_s, u"claimed"_s}));
 }
 
-TEST_F(ClaimsTest, OfADeadWorkerAreTakenOverAtOnce)
+TEST_P(ClaimsTest, OfADeadWorkerAreTakenOverAtOnce)
 {
     EXPECT_TRUE(second->claims.next());
     EXPECT_EQ(first.claims.takeOver(), 0) << "it is alive";
     second.reset();
-    EXPECT_EQ(first.claims.takeOver(), 1);
+    // A server notices the end of a session a little later.
+    EXPECT_TRUE(comesTrue([this] { return first.claims.takeOver() == 1; }));
     const Claim again = first.claims.next().value();
     EXPECT_EQ(again.entry.id, u"r1"_s);
     EXPECT_EQ(again.attempt, 2);
     EXPECT_TRUE(again.entry.maybeSent);
 }
 
-TEST_F(ClaimsTest, OfAWorkerThatWakesUpLateChangeNothing)
+TEST_P(ClaimsTest, OfAWorkerThatWakesUpLateChangeNothing)
 {
     const Claim late = second->claims.next().value();
-    Worker other(file(), -1ms);
+    Worker other(place(), -1ms);
     EXPECT_EQ(other.claims.takeOver(), 1) << "its lease has ended";
     const Claim taken = other.claims.next().value();
     EXPECT_EQ(taken.entry.id, u"r1"_s);
@@ -93,7 +97,7 @@ TEST_F(ClaimsTest, OfAWorkerThatWakesUpLateChangeNothing)
     EXPECT_EQ(overviewOf(store).events[u"finished"_s], 1);
 }
 
-TEST_F(ClaimsTest, WaitForTheirTimeAndLetOthersPass)
+TEST_P(ClaimsTest, WaitForTheirTimeAndLetOthersPass)
 {
     Ending ending = endingAs(State::Unknown);
     ending.delay = 50s;
@@ -104,7 +108,7 @@ TEST_F(ClaimsTest, WaitForTheirTimeAndLetOthersPass)
 }
 
 // As after a clock that was set back by an hour.
-TEST_F(ClaimsTest, DoNotWaitForAClockThatWasSetBack)
+TEST_P(ClaimsTest, DoNotWaitForAClockThatWasSetBack)
 {
     Ending ending = endingAs(State::Unknown);
     ending.delay = 1h;
@@ -112,7 +116,7 @@ TEST_F(ClaimsTest, DoNotWaitForAClockThatWasSetBack)
     EXPECT_EQ(first.claims.next().value().entry.id, u"r1"_s);
 }
 
-TEST_F(ClaimsTest, LeaveHeldReceiptsAlone)
+TEST_P(ClaimsTest, LeaveHeldReceiptsAlone)
 {
     hold(store, u"r1"_s);
     EXPECT_EQ(first.claims.next().value().entry.id, u"r2"_s);
@@ -130,7 +134,9 @@ protected:
     }
 };
 
-TEST_F(Decisions, CancelOnlyWhatWasNeverSent)
+STORE_TEST_SUITE(Decisions);
+
+TEST_P(Decisions, CancelOnlyWhatWasNeverSent)
 {
     const Claim claim = first.claims.next().value();
     EXPECT_THROW(cancel(store, u"r1"_s), till::Error);
@@ -142,7 +148,7 @@ TEST_F(Decisions, CancelOnlyWhatWasNeverSent)
     EXPECT_THROW(cancel(store, u"r2"_s), till::Error);
 }
 
-TEST_F(Decisions, SendAFailedReceiptAgainOnlyUnderANewId)
+TEST_P(Decisions, SendAFailedReceiptAgainOnlyUnderANewId)
 {
     finish(State::Failed);
     EXPECT_THROW(retry(store, u"r1"_s), till::Error);
@@ -154,7 +160,7 @@ TEST_F(Decisions, SendAFailedReceiptAgainOnlyUnderANewId)
     EXPECT_FALSE(store.find(u"r4"_s));
 }
 
-TEST_F(Decisions, SendARefusedReceiptAgainUnderEitherIdButNotBoth)
+TEST_P(Decisions, SendARefusedReceiptAgainUnderEitherIdButNotBoth)
 {
     finish(State::Refused);
     retry(store, u"r1"_s);
@@ -165,7 +171,7 @@ TEST_F(Decisions, SendARefusedReceiptAgainUnderEitherIdButNotBoth)
     EXPECT_THROW(retry(store, u"r1"_s), till::Error);
 }
 
-TEST_F(Decisions, NeverTouchARegisteredReceipt)
+TEST_P(Decisions, NeverTouchARegisteredReceipt)
 {
     finish(State::Registered);
     for (const auto& decide : {&hold, &release, &cancel, &retry})
@@ -174,7 +180,7 @@ TEST_F(Decisions, NeverTouchARegisteredReceipt)
     EXPECT_EQ(history(u"r1"_s), (QStringList{u"added"_s, u"claimed"_s, u"finished"_s}));
 }
 
-TEST_F(Decisions, NameAReceiptThatIsNotThere)
+TEST_P(Decisions, NameAReceiptThatIsNotThere)
 {
     for (const auto& decide : {&hold, &release, &cancel, &retry})
         EXPECT_THROW(decide(store, u"r9"_s), till::Error);

@@ -1,4 +1,5 @@
 #include "tests/queue/store/storetest.h"
+#include "tests/support/process.h"
 #include "till/error.h"
 
 #include <rapidcheck.h>
@@ -61,9 +62,9 @@ Model contentOf(Store& store)
 class Actor
 {
 public:
-    explicit Actor(const QString& file)
-        : store(file, u"shop_1"_s)
-        , locks(file)
+    explicit Actor(const QString& place)
+        : store(place, u"shop_1"_s)
+        , locks(store)
         , number(enrol(store, locks, u"till"_s))
         , patient(store, locks, number, 1h)
         , impatient(store, locks, number, -1ms)
@@ -88,9 +89,9 @@ using Step = std::array<std::uint8_t, 5>;
 class World
 {
 public:
-    explicit World(const QString& folder)
-        : file(folder + u"/queue.db"_s)
-        , actors{std::make_unique<Actor>(file), std::make_unique<Actor>(file)}
+    explicit World(const QString& usedPlace)
+        : place(usedPlace)
+        , actors{std::make_unique<Actor>(place), std::make_unique<Actor>(place)}
     {
     }
 
@@ -112,8 +113,11 @@ public:
         }
         actor->fuse = 0;
         if (hasDied) {
+            const qint64 dead = actor->number;
             actor.reset();
-            actor = std::make_unique<Actor>(file);
+            actor = std::make_unique<Actor>(place);
+            // A server notices the end of a session a little later.
+            RC_ASSERT(comesTrue([&] { return !actor->locks.isTaken(actor->store, dead); }));
         }
         const Model now = contentOf(actor->store);
         const auto found = std::find(allowed.begin(), allowed.end(), now);
@@ -270,19 +274,24 @@ private:
     static constexpr std::array endings{
         State::Registered, State::Refused, State::Failed, State::Unknown, State::Incomplete, State::Queued};
 
-    QString file;
+    QString place;
     Model model;
     std::array<std::unique_ptr<Actor>, 2> actors;
 };
 
-TEST(StoreProperties, AStepHappensAsAWholeOrNotAtAllWhereverItsProcessDies)
+class StoreProperties : public testing::TestWithParam<PlaceKind>
 {
-    EXPECT_TRUE(rc::check([] {
+};
+STORE_TEST_SUITE(StoreProperties);
+
+TEST_P(StoreProperties, AStepHappensAsAWholeOrNotAtAllWhereverItsProcessDies)
+{
+    EXPECT_TRUE(rc::check([this] {
         // Long enough for workers to lose receipts and wake up late.
         const auto steps =
             *rc::gen::resize(100, rc::gen::container<std::vector<Step>>(100, rc::gen::arbitrary<Step>()));
-        const QTemporaryDir folder(folderTemplate());
-        World world(folder.path());
+        const TestPlace where(GetParam());
+        World world(where.place());
         for (const Step& step : steps)
             world.take(step);
     }));

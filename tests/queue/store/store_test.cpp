@@ -23,18 +23,20 @@ protected:
     // What the message says after the file's name.
     [[nodiscard]] QString complaint() const
     {
-        const QString start = file() + u": the queue cannot be used: "_s;
-        const QString message = messageOf<StoreError>([&] { const Store other(file(), u"shop_1"_s, 10ms); });
+        const QString start = place() + u": the queue cannot be used: "_s;
+        const QString message = messageOf<StoreError>([&] { const Store other(place(), u"shop_1"_s, 10ms); });
         return message.startsWith(start) ? message.sliced(start.size()) : message;
     }
 };
 
+INSTANTIATE_TEST_SUITE_P(Stores, StoreFile, testing::Values(PlaceKind::Sqlite), placeKindName);
+
 // To others, SQLite shows by a lock of the process that the file is in use; the last to close it removes the
 // write-ahead log.
-TEST_F(StoreFile, StaysInUseWhereItIsOpenedTwice)
+TEST_P(StoreFile, StaysInUseWhereItIsOpenedTwice)
 {
-    const Store other(file(), u"shop_1"_s);
-    const QByteArray path = QFile::encodeName(file());
+    const Store other(place(), u"shop_1"_s);
+    const QByteArray path = QFile::encodeName(place());
     const pid_t child = fork();
     if (child == 0) {
         struct flock lock = {};
@@ -50,47 +52,67 @@ TEST_F(StoreFile, StaysInUseWhereItIsOpenedTwice)
     EXPECT_EQ(status, 0);
 }
 
-TEST_F(StoreFile, IsForItsOwnerAlone)
+TEST_P(StoreFile, IsForItsOwnerAlone)
 {
-    WorkerLocks locks(file());
+    WorkerLocks locks(store);
     addOne(store, newEntry(u"r1"_s));
     for (const char* suffix : {"", "-wal", "-shm", "-workers"}) {
         struct stat status
         {
         };
-        const QByteArray path = (file() + QString::fromLatin1(suffix)).toLocal8Bit();
+        const QByteArray path = (place() + QString::fromLatin1(suffix)).toLocal8Bit();
         ASSERT_EQ(stat(path.constData(), &status), 0) << path.constData();
         EXPECT_EQ(status.st_mode & 0777U, 0600U) << path.constData();
     }
 }
 
-TEST_F(StoreFile, WaitsForTheDisk)
+TEST_P(StoreFile, WaitsForTheDisk)
 {
     EXPECT_EQ(store.database().value("PRAGMA synchronous").toInt(), 2);
     EXPECT_EQ(store.database().value("PRAGMA journal_mode").toString(), u"wal"_s);
 }
 
-TEST_F(StoreFile, OfANewerVersionIsLeftAlone)
+TEST_P(StoreFile, OfANewerVersionIsLeftAlone)
 {
     store.database().change("PRAGMA user_version = 2");
     EXPECT_EQ(complaint(), u"it was written by a newer version of this program (format 2, known here: 1)."_s);
 }
 
-TEST_F(StoreFile, OfAnotherProgramIsLeftAlone)
+TEST_P(StoreFile, OfAnotherProgramIsLeftAlone)
 {
     store.database().change("PRAGMA application_id = 7");
     EXPECT_EQ(complaint(), u"the file is a database of another program."_s);
 }
 
-TEST_F(StoreFile, KeepsRegistersApart)
+class AnyStore : public StoreTest
 {
-    Store other(file(), u"shop_2"_s);
+};
+STORE_TEST_SUITE(AnyStore);
+
+TEST_P(AnyStore, KeepsRegistersApart)
+{
+    Store other(place(), u"shop_2"_s);
     addOne(store, newEntry(u"r1"_s));
     EXPECT_FALSE(other.find(u"r1"_s));
     EXPECT_EQ(addOne(other, newEntry(u"r1"_s, "bread")), Added::New);
 }
 
-TEST_F(StoreFile, NeverAltersAnEvent)
+TEST_P(AnyStore, KeepsEveryCharacter)
+{
+    NewEntry entry = newEntry(u"r'1\\' \"?\" ? @now $1 %1 \n чек\U0001F9FE"_s);
+    entry.digest.clear();
+    for (int byte = 0; byte < 256; ++byte)
+        entry.digest += static_cast<char>(byte);
+    entry.file = u"?.json"_s;
+    addOne(store, entry);
+    const Entry kept = store.find(entry.id).value();
+    EXPECT_EQ(kept.id, entry.id);
+    EXPECT_EQ(kept.file, entry.file);
+    EXPECT_EQ(kept.text, entry.text);
+    EXPECT_EQ(kept.digest, entry.digest);
+}
+
+TEST_P(AnyStore, NeverAltersAnEvent)
 {
     addOne(store, newEntry(u"r1"_s));
     for (const char* statement : {"UPDATE events SET event = 'other'", "DELETE FROM events"})
@@ -98,7 +120,7 @@ TEST_F(StoreFile, NeverAltersAnEvent)
     EXPECT_EQ(history(u"r1"_s), QStringList{u"added"_s});
 }
 
-TEST_F(StoreFile, TellsTheRegisterAsTheJournalDoes)
+TEST(StoreAddress, TellsTheRegisterAsTheJournalDoes)
 {
     const QString expected = u"https://service.example/possystem/v4/shop_1"_s;
     EXPECT_EQ(registerAddress(u"https://service.example/possystem/v4/"_s, u"shop_1"_s), expected);
@@ -109,7 +131,9 @@ class Intake : public StoreTest
 {
 };
 
-TEST_F(Intake, OfTheSameReceiptAgainIsNoError)
+STORE_TEST_SUITE(Intake);
+
+TEST_P(Intake, OfTheSameReceiptAgainIsNoError)
 {
     EXPECT_EQ(addOne(store, newEntry(u"r1"_s)), Added::New);
     NewEntry spelledOtherwise = newEntry(u"r1"_s);
@@ -118,7 +142,7 @@ TEST_F(Intake, OfTheSameReceiptAgainIsNoError)
     EXPECT_EQ(history(u"r1"_s), QStringList{u"added"_s});
 }
 
-TEST_F(Intake, OfOtherContentUnderAnIdStoresNothingAtAll)
+TEST_P(Intake, OfOtherContentUnderAnIdStoresNothingAtAll)
 {
     addOne(store, newEntry(u"r1"_s));
     const auto several = [&] {

@@ -4,6 +4,7 @@
 #include "queue/store/decisions.h"
 #include "queue/store/intake.h"
 #include "queue/store/views.h"
+#include "tests/queue/store/testplace.h"
 #include "tests/support/qtprinters.h"
 
 #include <QTemporaryDir>
@@ -35,17 +36,11 @@ inline queue::Ending endingAs(queue::State state)
     return ending;
 }
 
-/// A folder in memory, where waiting for the disk costs nothing; on the disk where there is none.
-inline QString folderTemplate()
-{
-    const QString memory = QStringLiteral("/dev/shm");
-    return (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + QStringLiteral("/queue-XXXXXX");
-}
-
-class StoreTest : public testing::Test
+/// Runs on every kind of database: STORE_TEST_SUITE(Name) after the class.
+class StoreTest : public testing::TestWithParam<PlaceKind>
 {
 protected:
-    [[nodiscard]] QString file() const { return folder.filePath(QStringLiteral("queue.db")); }
+    [[nodiscard]] QString place() const { return where.place(); }
     [[nodiscard]] QStringList history(const QString& id)
     {
         QStringList names;
@@ -55,6 +50,10 @@ protected:
     }
     [[nodiscard]] queue::State stateOf(const QString& id) { return store.find(id).value().state; }
 
-    QTemporaryDir folder{folderTemplate()};
-    queue::Store store{file(), QStringLiteral("shop_1")};
+    TestPlace where{GetParam()};
+    queue::Store store{place(), QStringLiteral("shop_1")};
 };
+
+// NOLINTNEXTLINE(cppcoreguidelines-macro-usage): the framework's own is one.
+#define STORE_TEST_SUITE(name)                                                                               \
+    INSTANTIATE_TEST_SUITE_P(Stores, name, testing::ValuesIn(placeKinds()), placeKindName)

@@ -27,11 +27,13 @@ protected:
         EXPECT_TRUE(claims.conclude(claims.next().value(), ending));
     }
 
-    WorkerLocks locks{file()};
+    WorkerLocks locks{store};
     Claims claims;
 };
 
-TEST_F(Upkeep, CountsWhatBecameOfReceipts)
+STORE_TEST_SUITE(Upkeep);
+
+TEST_P(Upkeep, CountsWhatBecameOfReceipts)
 {
     finish(State::Registered);
     finish(State::Failed);
@@ -44,20 +46,19 @@ TEST_F(Upkeep, CountsWhatBecameOfReceipts)
     EXPECT_EQ(audit.recovered, 0);
 }
 
-TEST_F(Upkeep, CountsWhatHappenedLately)
+TEST_P(Upkeep, CountsWhatHappenedLately)
 {
     finish(State::Registered);
     const auto before = [&](int seconds, const char* event) {
-        store.database().change(
-            "INSERT INTO events (at, receipt, event, attempt, worker) SELECT CAST((julianday('now') -"
-            " 2440587.5) * 86400000 AS INTEGER) - ?, number, ?, 1, 0 FROM receipts WHERE id = 'r2'",
+        store.database().change("INSERT INTO events (at, receipt, event, attempt, worker) SELECT @now - ?, "
+                                "number, ?, 1, 0 FROM receipts WHERE id = 'r2'",
             {seconds * 1000, QString::fromLatin1(event)});
     };
     before(70, "finished");
     before(3500, "finished");
     before(3700, "finished");
     before(70, "claimed");
-    Store other(file(), u"shop_2"_s);
+    Store other(place(), u"shop_2"_s);
     addOne(other, newEntry(u"r1"_s));
     const Overview overview = overviewOf(store);
     EXPECT_EQ(overview.added.lastMinute, 3);
@@ -66,7 +67,7 @@ TEST_F(Upkeep, CountsWhatHappenedLately)
     EXPECT_EQ(overview.finished.lastHour, 3);
 }
 
-TEST_F(Upkeep, CountsWhatWasRecovered)
+TEST_P(Upkeep, CountsWhatWasRecovered)
 {
     Ending ending = endingAs(State::Registered);
     ending.result = R"({"recovered":true})";
@@ -74,7 +75,7 @@ TEST_F(Upkeep, CountsWhatWasRecovered)
     EXPECT_EQ(auditOf(store).recovered, 1);
 }
 
-TEST_F(Upkeep, FindsADocumentOfTwoReceipts)
+TEST_P(Upkeep, FindsADocumentOfTwoReceipts)
 {
     finish(State::Registered);
     finish(State::Registered);
@@ -84,11 +85,12 @@ TEST_F(Upkeep, FindsADocumentOfTwoReceipts)
     EXPECT_EQ(audit.findings.size(), 2);
 }
 
-TEST_F(Upkeep, FindsWhatIsLost)
+TEST_P(Upkeep, FindsWhatIsLost)
 {
     finish(State::Registered);
     // As if a hand had been at the file.
-    store.database().change("DROP TRIGGER eventsLast");
+    const bool isFile = GetParam() == PlaceKind::Sqlite;
+    store.database().change(isFile ? "DROP TRIGGER eventsLast" : "DROP TRIGGER eventsLast ON events");
     store.database().change("DELETE FROM events WHERE event = 'finished' OR receipt = 2");
     store.database().change("DELETE FROM receipts WHERE id = 'r3'");
     const Audit audit = auditOf(store);
@@ -96,7 +98,7 @@ TEST_F(Upkeep, FindsWhatIsLost)
     EXPECT_EQ(audit.findings.size(), 3);
 }
 
-TEST_F(Upkeep, RemovesOnlyWhatFinishedLongAgo)
+TEST_P(Upkeep, RemovesOnlyWhatFinishedLongAgo)
 {
     finish(State::Registered);
     EXPECT_EQ(prune(store, 1h), 0);

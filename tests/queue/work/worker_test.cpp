@@ -25,7 +25,7 @@ protected:
     {
         // Qt takes the first thread that it sees for the main one, whose data alone it releases at exit.
         static_cast<void>(QThread::currentThread());
-        surroundings.storeFile = folder.filePath(u"queue.db"_s);
+        surroundings.store = folder.filePath(u"queue.db"_s);
         surroundings.address = u"shop_1"_s;
         surroundings.lease = std::chrono::seconds(5);
         surroundings.patience = std::chrono::milliseconds(1);
@@ -62,7 +62,7 @@ protected:
 TEST_F(WorkerOfAStore, GoesOnWhenTheFolderIsThere)
 {
     const QString missing = folder.filePath(u"missing"_s);
-    surroundings.storeFile = missing + u"/queue.db"_s;
+    surroundings.store = missing + u"/queue.db"_s;
     Worker worker(surroundings, 2, u"w"_s);
     std::future<QString> end = std::async(std::launch::async, [&] { return endOf(worker); });
     EXPECT_TRUE(hasSaid(u"missing/queue.db: the queue cannot be used: "_s));
@@ -74,7 +74,7 @@ TEST_F(WorkerOfAStore, GoesOnWhenTheFolderIsThere)
 
 TEST_F(WorkerOfAStore, GoesOnWhenALockIsReleased)
 {
-    Store other(surroundings.storeFile, surroundings.address);
+    Store other(surroundings.store, surroundings.address);
     other.database().change("BEGIN EXCLUSIVE");
     Worker worker(surroundings, 1, u"w"_s);
     std::future<QString> end = std::async(std::launch::async, [&] { return endOf(worker); });
@@ -85,7 +85,7 @@ TEST_F(WorkerOfAStore, GoesOnWhenALockIsReleased)
 
 TEST_F(WorkerOfAStore, StopsWhileItWaits)
 {
-    surroundings.storeFile = folder.filePath(u"missing/queue.db"_s);
+    surroundings.store = folder.filePath(u"missing/queue.db"_s);
     int signs = 0;
     surroundings.showLife = [&] { ++signs; };
     Worker worker(surroundings, 1, u"w"_s);
@@ -99,30 +99,35 @@ TEST_F(WorkerOfAStore, StopsWhileItWaits)
 TEST_F(WorkerOfAStore, DoesNotWaitForWhatDoesNotPass)
 {
     {
-        Store store(surroundings.storeFile, surroundings.address);
+        Store store(surroundings.store, surroundings.address);
         store.database().change("PRAGMA user_version = 99");
     }
     Worker newer(surroundings, 1, u"w"_s);
     EXPECT_THAT(endOf(newer).toStdString(), HasSubstr("newer version"));
-    surroundings.storeFile = folder.filePath(u"text"_s);
-    QFile text(surroundings.storeFile);
+    surroundings.store = folder.filePath(u"text"_s);
+    QFile text(surroundings.store);
     ASSERT_TRUE(text.open(QIODevice::WriteOnly) && text.write(QByteArray(5000, 'x')) == 5000);
     text.close();
     Worker wrong(surroundings, 1, u"w"_s);
     EXPECT_THAT(endOf(wrong).toStdString(), HasSubstr("file is not a database"));
-    surroundings.storeFile = folder.filePath(u"missing/queue.db"_s);
+    surroundings.store = folder.filePath(u"missing/queue.db"_s);
     surroundings.untilEmpty = true;
     Worker once(surroundings, 1, u"w"_s);
     EXPECT_THAT(endOf(once).toStdString(), testing::StartsWith("store: "));
     EXPECT_EQ(said, QString());
 }
 
-TEST_F(StoreTest, IsNotedWhenItIsReplaced)
+class StoreInAFile : public StoreTest
+{
+};
+INSTANTIATE_TEST_SUITE_P(Stores, StoreInAFile, testing::Values(PlaceKind::Sqlite), placeKindName);
+
+TEST_P(StoreInAFile, IsNotedWhenItIsReplaced)
 {
     store.requirePlace();
-    ASSERT_TRUE(QFile::rename(file(), file() + u"-away"_s));
+    ASSERT_TRUE(QFile::rename(place(), place() + u"-away"_s));
     EXPECT_THROW(store.requirePlace(), StoreError);
-    Store other(file(), u"shop_1"_s);
+    Store other(place(), u"shop_1"_s);
     EXPECT_THROW(store.requirePlace(), StoreError);
     other.requirePlace();
 }

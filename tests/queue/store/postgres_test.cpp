@@ -1,0 +1,222 @@
+#include "tests/queue/store/postgresserver.h"
+#include "tests/queue/store/storetest.h"
+
+#include "queue/store/storeerror.h"
+#include "tests/support/process.h"
+#include "tests/support/textfile.h"
+
+#include <future>
+#include <thread>
+
+using namespace Qt::Literals::StringLiterals;
+
+namespace {
+
+using namespace queue;
+using namespace std::chrono_literals;
+
+class StoreOnPostgreSQL : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (const QString why = PostgresServer::whyMissing(); !why.isEmpty())
+            GTEST_SKIP() << why.toStdString();
+        place = PostgresServer::instance().newPlace();
+    }
+    [[nodiscard]] std::optional<StoreError> errorOf(const std::function<void()>& action) const
+    {
+        try {
+            action();
+        } catch (const StoreError& error) {
+            return error;
+        }
+        return std::nullopt;
+    }
+    [[nodiscard]] QString complaint() const
+    {
+        const QString start = place + u": the queue cannot be used: "_s;
+        const QString message = messageOf<StoreError>([&] { const Store other(place, u"shop_1"_s, 10ms); });
+        return message.startsWith(start) ? message.sliced(start.size()) : message;
+    }
+
+    QString place;
+};
+
+TEST_F(StoreOnPostgreSQL, WaitsForTheDisk)
+{
+    PostgresServer::instance().run(u"ALTER ROLE till SET synchronous_commit = off"_s);
+    Store store(place, u"shop_1"_s);
+    EXPECT_EQ(store.database().value("SHOW synchronous_commit").toString(), u"on"_s);
+    PostgresServer::instance().run(u"ALTER ROLE till RESET synchronous_commit"_s);
+}
+
+TEST_F(StoreOnPostgreSQL, OfANewerVersionOrAnotherProgramIsLeftAlone)
+{
+    Store store(place, u"shop_1"_s);
+    store.database().change("UPDATE databaseFormat SET version = 2");
+    EXPECT_EQ(complaint(), u"it was written by a newer version of this program (format 2, known here: 1)."_s);
+    store.database().change("UPDATE databaseFormat SET applicationId = 7");
+    EXPECT_EQ(complaint(), u"the file is a database of another program."_s);
+}
+
+TEST_F(StoreOnPostgreSQL, GivesReceiptsThatOthersHaveLockedToNobody)
+{
+    Store store(place, u"shop_1"_s);
+    addOne(store, newEntry(u"r1"_s));
+    addOne(store, newEntry(u"r2"_s));
+    Store other(place, u"shop_1"_s);
+    WorkerLocks locks(other);
+    Claims claims(other, locks, enrol(other, locks, u"till"_s), 1h);
+    store.database().transaction([&] {
+        EXPECT_TRUE(store.findToChange(u"r1"_s));
+        EXPECT_EQ(claims.next().value().entry.id, u"r2"_s);
+        EXPECT_FALSE(claims.next());
+    });
+    EXPECT_EQ(claims.next().value().entry.id, u"r1"_s);
+}
+
+TEST_F(StoreOnPostgreSQL, IsMadeOnceByAllWhoOpenItAtOnce)
+{
+    std::vector<std::future<qint64>> numbers;
+    for (int i = 0; i < 4; ++i)
+        numbers.push_back(
+            std::async(std::launch::async, [&] { return Store(place, u"shop_1"_s).registerNumber(); }));
+    const qint64 first = numbers.front().get();
+    for (std::size_t i = 1; i < numbers.size(); ++i)
+        EXPECT_EQ(numbers[i].get(), first);
+}
+
+// Two who hand over the same receipt at once.
+TEST_F(StoreOnPostgreSQL, TakesAReceiptOnceFromTwoAtOnce)
+{
+    Store store(place, u"shop_1"_s);
+    std::future<Added> other;
+    store.database().transaction([&] {
+        store.database().change(
+            "INSERT INTO receipts (register, id, file, line, text, digest, added, changed)"
+            " VALUES (?, 'r1', 'a.json', 3, ?, 'digest', @now, @now)",
+            {store.registerNumber(), newEntry(u"r1"_s).text});
+        other = std::async(std::launch::async, [&] {
+            Store second(place, u"shop_1"_s);
+            return addOne(second, newEntry(u"r1"_s));
+        });
+        EXPECT_EQ(other.wait_for(100ms), std::future_status::timeout);
+    });
+    EXPECT_EQ(other.get(), Added::Known);
+}
+
+// Such as of a machine that was cut off: it would keep its locks.
+TEST_F(StoreOnPostgreSQL, EndsATransactionThatRestsUnlessItLocksNothingOfOthers)
+{
+    Store store(place, u"shop_1"_s, 50ms);
+    const auto rest = [] { std::this_thread::sleep_for(150ms); };
+    store.database().snapshot(rest);
+    storeAll(store, [&](const auto& add) {
+        rest();
+        add(newEntry(u"r1"_s));
+    });
+    EXPECT_TRUE(store.find(u"r1"_s));
+    const auto ended = errorOf([&] {
+        store.database().transaction([&] {
+            EXPECT_TRUE(store.findToChange(u"r1"_s));
+            rest();
+        });
+    });
+    EXPECT_TRUE(ended && ended->isPassing());
+}
+
+// Finished receipts are the oldest ones and become ever more.
+TEST_F(StoreOnPostgreSQL, DoesNotWalkPastFinishedReceiptsForAClaim)
+{
+    Store store(place, u"shop_1"_s);
+    WorkerLocks locks(store);
+    Claims claims(store, locks, enrol(store, locks, u"till"_s), 1h);
+    store.database().change(
+        "INSERT INTO receipts (register, id, state, file, line, text, digest, added, changed)"
+        " SELECT ?, i::text, CASE WHEN i < 2000 THEN 'refused' ELSE 'queued' END, '', 1, 't', 'd', @now, @now"
+        " FROM generate_series(1, 4000) AS i",
+        {store.registerNumber()});
+    store.database().change("ANALYZE receipts");
+    const auto rowsRead = [&] {
+        store.database().change("SELECT pg_stat_force_next_flush()");
+        return store.database()
+            .value("SELECT idx_tup_fetch + seq_tup_read FROM pg_stat_user_tables"
+                   " WHERE schemaname = current_schema() AND relname = 'receipts'")
+            .toLongLong();
+    };
+    const qint64 before = rowsRead();
+    EXPECT_EQ(claims.next().value().entry.id, u"2000"_s);
+    EXPECT_LT(rowsRead() - before, 20);
+}
+
+TEST_F(StoreOnPostgreSQL, LetsAPersonDecideOnlyWhenAClaimIsWritten)
+{
+    Store store(place, u"shop_1"_s);
+    addOne(store, newEntry(u"r1"_s));
+    WorkerLocks locks(store);
+    Claims claims(store, locks, enrol(store, locks, u"till"_s), 1h);
+    std::future<QString> decision;
+    int statements = 0;
+    store.database().setProbe([&] {
+        // Before the commit.
+        if (++statements == 5) {
+            decision = std::async(std::launch::async, [&] {
+                Store other(place, u"shop_1"_s);
+                return messageOf<till::Error>([&] { hold(other, u"r1"_s); });
+            });
+            EXPECT_EQ(decision.wait_for(100ms), std::future_status::timeout);
+        }
+    });
+    EXPECT_TRUE(claims.next());
+    EXPECT_EQ(statements, 5);
+    EXPECT_EQ(decision.get(), u"r1: a worker is sending it; try again when it has finished"_s);
+}
+
+// A reader that has seen a result is never shown an earlier one that was committed later.
+TEST_F(StoreOnPostgreSQL, ShowsNoResultWhileAnEarlierOneIsBeingWritten)
+{
+    Store store(place, u"shop_1"_s);
+    addOne(store, newEntry(u"r1"_s));
+    WorkerLocks locks(store);
+    Claims claims(store, locks, enrol(store, locks, u"till"_s), 1h);
+    const Claim claim = claims.next().value();
+    Store reader(place, u"shop_1"_s, 50ms);
+    const auto read = [&] {
+        int results = 0;
+        forEachResult(reader, 0, [&](qint64, const QByteArray&) { return ++results > 0; });
+        return results;
+    };
+    EXPECT_EQ(read(), 0);
+    int statements = 0;
+    store.database().setProbe([&] {
+        // Between the result and its commit.
+        if (++statements == 5) {
+            EXPECT_TRUE(errorOf([&] { read(); }).value().isPassing());
+        }
+    });
+    EXPECT_TRUE(claims.conclude(claim, endingAs(State::Registered)));
+    EXPECT_EQ(statements, 5);
+    EXPECT_EQ(read(), 1);
+}
+
+TEST_F(StoreOnPostgreSQL, IsAwayWhileItsServerIsDeadAndHasEverythingAfterwards)
+{
+    PostgresServer& server = PostgresServer::instance();
+    std::optional<Store> store(std::in_place, place, u"shop_1"_s);
+    for (int i = 0; i < 20; ++i)
+        addOne(*store, newEntry(QString::number(i)));
+    server.kill();
+    const auto lost = errorOf([&] { addOne(*store, newEntry(u"late"_s)); });
+    EXPECT_TRUE(lost && lost->isPassing());
+    EXPECT_TRUE(errorOf([&] { store->requirePlace(); }));
+    const auto away = errorOf([&] { const Store other(place, u"shop_1"_s); });
+    EXPECT_TRUE(away && away->isPassing());
+    server.start();
+    store.emplace(place, u"shop_1"_s);
+    for (int i = 0; i < 20; ++i)
+        EXPECT_TRUE(store->find(QString::number(i))) << i;
+    EXPECT_FALSE(store->find(u"late"_s));
+}
+
+} // namespace
