@@ -1390,10 +1390,6 @@
         <translation>%1: допустимы значения от %2 до %3</translation>
     </message>
     <message>
-        <source>store must be the path of a file</source>
-        <translation>store должен быть путём к файлу</translation>
-    </message>
-    <message>
         <source>no receipt with this id is in the queue of this register</source>
         <translation>чека с таким идентификатором нет в очереди этой кассы</translation>
     </message>
@@ -1820,6 +1816,10 @@
     <message>
         <source>The option &quot;%1&quot; belongs after the command.</source>
         <translation>Параметр «%1» пишется после команды.</translation>
+        <source>store must be the path of a file, or postgresql:service=NAME with the name of a service in the service file of PostgreSQL</source>
+        <translation>store — это путь к файлу или postgresql:service=ИМЯ, где ИМЯ — раздел файла служб PostgreSQL (pg_service.conf)</translation>
+    </message>
+    <message>
         <source>the connection to the server is lost</source>
         <translation>связь с сервером потеряна</translation>
     </message>

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -32,14 +33,25 @@ int numberIn(const RegisterConfig& config, const IniEntry& entry, int least, int
     return number;
 }
 
+// Everything else about the server, and who logs in how, is the service file's.
+QString storeIn(const RegisterConfig& config, const IniEntry& entry)
+{
+    static const QRegularExpression service(u"^postgresql:service=[A-Za-z0-9_.-]+$"_s);
+    if (service.match(entry.value).hasMatch())
+        return entry.value;
+    if (entry.value.isEmpty() || entry.value.startsWith("postgresql:"_L1))
+        fail(config, entry,
+            Text::tr("store must be the path of a file, or postgresql:service=NAME with the name of a "
+                     "service in the service file of PostgreSQL"));
+    return QFileInfo(config.file).absoluteDir().absoluteFilePath(entry.value);
+}
+
 } // namespace
 
 void readQueueEntry(RegisterConfig& config, const IniEntry& entry)
 {
     if (entry.key == "store"_L1) {
-        if (entry.value.isEmpty() || entry.value.startsWith("postgresql:"_L1))
-            fail(config, entry, Text::tr("store must be the path of a file"));
-        config.queue.store = QFileInfo(config.file).absoluteDir().absoluteFilePath(entry.value);
+        config.queue.store = storeIn(config, entry);
     } else if (entry.key == "parallel"_L1) {
         config.queue.parallel = numberIn(config, entry, 1, mostRegisters);
     } else if (entry.key == "lease"_L1) {

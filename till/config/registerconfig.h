@@ -24,7 +24,7 @@ struct Setting
 /// The section [queue].
 struct QueueConfig
 {
-    /// Path of the queue's file; empty for the user's own.
+    /// Path of the queue's file, or a service of PostgreSQL; empty for the user's own file.
     QString store;
     /// Registers at work at once in one worker.
     int parallel = 1;

@@ -186,14 +186,18 @@ TEST_F(RegisterConfiguration, HoldsWhereTheQueueIs)
     EXPECT_EQ(queue.parallel, 20);
     EXPECT_EQ(queue.lease.count(), 30);
     EXPECT_EQ(read("[queue]\n").queue.parallel, 1);
+    EXPECT_EQ(read("[queue]\nstore=postgresql:service=till\n").queue.store, u"postgresql:service=till"_s);
 }
 
 TEST_F(RegisterConfiguration, RefusesAQueueThatIsWrong)
 {
     EXPECT_EQ(messageFor("[queue]\nlese=30\n"), u"r.ini:2: unknown key; did you mean \"lease\"?"_s);
-    for (const char* value : {"", "postgresql:service=till"})
+    for (const char* value :
+        {"", "postgresql:", "postgresql:service=", "postgresql:service=till password=secret",
+            "postgresql:service=till;password=secret", "postgresql:host=till"})
         EXPECT_EQ(messageFor(QByteArray("[queue]\nstore=") + value + '\n'),
-            u"r.ini:2: store must be the path of a file"_s);
+            u"r.ini:2: store must be the path of a file, or postgresql:service=NAME with the name of a "
+            "service in the service file of PostgreSQL"_s);
     for (const char* value : {"", "0", "65", "two"})
         EXPECT_EQ(messageFor(QByteArray("[queue]\nparallel=") + value + '\n'),
             u"r.ini:2: parallel must be 1 to 64"_s);
