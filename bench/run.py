@@ -12,6 +12,7 @@ from pathlib import Path
 
 import emulatorload
 import page
+import postgres
 from frhost import Frhost
 from machine import about
 from programs import google_benchmark, instructions, output_of, process_of, say
@@ -37,10 +38,13 @@ class Workload:
     emulator_rounds: int = 3
     emulator_sells: int = 50_000
     emulator_kept: tuple = (1000, 20_000, 150_000)
+    claim_rounds: int = 5
+    claim_seconds: int = 4
+    claim_receipts: int = 60_000
 
 
 # Shows whether everything runs, not how fast.
-QUICK = Workload(3, 0.01, 3, (20, 20), 1, 200, 3000, 5000, 2000, 1, 2000, (100, 1000, 2000))
+QUICK = Workload(3, 0.01, 3, (20, 20), 1, 200, 3000, 5000, 2000, 1, 2000, (100, 1000, 2000), 1, 1, 30_000)
 
 
 def receipts(work):
@@ -198,6 +202,35 @@ def emulator(work):
     yield Row("The emulator under load", f"--keep {keep}, {sells:,} sells", "kB resident more", [after - warm])
 
 
+# What claims a receipt, without its history and what a worker wants to know of it.
+BARE_CLAIM = """UPDATE receipts SET state = 'sent', worker = 1, attempt = attempt + 1, maybeSent = 1 WHERE number =
+ (SELECT number FROM receipts WHERE register = 1 AND held = 0 AND state IN ('queued', 'unknown', 'incomplete')
+  AND due <= 0 ORDER BY due, number LIMIT 1 FOR UPDATE SKIP LOCKED)"""
+
+
+def queue_claims(work):
+    if not postgres.programs():
+        say("without PostgreSQL; with postgresql and libqt6sql6-psql installed the queue's claims are measured too")
+        return
+    workers = 8
+    say(f"claimsbench: {work.claim_rounds} rounds of {work.claim_seconds} s, and pgbench")
+    program = BUILD / "bench" / "claimsbench"
+    ours, bare = [], []
+    with postgres.server() as server:
+        for i in range(work.claim_rounds):
+            for name, into in ((f"ours{i}", ours), (f"bare{i}", bare)):
+                service = server.service(name)
+                place = f"postgresql:service={service}"
+                output_of(program, "fill", place, work.claim_receipts)
+                server.analyze(service)
+                if into is ours:
+                    into.append(float(output_of(program, "claim", place, workers, work.claim_seconds)))
+                else:
+                    into.append(server.statement_microseconds(service, BARE_CLAIM, workers, work.claim_seconds))
+    yield Row("The queue on PostgreSQL", f"a claim, {workers} workers", "µs", ours, {"pgbench, bare statement": bare},
+              ratios_at_most={"pgbench, bare statement": 1.25})
+
+
 def main():
     parser = argparse.ArgumentParser(prog="scripts/bench")
     parser.add_argument("--json", action="store_true", help="print the results as JSON")
@@ -208,7 +241,7 @@ def main():
     shown = sys.stderr if options.json else sys.stdout
     print(machine, file=shown)
     rows = []
-    for measure in (equal_work, receipts, registers, host_program, emulator):
+    for measure in (equal_work, receipts, registers, host_program, emulator, queue_claims):
         found = list(measure(QUICK if options.quick else Workload()))
         rows += found
         print(tables(found), file=shown, flush=True)
