@@ -1,4 +1,4 @@
-"""A PostgreSQL server of the benchmarks: a data folder and a socket of its own, no network."""
+"""A PostgreSQL server of benchmarks and sweeps: a data folder and a socket of its own, no network."""
 
 import contextlib
 import os
@@ -19,9 +19,9 @@ def programs():
 
 
 @contextlib.contextmanager
-def server():
-    """Runs a server on the disk that holds temporary files; yields it."""
-    with tempfile.TemporaryDirectory() as folder:
+def server(where=None):
+    """Runs a server with its data in this folder, or on the disk that holds temporary files; yields it."""
+    with tempfile.TemporaryDirectory(dir=where) as folder:
         # The server refuses to run as root.
         user = {}
         if os.geteuid() == 0:
@@ -31,7 +31,8 @@ def server():
         quiet = {"cwd": folder, "stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, **user}
         subprocess.run([programs() / "initdb", "-D", "data", "-U", "till", "-A", "trust", "-E", "UTF8", "--no-locale"],
                        check=True, **quiet)
-        process = subprocess.Popen([programs() / "postgres", "-D", "data", "-k", folder, "-h", ""], **quiet)
+        process = subprocess.Popen([programs() / "postgres", "-D", "data", "-k", folder, "-h", "",
+                                    "-c", "max_connections=500"], **quiet)
         try:
             yield Server(folder, process)
         finally:

@@ -25,6 +25,7 @@ class Queue:
         self.emulator = bench.emulator()
         self.receipts = [f"{self.folder.name}-{number}" for number in range(1, receipts + 1)]
         self.file = self.till.receipts(self.receipts)
+        self.store = bench.store(self.folder)
         self.verdict = Verdict()
 
     def __enter__(self):
@@ -50,7 +51,7 @@ class Queue:
         self.verdict.findings += judge_queue([again, worked, audit], self.listed(), known)
 
     def _run(self, subcommand, *arguments, tracer=None):
-        configuration = self.till.configuration(self.emulator.url, True, {"queue": {"store": "queue.db"}})
+        configuration = self.till.configuration(self.emulator.url, True, {"queue": {"store": self.store}})
         program = Program([self.till.program, "--config", configuration, "--json", "queue", subcommand, *arguments],
             {"LC_ALL": "C.UTF-8", "XDG_STATE_HOME": self.folder / "state"}, tracer)
         program.ends_within(LIMIT)
@@ -89,17 +90,18 @@ class Interruption:
             return queue.verdict
 
 
-def positions(bench):
+def positions(bench, faults=DISK_FAULTS, of=OF_FILES):
     """Every one, in the order of the calls of a clean run."""
-    return [position for victim in ("add", "work") for position in _positions_of(victim, _calls_of(victim, bench))]
+    return [position for victim in ("add", "work")
+            for position in _positions_of(victim, _calls_of(victim, bench), faults, of)]
 
 
-def _positions_of(victim, calls):
+def _positions_of(victim, calls, faults, of):
     for call in calls:
         yield Interruption(victim, KILL, call)
-    for error in DISK_FAULTS:
+    for error in faults:
         for call in calls:
-            if call.name in OF_FILES and not call.cannot_fail:
+            if call.name in of and not call.cannot_fail:
                 yield Interruption(victim, f"error={error}", call)
 
 
