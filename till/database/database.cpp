@@ -37,8 +37,9 @@ void Database::open(const DatabaseFormat& format, std::chrono::milliseconds pati
     database = engine->add(connection, patience);
     if (!database.open())
         failBy(database.lastError());
+    engine->limit(*this, patience);
     transaction([&] { bringUpToDate(format); });
-    if (const QString reason = engine->settle(*this, patience); !reason.isEmpty())
+    if (const QString reason = engine->settle(*this); !reason.isEmpty())
         fail(reason, Fault::Lasting);
 }
 
@@ -50,8 +51,12 @@ void Database::failBy(const QSqlError& error)
 
 void Database::bringUpToDate(const DatabaseFormat& format)
 {
-    const DatabaseMark mark = engine->mark(*this);
     const int known = static_cast<int>(format.versions.size());
+    DatabaseMark mark = engine->mark(*this);
+    if (mark.version < known) {
+        engine->lockMark(*this);
+        mark = engine->mark(*this);
+    }
     if (!mark.isNew && mark.applicationId != format.applicationId)
         fail(Text::tr("the file is a database of another program"), Fault::Lasting);
     if (mark.version > known)

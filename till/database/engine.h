@@ -48,11 +48,14 @@ public:
     /// Enters an unopened connection with this name.
     [[nodiscard]] virtual QSqlDatabase add(
         const QString& connection, std::chrono::milliseconds patience) const = 0;
-    /// Keeps others from changing the format until the end of the transaction, and reads it.
+    /// Limits the time for which a new connection waits for others, and they for it.
+    virtual void limit(Database& database, std::chrono::milliseconds patience) const = 0;
     [[nodiscard]] virtual DatabaseMark mark(Database& database) const = 0;
+    /// Keeps others from changing the format until the end of the transaction.
+    virtual void lockMark(Database& database) const = 0;
     virtual void setMark(Database& database, const DatabaseMark& mark) const = 0;
     /// Has commits wait for the disk, and reads that back. Returns why they do not; empty when they do.
-    [[nodiscard]] virtual QString settle(Database& database, std::chrono::milliseconds patience) const = 0;
+    [[nodiscard]] virtual QString settle(Database& database) const = 0;
 
     /// Runs a statement with values in place of its question marks; returns whether it succeeded.
     [[nodiscard]] virtual bool run(

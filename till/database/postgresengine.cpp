@@ -59,14 +59,32 @@ QSqlDatabase PostgresEngine::add(const QString& connection, std::chrono::millise
     return database;
 }
 
-// Two that open an empty database at once would both make its tables.
+// A machine that is cut off in the middle of a transaction must not keep its locks for hours.
+void PostgresEngine::limit(Database& database, std::chrono::milliseconds patience) const
+{
+    const QByteArray time = QByteArray::number(static_cast<qint64>(patience.count()));
+    database.change(("SET lock_timeout = " + time).constData());
+    database.change(("SET idle_in_transaction_session_timeout = " + time).constData());
+}
+
+// to_regclass() would go on answering that the table is missing within a transaction that has asked before.
 DatabaseMark PostgresEngine::mark(Database& database) const
 {
-    database.change("SELECT pg_advisory_xact_lock(hashtext('databaseFormat'))");
-    if (database.value("SELECT to_regclass('databaseFormat')").isNull())
+    const bool isThere =
+        database
+            .value("SELECT EXISTS (SELECT 1 FROM pg_class WHERE relname = 'databaseformat'"
+                   " AND relnamespace = (SELECT oid FROM pg_namespace WHERE nspname = current_schema()))")
+            .toBool();
+    if (!isThere)
         return {0, 0, true};
     return {database.value("SELECT applicationId FROM databaseFormat").toInt(),
         database.value("SELECT version FROM databaseFormat").toInt(), false};
+}
+
+// Two that open an empty schema at once would both make its tables.
+void PostgresEngine::lockMark(Database& database) const
+{
+    database.change("SELECT pg_advisory_xact_lock(hashtext('databaseFormat'), hashtext(current_schema()))");
 }
 
 void PostgresEngine::setMark(Database& database, const DatabaseMark& mark) const
@@ -77,13 +95,9 @@ void PostgresEngine::setMark(Database& database, const DatabaseMark& mark) const
     database.change("INSERT INTO databaseFormat VALUES (?, ?)", {mark.applicationId, mark.version});
 }
 
-// A machine that is cut off in the middle of a transaction must not keep its locks for hours.
-QString PostgresEngine::settle(Database& database, std::chrono::milliseconds patience) const
+QString PostgresEngine::settle(Database& database) const
 {
-    const QByteArray time = QByteArray::number(static_cast<qint64>(patience.count()));
     database.change("SET synchronous_commit = on");
-    database.change(("SET lock_timeout = " + time).constData());
-    database.change(("SET idle_in_transaction_session_timeout = " + time).constData());
     for (const char* setting : {"SHOW synchronous_commit", "SHOW fsync"}) {
         if (database.value(setting).toString() != "on"_L1)
             return Text::tr("the database does not wait for the disk");

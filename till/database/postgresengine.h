@@ -13,9 +13,11 @@ public:
 
     [[nodiscard]] QSqlDatabase add(
         const QString& connection, std::chrono::milliseconds patience) const override;
+    void limit(Database& database, std::chrono::milliseconds patience) const override;
     [[nodiscard]] DatabaseMark mark(Database& database) const override;
+    void lockMark(Database& database) const override;
     void setMark(Database& database, const DatabaseMark& mark) const override;
-    [[nodiscard]] QString settle(Database& database, std::chrono::milliseconds patience) const override;
+    [[nodiscard]] QString settle(Database& database) const override;
     [[nodiscard]] bool run(
         QSqlQuery& query, const QString& statement, const QVariantList& values) const override;
     [[nodiscard]] bool isPassing(const QString& code) const override;

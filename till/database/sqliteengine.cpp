@@ -55,7 +55,7 @@ void SqliteEngine::setMark(Database& database, const DatabaseMark& mark) const
 }
 
 // The pragmas answer with what really holds, and do nothing silently where it cannot be had.
-QString SqliteEngine::settle(Database& database, std::chrono::milliseconds /*patience*/) const
+QString SqliteEngine::settle(Database& database) const
 {
     if (database.value("PRAGMA journal_mode = WAL").toString() != "wal"_L1)
         return Text::tr("its file system does not support a write-ahead log");

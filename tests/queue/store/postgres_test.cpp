@@ -36,7 +36,7 @@ protected:
     [[nodiscard]] QString complaint() const
     {
         const QString start = place + u": the queue cannot be used: "_s;
-        const QString message = messageOf<StoreError>([&] { const Store other(place, u"shop_1"_s, 10ms); });
+        const QString message = messageOf<StoreError>([&] { const Store other(place, u"shop_1"_s); });
         return message.startsWith(start) ? message.sliced(start.size()) : message;
     }
 
@@ -87,6 +87,24 @@ TEST_F(StoreOnPostgreSQL, IsMadeOnceByAllWhoOpenItAtOnce)
         EXPECT_EQ(numbers[i].get(), first);
 }
 
+TEST_F(StoreOnPostgreSQL, WaitsForWhoMakesItButNotOnceItIsThere)
+{
+    Store other(PostgresServer::instance().newPlace(), u"shop_1"_s);
+    const QString schema = place.section(u'=', 1);
+    other.database().transaction([&] {
+        other.database().change(
+            "SELECT pg_advisory_xact_lock(hashtext('databaseFormat'), hashtext(?))", {schema});
+        const auto waited = errorOf([&] { const Store store(place, u"shop_1"_s, 500ms); });
+        EXPECT_TRUE(waited && waited->isPassing());
+    });
+    const Store made(place, u"shop_1"_s);
+    other.database().transaction([&] {
+        other.database().change(
+            "SELECT pg_advisory_xact_lock(hashtext('databaseFormat'), hashtext(?))", {schema});
+        EXPECT_FALSE(errorOf([&] { const Store store(place, u"shop_1"_s, 500ms); }));
+    });
+}
+
 // Two who hand over the same receipt at once.
 TEST_F(StoreOnPostgreSQL, TakesAReceiptOnceFromTwoAtOnce)
 {
@@ -109,8 +127,10 @@ TEST_F(StoreOnPostgreSQL, TakesAReceiptOnceFromTwoAtOnce)
 // Such as of a machine that was cut off: it would keep its locks.
 TEST_F(StoreOnPostgreSQL, EndsATransactionThatRestsUnlessItLocksNothingOfOthers)
 {
-    Store store(place, u"shop_1"_s, 50ms);
-    const auto rest = [] { std::this_thread::sleep_for(150ms); };
+    Store store(place, u"shop_1"_s);
+    EXPECT_EQ(store.database().value("SHOW idle_in_transaction_session_timeout").toString(), u"10s"_s);
+    store.database().change("SET idle_in_transaction_session_timeout = 200");
+    const auto rest = [] { std::this_thread::sleep_for(400ms); };
     store.database().snapshot(rest);
     storeAll(store, [&](const auto& add) {
         rest();
@@ -181,7 +201,8 @@ TEST_F(StoreOnPostgreSQL, ShowsNoResultWhileAnEarlierOneIsBeingWritten)
     WorkerLocks locks(store);
     Claims claims(store, locks, enrol(store, locks, u"till"_s), 1h);
     const Claim claim = claims.next().value();
-    Store reader(place, u"shop_1"_s, 50ms);
+    Store reader(place, u"shop_1"_s);
+    reader.database().change("SET lock_timeout = 50");
     const auto read = [&] {
         int results = 0;
         forEachResult(reader, 0, [&](qint64, const QByteArray&) { return ++results > 0; });
