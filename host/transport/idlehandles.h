@@ -21,7 +21,7 @@ namespace hostruntime {
 /// Nobody else can be relied on to be active when the time of a handle is over, so a thread destroys it. The
 /// thread lives while there are handles and receives no signals. It has ended when the last reference to this
 /// object, and so the last connection, is gone, and before the program's exit destroys what it uses.
-class HOST_EXPORT IdleHandles
+class IdleHandles
 {
 public:
     using Clock = std::chrono::steady_clock;
@@ -46,21 +46,21 @@ public:
         std::list<Place*>::iterator position = entry.begin();
     };
 
-    explicit IdleHandles(std::chrono::milliseconds longestIdle);
-    ~IdleHandles();
+    HOST_EXPORT explicit IdleHandles(std::chrono::milliseconds longestIdle);
+    HOST_EXPORT ~IdleHandles();
     IdleHandles(const IdleHandles&) = delete;
     IdleHandles& operator=(const IdleHandles&) = delete;
 
     /// The one of the process, which lives while anybody refers to it. Throws std::bad_alloc.
-    [[nodiscard]] static std::shared_ptr<IdleHandles> shared();
+    [[nodiscard]] HOST_EXPORT static std::shared_ptr<IdleHandles> shared();
 
     /// When no thread can be started, the handle is kept for longer.
-    void keep(Place& place, std::unique_ptr<CurlHandle> handle) noexcept;
+    HOST_EXPORT void keep(Place& place, std::unique_ptr<CurlHandle> handle) noexcept;
     /// Null when the handle has been destroyed, or was never kept.
-    [[nodiscard]] std::unique_ptr<CurlHandle> take(Place& place) noexcept;
+    [[nodiscard]] HOST_EXPORT std::unique_ptr<CurlHandle> take(Place& place) noexcept;
 
     /// Ends the thread; from now on, handles are kept until they are taken.
-    void stop();
+    HOST_EXPORT void stop();
 
 private:
     friend class IdleHandlesOfProcess;

@@ -1816,6 +1816,8 @@
     <message>
         <source>The option &quot;%1&quot; belongs after the command.</source>
         <translation>Параметр «%1» пишется после команды.</translation>
+    </message>
+    <message>
         <source>store must be the path of a file, or postgresql:service=NAME with the name of a service in the service file of PostgreSQL</source>
         <translation>store — это путь к файлу или postgresql:service=ИМЯ, где ИМЯ — раздел файла служб PostgreSQL (pg_service.conf)</translation>
     </message>
