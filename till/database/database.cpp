@@ -20,6 +20,7 @@ Database::Database(
     try {
         open(usedFormat, patience);
     } catch (...) {
+        kept.clear();
         database = {};
         QSqlDatabase::removeDatabase(connection);
         throw;
@@ -28,6 +29,7 @@ Database::Database(
 
 Database::~Database()
 {
+    kept.clear();
     database = {};
     QSqlDatabase::removeDatabase(connection);
 }
@@ -41,6 +43,8 @@ void Database::open(const DatabaseFormat& format, std::chrono::milliseconds pati
     transaction([&] { bringUpToDate(format); });
     if (const QString reason = engine->settle(*this); !reason.isEmpty())
         fail(reason, Fault::Lasting);
+    // They are run once.
+    kept.clear();
 }
 
 void Database::failBy(const QSqlError& error)
@@ -108,31 +112,73 @@ QString Database::spelled(const char* statement)
     return text;
 }
 
-QSqlQuery Database::query(const char* statement, const QVariantList& values)
+void Database::requireConnection()
 {
     if (probe)
         probe();
     if (!database.isOpen())
         fail(Text::tr("the connection to the server is lost"), Fault::Passing);
+}
+
+QSqlQuery Database::query(const char* statement, const QVariantList& values)
+{
+    requireConnection();
     QSqlQuery query(database);
     if (!engine->run(query, spelled(statement), values))
         failBy(query.lastError());
     return query;
 }
 
+// While its rows are read, the statement may be run again. One that has failed is not kept.
+void Database::run(Run how, const char* statement, const QVariantList& values, const Read& read)
+{
+    requireConnection();
+    const QString text = spelled(statement);
+    const auto known = kept.extract(text);
+    QSqlQuery query = known ? std::move(known.mapped()) : QSqlQuery(database);
+    if (!((*engine).*how)(query, text, values))
+        failBy(query.lastError());
+    read(query);
+    query.finish();
+    kept.insert_or_assign(text, std::move(query));
+}
+
+void Database::forEach(const char* statement, const QVariantList& values, const Handle& handle)
+{
+    run(&Engine::run, statement, values, [&](QSqlQuery& row) {
+        while (row.next())
+            handle(row);
+    });
+}
+
+void Database::forEachPlanned(const char* statement, const QVariantList& values, const Handle& handle)
+{
+    run(&Engine::runPlanned, statement, values, [&](QSqlQuery& row) {
+        while (row.next())
+            handle(row);
+    });
+}
+
 QVariant Database::value(const char* statement, const QVariantList& values)
 {
-    QSqlQuery row = query(statement, values);
-    return row.next() ? row.value(0) : QVariant();
+    QVariant first;
+    run(&Engine::run, statement, values, [&](QSqlQuery& row) {
+        if (row.next())
+            first = row.value(0);
+    });
+    return first;
 }
 
 int Database::change(const char* statement, const QVariantList& values)
 {
-    // Statements that return rows are carried out only as far as these are read.
-    QSqlQuery done = query(statement, values);
-    while (done.next()) {
-    }
-    return done.numRowsAffected();
+    int changed = 0;
+    run(&Engine::run, statement, values, [&](QSqlQuery& done) {
+        // Statements that return rows are carried out only as far as these are read.
+        while (done.next()) {
+        }
+        changed = done.numRowsAffected();
+    });
+    return changed;
 }
 
 } // namespace till

@@ -12,6 +12,7 @@
 #include <chrono>
 #include <functional>
 #include <span>
+#include <unordered_map>
 #include <vector>
 
 namespace till {
@@ -49,6 +50,8 @@ public:
     using Fail = std::function<void(const QString& reason, Fault fault)>;
     /// Called before each statement.
     using Probe = std::function<void()>;
+    /// Called for each row.
+    using Handle = std::function<void(const QSqlQuery& row)>;
 
     /// Opens the service or the file, which must exist. Waits `patience` for other processes.
     Database(const QString& place, const DatabaseFormat& usedFormat, std::chrono::milliseconds patience,
@@ -64,14 +67,23 @@ public:
     /// Has the action read one state of the database, while other processes go on writing.
     void snapshot(const std::function<void()>& action);
     [[nodiscard]] QSqlQuery query(const char* statement, const QVariantList& values = {});
+    void forEach(const char* statement, const QVariantList& values, const Handle& handle);
+    /// The same for a statement that is run again and again: a server plans it once, using indexes wherever
+    /// it can, whatever is in the tables.
+    void forEachPlanned(const char* statement, const QVariantList& values, const Handle& handle);
     /// The first value of the first row; invalid when there is none.
     [[nodiscard]] QVariant value(const char* statement, const QVariantList& values = {});
     /// Returns the number of rows that were changed.
     int change(const char* statement, const QVariantList& values = {});
 
 private:
+    using Run = bool (Engine::*)(QSqlQuery&, const QString&, const QVariantList&);
+    using Read = std::function<void(QSqlQuery& done)>;
+
     void open(const DatabaseFormat& format, std::chrono::milliseconds patience);
     void failBy(const QSqlError& error);
+    void requireConnection();
+    void run(Run how, const char* statement, const QVariantList& values, const Read& read);
     void enclose(const char* begin, const std::function<void()>& action);
     void bringUpToDate(const DatabaseFormat& format);
     [[nodiscard]] QString spelled(const char* statement);
@@ -83,6 +95,8 @@ private:
     Fail fail;
     Probe probe;
     QSqlDatabase database;
+    // By their statement.
+    std::unordered_map<QString, QSqlQuery> kept;
 };
 
 } // namespace till

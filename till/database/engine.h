@@ -57,9 +57,13 @@ public:
     /// Has commits wait for the disk, and reads that back. Returns why they do not; empty when they do.
     [[nodiscard]] virtual QString settle(Database& database) const = 0;
 
-    /// Runs a statement with values in place of its question marks; returns whether it succeeded.
+    /// Runs a statement with values in place of its question marks; returns whether it succeeded. `query` is
+    /// new or has run the same statement.
     [[nodiscard]] virtual bool run(
-        QSqlQuery& query, const QString& statement, const QVariantList& values) const = 0;
+        QSqlQuery& query, const QString& statement, const QVariantList& values) = 0;
+    /// The same; a server keeps the plan for the next time.
+    [[nodiscard]] virtual bool runPlanned(
+        QSqlQuery& query, const QString& statement, const QVariantList& values) = 0;
     /// Whether an error with this code of the database may end by itself or from outside.
     [[nodiscard]] virtual bool isPassing(const QString& code) const = 0;
 

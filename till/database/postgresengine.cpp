@@ -40,6 +40,17 @@ QString literal(const QSqlDriver& driver, const QVariant& value)
     return driver.formatValue(field);
 }
 
+// With what is made of their positions in place of its question marks.
+template <typename Make>
+QString withValues(const QString& statement, const Make& make)
+{
+    const QStringList parts = statement.split(u'?');
+    QString text = parts.first();
+    for (qsizetype i = 1; i < parts.size(); ++i)
+        text += make(i - 1) + parts[i];
+    return text;
+}
+
 } // namespace
 
 PostgresEngine::PostgresEngine(QString usedService)
@@ -107,13 +118,29 @@ QString PostgresEngine::settle(Database& database) const
 
 // With the values in the text, a statement takes one message each way. The driver's own prepared statements
 // take three, and complain on the standard error output when the connection is lost.
-bool PostgresEngine::run(QSqlQuery& query, const QString& statement, const QVariantList& values) const
+bool PostgresEngine::run(QSqlQuery& query, const QString& statement, const QVariantList& values)
 {
-    const QStringList parts = statement.split(u'?');
-    QString text = parts.first();
-    for (qsizetype i = 1; i < parts.size(); ++i)
-        text += literal(*query.driver(), values.value(i - 1)) + parts[i];
-    return query.exec(text);
+    return query.exec(
+        withValues(statement, [&](qsizetype i) { return literal(*query.driver(), values.value(i)); }));
+}
+
+// A plan made while a table is empty would read all of it, and be used when it is large, until the server
+// counts its rows.
+bool PostgresEngine::runPlanned(QSqlQuery& query, const QString& statement, const QVariantList& values)
+{
+    QString& name = plans[statement];
+    if (name.isEmpty()) {
+        const QString next = u"plan%1"_s.arg(plans.size());
+        const auto numbered = [](qsizetype i) { return u'$' + QString::number(i + 1); };
+        if (!query.exec(u"SET plan_cache_mode = force_generic_plan; SET enable_seqscan = off; PREPARE "_s +
+                        next + u" AS "_s + withValues(statement, numbered)))
+            return false;
+        name = next;
+    }
+    QStringList literals;
+    for (const QVariant& value : values)
+        literals << literal(*query.driver(), value);
+    return query.exec(u"EXECUTE "_s + name + u'(' + literals.join(u", "_s) + u')');
 }
 
 // What happens to the connection has no code.

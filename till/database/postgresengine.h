@@ -2,6 +2,8 @@
 
 #include "till/database/engine.h"
 
+#include <QHash>
+
 namespace till {
 
 /// A service of PostgreSQL, as its service file names it. Who may use it is said there, in a password file or
@@ -18,8 +20,9 @@ public:
     void lockMark(Database& database) const override;
     void setMark(Database& database, const DatabaseMark& mark) const override;
     [[nodiscard]] QString settle(Database& database) const override;
-    [[nodiscard]] bool run(
-        QSqlQuery& query, const QString& statement, const QVariantList& values) const override;
+    [[nodiscard]] bool run(QSqlQuery& query, const QString& statement, const QVariantList& values) override;
+    [[nodiscard]] bool runPlanned(
+        QSqlQuery& query, const QString& statement, const QVariantList& values) override;
     [[nodiscard]] bool isPassing(const QString& code) const override;
     [[nodiscard]] const char* begin() const override { return "BEGIN"; }
     // It locks nothing, so it may rest for as long as somebody reads what is written meanwhile.
@@ -32,6 +35,8 @@ public:
 
 private:
     QString service;
+    // The names of prepared statements by what they do.
+    QHash<QString, QString> plans;
 };
 
 } // namespace till

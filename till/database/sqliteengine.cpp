@@ -65,13 +65,16 @@ QString SqliteEngine::settle(Database& database) const
     return {};
 }
 
-bool SqliteEngine::run(QSqlQuery& query, const QString& statement, const QVariantList& values) const
+bool SqliteEngine::run(QSqlQuery& query, const QString& statement, const QVariantList& values)
 {
-    query.setForwardOnly(true);
-    const bool isGood = query.prepare(statement);
-    for (const QVariant& value : values)
-        query.addBindValue(value);
-    return isGood && query.exec();
+    if (query.lastQuery() != statement) {
+        query.setForwardOnly(true);
+        if (!query.prepare(statement))
+            return false;
+    }
+    for (int i = 0; i < values.size(); ++i)
+        query.bindValue(i, values[i]);
+    return query.exec();
 }
 
 // The lower byte is the kind of the error.

@@ -19,8 +19,12 @@ public:
     void lockMark(Database& /*database*/) const override {}
     void setMark(Database& database, const DatabaseMark& mark) const override;
     [[nodiscard]] QString settle(Database& database) const override;
-    [[nodiscard]] bool run(
-        QSqlQuery& query, const QString& statement, const QVariantList& values) const override;
+    [[nodiscard]] bool run(QSqlQuery& query, const QString& statement, const QVariantList& values) override;
+    [[nodiscard]] bool runPlanned(
+        QSqlQuery& query, const QString& statement, const QVariantList& values) override
+    {
+        return run(query, statement, values);
+    }
     [[nodiscard]] bool isPassing(const QString& code) const override;
     [[nodiscard]] const char* begin() const override { return "BEGIN IMMEDIATE"; }
     [[nodiscard]] const char* beginReading() const override { return "BEGIN"; }
