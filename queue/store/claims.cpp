@@ -11,23 +11,23 @@ namespace {
 // A receipt is never put off for longer. One that is due later than that waits for a clock that was set back.
 constexpr int mostPutOff = 60'000;
 
-// The oldest of those that were never put off, of those whose time has come, and of those that would wait for
-// a clock: each found by one step in the index. With "due = 0" PostgreSQL would walk along all
+// An entry: the oldest of those that were never put off, of those whose time has come, and of those that
+// would wait for a clock, each found by one step in the index. With "due = 0" PostgreSQL would walk along all
 // receipts by number instead.
-constexpr auto dueReceipt =
-    "number = ("
-    "WITH t AS (SELECT @now AS now, ? AS ours, ? AS most)"
-    " SELECT number FROM ("
-    " SELECT * FROM (SELECT number FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
-    "  AND state IN ('queued', 'unknown', 'incomplete') AND due <= 0 ORDER BY due, number LIMIT 1 @free) AS "
-    "first"
-    " UNION ALL SELECT * FROM (SELECT number FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
-    "  AND state IN ('queued', 'unknown', 'incomplete') AND due > 0 AND due <= (SELECT now FROM t)"
-    "  ORDER BY due LIMIT 1 @free) AS again"
-    " UNION ALL SELECT * FROM (SELECT number FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
-    "  AND state IN ('queued', 'unknown', 'incomplete') AND due > (SELECT now + most FROM t)"
-    "  ORDER BY due LIMIT 1 @free) AS late) AS one"
-    " ORDER BY number LIMIT 1)";
+QByteArray dueEntry()
+{
+    QByteArray branches;
+    for (const char* due :
+        {"due <= 0 ORDER BY due, number", "due > 0 AND due <= (SELECT now FROM t) ORDER BY due",
+            "due > (SELECT now + most FROM t) ORDER BY due"}) {
+        branches += QByteArray(branches.isEmpty() ? "" : " UNION ALL ") + "SELECT * FROM (SELECT " +
+                    entryColumns +
+                    " FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
+                    " AND state IN ('queued', 'unknown', 'incomplete') AND " +
+                    due + " LIMIT 1 @free) AS branch";
+    }
+    return "SELECT * FROM (" + branches + ") AS one ORDER BY number LIMIT 1";
+}
 
 } // namespace
 
@@ -55,13 +55,48 @@ Claims::Claims(
 
 std::optional<Claim> Claims::next()
 {
-    const auto due = [&] { return store.firstOf(dueReceipt, {store.registerNumber(), mostPutOff}); };
-    // An idle worker locks no file.
-    if (!till::isOnServer(store.place()) && !due())
-        return std::nullopt;
+    return till::isOnServer(store.place()) ? nextOnServer() : nextInFile();
+}
+
+// One message each way. The entry comes from the rows that are locked: what the rest of the statement sees
+// may be older.
+std::optional<Claim> Claims::nextOnServer()
+{
+    static const QByteArray statement =
+        "WITH t AS (SELECT @now AS now, CAST(? AS bigint) AS ours, CAST(? AS bigint) AS most),"
+        " due AS MATERIALIZED (" +
+        dueEntry() +
+        "), claimed AS (UPDATE receipts SET state = 'sent', worker = ?, attempt = attempt + 1, maybeSent = 1,"
+        "  changed = (SELECT now FROM t) WHERE number = (SELECT number FROM due)"
+        "  RETURNING number AS receipt, attempt AS claim, worker AS owner, changed AS at),"
+        " noted AS (INSERT INTO events (at, receipt, event, attempt, worker)"
+        "  SELECT at, receipt, 'claimed', claim, owner FROM claimed)"
+        " SELECT due.* FROM due CROSS JOIN claimed";
     std::optional<Claim> claim;
+    store.database().forEachPlanned(
+        statement.constData(), {store.registerNumber(), mostPutOff, worker}, [&](const QSqlQuery& row) {
+            const Entry entry = entryIn(row);
+            claim = Claim{entry, worker, entry.attempt + 1};
+        });
+    return claim;
+}
+
+std::optional<Claim> Claims::nextInFile()
+{
+    static const QByteArray statement = "WITH t AS (SELECT @now AS now, ? AS ours, ? AS most) " + dueEntry();
+    const auto look = [&] {
+        std::optional<Entry> entry;
+        store.database().forEach(statement.constData(), {store.registerNumber(), mostPutOff},
+            [&](const QSqlQuery& row) { entry = entryIn(row); });
+        return entry;
+    };
+    std::optional<Claim> claim;
+    // An idle worker does not lock the file.
+    if (isIdle && !look())
+        return claim;
     store.database().transaction([&] {
-        const auto entry = due();
+        const auto entry = look();
+        isIdle = !entry;
         if (!entry)
             return;
         store.database().change(

@@ -50,12 +50,16 @@ public:
     void setTrouble(const QString& text);
 
 private:
+    [[nodiscard]] std::optional<Claim> nextOnServer();
+    [[nodiscard]] std::optional<Claim> nextInFile();
     int takeFrom(qint64 other, bool isDead);
 
     Store& store;
     const WorkerLocks& locks;
     qint64 worker;
     std::chrono::milliseconds lease;
+    // Whether no receipt was due at the last look.
+    bool isIdle = true;
 };
 
 } // namespace queue

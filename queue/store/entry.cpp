@@ -1,5 +1,8 @@
 #include "queue/store/entry.h"
 
+#include <QSqlQuery>
+#include <QVariant>
+
 #include <algorithm>
 #include <array>
 
@@ -55,6 +58,26 @@ QStringList stateNames()
 bool isFinished(State state)
 {
     return rowOf(state).isFinished;
+}
+
+Entry entryIn(const QSqlQuery& row)
+{
+    Entry entry;
+    entry.number = row.value(0).toLongLong();
+    entry.id = row.value(1).toString();
+    entry.state = stateOf(row.value(2).toString()).value_or(State::Unknown);
+    entry.isHeld = row.value(3).toBool();
+    entry.attempt = row.value(4).toInt();
+    entry.maybeSent = row.value(5).toBool();
+    entry.fruitless = row.value(6).toInt();
+    entry.file = row.value(7).toString();
+    entry.line = row.value(8).toInt();
+    entry.text = row.value(9).toByteArray();
+    entry.digest = row.value(10).toByteArray();
+    entry.added = row.value(11).toLongLong();
+    entry.changed = row.value(12).toLongLong();
+    entry.uuid = row.value(13).toString();
+    return entry;
 }
 
 } // namespace queue

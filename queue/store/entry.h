@@ -8,6 +8,8 @@
 #include <chrono>
 #include <optional>
 
+class QSqlQuery;
+
 namespace queue {
 
 /// What the queue knows of a receipt. The states after sending are those of the journal.
@@ -64,6 +66,13 @@ struct Entry
     qint64 changed = 0;
     QString uuid;
 };
+
+/// The columns of `receipts` that make an entry.
+constexpr auto entryColumns =
+    "number, id, state, held, attempt, maybeSent, fruitless, file, line, text, digest,"
+    " added, changed, uuid";
+/// The entry in a row of these columns.
+[[nodiscard]] Entry entryIn(const QSqlQuery& row);
 
 /// A receipt that is about to be stored.
 struct NewEntry

@@ -38,26 +38,6 @@ QByteArray identityOf(const QString& file)
            QByteArray::number(static_cast<quint64>(status.st_ino));
 }
 
-Entry entryIn(const QSqlQuery& row)
-{
-    Entry entry;
-    entry.number = row.value(0).toLongLong();
-    entry.id = row.value(1).toString();
-    entry.state = stateOf(row.value(2).toString()).value_or(State::Unknown);
-    entry.isHeld = row.value(3).toBool();
-    entry.attempt = row.value(4).toInt();
-    entry.maybeSent = row.value(5).toBool();
-    entry.fruitless = row.value(6).toInt();
-    entry.file = row.value(7).toString();
-    entry.line = row.value(8).toInt();
-    entry.text = row.value(9).toByteArray();
-    entry.digest = row.value(10).toByteArray();
-    entry.added = row.value(11).toLongLong();
-    entry.changed = row.value(12).toLongLong();
-    entry.uuid = row.value(13).toString();
-    return entry;
-}
-
 } // namespace
 
 Store::Store(const QString& place, const QString& fiscalRegister, std::chrono::milliseconds patience,
@@ -119,13 +99,8 @@ std::optional<Entry> Store::firstOf(const char* condition, const QVariantList& v
 void Store::forEach(
     const char* condition, const QVariantList& values, const std::function<void(const Entry&)>& handle)
 {
-    const QByteArray statement =
-        QByteArray("SELECT number, id, state, held, attempt, maybeSent, fruitless, file, line, text, digest,"
-                   " added, changed, uuid FROM receipts WHERE ") +
-        condition;
-    QSqlQuery row = db.query(statement.constData(), values);
-    while (row.next())
-        handle(entryIn(row));
+    const QByteArray statement = QByteArray("SELECT ") + entryColumns + " FROM receipts WHERE " + condition;
+    db.forEach(statement.constData(), values, [&](const QSqlQuery& row) { handle(entryIn(row)); });
 }
 
 QString registerAddress(const QString& url, const QString& group)
