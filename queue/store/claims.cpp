@@ -135,6 +135,12 @@ bool Claims::conclude(const Claim& claim, const Ending& ending)
                 {nameOf(ending.state), ending.isHeld, ending.maybeSent, ending.fruitless, delay, delay,
                     ending.uuid.isNull() ? u""_s : ending.uuid, proven(proof.storage), proven(proof.document),
                     proven(proof.sign), proven(proof.total), claim.entry.number, claim.attempt, worker}) == 1;
+        // What was removed in the meantime has no history to append to. Else nobody removes it now.
+        if (!holds &&
+            !store.database()
+                 .value("SELECT number FROM receipts WHERE number = ? @locked", {claim.entry.number})
+                 .isValid())
+            return;
         if (holds && isFinished(ending.state))
             store.database().change("@inOrder", {store.registerNumber()});
         const char* const event = !holds                     ? "stale"

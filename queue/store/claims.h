@@ -33,7 +33,8 @@ public:
     /// Notes the digest of what is about to be sent, where it is another than that of the last attempt.
     /// Returns whether the claim still holds; if not, the receipt must not be sent.
     [[nodiscard]] bool noteDigest(const Claim& claim, const QByteArray& digest);
-    /// Ends the claim. Returns false, and counts it, where the claim no longer holds.
+    /// Ends the claim. Returns false, and counts it unless the receipt was removed, where the claim no longer
+    /// holds.
     bool conclude(const Claim& claim, const Ending& ending);
 
     /// Says that the worker is alive.

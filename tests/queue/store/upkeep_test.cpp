@@ -110,4 +110,14 @@ TEST_P(Upkeep, RemovesOnlyWhatFinishedLongAgo)
     EXPECT_EQ(audit.accepted, 2);
 }
 
+// Else the audit would miss the receipt for ever.
+TEST_P(Upkeep, LeavesNothingThatALateWorkerCouldAddTo)
+{
+    const Claim claim = claims.next().value();
+    EXPECT_TRUE(claims.conclude(claim, endingAs(State::Registered)));
+    EXPECT_EQ(prune(store, -1h), 1);
+    EXPECT_FALSE(claims.conclude(claim, endingAs(State::Registered)));
+    EXPECT_EQ(auditOf(store).findings, QStringList());
+}
+
 } // namespace
