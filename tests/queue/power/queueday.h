@@ -1,0 +1,12 @@
+#pragma once
+
+#include "tests/queue/power/judgement.h"
+
+namespace power {
+
+/// Everything that is done to a queue in a file, from its creation on, by several connections that are closed
+/// and opened again. Others look into it all the time: what they see is promised, too. `setting` is a
+/// statement for each connection.
+[[nodiscard]] Scenario queueDay(const char* setting = "PRAGMA synchronous");
+
+} // namespace power
