@@ -12,18 +12,31 @@ namespace till {
 
 namespace {
 
+// So that what was made in the folder is still known to it after a power cut. Nothing can be done about a
+// folder that may be written and not read, and about a file system that does not sync folders.
+QString syncFolder(const QString& folder)
+{
+    const int descriptor = ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor == -1)
+        return errno == EACCES ? QString() : qt_error_string(errno);
+    const int code = ::fsync(descriptor) == 0 || errno == EINVAL ? 0 : errno;
+    ::close(descriptor);
+    return code == 0 ? QString() : qt_error_string(code);
+}
+
 QString makeFolder(const QString& folder)
 {
     if (QFileInfo(folder).isDir())
         return {};
-    if (const QString above = QFileInfo(folder).path(); above != folder) {
+    const QString above = QFileInfo(folder).path();
+    if (above != folder) {
         if (const QString reason = makeFolder(above); !reason.isEmpty())
             return reason;
     }
     // Another process may have been faster.
     if (::mkdir(QFile::encodeName(folder).constData(), S_IRWXU) != 0 && errno != EEXIST)
         return qt_error_string(errno);
-    return {};
+    return syncFolder(above);
 }
 
 } // namespace
