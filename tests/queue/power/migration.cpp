@@ -1,4 +1,4 @@
-#include "tests/queue/power/migration.h"
+#include "tests/queue/power/scenarios.h"
 
 #include "till/database/database.h"
 #include "till/database/privatefile.h"

@@ -1,5 +1,4 @@
-#include "tests/queue/power/migration.h"
-#include "tests/queue/power/queueday.h"
+#include "tests/queue/power/scenarios.h"
 #include "tests/support/qtprinters.h"
 
 #include <gtest/gtest.h>
@@ -39,6 +38,11 @@ QString firstLoss(const Requests& requests, const Scenario& scenario, const Disk
 TEST(PowerCut, LeavesAQueueWithEverythingThatWasPromised)
 {
     expectNoLoss(queueDay(), images());
+}
+
+TEST(PowerCut, LeavesAJournalWithEverythingThatWasPromised)
+{
+    expectNoLoss(journalDay(), images());
 }
 
 TEST(PowerCut, LeavesADatabaseOfTheOldVersionOrTheNew)

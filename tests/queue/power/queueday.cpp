@@ -1,4 +1,4 @@
-#include "tests/queue/power/queueday.h"
+#include "tests/queue/power/scenarios.h"
 
 #include "queue/store/upkeep.h"
 #include "tests/queue/store/storetest.h"

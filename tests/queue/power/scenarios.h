@@ -9,4 +9,10 @@ namespace power {
 /// statement for each connection.
 [[nodiscard]] Scenario queueDay(const char* setting = "PRAGMA synchronous");
 
+/// The journal of sales, written by one run after another.
+[[nodiscard]] Scenario journalDay();
+
+/// A database whose schema is brought from version 1 to version 2 when it is opened, with rows that move.
+[[nodiscard]] Scenario migration();
+
 } // namespace power
