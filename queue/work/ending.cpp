@@ -25,6 +25,15 @@ std::chrono::milliseconds delayAfter(int fruitless)
     return std::min<std::chrono::milliseconds>(longestDelay, 1s * (1 << std::min(fruitless, 6)));
 }
 
+// The register pauses after a silence, and then the receipt is the first to go. Where the service falls
+// silent at it again, others go before it: longer than the pause, after which it would be the first again.
+std::chrono::milliseconds delayAfterSilence(int fruitless)
+{
+    if (fruitless == 0)
+        return 0s;
+    return std::min<std::chrono::milliseconds>(longestDelay, 4s * (1 << std::min(fruitless - 1, 4)));
+}
+
 QString troubleOf(const ReceiptResult& result)
 {
     const QString message = result.error ? result.error->message : QString();
@@ -50,8 +59,11 @@ Ending fruitless(const Entry& entry, State state)
     return ending;
 }
 
-Ending incomplete(const Entry& entry)
+Ending incomplete(Entry entry)
 {
+    // Only answers without evidence count.
+    if (entry.state != State::Incomplete)
+        entry.fruitless = 0;
     Ending ending = fruitless(entry, State::Incomplete);
     ending.isHeld = ending.fruitless >= longestRow;
     return ending;
@@ -138,9 +150,11 @@ Judgement judge(const Entry& entry, const ReceiptResult& result, const WireRecor
     judgement.trouble = troubleOf(result);
     if (judgement.trouble.isEmpty())
         judgement.trouble = Text::tr("The service did not answer");
-    // The register's trouble is not the receipt's: it is the first to go when that is over.
-    judgement.ending.fruitless = entry.fruitless;
-    judgement.ending.delay = 0ms;
+    // The register's trouble is not the receipt's.
+    const bool isSilence = judgement.ending.fruitless > entry.fruitless;
+    if (entry.state == State::Incomplete)
+        judgement.ending.fruitless = entry.fruitless;
+    judgement.ending.delay = isSilence ? delayAfterSilence(entry.fruitless) : 0ms;
     return judgement;
 }
 

@@ -54,9 +54,10 @@ Lane::~Lane()
 bool Lane::run()
 {
     while (pause.wait([this] { return isOver(); })) {
-        // Before the first receipt the account is asked, too.
-        if (!isConnected && !isOver()) {
-            pause.begin();
+        // Before the first receipt the account is asked, too. Meanwhile others may have begun a pause.
+        if (!isConnected) {
+            if (!isOver())
+                pause.begin();
             continue;
         }
         claims.takeOver();

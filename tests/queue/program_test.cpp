@@ -258,6 +258,18 @@ TEST_F(QueueProgram, SendsReceiptsWhileOthersWaitForTheService)
     EXPECT_EQ(sellsSeen(), 6);
 }
 
+TEST_F(QueueProgram, PassesByAReceiptThatIsNeverAnswered)
+{
+    emulator.addFault(R"("endpoint":"sell","effect":"close","match":{"external_id":"r1"})");
+    EXPECT_EQ(add(receipts(3)).exitCode, 0);
+    Running worked = worker();
+    EXPECT_EQ(queue({u"wait"_s, u"r2"_s, u"r3"_s}).exitCode, 0);
+    emulator.clearFaults();
+    EXPECT_EQ(queue({u"wait"_s, u"r1"_s}).exitCode, 0);
+    worked.signal(SIGTERM);
+    EXPECT_EQ(worked.end().exitCode, 0);
+}
+
 // The service allows one question a second for each register of a group, here one.
 TEST_F(QueueProgram, AsksAtThePaceThatTheServiceAllows)
 {

@@ -4,11 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
 namespace {
 
 using namespace queue;
 using till::SaleVerdict;
 using till::ServiceCode;
+using namespace std::chrono_literals;
 
 struct Case
 {
@@ -59,6 +62,8 @@ constexpr Case cases[] = {
         State::Incomplete, false, false},
     {"no evidence for the third time", State::Incomplete, true, 2, SaleVerdict::Incomplete, true,
         std::nullopt, true, State::Incomplete, true, false},
+    {"no evidence for the first time, after attempts without an answer", State::Unknown, true, 5,
+        SaleVerdict::Incomplete, true, std::nullopt, true, State::Incomplete, false, false},
     {"another receipt's id", State::Queued, false, 0, SaleVerdict::ForeignId, true,
         ServiceCode::DocumentExists, true, State::Refused, false, false},
     {"an id that only we have used", State::Unknown, true, 0, SaleVerdict::ForeignId, true,
@@ -84,9 +89,44 @@ TEST(Ending, FollowsFromWhatTheServiceSaysOfTheReceipt)
         EXPECT_EQ(judgement.ending.state, one.after) << one.name;
         EXPECT_EQ(judgement.ending.isHeld, one.isHeld) << one.name;
         EXPECT_EQ(!judgement.trouble.isEmpty(), one.pauses) << one.name;
-        EXPECT_TRUE(!one.pauses || judgement.ending.fruitless == one.fruitless) << one.name;
         EXPECT_TRUE(!one.maybeSent || judgement.ending.maybeSent) << one.name;
     }
+}
+
+// A receipt at which the service falls silent every time would keep all others waiting.
+TEST(Ending, OfARepeatedSilenceLetsOthersGoFirst)
+{
+    till::ReceiptResult result;
+    till::WireRecord silence;
+    silence.receiptSent = true;
+    silence.lastAnswered = false;
+    Entry entry;
+    std::vector<std::chrono::milliseconds> delays;
+    for (int i = 0; i < 7; ++i) {
+        const Ending ending = judge(entry, result, silence).ending;
+        delays.push_back(ending.delay);
+        entry.state = ending.state;
+        entry.fruitless = ending.fruitless;
+        EXPECT_FALSE(ending.isHeld);
+    }
+    EXPECT_EQ(delays, (std::vector<std::chrono::milliseconds>{0s, 4s, 8s, 16s, 32s, 60s, 60s}));
+}
+
+// No attempt counts against a receipt that a fault of the register has ended.
+TEST(Ending, OfASilenceHoldsNoReceiptBack)
+{
+    till::WireRecord silence;
+    silence.receiptSent = true;
+    silence.lastAnswered = false;
+    Entry entry;
+    entry.state = State::Incomplete;
+    entry.maybeSent = true;
+    entry.fruitless = 1;
+    EXPECT_EQ(judge(entry, {}, silence).ending.fruitless, 1);
+    till::ReceiptResult refused;
+    refused.verdict = SaleVerdict::AccountRefused;
+    EXPECT_EQ(judge(entry, refused, {}).ending.fruitless, 1);
+    EXPECT_EQ(judge(entry, refused, {}).ending.delay, 0s);
 }
 
 TEST(Ending, OfARegistrationHasItsEvidence)
