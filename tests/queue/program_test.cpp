@@ -16,6 +16,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 
 const QStringList outcome{u"id"_s, u"outcome"_s};
@@ -222,7 +223,14 @@ TEST_F(QueueProgram, WaitsForAPersonAfterAFailure)
         queue({u"retry"_s, u"r1"_s, u"--new-id"_s, u"r1b"_s}).columns(states), QStringList{u"r1b queued"_s});
     EXPECT_EQ(work().exitCode, 0);
     EXPECT_EQ(results(), (QStringList{u"r1 refused"_s, u"r1b registered"_s}));
-    EXPECT_EQ(queue({u"wait"_s, u"r1"_s, u"r1b"_s}).exitCode, 3);
+    const Ran waited = queue({u"wait"_s, u"r1"_s, u"r1b"_s});
+    EXPECT_EQ(waited.exitCode, 3);
+    EXPECT_THAT(
+        waited.err.toStdString(), HasSubstr("Send it under a new one: frhost queue retry r1 --new-id"));
+    EXPECT_THAT(waited.err.toStdString(), EndsWith("Receipts: 2. Registered: 1, refused: 1, unknown: 0.\n"));
+    EXPECT_EQ(waited.lineWith(u"summary"_s).value(u"summary"_s).toObject(),
+        (QJsonObject{{u"receipts"_s, 2}, {u"registered"_s, 1}, {u"incomplete"_s, 0}, {u"refused"_s, 1},
+            {u"unknown"_s, 0}, {u"notSent"_s, 0}, {u"exitStatus"_s, 3}}));
 }
 
 TEST_F(QueueProgram, LetsSeveralWorkersOfSeveralRegistersShareTheWork)
@@ -341,7 +349,11 @@ TEST_F(QueueProgram, DoesWhatAPersonDecides)
     EXPECT_EQ(queue({u"hold"_s, u"r2"_s}).columns({u"id"_s, u"held"_s}), QStringList{u"r2 true"_s});
     EXPECT_EQ(work().exitCode, 0);
     EXPECT_EQ(results(), QStringList{u"r3 registered"_s});
-    EXPECT_EQ(queue({u"wait"_s, u"r2"_s}).exitCode, 4);
+    const Ran held = queue({u"wait"_s, u"r1"_s, u"r2"_s});
+    EXPECT_EQ(held.exitCode, 4);
+    EXPECT_EQ(held.columns({u"id"_s, u"outcome"_s, u"sent"_s}),
+        (QStringList{u"r1 refused false"_s, u"r2 unknown false"_s}));
+    EXPECT_THAT(held.err.toStdString(), HasSubstr("r2: held until a person releases it. Look at"));
     EXPECT_EQ(queue({u"release"_s, u"r2"_s}).exitCode, 0);
     EXPECT_EQ(work().exitCode, 0);
     EXPECT_EQ(queue({u"list"_s, u"--state"_s, u"registered"_s}).columns(states),

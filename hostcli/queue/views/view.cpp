@@ -1,10 +1,11 @@
 #include "hostcli/queue/views/view.h"
 
 #include "hostcli/queue/open.h"
+#include "hostcli/queue/views/conclusion.h"
 #include "hostcli/queue/views/entryjson.h"
 #include "hostcli/queue/views/metrics.h"
 #include "hostcli/terminal/console.h"
-#include "hostcli/terminal/printable.h"
+#include "hostcli/terminal/runreport.h"
 #include "hostcli/terminal/texttable.h"
 #include "queue/store/views.h"
 #include "till/error.h"
@@ -54,44 +55,6 @@ QJsonObject toJson(const queue::Rate& rate)
     return {{u"lastMinute"_s, rate.lastMinute}, {u"lastHour"_s, rate.lastHour}};
 }
 
-// The line of a receipt that no worker will take any more, with the exit status that `sell` would have for
-// it.
-std::pair<QJsonObject, ExitCode> conclusionOf(queue::Store& store, const Entry& entry)
-{
-    QJsonObject json = QJsonDocument::fromJson(resultOf(store, entry)).object();
-    if (entry.state == State::Registered)
-        return {json, ExitCode::Success};
-    if (entry.state == State::Failed || entry.state == State::Refused)
-        return {json, ExitCode::Refused};
-    json = {{u"file"_s, entry.file}, {u"line"_s, entry.line}, {u"id"_s, entry.id},
-        {u"sent"_s, entry.maybeSent}, {u"next"_s, u"rerun"_s}};
-    if (entry.state == State::Cancelled) {
-        json.insert("next"_L1, u"none"_s);
-        json.insert("outcome"_L1, u"refused"_s);
-        json.insert("error"_L1, QJsonObject{{u"message"_s, Text::tr("cancelled")}});
-        return {json, ExitCode::Refused};
-    }
-    const bool isIncomplete = entry.state == State::Incomplete;
-    json.insert("outcome"_L1, isIncomplete ? u"incomplete"_s : u"unknown"_s);
-    json.insert("error"_L1, QJsonObject{{u"message"_s, Text::tr("held until a person releases it")}});
-    return {json, isIncomplete ? ExitCode::IncompleteEvidence : ExitCode::Unknown};
-}
-
-QString textOf(const QJsonObject& json)
-{
-    QList<QStringList> rows;
-    const QVariantMap values = json.toVariantMap();
-    for (const auto& [key, value] : values.asKeyValueRange()) {
-        const bool isObject = value.typeId() == QMetaType::QVariantMap;
-        if (key != "id"_L1 && key != "outcome"_L1)
-            rows << QStringList{key,
-                isObject ? QString::fromUtf8(QJsonDocument::fromVariant(value).toJson(QJsonDocument::Compact))
-                         : value.toString()};
-    }
-    return printable(u"%1: %2"_s.arg(json.value("id"_L1).toString(), json.value("outcome"_L1).toString())) +
-           u'\n' + textTable(rows, 2);
-}
-
 } // namespace
 
 void writeEntries(const std::vector<Entry>& entries, bool isJson, Output& output)
@@ -131,16 +94,23 @@ ExitCode queueWait(const CommandLine& line, Output& output)
     queue::Store store(place.file, place.address);
     for (const QString& id : line.queue.ids)
         std::ignore = entryOf(store, id);
+    Tally tally;
     ExitCode status = ExitCode::Success;
     for (const QString& id : line.queue.ids) {
         Entry entry = entryOf(store, id);
         for (; !isFinished(entry.state) && !entry.isHeld; entry = entryOf(store, id))
             std::this_thread::sleep_for(lookAgain);
-        const auto [json, code] = conclusionOf(store, entry);
-        status = std::max(status, code);
-        if (!output.write(line.json ? jsonLine(json) : textOf(json).toUtf8()))
+        const till::ReceiptResult result = conclusionOf(store, entry);
+        tally.add(result.outcome);
+        status = std::max(status, exitCodeOf(result.outcome));
+        report(result, line.json, output);
+        if (!output.error().isEmpty())
             break;
     }
+    const auto receipts = static_cast<int>(line.queue.ids.size());
+    if (line.json)
+        output.write(toJsonLine(tally, u"registered"_s, receipts, status));
+    reportTotals(tally, true, receipts);
     return status;
 }
 
