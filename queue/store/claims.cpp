@@ -66,8 +66,9 @@ std::optional<Claim> Claims::nextOnServer()
         "WITH t AS (SELECT @now AS now, CAST(? AS bigint) AS ours, CAST(? AS bigint) AS most),"
         " due AS MATERIALIZED (" +
         dueEntry() +
-        "), claimed AS (UPDATE receipts SET state = 'sent', worker = ?, attempt = attempt + 1, maybeSent = 1,"
-        "  changed = (SELECT now FROM t) WHERE number = (SELECT number FROM due)"
+        "), claimed AS (UPDATE receipts SET earlier = state, state = 'sent', worker = ?,"
+        "  attempt = attempt + 1, maybeSent = 1, changed = (SELECT now FROM t) WHERE number = (SELECT number "
+        "FROM due)"
         "  RETURNING number AS receipt, attempt AS claim, worker AS owner, changed AS at),"
         " noted AS (INSERT INTO events (at, receipt, event, attempt, worker)"
         "  SELECT at, receipt, 'claimed', claim, owner FROM claimed)"
@@ -76,7 +77,7 @@ std::optional<Claim> Claims::nextOnServer()
     store.database().forEachPlanned(
         statement.constData(), {store.registerNumber(), mostPutOff, worker}, [&](const QSqlQuery& row) {
             const Entry entry = entryIn(row);
-            claim = Claim{entry, worker, entry.attempt + 1};
+            claim = Claim{entry, entry.attempt + 1};
         });
     return claim;
 }
@@ -100,20 +101,37 @@ std::optional<Claim> Claims::nextInFile()
         if (!entry)
             return;
         store.database().change(
-            "UPDATE receipts SET state = 'sent', worker = ?, attempt = attempt + 1, maybeSent = 1,"
-            " changed = @now WHERE number = ?",
+            "UPDATE receipts SET earlier = state, state = 'sent', worker = ?, attempt = attempt + 1,"
+            " maybeSent = 1, changed = @now WHERE number = ?",
             {worker, entry->number});
         store.note(entry->number, "claimed", worker, entry->attempt + 1);
-        claim = Claim{*entry, worker, entry->attempt + 1};
+        claim = Claim{*entry, entry->attempt + 1};
     });
     return claim;
 }
 
-bool Claims::noteDigest(const Claim& claim, const QByteArray& digest)
+bool Claims::holds(const Claim& claim)
 {
-    return store.database().change("UPDATE receipts SET digest = ?"
-                                   " WHERE number = ? AND state = 'sent' AND attempt = ? AND worker = ?",
-               {digest, claim.entry.number, claim.attempt, worker}) == 1;
+    return store.database()
+        .value(
+            "SELECT number FROM receipts WHERE number = ? AND state = 'sent' AND attempt = ? AND worker = ?",
+            {claim.entry.number, claim.attempt, worker})
+        .isValid();
+}
+
+bool Claims::noteContent(const Claim& claim, const QByteArray& digest)
+{
+    bool isOurs = false;
+    store.database().transaction([&] {
+        isOurs =
+            store.database().change("UPDATE receipts SET digest = ?"
+                                    " WHERE number = ? AND state = 'sent' AND attempt = ? AND worker = ?",
+                {claim.entry.maybeSent ? QByteArray("") : digest, claim.entry.number, claim.attempt,
+                    worker}) == 1;
+        if (isOurs)
+            store.note(claim.entry.number, "recomposed", worker, claim.attempt);
+    });
+    return isOurs;
 }
 
 bool Claims::conclude(const Claim& claim, const Ending& ending)
@@ -143,6 +161,10 @@ bool Claims::conclude(const Claim& claim, const Ending& ending)
             return;
         if (holds && isFinished(ending.state))
             store.database().change("@inOrder", {store.registerNumber()});
+        // What another machine has said of the register is over.
+        if (holds && ending.state == State::Registered)
+            store.database().change("UPDATE registers SET trouble = '' WHERE number = ? AND trouble <> ''",
+                {store.registerNumber()});
         const char* const event = !holds                     ? "stale"
                                   : isFinished(ending.state) ? "finished"
                                   : ending.isHeld            ? "setAside"
@@ -160,6 +182,7 @@ void Claims::beat()
         {worker});
 }
 
+// Also of those who have ended and have receipts all the same: one that was called dead by mistake works on.
 int Claims::takeOver()
 {
     struct Other
@@ -169,7 +192,9 @@ int Claims::takeOver()
     };
     std::vector<Other> others;
     QSqlQuery row = store.database().query("SELECT number, abs(seen - @now) > ?"
-                                           " FROM workers WHERE ended = 0 AND number <> ?",
+                                           " FROM workers WHERE number <> ?"
+                                           " AND (ended = 0 OR number IN (SELECT worker FROM receipts WHERE"
+                                           " state = 'sent'))",
         {static_cast<qint64>(lease.count()), worker});
     while (row.next())
         others.push_back({row.value(0).toLongLong(), row.value(1).toBool()});
@@ -189,8 +214,8 @@ int Claims::takeFrom(qint64 other, bool isDead)
         store.forEach("worker = ? AND state = 'sent' ORDER BY number @locked", {other},
             [&](const Entry& entry) { entries.push_back(entry); });
         for (const Entry& entry : entries) {
-            store.database().change("UPDATE receipts SET state = 'unknown', worker = 0, due = 0,"
-                                    " changed = @now"
+            store.database().change("UPDATE receipts SET worker = 0, due = 0, changed = @now, state ="
+                                    " CASE earlier WHEN 'incomplete' THEN 'incomplete' ELSE 'unknown' END"
                                     " WHERE number = ? AND state = 'sent' AND attempt = ?",
                 {entry.number, entry.attempt});
             store.note(entry.number, "takenOver", worker, entry.attempt);
@@ -220,9 +245,7 @@ void Claims::setTrouble(const QString& text)
 {
     // A null text would be stored as NULL.
     const QString trouble = text.isNull() ? u""_s : text;
-    store.database().change("UPDATE registers SET trouble = ?,"
-                            " since = @now"
-                            " WHERE number = ? AND trouble <> ?",
+    store.database().change("UPDATE registers SET trouble = ? WHERE number = ? AND trouble <> ?",
         {trouble, store.registerNumber(), trouble});
 }
 

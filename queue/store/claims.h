@@ -10,7 +10,6 @@ struct Claim
 {
     /// As it was before.
     Entry entry;
-    qint64 worker = 0;
     /// Of this claim; any later one has a higher number.
     int attempt = 0;
 };
@@ -30,9 +29,12 @@ public:
     /// Takes the receipt that has waited longest and is due. It is on the disk, when this returns, that the
     /// receipt may be sent.
     [[nodiscard]] std::optional<Claim> next();
-    /// Notes the digest of what is about to be sent, where it is another than that of the last attempt.
-    /// Returns whether the claim still holds; if not, the receipt must not be sent.
-    [[nodiscard]] bool noteDigest(const Claim& claim, const QByteArray& digest);
+    /// Whether nobody has taken the receipt over. If not, it must not be sent.
+    [[nodiscard]] bool holds(const Claim& claim);
+    /// The same; and writes down first that another content than that of `claim` is about to be sent. If an
+    /// earlier attempt may have sent something else, no content counts as known from then on: the digest is
+    /// empty.
+    [[nodiscard]] bool noteContent(const Claim& claim, const QByteArray& digest);
     /// Ends the claim. Returns false, and counts it unless the receipt was removed, where the claim no longer
     /// holds.
     bool conclude(const Claim& claim, const Ending& ending);

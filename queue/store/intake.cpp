@@ -1,5 +1,6 @@
 #include "queue/store/intake.h"
 
+#include "queue/store/storeerror.h"
 #include "till/error.h"
 #include "till/text.h"
 
@@ -40,7 +41,11 @@ Added add(Store& store, const NewEntry& entry)
         return Added::New;
     }
     const auto known = store.find(entry.id);
-    if (known && !isSame(known->text, entry.text))
+    if (!known)
+        throw StoreError(store.place(),
+            Text::tr("\"%1\" was removed while it was added. Nothing was stored: add it again.")
+                .arg(entry.id));
+    if (!isSame(known->text, entry.text))
         throw till::Error(till::Problem::Receipt, conflict(entry, *known));
     return Added::Known;
 }
@@ -50,11 +55,7 @@ Added add(Store& store, const NewEntry& entry)
 void storeAll(
     Store& store, const std::function<void(const std::function<Added(const NewEntry&)>& add)>& handOver)
 {
-    store.database().transaction([&] {
-        // Receipts may come from a pipe.
-        store.database().change("@unhurried");
-        handOver([&](const NewEntry& entry) { return add(store, entry); });
-    });
+    store.database().transaction([&] { handOver([&](const NewEntry& entry) { return add(store, entry); }); });
 }
 
 } // namespace queue

@@ -8,13 +8,12 @@ namespace {
 constexpr int applicationId = 0x66726871;
 
 // A finished receipt without its evidence cannot be written, whatever the program does. Times are
-// milliseconds.
+// milliseconds; `earlier` is the state before the last claim.
 const char* const firstVersion[] = {
     "CREATE TABLE registers ("
     " number @number,"
     " address TEXT NOT NULL UNIQUE,"
-    " trouble TEXT NOT NULL DEFAULT '',"
-    " since BIGINT NOT NULL DEFAULT 0)",
+    " trouble TEXT NOT NULL DEFAULT '')",
     "CREATE TABLE workers ("
     " number @number,"
     " name TEXT NOT NULL,"
@@ -26,6 +25,7 @@ const char* const firstVersion[] = {
     " register BIGINT NOT NULL REFERENCES registers,"
     " id TEXT NOT NULL,"
     " state TEXT NOT NULL DEFAULT 'queued',"
+    " earlier TEXT NOT NULL DEFAULT 'queued',"
     " held BIGINT NOT NULL DEFAULT 0,"
     " attempt BIGINT NOT NULL DEFAULT 0,"
     " worker BIGINT NOT NULL DEFAULT 0,"
@@ -79,7 +79,6 @@ constexpr till::DialectWord wordsInFile[] = {
     {"@damage", "PRAGMA integrity_check"},
     {"@inOrder", "SELECT ?"},
     {"@orderKnown", "SELECT ?"},
-    {"@unhurried", "SELECT 1"},
 };
 
 // Numbers of events are drawn before they are committed: whoever draws
@@ -95,7 +94,6 @@ constexpr till::DialectWord wordsOnServer[] = {
     {"@damage", "SELECT 'ok'"},
     {"@inOrder", "SELECT pg_advisory_xact_lock_shared('events'::regclass::oid::int, ?)"},
     {"@orderKnown", "SELECT pg_advisory_xact_lock('events'::regclass::oid::int, ?)"},
-    {"@unhurried", "SET LOCAL idle_in_transaction_session_timeout = 0"},
 };
 
 } // namespace

@@ -24,14 +24,35 @@ std::vector<Event> historyOf(Store& store, const Entry& entry)
     return events;
 }
 
+namespace {
+
+// Results are numbered before they are committed. When nobody is between the two, those up to the last are
+// all there.
+qint64 lastResult(Store& store)
+{
+    QVariant last;
+    const auto look = [&] {
+        store.database().change("@orderKnown", {store.registerNumber()});
+        last = store.database().value("SELECT max(number) FROM events WHERE event = 'finished'");
+    };
+    if (till::isOnServer(store.place()))
+        store.database().transaction(look);
+    else
+        look();
+    return last.toLongLong();
+}
+
+} // namespace
+
 void forEachResult(
     Store& store, qint64 after, const std::function<bool(qint64 cursor, const QByteArray& line)>& handle)
 {
-    store.database().change("@orderKnown", {store.registerNumber()});
+    const qint64 last = lastResult(store);
     QSqlQuery row = store.database().query(
         "SELECT events.number, detail FROM events JOIN receipts ON receipts.number = receipt"
-        " WHERE event = 'finished' AND events.number > ? AND register = ? ORDER BY events.number",
-        {after, store.registerNumber()});
+        " WHERE event = 'finished' AND events.number > ? AND events.number <= ? AND register = ?"
+        " ORDER BY events.number",
+        {after, last, store.registerNumber()});
     while (row.next()) {
         if (!handle(row.value(0).toLongLong(), row.value(1).toByteArray()))
             return;

@@ -29,9 +29,13 @@ bool Crew::run(const QString& name, const std::function<void()>& begun)
     running = lanes;
     {
         std::vector<std::jthread> threads;
-        for (int i = 0; i < lanes; ++i)
-            threads.emplace_back([&] { runLane(locks, worker); });
-        keepAlive(store, claims);
+        try {
+            for (int i = 0; i < lanes; ++i)
+                threads.emplace_back([&] { runLane(locks, worker); });
+            keepAlive(store, claims);
+        } catch (...) {
+            keep(std::current_exception());
+        }
     }
     if (failure)
         std::rethrow_exception(failure);
@@ -62,12 +66,15 @@ void Crew::keepAlive(Store& store, Claims& claims)
         const std::scoped_lock lock(guard);
         return running > 0;
     };
+    const auto rest = [&] {
+        std::this_thread::sleep_for(tick);
+        surroundings.showLife();
+    };
     auto beaten = std::chrono::steady_clock::now();
     auto looked = beaten;
     try {
         while (isRunning()) {
-            std::this_thread::sleep_for(tick);
-            surroundings.showLife();
+            rest();
             const auto now = std::chrono::steady_clock::now();
             if (now - looked > betweenLooks) {
                 store.requirePlace();
@@ -81,6 +88,9 @@ void Crew::keepAlive(Store& store, Claims& claims)
     } catch (...) {
         keep(std::current_exception());
     }
+    // A lane may go on waiting for the service.
+    while (isRunning())
+        rest();
 }
 
 void Crew::keep(std::exception_ptr thrown)

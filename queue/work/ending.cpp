@@ -7,6 +7,7 @@
 using till::Outcome;
 using till::ReceiptResult;
 using till::SaleVerdict;
+using till::ServiceCode;
 using till::Text;
 using till::WireRecord;
 
@@ -69,14 +70,17 @@ Ending incomplete(Entry entry)
     return ending;
 }
 
-Ending refused(const Entry& entry, const WireRecord& seen)
+Ending refused(const Entry& entry, const WireRecord& seen, bool hasSameContent)
 {
-    Ending ending = untouched(entry);
+    // It may be processed another time.
     const auto code = seen.registration.errorCode;
+    if (code == ServiceCode::NotProcessed)
+        return fruitless(entry, State::Unknown);
+    Ending ending = untouched(entry);
     const bool isAboutContent = code && !till::meaningOf(*code).concernsRequest;
-    // A refusal of the request says nothing of an earlier attempt, and one by the driver nothing of the
-    // service.
-    if (seen.receiptSent && (isAboutContent || !entry.maybeSent))
+    // A refusal of the request, or of another content, says nothing of an earlier attempt, and one by the
+    // driver nothing of the service.
+    if (seen.receiptSent && (!entry.maybeSent || (isAboutContent && hasSameContent)))
         ending.state = State::Refused;
     else
         ending.isHeld = true;
@@ -99,9 +103,18 @@ Ending failed()
     return ending;
 }
 
-// What the service said before, it cannot take back by a refusal.
-Ending endingOf(const Entry& entry, const ReceiptResult& result, const WireRecord& seen)
+// The service refuses the receipt for what a person has to put right for all of them.
+bool isOfTheAccount(const ReceiptResult& result)
 {
+    return result.verdict == SaleVerdict::AccountRefused ||
+           (result.verdict == SaleVerdict::Refused && result.next == till::NextStep::Account);
+}
+
+// What the service said before, it cannot take back by a refusal.
+Ending endingOf(const Entry& entry, const ReceiptResult& result, const WireRecord& seen, bool hasSameContent)
+{
+    if (isOfTheAccount(result))
+        return untouched(entry);
     switch (result.verdict) {
     case SaleVerdict::Registered:
         return result.fiscal && !result.uuid.isEmpty() ? registered(result) : incomplete(entry);
@@ -110,10 +123,9 @@ Ending endingOf(const Entry& entry, const ReceiptResult& result, const WireRecor
     case SaleVerdict::Failed:
         return entry.state == State::Incomplete ? incomplete(entry) : failed();
     case SaleVerdict::Refused:
-        return entry.state == State::Incomplete ? incomplete(entry) : refused(entry, seen);
+        return entry.state == State::Incomplete ? incomplete(entry) : refused(entry, seen, hasSameContent);
     case SaleVerdict::ForeignId:
-        return entry.maybeSent ? incomplete(entry) : refused(entry, seen);
-    case SaleVerdict::AccountRefused:
+        return entry.maybeSent ? incomplete(entry) : refused(entry, seen, hasSameContent);
     case SaleVerdict::NotSent:
         return untouched(entry);
     default:
@@ -121,31 +133,31 @@ Ending endingOf(const Entry& entry, const ReceiptResult& result, const WireRecor
     }
 }
 
-bool isOfTheRegister(SaleVerdict verdict, const WireRecord& seen)
+bool isOfTheRegister(const ReceiptResult& result, const WireRecord& seen)
 {
-    const bool isSilent = seen.lastAnswered == false || seen.tokensRejected;
-    switch (verdict) {
-    case SaleVerdict::AccountRefused:
+    switch (result.verdict) {
     case SaleVerdict::NotSent:
         return true;
+    case SaleVerdict::AccountRefused:
+    case SaleVerdict::Refused:
+        return isOfTheAccount(result);
     case SaleVerdict::Registered:
     case SaleVerdict::Incomplete:
     case SaleVerdict::Failed:
-    case SaleVerdict::Refused:
     case SaleVerdict::ForeignId:
         return false;
     default:
-        return isSilent;
+        return seen.lastAnswered == false || seen.tokensRejected;
     }
 }
 
 } // namespace
 
-Judgement judge(const Entry& entry, const ReceiptResult& result, const WireRecord& seen)
+Judgement judge(const Entry& entry, const ReceiptResult& result, const WireRecord& seen, bool hasSameContent)
 {
-    Judgement judgement{endingOf(entry, result, seen), {}};
+    Judgement judgement{endingOf(entry, result, seen, hasSameContent), {}};
     judgement.ending.uuid = result.uuid;
-    if (!isOfTheRegister(result.verdict, seen))
+    if (!isOfTheRegister(result, seen))
         return judgement;
     judgement.trouble = troubleOf(result);
     if (judgement.trouble.isEmpty())

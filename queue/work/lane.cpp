@@ -9,6 +9,7 @@
 #include <QJsonDocument>
 
 #include <tuple>
+#include <utility>
 
 using till::ReceiptResult;
 using till::Text;
@@ -92,11 +93,11 @@ bool Lane::isOver()
 void Lane::carryOut(const Claim& claim)
 {
     const ReceiptResult result = sell(claim);
-    Judgement judgement = judge(claim.entry, result, session->transport().seen());
+    Judgement judgement = judge(claim.entry, result, session->transport().seen(), hasSameContent);
     judgement.ending.result = surroundings.toLine(result);
     if (!claims.conclude(claim, judgement.ending))
         surroundings.say(Text::tr("%1: another worker has taken this receipt over").arg(claim.entry.id));
-    else if (judgement.isSetAside())
+    else if (judgement.ending.isHeld)
         surroundings.say(
             Text::tr("%1: set aside until a person looks at it: frhost queue show %1").arg(claim.entry.id));
     if (!judgement.trouble.isEmpty()) {
@@ -115,22 +116,31 @@ ReceiptResult Lane::sell(const Claim& claim)
     till::Registrar registrar(session->fiscalRegister(), session->transport());
     ReceiptResult result = registrar.sell(queued);
     session->transport().setGate({});
+    // The driver took it for a fault of the receipt.
+    if (storeFailure)
+        std::rethrow_exception(std::exchange(storeFailure, {}));
     if (result.compared == till::Comparison::Total && claim.entry.maybeSent && hasSameContent)
         result.compared = till::Comparison::Content;
     return result;
 }
 
-// Where the configuration or the plugin has changed since the receipt was composed last, another content goes
-// out under its id. That is written down first, and nothing is sent by a worker that has lost the receipt.
+// Nothing is sent by a worker that has lost the receipt. Where the configuration or the plugin has changed
+// since the receipt was composed last, another content goes out under its id; that is written down first.
 void Lane::keepWatch(const Claim& claim)
 {
     hasSameContent = true;
     session->transport().setGate([this, claim](const QUrl& url, const QByteArray& body) {
         const QByteArray digest = till::readComposed(url, body).digest;
-        if (digest == claim.entry.digest)
-            return;
-        hasSameContent = false;
-        if (!claims.noteDigest(claim, digest))
+        const bool isNew = hasSameContent && digest != claim.entry.digest;
+        bool isOurs = false;
+        try {
+            isOurs = isNew ? claims.noteContent(claim, digest) : claims.holds(claim);
+        } catch (...) {
+            storeFailure = std::current_exception();
+            throw;
+        }
+        hasSameContent = hasSameContent && !isNew;
+        if (!isOurs)
             throw till::Error(till::Problem::Setup, Text::tr("another worker has taken this receipt over"));
     });
 }

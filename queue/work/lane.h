@@ -65,6 +65,8 @@ private:
     std::unique_ptr<till::Session> session;
     // Whether the receipt that is sold goes out with the content of its earlier attempts.
     bool hasSameContent = true;
+    // Of the store, when the receipt was about to be sent.
+    std::exception_ptr storeFailure;
     bool isConnected = false;
 };
 

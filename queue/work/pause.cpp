@@ -65,12 +65,6 @@ bool Pause::rest(Milliseconds time)
     return !stopped;
 }
 
-bool Pause::isStopped() const
-{
-    const std::scoped_lock lock(guard);
-    return stopped;
-}
-
 bool Pause::isLongest() const
 {
     const std::scoped_lock lock(guard);

@@ -37,6 +37,9 @@ QString literal(const QSqlDriver& driver, const QVariant& value)
         return QString::number(value.toInt());
     QSqlField field(QString(), value.metaType());
     field.setValue(value);
+    // The server has no text with this character, and the statement would end there. A service may send it.
+    if (value.metaType() == QMetaType::fromType<QString>())
+        field.setValue(value.toString().replace(QChar::Null, QChar::ReplacementCharacter));
     return driver.formatValue(field);
 }
 

@@ -106,7 +106,7 @@ private:
         vfs.promise(contentOf(*store));
         after(*store, [&] { claims.setTrouble(u"the password is wrong"_s); });
         const Claim first = claimed(*store, claims);
-        after(*store, [&] { std::ignore = claims.noteDigest(first, "another digest"); });
+        after(*store, [&] { std::ignore = claims.noteContent(first, "another digest"); });
         conclude(*store, claims, first, State::Registered);
         conclude(*store, claims, claimed(*store, claims), State::Unknown);
         after(*store, [&] { hold(*store, u"r3"_s); });

@@ -111,12 +111,12 @@ QString claim(Turn& turn)
     return u"%1, attempt %2"_s.arg(claim->entry.id, QString::number(claim->attempt));
 }
 
-QString noteDigest(Turn& turn)
+QString noteContent(Turn& turn)
 {
     const queue::Claim* const claim = claimIn(turn);
     if (!claim)
         return u"nothing"_s;
-    return turn.actor.patient.noteDigest(*claim, QByteArray::number(turn.serial)) ? u"noted"_s : u"stale"_s;
+    return turn.actor.patient.noteContent(*claim, QByteArray::number(turn.serial)) ? u"noted"_s : u"stale"_s;
 }
 
 bool isImpatient(const Turn& turn)
@@ -208,9 +208,9 @@ constexpr Deed addThree{
     "add three", addSeveral, [](Model& m, const Turn& t, auto&) { return addSeveralIn(m, t); }};
 constexpr Deed take{
     "claim", claim, [](Model& m, const Turn& t, auto&) { return m.claim(t.where, t.actor.number); }};
-constexpr Deed digest{"note the digest", noteDigest, [](Model& m, const Turn& t, auto&) {
+constexpr Deed digest{"note another content", noteContent, [](Model& m, const Turn& t, auto&) {
                           const auto* const claim = claimIn(t);
-                          return claim ? m.noteDigest(*claim, QByteArray::number(t.serial)) : u"nothing"_s;
+                          return claim ? m.noteContent(*claim, QByteArray::number(t.serial)) : u"nothing"_s;
                       }};
 constexpr Deed end{"conclude", conclude, [](Model& m, const Turn& t, auto&) {
                        const auto* const claim = claimIn(t);

@@ -81,6 +81,7 @@ QString Model::claim(std::size_t where, qint64 worker)
         next = stuck;
     if (!next)
         return u"nothing"_s;
+    next->earlier = next->state;
     next->state = State::Sent;
     ++next->attempt;
     next->maybeSent = true;
@@ -100,17 +101,18 @@ Known* Model::named(const queue::Claim& claim)
 Known* Model::owned(const queue::Claim& claim)
 {
     Known* const known = named(claim);
-    const bool isOwned = known && known->state == State::Sent && known->owner == claim.worker &&
-                         known->attempt == claim.attempt;
+    const bool isOwned = known && known->state == State::Sent && known->attempt == claim.attempt;
     return isOwned ? known : nullptr;
 }
 
-QString Model::noteDigest(const queue::Claim& claim, const QByteArray& digest)
+QString Model::noteContent(const queue::Claim& claim, const QByteArray& digest)
 {
     Known* const known = owned(claim);
-    if (known)
-        known->digest = digest;
-    return known ? u"noted"_s : u"stale"_s;
+    if (!known)
+        return u"stale"_s;
+    known->digest = claim.entry.maybeSent ? QByteArray() : digest;
+    known->events << u"recomposed"_s;
+    return u"noted"_s;
 }
 
 QString Model::conclude(const queue::Claim& claim, const EndingKind& ending, int serial)
@@ -133,6 +135,8 @@ QString Model::conclude(const queue::Claim& claim, const EndingKind& ending, int
         known->uuid = QString::number(serial);
         known->document = serial;
     }
+    if (ending.state == State::Registered)
+        trouble.at(known->where).clear();
     known->events << (isFinished(ending.state) ? u"finished"_s
                       : ending.isHeld          ? u"setAside"_s
                                                : u"returned"_s);
@@ -147,7 +151,7 @@ int Model::takeFrom(qint64 worker, bool isDead)
     for (Known& known : receipts) {
         if (known.owner != worker)
             continue;
-        known.state = State::Unknown;
+        known.state = known.earlier == State::Incomplete ? State::Incomplete : State::Unknown;
         known.owner = 0;
         known.hours = 0;
         known.events << u"takenOver"_s;
@@ -270,6 +274,7 @@ Known knownIn(const QSqlQuery& row)
     known.digest = row.value(12).toByteArray();
     known.uuid = row.value(13).toString();
     known.document = row.value(14).toLongLong();
+    known.earlier = queue::stateOf(row.value(15).toString()).value();
     known.events.clear();
     return known;
 }
@@ -283,7 +288,7 @@ Model Model::of(queue::Store& store, const std::array<qint64, registers>& number
     std::map<qint64, std::size_t> places;
     QSqlQuery row = database.query(
         "SELECT number, register, id, text, state, held, attempt, maybeSent, fruitless, worker,"
-        " due, @now, digest, uuid, document FROM receipts ORDER BY number");
+        " due, @now, digest, uuid, document, earlier FROM receipts ORDER BY number");
     while (row.next()) {
         places.emplace(row.value(0).toLongLong(), model.receipts.size());
         model.receipts.push_back(knownIn(row));

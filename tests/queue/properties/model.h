@@ -48,6 +48,8 @@ struct Known
     QString id;
     QString goods;
     queue::State state = queue::State::Queued;
+    /// Before the last claim.
+    queue::State earlier = queue::State::Queued;
     bool isHeld = false;
     int attempt = 0;
     bool maybeSent = false;
@@ -85,7 +87,7 @@ struct Model
     [[nodiscard]] Known* find(std::size_t where, const QString& id);
     QString add(std::size_t where, const QString& id, const QString& goods);
     QString claim(std::size_t where, qint64 worker);
-    QString noteDigest(const queue::Claim& claim, const QByteArray& digest);
+    QString noteContent(const queue::Claim& claim, const QByteArray& digest);
     /// `serial` is the number of the document, that in the result and, in hours, a delay that never ends.
     QString conclude(const queue::Claim& claim, const EndingKind& ending, int serial);
     /// Takes what the worker had under way; returns how many receipts.

@@ -87,7 +87,8 @@ TEST_P(ClaimsTest, OfAWorkerThatWakesUpLateChangeNothing)
     EXPECT_EQ(other.claims.takeOver(), 1) << "its lease has ended";
     const Claim taken = other.claims.next().value();
     EXPECT_EQ(taken.entry.id, u"r1"_s);
-    EXPECT_FALSE(second->claims.noteDigest(late, "other"));
+    EXPECT_FALSE(second->claims.holds(late));
+    EXPECT_FALSE(second->claims.noteContent(late, "other"));
     EXPECT_FALSE(second->claims.conclude(late, endingAs(State::Refused)));
     EXPECT_EQ(stateOf(u"r1"_s), State::Sent);
     EXPECT_TRUE(other.claims.conclude(taken, endingAs(State::Registered)));
@@ -95,6 +96,47 @@ TEST_P(ClaimsTest, OfAWorkerThatWakesUpLateChangeNothing)
     EXPECT_EQ(stateOf(u"r1"_s), State::Registered);
     EXPECT_EQ(overviewOf(store).events[u"stale"_s], 2);
     EXPECT_EQ(overviewOf(store).events[u"finished"_s], 1);
+}
+
+// Else a refusal would take back that it is registered.
+TEST_P(ClaimsTest, ThatAreTakenOverKeepWhatTheServiceHasSaid)
+{
+    EXPECT_TRUE(first.claims.conclude(first.claims.next().value(), endingAs(State::Incomplete)));
+    EXPECT_EQ(second->claims.next().value().entry.id, u"r1"_s);
+    Worker other(place(), -1ms);
+    EXPECT_EQ(other.claims.takeOver(), 1);
+    EXPECT_EQ(stateOf(u"r1"_s), State::Incomplete);
+}
+
+// A session with the server may end, and with it the lock, while the worker goes on.
+TEST_P(ClaimsTest, AreTakenFromAWorkerThatWasCalledDeadAndWorksOn)
+{
+    EXPECT_TRUE(second->claims.next());
+    store.database().change("UPDATE workers SET ended = 1");
+    Worker other(place(), -1ms);
+    EXPECT_EQ(other.claims.takeOver(), 1);
+}
+
+TEST_P(ClaimsTest, NoteWhichContentIsSent)
+{
+    const Claim claim = first.claims.next().value();
+    EXPECT_TRUE(first.claims.holds(claim));
+    EXPECT_TRUE(first.claims.noteContent(claim, "second"));
+    EXPECT_EQ(store.find(u"r1"_s).value().digest, "second");
+    EXPECT_TRUE(first.claims.conclude(claim, endingAs(State::Unknown)));
+    EXPECT_TRUE(first.claims.noteContent(first.claims.next().value(), "third"));
+    EXPECT_EQ(store.find(u"r1"_s).value().digest, "") << "the service may have either";
+    EXPECT_EQ(history(u"r1"_s), (QStringList{u"added"_s, u"claimed"_s, u"recomposed"_s, u"returned"_s,
+                                    u"claimed"_s, u"recomposed"_s}));
+}
+
+TEST_P(ClaimsTest, EndTheTroubleOfTheRegisterWhenAReceiptIsRegistered)
+{
+    first.claims.setTrouble(u"the password is wrong"_s);
+    EXPECT_TRUE(second->claims.conclude(second->claims.next().value(), endingAs(State::Unknown)));
+    EXPECT_EQ(overviewOf(store).trouble, u"the password is wrong"_s);
+    EXPECT_TRUE(second->claims.conclude(second->claims.next().value(), endingAs(State::Registered)));
+    EXPECT_EQ(overviewOf(store).trouble, QString());
 }
 
 TEST_P(ClaimsTest, WaitForTheirTimeAndLetOthersPass)

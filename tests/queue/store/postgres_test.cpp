@@ -148,11 +148,7 @@ TEST_F(StoreOnPostgreSQL, EndsATransactionThatRestsUnlessItLocksNothingOfOthers)
     store.database().change("SET idle_in_transaction_session_timeout = 200");
     const auto rest = [] { std::this_thread::sleep_for(400ms); };
     store.database().snapshot(rest);
-    storeAll(store, [&](const auto& add) {
-        rest();
-        add(newEntry(u"r1"_s));
-    });
-    EXPECT_TRUE(store.find(u"r1"_s));
+    addOne(store, newEntry(u"r1"_s));
     const auto ended = errorOf([&] {
         store.database().transaction([&] {
             EXPECT_TRUE(store.findToChange(u"r1"_s));
@@ -160,6 +156,16 @@ TEST_F(StoreOnPostgreSQL, EndsATransactionThatRestsUnlessItLocksNothingOfOthers)
         });
     });
     EXPECT_TRUE(ended && ended->isPassing());
+}
+
+// Which no text on a server can hold.
+TEST_F(StoreOnPostgreSQL, ReplacesTheNullCharacter)
+{
+    Store store(place, u"shop_1"_s);
+    WorkerLocks locks(store);
+    Claims claims(store, locks, enrol(store, locks, u"till"_s), 1h);
+    claims.setTrouble(u"a\u0000b"_s);
+    EXPECT_EQ(overviewOf(store).trouble, u"a\uFFFDb"_s);
 }
 
 // Finished receipts are the oldest ones and become ever more.

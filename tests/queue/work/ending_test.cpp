@@ -29,6 +29,7 @@ struct Case
     State after;
     bool isHeld;
     bool pauses;
+    bool hasSameContent = true;
 };
 
 constexpr Case cases[] = {
@@ -37,11 +38,19 @@ constexpr Case cases[] = {
     {"a refused receipt", State::Queued, false, 0, SaleVerdict::Refused, true, ServiceCode::InvalidReceipt,
         true, State::Refused, false, false},
     {"a refused request, never sent before", State::Queued, false, 0, SaleVerdict::Refused, true,
-        ServiceCode::BadRequest, true, State::Refused, false, false},
+        ServiceCode::UnknownDocument, true, State::Refused, false, false},
     {"a refused request does not outweigh an earlier attempt", State::Unknown, true, 0, SaleVerdict::Refused,
-        true, ServiceCode::BadRequest, true, State::Unknown, true, false},
-    {"a refused content after an unknown attempt", State::Unknown, true, 0, SaleVerdict::Refused, true,
-        ServiceCode::InvalidReceipt, true, State::Refused, false, false},
+        true, ServiceCode::UnknownDocument, true, State::Unknown, true, false},
+    {"a refused content after an unknown attempt with the same", State::Unknown, true, 0,
+        SaleVerdict::Refused, true, ServiceCode::InvalidReceipt, true, State::Refused, false, false},
+    {"a refused content says nothing of another that was sent before", State::Unknown, true, 0,
+        SaleVerdict::Refused, true, ServiceCode::InvalidReceipt, true, State::Unknown, true, false, false},
+    {"what the service could not process, it may process later", State::Queued, false, 0,
+        SaleVerdict::Refused, true, ServiceCode::NotProcessed, true, State::Unknown, false, false},
+    {"the configuration is at fault, and not the receipt", State::Queued, false, 0, SaleVerdict::Refused,
+        true, ServiceCode::WrongInn, true, State::Queued, false, true},
+    {"the request is at fault, and not the receipt", State::Unknown, true, 0, SaleVerdict::Refused, true,
+        ServiceCode::BadRequest, true, State::Unknown, false, true},
     {"the driver refuses it", State::Queued, false, 0, SaleVerdict::Refused, false, std::nullopt, true,
         State::Queued, true, false},
     {"a refusal does not take back a registration", State::Incomplete, true, 1, SaleVerdict::Refused, true,
@@ -81,11 +90,12 @@ TEST(Ending, FollowsFromWhatTheServiceSaysOfTheReceipt)
         entry.fruitless = one.fruitless;
         till::ReceiptResult result;
         result.verdict = one.verdict;
+        result.next = till::nextStepOf(one.verdict, one.code);
         till::WireRecord seen;
         seen.receiptSent = one.receiptSent;
         seen.registration.errorCode = one.code;
         seen.lastAnswered = one.lastAnswered;
-        const Judgement judgement = judge(entry, result, seen);
+        const Judgement judgement = judge(entry, result, seen, one.hasSameContent);
         EXPECT_EQ(judgement.ending.state, one.after) << one.name;
         EXPECT_EQ(judgement.ending.isHeld, one.isHeld) << one.name;
         EXPECT_EQ(!judgement.trouble.isEmpty(), one.pauses) << one.name;
@@ -103,7 +113,7 @@ TEST(Ending, OfARepeatedSilenceLetsOthersGoFirst)
     Entry entry;
     std::vector<std::chrono::milliseconds> delays;
     for (int i = 0; i < 7; ++i) {
-        const Ending ending = judge(entry, result, silence).ending;
+        const Ending ending = judge(entry, result, silence, true).ending;
         delays.push_back(ending.delay);
         entry.state = ending.state;
         entry.fruitless = ending.fruitless;
@@ -122,11 +132,11 @@ TEST(Ending, OfASilenceHoldsNoReceiptBack)
     entry.state = State::Incomplete;
     entry.maybeSent = true;
     entry.fruitless = 1;
-    EXPECT_EQ(judge(entry, {}, silence).ending.fruitless, 1);
+    EXPECT_EQ(judge(entry, {}, silence, true).ending.fruitless, 1);
     till::ReceiptResult refused;
     refused.verdict = SaleVerdict::AccountRefused;
-    EXPECT_EQ(judge(entry, refused, {}).ending.fruitless, 1);
-    EXPECT_EQ(judge(entry, refused, {}).ending.delay, 0s);
+    EXPECT_EQ(judge(entry, refused, {}, true).ending.fruitless, 1);
+    EXPECT_EQ(judge(entry, refused, {}, true).ending.delay, 0s);
 }
 
 TEST(Ending, OfARegistrationHasItsEvidence)
@@ -136,7 +146,7 @@ TEST(Ending, OfARegistrationHasItsEvidence)
     result.uuid = QStringLiteral("u-1");
     result.fiscal = FiscalInfo{};
     result.fiscal->fnNumber = QStringLiteral("99");
-    const Judgement judgement = judge({}, result, {});
+    const Judgement judgement = judge({}, result, {}, true);
     EXPECT_EQ(judgement.ending.state, State::Registered);
     ASSERT_TRUE(judgement.ending.evidence);
     EXPECT_EQ(judgement.ending.evidence->storage, QStringLiteral("99"));
@@ -147,7 +157,7 @@ TEST(Ending, OfWhatWasNotSentLeavesNoTrace)
 {
     till::ReceiptResult result;
     result.verdict = SaleVerdict::NotSent;
-    EXPECT_FALSE(judge({}, result, {}).ending.maybeSent);
+    EXPECT_FALSE(judge({}, result, {}, true).ending.maybeSent);
 }
 
 } // namespace
