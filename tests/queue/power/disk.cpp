@@ -153,6 +153,9 @@ void Disk::take(const Request& request)
             }
         }
         return;
+    case Request::Kind::Share:
+        shared[request.name].push_back(request.bytes);
+        return;
     case Request::Kind::Promise:
         return;
     }
@@ -192,6 +195,10 @@ Disk::Files Disk::afterCut(Remains remains, Chance& chance) const
         for (const Pending& pending : file.pending)
             cut.settle(content, pending);
         found[text] = content;
+    }
+    for (const auto& [text, contents] : shared) {
+        if (const qsizetype any = chance.below(std::ssize(contents) + 1); any < std::ssize(contents))
+            found[text] = contents[static_cast<std::size_t>(any)];
     }
     return found;
 }

@@ -86,6 +86,7 @@ private:
     qsizetype taken = 0;
     std::map<int, File> files;
     std::map<QByteArray, Name> names;
+    std::map<QByteArray, std::vector<QByteArray>> shared;
 };
 
 } // namespace power

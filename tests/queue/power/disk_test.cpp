@@ -141,6 +141,13 @@ TEST_F(DiskAfterACut, KeepsTheOrderOrNone)
     EXPECT_TRUE(hasOnlyTheSecond(Remains::Any));
 }
 
+TEST_F(DiskAfterACut, HasAnyOrNoneOfWhatWasShared)
+{
+    disk.take({.kind = Kind::Share, .name = "a", .bytes = "x"});
+    disk.take({.kind = Kind::Share, .name = "a", .bytes = "y"});
+    EXPECT_EQ(found(Remains::Nothing), (Found{{}, {{"a", "x"}}, {{"a", "y"}}}));
+}
+
 TEST_F(DiskAfterACut, MayNotHaveBeenTruncated)
 {
     create("a", 1);

@@ -49,11 +49,14 @@ void write(const QString& folder, const Disk::Files& files)
     }
 }
 
+// What SQLite must not read does not make an image another one.
 std::size_t hashOf(const Disk::Files& files)
 {
     std::size_t hash = 0;
-    for (const auto& [name, content] : files)
-        hash = qHashMulti(hash, name, content);
+    for (const auto& [name, content] : files) {
+        if (!name.endsWith("-shm"))
+            hash = qHashMulti(hash, name, content);
+    }
     return hash;
 }
 

@@ -1,5 +1,7 @@
 #include "tests/queue/power/recordingvfs.h"
 
+#include <QFile>
+
 #include <stdexcept>
 
 namespace power {
@@ -28,7 +30,8 @@ struct RecordingVfs::File : sqlite3_file
     sqlite3_file* real;
     // 0 where nothing is recorded.
     int number;
-    bool isLog;
+    // Of a log; SQLite keeps it.
+    const char* log;
 
     static File& of(sqlite3_file* file) { return *static_cast<File*>(file); }
 };
@@ -138,6 +141,14 @@ void RecordingVfs::note(const sqlite3_file* file, Request request)
         recorded.push_back(std::move(request));
 }
 
+void RecordingVfs::noteShared(const QByteArray& log)
+{
+    const QByteArray path = log.chopped(QByteArrayView("-wal").size()) + "-shm";
+    if (QFile file(QFile::decodeName(path)); file.open(QIODevice::ReadOnly))
+        recorded.push_back(
+            {.kind = Request::Kind::Share, .name = baseName(path.constData()), .bytes = file.readAll()});
+}
+
 int RecordingVfs::open(
     sqlite3_vfs* /*self*/, const char* name, sqlite3_file* opened, int flags, int* outFlags)
 {
@@ -152,7 +163,7 @@ int RecordingVfs::open(
     static const sqlite3_io_methods methods = methodsOfFiles();
     file.pMethods = &methods;
     file.number = (flags & recordedKinds) != 0 ? active->numberOf(baseName(name)) : 0;
-    file.isLog = (flags & SQLITE_OPEN_WAL) != 0;
+    file.log = (flags & SQLITE_OPEN_WAL) != 0 ? name : nullptr;
     return SQLITE_OK;
 }
 
@@ -179,8 +190,11 @@ int RecordingVfs::truncate(sqlite3_file* self, sqlite3_int64 length)
 
 int RecordingVfs::sync(sqlite3_file* self, int flags)
 {
-    if (File::of(self).isLog && active->beforeSyncOfLog)
-        active->beforeSyncOfLog();
+    if (const char* const log = File::of(self).log) {
+        active->noteShared(log);
+        if (active->beforeSyncOfLog)
+            active->beforeSyncOfLog();
+    }
     active->note(self, {.kind = Request::Kind::Sync});
     return Passed<&sqlite3_io_methods::xSync>::call(self, flags);
 }

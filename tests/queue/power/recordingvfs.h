@@ -11,8 +11,8 @@
 namespace power {
 
 /// SQLite's way to files, for as long as the object lives: does everything as before, and records what it
-/// asks of the disk for databases, their logs and journals. The shared memory beside a log is not recorded;
-/// it goes with the power. One object at a time, for connections of one thread in one folder.
+/// asks of the disk for databases, their logs and journals, and what is in the shared memory beside a log
+/// whenever that is synced. One object at a time, for connections of one thread in one folder.
 class RecordingVfs
 {
 public:
@@ -42,6 +42,7 @@ private:
 
     [[nodiscard]] int numberOf(const QByteArray& name);
     void note(const sqlite3_file* file, Request request);
+    void noteShared(const QByteArray& log);
 
     sqlite3_vfs* real;
     sqlite3_vfs own = {};

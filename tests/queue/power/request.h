@@ -18,6 +18,8 @@ struct Request
         Sync,
         /// Has the names of files survive.
         SyncFolder,
+        /// `bytes` are in a file that maps memory and is never synced; the disk has got any of them or none.
+        Share,
         /// From here on, the database holds the content in `bytes`, and somebody knows.
         Promise,
     };
