@@ -40,7 +40,9 @@ void Database::open(const DatabaseFormat& format, std::chrono::milliseconds pati
     if (!database.open())
         failBy(database.lastError());
     engine->limit(*this, patience);
-    transaction([&] { bringUpToDate(format); });
+    // Who finds it as it is to be waits for nobody who changes something.
+    if (!isUpToDate(format))
+        transaction([&] { bringUpToDate(format); });
     if (const QString reason = engine->settle(*this); !reason.isEmpty())
         fail(reason, Fault::Lasting);
     // They are run once.
@@ -51,6 +53,14 @@ void Database::failBy(const QSqlError& error)
 {
     const bool isPassing = engine->isPassing(error.nativeErrorCode());
     fail(error.databaseText().simplified(), isPassing ? Fault::Passing : Fault::Lasting);
+}
+
+bool Database::isUpToDate(const DatabaseFormat& format)
+{
+    DatabaseMark mark;
+    snapshot([&] { mark = engine->mark(*this); });
+    return mark.applicationId == format.applicationId &&
+           mark.version == static_cast<int>(format.versions.size());
 }
 
 void Database::bringUpToDate(const DatabaseFormat& format)

@@ -85,6 +85,7 @@ private:
     void requireConnection();
     void run(Run how, const char* statement, const QVariantList& values, const Read& read);
     void enclose(const char* begin, const std::function<void()>& action);
+    [[nodiscard]] bool isUpToDate(const DatabaseFormat& format);
     void bringUpToDate(const DatabaseFormat& format);
     [[nodiscard]] QString spelled(const char* statement);
 

@@ -72,6 +72,16 @@ TEST_P(StoreFile, WaitsForTheDisk)
     EXPECT_EQ(store.database().value("PRAGMA journal_mode").toString(), u"wal"_s);
 }
 
+// Such as one that is stopped, or waits for its disk.
+TEST_P(StoreFile, CanBeReadWhileAnotherProcessChangesIt)
+{
+    addOne(store, newEntry(u"r1"_s));
+    store.database().transaction([this] {
+        Store other(place(), u"shop_1"_s, 10ms);
+        EXPECT_TRUE(other.find(u"r1"_s));
+    });
+}
+
 TEST_P(StoreFile, OfANewerVersionIsLeftAlone)
 {
     store.database().change("PRAGMA user_version = 2");
