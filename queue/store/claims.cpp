@@ -29,6 +29,17 @@ QByteArray dueEntry()
     return "SELECT * FROM (" + branches + ") AS one ORDER BY number LIMIT 1";
 }
 
+// When a worker was heard of, in milliseconds. With a file, by a clock that nobody sets: else all would count
+// as overdue while the machine's is being set. None on a server, where the server's clock tells.
+QVariant heardAt(Store& store)
+{
+    using std::chrono::steady_clock;
+    if (till::isOnServer(store.place()))
+        return {};
+    const auto sinceStart = steady_clock::now().time_since_epoch();
+    return static_cast<qint64>(std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count());
+}
+
 } // namespace
 
 qint64 enrol(Store& store, WorkerLocks& locks, const QString& name)
@@ -37,7 +48,8 @@ qint64 enrol(Store& store, WorkerLocks& locks, const QString& name)
     // Others see the worker only once it has its lock.
     store.database().transaction([&] {
         worker = store.database()
-                     .value("INSERT INTO workers (name, seen) VALUES (?, @now) RETURNING number", {name})
+                     .value("INSERT INTO workers (name, seen) VALUES (?, coalesce(?, @now)) RETURNING number",
+                         {name, heardAt(store)})
                      .toLongLong();
         locks.take(worker);
     });
@@ -177,9 +189,9 @@ bool Claims::conclude(const Claim& claim, const Ending& ending)
 void Claims::beat()
 {
     store.database().change("UPDATE workers SET"
-                            " seen = @now"
+                            " seen = coalesce(?, @now)"
                             " WHERE number = ?",
-        {worker});
+        {heardAt(store), worker});
 }
 
 // Also of those who have ended and have receipts all the same: one that was called dead by mistake works on.
@@ -191,11 +203,11 @@ int Claims::takeOver()
         bool isOverdue;
     };
     std::vector<Other> others;
-    QSqlQuery row = store.database().query("SELECT number, abs(seen - @now) > ?"
+    QSqlQuery row = store.database().query("SELECT number, abs(seen - coalesce(?, @now)) > ?"
                                            " FROM workers WHERE number <> ?"
                                            " AND (ended = 0 OR number IN (SELECT worker FROM receipts WHERE"
                                            " state = 'sent'))",
-        {static_cast<qint64>(lease.count()), worker});
+        {heardAt(store), static_cast<qint64>(lease.count()), worker});
     while (row.next())
         others.push_back({row.value(0).toLongLong(), row.value(1).toBool()});
     row.finish();

@@ -139,6 +139,16 @@ TEST_P(ClaimsTest, EndTheTroubleOfTheRegisterWhenAReceiptIsRegistered)
     EXPECT_EQ(overviewOf(store).trouble, QString());
 }
 
+// Those tell the years since 1970. A server has a clock of its own.
+TEST_P(ClaimsTest, KnowOfLifeInAFileByNoClockThatPeopleSet)
+{
+    first.claims.beat();
+    const qint64 seen = store.database().value("SELECT max(seen) FROM workers").toLongLong();
+    constexpr std::chrono::milliseconds tenYears = 87600h;
+    EXPECT_EQ(seen > tenYears.count(), GetParam() == PlaceKind::Postgres);
+    EXPECT_EQ(second->claims.takeOver(), 0);
+}
+
 TEST_P(ClaimsTest, WaitForTheirTimeAndLetOthersPass)
 {
     Ending ending = endingAs(State::Unknown);
