@@ -70,6 +70,7 @@ void World::live(const std::vector<Step>& steps)
     for (const Step& step : steps)
         take(step);
     isWhole = true;
+    ++tally[u"lives"_s];
 }
 
 // A life that ended as it should leaves its workers to the next one.
