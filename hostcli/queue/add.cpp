@@ -65,24 +65,17 @@ queue::NewEntry Composer::entryFor(const QueuedReceipt& queued)
 
 namespace {
 
-struct Taken
+QByteArray lineFor(const QueuedReceipt& queued, queue::Added added, bool isJson)
 {
-    QString file;
-    int line;
-    QString id;
-    queue::Added added;
-};
-
-QByteArray lineFor(const Taken& taken, bool isJson)
-{
-    const bool isNew = taken.added == queue::Added::New;
+    const bool isNew = added == queue::Added::New;
+    const QString id = queued.receipt.id();
     if (isJson)
-        return printableJson(QJsonDocument(QJsonObject{{u"file"_s, taken.file}, {u"line"_s, taken.line},
-                                               {u"id"_s, taken.id}, {u"added"_s, isNew}})
+        return printableJson(QJsonDocument(QJsonObject{{u"file"_s, queued.file}, {u"line"_s, queued.line},
+                                               {u"id"_s, id}, {u"added"_s, isNew}})
                                  .toJson(QJsonDocument::Compact)) +
                '\n';
     const QString text = isNew ? Text::tr("%1: queued") : Text::tr("%1: already queued");
-    return (printable(text.arg(taken.id)) + u'\n').toUtf8();
+    return (printable(text.arg(id)) + u'\n').toUtf8();
 }
 
 } // namespace
@@ -93,16 +86,15 @@ ExitCode queueAdd(const CommandLine& line, Output& output)
     ReceiptQueue receipts(line.files, limitChecksOf(line));
     Composer composer(line, place);
     queue::Store store(place.file, place.address);
-    std::vector<Taken> taken;
+    // Only what is on the disk is reported.
+    QByteArray report;
     queue::storeAll(store, [&](const auto& add) {
         receipts.forEach([&](const QueuedReceipt& queued) {
-            taken.push_back({queued.file, queued.line, queued.receipt.id(), add(composer.entryFor(queued))});
+            report += lineFor(queued, add(composer.entryFor(queued)), line.json);
             return true;
         });
     });
-    // Only what is on the disk is reported.
-    for (const Taken& one : taken)
-        output.write(lineFor(one, line.json));
+    output.write(report);
     return ExitCode::Success;
 }
 
