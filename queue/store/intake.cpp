@@ -31,13 +31,18 @@ bool isSame(const QByteArray& text, const QByteArray& other)
 
 Added add(Store& store, const NewEntry& entry)
 {
-    const QVariant number =
-        store.database().value("INSERT INTO receipts (register, id, file, line, text, digest, added, changed)"
-                               " SELECT ?, ?, ?, ?, ?, ?, now, now FROM (SELECT @now AS now) AS t WHERE true"
-                               " ON CONFLICT DO NOTHING RETURNING number",
-            {store.registerNumber(), entry.id, entry.file, entry.line, entry.text, entry.digest});
-    if (number.isValid()) {
-        store.note(number.toLongLong(), "added");
+    // To return its number would cost a table of its own in a file.
+    const bool isNew =
+        store.database().change(
+            "INSERT INTO receipts (register, id, file, line, text, digest, added, changed)"
+            " SELECT ?, ?, ?, ?, ?, ?, now, now FROM (SELECT @now AS now) AS t WHERE true"
+            " ON CONFLICT DO NOTHING",
+            {store.registerNumber(), entry.id, entry.file, entry.line, entry.text, entry.digest}) == 1;
+    if (isNew) {
+        store.database().change("INSERT INTO events (at, receipt, event, attempt, worker)"
+                                " SELECT added, number, 'added', 0, 0 FROM receipts"
+                                " WHERE register = ? AND id = ?",
+            {store.registerNumber(), entry.id});
         return Added::New;
     }
     const auto known = store.find(entry.id);
