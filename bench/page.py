@@ -2,6 +2,7 @@
 
 import textwrap
 
+import queuerows
 from report import number
 
 # Case, and whether twenty registers sell at once.
@@ -64,10 +65,10 @@ def findings(run):
     yield f"**A further line** of a receipt takes {number((large - small) / 99)} instructions."
     many = run.receipt(1, "plain", 20, "µs")
     yield f"**Twenty registers** at once register {number(1e6 / many.value())} receipts of one line a second."
-    for unit in ("kB resident each", "descriptors when all are idle"):
-        row = run.first("Many registers in one process", unit)
-        yield (f"**{row.case} registers in one process**: {number(row.value())} {unit}; at most {number(row.at_most)} is "
-               f"wanted, and {met(row)}.")
+    found = [run.first("Many registers in one process", unit)
+             for unit in ("kB resident each", "descriptors when all are idle")]
+    yield (f"**{found[0].case} registers in one process**: " + ", ".join(
+        f"{number(row.value())} {row.unit} (at most {number(row.at_most)} is wanted, and {met(row)})" for row in found) + ".")
     row = run.first("Growth in a soak", "kB resident")
     yield f"**Growth**: {row.case} through one register add {number(row.value())} kB."
     row = run.row("frhost as a process", "describe", "ms")
@@ -75,6 +76,17 @@ def findings(run):
     loaded = [f"{number(stage.value())} with {stage.case.removeprefix('and ')}" for stage in stages]
     yield (f"**Start**: `frhost describe` takes {number(row.value())} ms; at most {number(row.at_most)} is wanted, and "
            f"{met(row)}. To load libraries alone takes {', '.join(loaded[:-1])} and {loaded[-1]}, each with those before.")
+    yield from queue(run)
+
+
+def queue(run):
+    """One finding about all figures of the queue that have a target."""
+    rows = [row for row in run.rows.values()
+            if row.subject in (queuerows.IN_FILE, queuerows.ON_SERVER) and (row.at_most or row.baselines)]
+    missed = [row for row in rows if row.missed() or any(row.missed_ratio(name) for name in row.baselines)]
+    killed = " and ".join(number(row.value()) for row in rows if row.case == queuerows.KILLED)
+    yield (f"**[The queue](queue.md)**: a killed worker's receipt is claimed again after {killed} ms; {len(rows) - len(missed)} "
+           f"of {len(rows)} targets are met" + "".join(f"; missed: {row.case}" for row in missed) + ".")
 
 
 def table(run):
@@ -117,6 +129,30 @@ def picture(run):
 
 def wrapped(finding):
     return textwrap.fill(finding, 120, initial_indent="- ", subsequent_indent="  ", break_on_hyphens=False) + "\n"
+
+
+# The measured rate is not used up, so that the rest of the work and a bad day have room; and of a shop's day, a part falls
+# into its busiest hour.
+USED, BUSIEST = 0.5, 0.2
+A_DAY = (100, 500, 2000)
+
+
+def scale(rows, machine):
+    """docs/scale.md: what one server carries; nothing where none was measured."""
+    found = {(row.subject, row.case, row.unit): row.value() for row in rows}
+    stay, stored = (found.get((queuerows.ON_SERVER, queuerows.STAY, unit)) for unit in ("µs", "kB stored"))
+    if stay is None:
+        return None
+    second = 1e6 / stay
+    day = second * USED * 3600 / BUSIEST
+    lines = [f"{number(stay)} µs a receipt, {queuerows.WORKERS} workers together: {second:,.0f} receipts a second from "
+             "`add` to registered.",
+             f"With {USED:.0%} of that in the busiest hour, and {BUSIEST:.0%} of a day's receipts in that hour: {day:,.0f} "
+             "receipts a day.",
+             f"{stored:.1f} kB stored a receipt, its history included: {day * stored / 1024 ** 2:,.1f} GB on such a day."]
+    table = "".join(f"| {count:>24,} | {day / count:>7,.0f} |\n" for count in A_DAY)
+    return (machine + "\n" + "".join(wrapped(line) for line in lines) +
+            "\n| receipts of a shop a day |   shops |\n| -----------------------: | ------: |\n" + table)
 
 
 def page(rows, machine):

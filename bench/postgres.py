@@ -64,6 +64,11 @@ class Server:
         """Does what the server does by itself after a while, now."""
         subprocess.run([programs() / "psql", "-qXc", "VACUUM ANALYZE", f"service={service}"], check=True)
 
+    def value(self, service, query):
+        """The number that a query returns."""
+        return float(subprocess.run([programs() / "psql", "-qXAtc", query, f"service={service}"], check=True,
+                                    capture_output=True, text=True).stdout)
+
     def statement_microseconds(self, service, statement, clients, seconds):
         """Runs the statement again and again from several clients; returns the time that one takes all together."""
         script = Path(self.folder) / "statement.sql"

@@ -12,7 +12,7 @@ from pathlib import Path
 
 import emulatorload
 import page
-import postgres
+import queuerows
 from frhost import Frhost
 from machine import about
 from programs import google_benchmark, instructions, output_of, process_of, say
@@ -38,13 +38,12 @@ class Workload:
     emulator_rounds: int = 3
     emulator_sells: int = 50_000
     emulator_kept: tuple = (1000, 20_000, 150_000)
-    claim_rounds: int = 5
-    claim_seconds: int = 4
-    claim_receipts: int = 60_000
+    queue: queuerows.Load = queuerows.Load()
 
 
 # Shows whether everything runs, not how fast.
-QUICK = Workload(3, 0.01, 3, (20, 20), 1, 200, 3000, 5000, 2000, 1, 2000, (100, 1000, 2000), 1, 1, 30_000)
+QUICK = Workload(3, 0.01, 3, (20, 20), 1, 200, 3000, 5000, 2000, 1, 2000, (100, 1000, 2000),
+                 queuerows.QUICK)
 
 
 def receipts(work):
@@ -202,33 +201,12 @@ def emulator(work):
     yield Row("The emulator under load", f"--keep {keep}, {sells:,} sells", "kB resident more", [after - warm])
 
 
-# What claims a receipt, without its history and what a worker wants to know of it.
-BARE_CLAIM = """UPDATE receipts SET state = 'sent', worker = 1, attempt = attempt + 1, maybeSent = 1 WHERE number =
- (SELECT number FROM receipts WHERE register = 1 AND held = 0 AND state IN ('queued', 'unknown', 'incomplete')
-  AND due <= 0 ORDER BY due, number LIMIT 1 FOR UPDATE SKIP LOCKED)"""
+def queue(work):
+    return queuerows.rows(BUILD, work.queue)
 
 
-def queue_claims(work):
-    if not postgres.programs():
-        say("without PostgreSQL; with postgresql and libqt6sql6-psql installed the queue's claims are measured too")
-        return
-    workers = 8
-    say(f"claimsbench: {work.claim_rounds} rounds of {work.claim_seconds} s, and pgbench")
-    program = BUILD / "bench" / "claimsbench"
-    ours, bare = [], []
-    with postgres.server() as server:
-        for i in range(work.claim_rounds):
-            for name, into in ((f"ours{i}", ours), (f"bare{i}", bare)):
-                service = server.service(name)
-                place = f"postgresql:service={service}"
-                output_of(program, "fill", place, work.claim_receipts)
-                server.analyze(service)
-                if into is ours:
-                    into.append(float(output_of(program, "claim", place, workers, work.claim_seconds)))
-                else:
-                    into.append(server.statement_microseconds(service, BARE_CLAIM, workers, work.claim_seconds))
-    yield Row("The queue on PostgreSQL", f"a claim, {workers} workers", "µs", ours, {"pgbench, bare statement": bare},
-              ratios_at_most={"pgbench, bare statement": 1.25})
+MEASURES = {"equal": equal_work, "receipts": receipts, "registers": registers, "frhost": host_program,
+            "emulator": emulator, "queue": queue}
 
 
 def main():
@@ -236,19 +214,27 @@ def main():
     parser.add_argument("--json", action="store_true", help="print the results as JSON")
     parser.add_argument("--quick", action="store_true", help="few rounds: whether it runs, not how fast")
     parser.add_argument("--docs", action="store_true", help="also write docs/performance.md and what belongs to it")
+    parser.add_argument("--only", choices=MEASURES, help="measure this alone; of the documents, write what it is about")
     options = parser.parse_args()
     machine = about(" ".join(["scripts/bench", *sys.argv[1:]]))
     shown = sys.stderr if options.json else sys.stdout
     print(machine, file=shown)
     rows = []
-    for measure in (equal_work, receipts, registers, host_program, emulator, queue_claims):
-        found = list(measure(QUICK if options.quick else Workload()))
+    for name in [options.only] if options.only else MEASURES:
+        found = list(MEASURES[name](QUICK if options.quick else Workload()))
         rows += found
         print(tables(found), file=shown, flush=True)
     if options.json:
         print(json.dumps({"machine": machine, "results": [row.record() for row in rows]}, indent=1, ensure_ascii=False))
     if options.docs:
-        docs = TOP / "docs"
+        write_pages(rows, machine, options.only)
+
+
+def write_pages(rows, machine, only):
+    docs = TOP / "docs"
+    if scale := page.scale(rows, machine):
+        write_docs(docs / "scale.md", scale)
+    if not only:
         write_docs(docs / "performance.md", page.page(rows, machine))
         write_docs(docs / "performance-run.md", machine + "\n" + tables(rows))
         (docs / "performance.svg").write_text(page.picture(page.Run(rows)))
