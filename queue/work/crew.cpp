@@ -66,24 +66,29 @@ void Crew::keepAlive(Store& store, Claims& claims)
         const std::scoped_lock lock(guard);
         return running > 0;
     };
-    const auto rest = [&] {
-        std::this_thread::sleep_for(tick);
-        surroundings.showLife();
+    const auto begin = std::chrono::steady_clock::now();
+    auto beaten = begin;
+    auto looked = begin;
+    auto takenOver = begin - surroundings.idle;
+    auto now = begin;
+    const auto isTime = [&](auto& last, std::chrono::milliseconds length) {
+        const bool is = now - last >= length;
+        last = is ? now : last;
+        return is;
     };
-    auto beaten = std::chrono::steady_clock::now();
-    auto looked = beaten;
+    const auto rest = [&] {
+        surroundings.showLife();
+        std::this_thread::sleep_for(tick);
+    };
     try {
-        while (isRunning()) {
+        for (; isRunning(); now = std::chrono::steady_clock::now()) {
             rest();
-            const auto now = std::chrono::steady_clock::now();
-            if (now - looked > betweenLooks) {
+            if (isTime(looked, betweenLooks))
                 store.requirePlace();
-                looked = now;
-            }
-            if (now - beaten > surroundings.lease / 3) {
+            if (isTime(beaten, surroundings.lease / 3))
                 claims.beat();
-                beaten = now;
-            }
+            if (isTime(takenOver, surroundings.idle))
+                claims.takeOver();
         }
     } catch (...) {
         keep(std::current_exception());

@@ -61,7 +61,6 @@ bool Lane::run()
                 pause.begin();
             continue;
         }
-        claims.takeOver();
         if (const auto claim = claims.next())
             carryOut(*claim);
         else if (surroundings.untilEmpty && claims.isDone())

@@ -29,7 +29,8 @@ struct Surroundings
     std::chrono::milliseconds lease;
     /// How long the store waits for other processes.
     std::chrono::milliseconds patience = Store::defaultPatience;
-    /// How long an idle lane waits before it looks into the store again.
+    /// How long an idle lane waits before it looks into the store again, and a worker before it looks for
+    /// dead ones.
     std::chrono::milliseconds idle{200};
     /// Whether the work ends when nothing is left, or when the register does not come back.
     bool untilEmpty = false;

@@ -124,6 +124,18 @@ TEST_F(QueueProgram, TakesUpTheReceiptOfAKilledWorkerAtOnceAndRegistersItOnce)
     EXPECT_EQ(audit(), u"1 1 0 0 0 1"_s);
 }
 
+TEST_F(QueueProgram, TakesOverFromADeadWorkerWhileItsOnlyPlaceIsBusy)
+{
+    emulator.addFault(R"("endpoint":"report","effect":"never")");
+    EXPECT_EQ(add(receipts(2)).exitCode, 0);
+    Running dies = worker();
+    ASSERT_TRUE(comesTrue([&] { return sellsSeen() == 1; }));
+    Running busy = worker();
+    ASSERT_TRUE(comesTrue([&] { return sellsSeen() == 2; }));
+    dies.signal(SIGKILL);
+    EXPECT_TRUE(comesTrue([&] { return listed() == (QStringList{u"r1 unknown"_s, u"r2 sent"_s}); }));
+}
+
 TEST_F(QueueProgram, RecoversAReceiptWhoseAnswerWasLost)
 {
     emulator.addFault(R"("endpoint":"sell","effect":"close","phase":"after","match":{"next":1})");
