@@ -82,7 +82,7 @@ QString missing(const CLI::App& app)
 {
     for (const CLI::Option* option : chosen(app).back()->get_options()) {
         if (option->get_required() && option->count() == 0)
-            return Text::tr("%1 is missing.").arg(fromStd(option->get_name(true)));
+            return Text::tr("%1 is missing.").arg(fromStd(option->get_name(option->get_positional())));
     }
     return Text::tr("A command is missing.");
 }

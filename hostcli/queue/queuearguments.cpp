@@ -79,6 +79,14 @@ std::string checkedText(const std::string& text)
     return text.empty() ? Text::tr("the id is empty").toStdString() : std::string();
 }
 
+std::string checkedCursor(const std::string& text)
+{
+    bool isNumber = false;
+    const qint64 cursor = QString::fromStdString(text).toLongLong(&isNumber);
+    return isNumber && cursor >= 0 ? std::string()
+                                   : Text::tr("the cursor is a number, as results shows it").toStdString();
+}
+
 // "90d" in days; none for anything else.
 std::optional<int> daysIn(const std::string& age)
 {
@@ -116,7 +124,7 @@ void QueueArguments::addTo(CLI::App& command, std::vector<std::string>& files)
     CLI::App& results = *command.get_subcommand("results");
     results.add_option("--after", after, Text::tr("Only results after this cursor").toStdString())
         ->option_text("CURSOR")
-        ->check(CLI::NonNegativeNumber);
+        ->check(&checkedCursor);
     results.add_flag("--follow", follow, Text::tr("Wait for further results").toStdString());
     command.get_subcommand("list")
         ->add_option("--state", state, Text::tr("Only receipts in this state").toStdString())

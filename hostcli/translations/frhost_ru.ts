@@ -1826,28 +1826,28 @@
         <translation>связь с сервером потеряна</translation>
     </message>
     <message>
-        <source>The option &quot;%1&quot; belongs after the command.</source>
-        <translation>Параметр «%1» пишется после команды.</translation>
-    </message>
-    <message>
         <source>Nothing was registered, and this id is used up. Send it under a new one: frhost queue retry %1 --new-id NEW</source>
-        <translation>Чек не зарегистрирован, этот идентификатор использован. Отправьте чек с новым: frhost queue retry %1 --new-id НОВЫЙ</translation>
+        <translation>Чек не зарегистрирован, этот идентификатор использован. Отправьте чек под новым: frhost queue retry %1 --new-id НОВЫЙ</translation>
     </message>
     <message>
         <source>This sale is NOT registered. Send it under an id of its own: frhost queue retry %1 --new-id NEW</source>
-        <translation>Эта продажа НЕ зарегистрирована. Отправьте чек со своим идентификатором: frhost queue retry %1 --new-id НОВЫЙ</translation>
+        <translation>Эта продажа НЕ зарегистрирована. Отправьте чек под отдельным идентификатором: frhost queue retry %1 --new-id НОВЫЙ</translation>
     </message>
     <message>
         <source>Nothing was registered. Correct the cause, then: frhost queue retry %1. If the receipt itself is wrong, hand the correct one over under another id.</source>
-        <translation>Чек не зарегистрирован. Устраните причину и выполните: frhost queue retry %1. Если ошибка в самом чеке, поставьте в очередь исправленный с другим идентификатором.</translation>
+        <translation>Чек не зарегистрирован. Устраните причину и выполните: frhost queue retry %1. Если ошибка в самом чеке, сдайте исправленный чек под другим идентификатором.</translation>
     </message>
     <message>
         <source>Do NOT sell it under a new id. Have the service asked again: frhost queue release %1</source>
-        <translation>НЕ пробивайте чек с новым идентификатором. Чтобы спросить сервис ещё раз: frhost queue release %1</translation>
+        <translation>НЕ пробивайте его под новым идентификатором. Чтобы спросить сервис ещё раз: frhost queue release %1</translation>
     </message>
     <message>
         <source>Look at what happened: frhost queue show %1. Then: frhost queue release %1</source>
         <translation>Посмотрите, что произошло: frhost queue show %1. Затем: frhost queue release %1</translation>
+    </message>
+    <message>
+        <source>the cursor is a number, as results shows it</source>
+        <translation>отметка места — число, как его показывает results</translation>
     </message>
 </context>
 </TS>
