@@ -1846,6 +1846,10 @@
         <translation>Посмотрите, что произошло: frhost queue show %1. Затем: frhost queue release %1</translation>
     </message>
     <message>
+        <source>The register works again.</source>
+        <translation>Касса снова работает.</translation>
+    </message>
+    <message>
         <source>the cursor is a number, as results shows it</source>
         <translation>отметка места — число, как его показывает results</translation>
     </message>

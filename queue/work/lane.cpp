@@ -104,7 +104,8 @@ void Lane::carryOut(const Claim& claim)
         pause.begin();
         return;
     }
-    pause.forget();
+    if (pause.forget())
+        surroundings.say(Text::tr("The register works again."));
 }
 
 ReceiptResult Lane::sell(const Claim& claim)
@@ -148,7 +149,9 @@ void Lane::pauseFor(const QString& trouble)
 {
     claims.setTrouble(trouble);
     surroundings.showTrouble(trouble);
-    surroundings.say(trouble);
+    // A trouble that lasts is said once.
+    if (pause.isNews(trouble))
+        surroundings.say(trouble);
 }
 
 } // namespace queue

@@ -1,6 +1,7 @@
 #include "queue/work/pause.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace queue {
 
@@ -20,10 +21,17 @@ void Pause::begin()
     isPaused = true;
 }
 
-void Pause::forget()
+bool Pause::isNews(const QString& trouble)
+{
+    const std::scoped_lock lock(guard);
+    return std::exchange(known, trouble) != trouble;
+}
+
+bool Pause::forget()
 {
     const std::scoped_lock lock(guard);
     length = Milliseconds(0);
+    return !std::exchange(known, {}).isEmpty();
 }
 
 void Pause::stop()

@@ -30,8 +30,10 @@ public:
 
     /// The register is in trouble: lanes stop before their next receipt.
     void begin();
-    /// A receipt went through: the next pause is a short one again.
-    void forget();
+    /// Whether this trouble is another one than that before, or the first one after forget().
+    [[nodiscard]] bool isNews(const QString& trouble);
+    /// A receipt went through: the next pause is a short one again. Returns whether there was any trouble.
+    bool forget();
     /// Ends all waiting, for good.
     void stop();
 
@@ -52,6 +54,7 @@ private:
     mutable std::mutex guard;
     std::condition_variable changed;
     std::minstd_rand random;
+    QString known;
     Milliseconds length{0};
     std::chrono::steady_clock::time_point until;
     bool isPaused = false;

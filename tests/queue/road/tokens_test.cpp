@@ -21,6 +21,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 
 // The faults that concern a token, by whether `sell` gets on all the same: where it does not, the table has a
@@ -113,6 +114,18 @@ TEST_F(TokensOnTheRoad, AreUsedWhereTheyArriveInAnotherWay)
     }
 }
 
+TEST_F(TokensOnTheRoad, ThatAreBackAreReported)
+{
+    const EmulatorProcess emulator;
+    const QueueTill till(emulator.url());
+    ASSERT_EQ(till.add({u"r1"_s, u"r2"_s}).exitCode, 0);
+    emulator.addFault(R"("endpoint":"token","effect":"error","code":12,"match":{"next":1})");
+    EXPECT_TRUE(work(till));
+    EXPECT_THAT(said.toStdString(), HasSubstr("does not accept the login"));
+    EXPECT_THAT(said.toStdString(), EndsWith("\nThe register works again.\n"));
+    EXPECT_EQ(said.count(u'\n'), 2) << said.toStdString();
+}
+
 TEST_F(TokensOnTheRoad, ThatAreNoneAreNotUsed)
 {
     const char* answer = nullptr;
@@ -138,7 +151,7 @@ TEST_F(TokensOnTheRoad, AreNotWaitedForWithoutAnEndWhereNobodyListens)
     ASSERT_EQ(till.add({u"r1"_s}).exitCode, 0);
     emulator.stop();
     expectInVain(till);
-    EXPECT_THAT(said.toStdString(), HasSubstr(": nobody accepts connections there."));
+    EXPECT_EQ(said.count(u": nobody accepts connections there."_s), 1) << "a trouble that lasts is said once";
 }
 
 } // namespace

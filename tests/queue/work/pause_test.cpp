@@ -38,8 +38,22 @@ TEST(Pause, GrowsUpToItsLimitAndTriesAfterEach)
     for (std::size_t i = 0; i < 5; ++i)
         EXPECT_GE(tries[i + 1] - tries[i], least[i]) << i;
     EXPECT_TRUE(pause.isLongest());
-    pause.forget();
+    EXPECT_FALSE(pause.forget());
     EXPECT_FALSE(pause.isLongest());
+}
+
+TEST(Pause, KnowsWhichTroubleIsNews)
+{
+    Pause pause;
+    const QString silence = QStringLiteral("silence");
+    EXPECT_FALSE(pause.forget());
+    EXPECT_TRUE(pause.isNews(silence));
+    EXPECT_FALSE(pause.isNews(silence));
+    EXPECT_TRUE(pause.isNews(QStringLiteral("wrong login")));
+    EXPECT_TRUE(pause.isNews(silence));
+    EXPECT_TRUE(pause.forget());
+    EXPECT_FALSE(pause.forget());
+    EXPECT_TRUE(pause.isNews(silence));
 }
 
 TEST(Pause, HasOneLaneTryForAll)
