@@ -80,6 +80,49 @@ ReceiptResult Registrar::sell(const QueuedReceipt& queued)
     return resultOf(queued, finding);
 }
 
+std::variant<ReceiptResult, AwaitedReceipt> Registrar::begin(const QueuedReceipt& queued)
+{
+    const Receipt& receipt = queued.receipt;
+    transport.startReceipt();
+    Finding finding;
+    finding.error = attempted([&] { handOver(fiscalRegister.driver(), receipt); });
+    if (finding.error)
+        finding.verdict = judgeSale(transport.seen(), factsOf(receipt), true);
+    else
+        finding = repeatRefused(closeAgain(receipt), [&] { return closeAgain(receipt); });
+    if (finding.verdict == SaleVerdict::Existing)
+        finding = closeAgain(receipt);
+    if (finding.verdict != SaleVerdict::Unfinished)
+        return resultOf(queued, finding);
+    return AwaitedReceipt{
+        queued, transport.memory(), std::move(finding.error), {}, ofRegister().beforeQuestion};
+}
+
+std::optional<ReceiptResult> Registrar::ask(AwaitedReceipt& awaited)
+{
+    const Receipt& receipt = awaited.queued.receipt;
+    transport.resume(awaited.memory);
+    transport.startQuestion();
+    const QString uuid = transport.seen().registration.uuid;
+    if (auto thrown = attempted([&] { std::ignore = fiscalRegister.service().getDocumentInfo(uuid); }))
+        awaited.error = std::move(thrown);
+    const DocumentState state = judgeStatus(transport.seen(), receipt.id());
+    if (const auto pause = awaited.wait.after(state, ofRegister())) {
+        awaited.pause = *pause;
+        awaited.memory = transport.memory();
+        return std::nullopt;
+    }
+    return resultOf(
+        awaited.queued, {verdictOf(state, transport.seen(), factsOf(receipt)), std::move(awaited.error)});
+}
+
+Patience Registrar::ofRegister() const
+{
+    Patience own = patience;
+    own.beforeQuestion = fiscalRegister.requestInterval();
+    return own;
+}
+
 ReceiptResult Registrar::send(const QueuedReceipt& queued)
 {
     return resultOf(
@@ -147,9 +190,7 @@ DocumentState Registrar::awaitNews(const QString& uuid, bool hasFailedOnce,
         return judge();
     };
     const auto pause = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); };
-    Patience ofRegister = patience;
-    ofRegister.beforeQuestion = fiscalRegister.requestInterval();
-    return awaitDocument(ask, pause, ofRegister);
+    return awaitDocument(ask, pause, ofRegister());
 }
 
 // The question names the document, as the answer to the receipt does otherwise; and the receipt is what the

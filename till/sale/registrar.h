@@ -2,19 +2,33 @@
 
 #include "till/receipts/receiptqueue.h"
 #include "till/sale/result.h"
+#include "till/wire/observingtransport.h"
+
+#include <variant>
 
 class AbstractFrDriver;
 
 namespace till {
 
 class LoadedRegister;
-class ObservingTransport;
 
 /// Hands the receipt to the driver, from checkOpen() to the last payment; closing it is left to the caller.
 void handOver(AbstractFrDriver& driver, const Receipt& receipt);
 
 /// What the service's answers about this receipt have to repeat.
 [[nodiscard]] ReceiptFacts factsOf(const Receipt& receipt);
+
+/// A receipt that the service has, and whose registration is not known yet.
+struct AwaitedReceipt
+{
+    QueuedReceipt queued;
+    ObservingTransport::Memory memory;
+    /// What the driver threw last; none when it threw nothing.
+    std::optional<ErrorInfo> error;
+    DocumentWait wait;
+    /// Before the next question.
+    std::chrono::milliseconds pause{0};
+};
 
 /// Registers receipts and finds out what became of each. Blocks while the service works on a receipt.
 ///
@@ -34,6 +48,13 @@ public:
     /// failure is an outcome.
     [[nodiscard]] ReceiptResult sell(const QueuedReceipt& queued);
 
+    /// The same without waiting, so that other receipts may be sent meanwhile: sends the receipt, and returns
+    /// its result where that is known at once.
+    [[nodiscard]] std::variant<ReceiptResult, AwaitedReceipt> begin(const QueuedReceipt& queued);
+    /// Asks once about it; returns its result where that is known now. The transport has seen what concerns
+    /// this receipt then.
+    [[nodiscard]] std::optional<ReceiptResult> ask(AwaitedReceipt& awaited);
+
     /// Sends a receipt without waiting for its registration. Throws as little as sell().
     [[nodiscard]] ReceiptResult send(const QueuedReceipt& queued);
 
@@ -52,6 +73,7 @@ private:
 
     [[nodiscard]] Finding close(const Receipt& receipt);
     [[nodiscard]] Finding closeAgain(const Receipt& receipt);
+    [[nodiscard]] Patience ofRegister() const;
     [[nodiscard]] Finding submit(const Receipt& receipt);
     [[nodiscard]] Finding submitAgain(const Receipt& receipt);
     [[nodiscard]] Finding await(const Receipt& receipt, Finding finding);

@@ -123,22 +123,31 @@ bool existedBefore(const WireRecord& seen)
            seen.registration.errorCode == ServiceCode::DocumentInProgress;
 }
 
+std::optional<std::chrono::milliseconds> DocumentWait::after(DocumentState state, const Patience& patience)
+{
+    failed = state == DocumentState::Failed ? failed + 1 : 0;
+    if (state == DocumentState::Waiting)
+        silent = 0;
+    else if (state == DocumentState::NoNews)
+        ++silent;
+    const bool goesOn = state == DocumentState::Waiting ||
+                        (state == DocumentState::NoNews && silent < patience.questionsWithoutNews) ||
+                        (state == DocumentState::Failed && failed <= patience.repeatedFailures);
+    if (!goesOn)
+        return std::nullopt;
+    return failed > 0 ? patience.beforeRepetition : patience.beforeQuestion;
+}
+
 DocumentState awaitDocument(const std::function<DocumentState()>& ask,
     const std::function<void(std::chrono::milliseconds time)>& pause, const Patience& patience)
 {
-    for (int silent = 0, failed = 0;;) {
+    DocumentWait wait;
+    for (;;) {
         const DocumentState state = ask();
-        failed = state == DocumentState::Failed ? failed + 1 : 0;
-        if (state == DocumentState::Waiting)
-            silent = 0;
-        else if (state == DocumentState::NoNews)
-            ++silent;
-        const bool goesOn = state == DocumentState::Waiting ||
-                            (state == DocumentState::NoNews && silent < patience.questionsWithoutNews) ||
-                            (state == DocumentState::Failed && failed <= patience.repeatedFailures);
-        if (!goesOn)
+        const auto time = wait.after(state, patience);
+        if (!time)
             return state;
-        pause(failed > 0 ? patience.beforeRepetition : patience.beforeQuestion);
+        pause(*time);
     }
 }
 

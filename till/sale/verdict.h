@@ -7,6 +7,7 @@
 
 #include <chrono>
 #include <functional>
+#include <optional>
 
 namespace till {
 
@@ -91,10 +92,24 @@ struct Patience
     int repeatedRefusals = 2;
 };
 
-/// Asks about a document until it is finished: `ask` asks once, `pause` waits in between. A single answer
-/// does not prove a failure: only so many in a row do, with nothing else in between, not even silence, behind
-/// which anything may stand. Gives up, with NoNews, after too many questions without news; a waiting document
-/// is waited for without a limit.
+/// The course of asking about a document until it is finished. A single answer does not prove a failure: only
+/// so many in a row do, with nothing else in between, not even silence, behind which anything may stand.
+/// Gives up after too many questions without news; a waiting document is waited for without a limit.
+class DocumentWait
+{
+public:
+    /// Notes what an answer says. Returns the pause before the next question; none where this one was the
+    /// last.
+    [[nodiscard]] std::optional<std::chrono::milliseconds> after(
+        DocumentState state, const Patience& patience);
+
+private:
+    int silent = 0;
+    int failed = 0;
+};
+
+/// Asks about a document until it is finished: `ask` asks once, `pause` waits in between. Returns what the
+/// last answer says.
 [[nodiscard]] DocumentState awaitDocument(const std::function<DocumentState()>& ask,
     const std::function<void(std::chrono::milliseconds time)>& pause, const Patience& patience);
 

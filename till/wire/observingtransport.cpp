@@ -62,6 +62,13 @@ void ObservingTransport::startReceipt()
     record = {};
 }
 
+void ObservingTransport::resume(const Memory& memory)
+{
+    renewals = memory.renewals;
+    const auto lock = hold();
+    record = memory.record;
+}
+
 void ObservingTransport::startQuestion()
 {
     forget(record.status);

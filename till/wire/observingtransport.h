@@ -52,6 +52,16 @@ public:
     void startQuestion();
     [[nodiscard]] const WireRecord& seen() const { return record; }
 
+    /// What is known of a receipt, while other receipts are sent.
+    struct Memory
+    {
+        WireRecord record;
+        TokenRenewals renewals;
+    };
+    [[nodiscard]] Memory memory() const { return {record, renewals}; }
+    /// Goes on with that receipt.
+    void resume(const Memory& memory);
+
     /// The exchanges of this transport.
     [[nodiscard]] ExchangeRecord& exchanges() { return recorded; }
 

@@ -144,6 +144,9 @@ public:
             fiscalRegister, transport, {3, 3, std::chrono::milliseconds(1), std::chrono::milliseconds(1)}};
     }
 
+    // As another receipt would have it.
+    void forget() { transport.startReceipt(); }
+
 private:
     LogCapture log;
     ObservingTransport transport;
@@ -236,6 +239,28 @@ TEST_P(OfRegistrar, IsJudgedByEveryAnswerTogether)
     EXPECT_EQ(service.calls(), row.calls);
     EXPECT_EQ(result.fiscal.has_value(), row.outcome == Outcome::Registered);
     EXPECT_EQ(result.error.has_value(), row.outcome != Outcome::Registered);
+}
+
+// The same answers, while another receipt is sent between any two of them.
+TEST_P(OfRegistrar, IsJudgedAlikeWithoutWaiting)
+{
+    const Row& row = GetParam();
+    const ScriptedService service(row.sells, row.reports, row.tokens);
+    Till till(service);
+    Registrar registrar = till.registrar();
+    auto begun = registrar.begin(queued());
+    std::optional<ReceiptResult> result;
+    if (auto* const atOnce = std::get_if<ReceiptResult>(&begun))
+        result = *atOnce;
+    while (!result) {
+        till.forget();
+        result = registrar.ask(std::get<AwaitedReceipt>(begun));
+    }
+    EXPECT_EQ(result->outcome, row.outcome);
+    EXPECT_EQ(result->recovered, row.recovered);
+    EXPECT_EQ(result->fiscal.has_value(), row.outcome == Outcome::Registered);
+    EXPECT_EQ(result->error.has_value(), row.outcome != Outcome::Registered);
+    EXPECT_EQ(result->sent, true);
 }
 
 INSTANTIATE_TEST_SUITE_P(
