@@ -8,6 +8,8 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
+#include <thread>
 #include <tuple>
 #include <utility>
 
@@ -17,6 +19,9 @@ using till::Text;
 namespace queue {
 
 namespace {
+
+// More would be out of the reach of a person's decisions, and wait in the service instead of here.
+constexpr std::size_t mostUnderWay = 4;
 
 std::unique_ptr<till::Session> createdAlone(const Surroundings& surroundings, std::mutex& creation)
 {
@@ -54,21 +59,68 @@ Lane::~Lane()
 
 bool Lane::run()
 {
-    while (pause.wait([this] { return isOver(); })) {
+    while (mayGoOn()) {
         // Before the first receipt the account is asked, too. Meanwhile others may have begun a pause.
         if (!isConnected) {
             if (!isOver())
                 pause.begin();
             continue;
         }
-        if (const auto claim = claims.next())
-            carryOut(*claim);
-        else if (surroundings.untilEmpty && claims.isDone())
+        const bool hasSent = sendNext();
+        if (askNext() || hasSent)
+            continue;
+        if (surroundings.untilEmpty && underWay.empty() && claims.isDone())
             return true;
-        else if (!pause.rest(surroundings.idle))
+        if (!pause.rest(untilNext()))
             break;
     }
+    while (!underWay.empty()) {
+        if (!askNext())
+            std::this_thread::sleep_for(untilNext());
+    }
     return !(surroundings.untilEmpty && pause.isLongest());
+}
+
+// What the service works on is asked about during a pause, too.
+bool Lane::mayGoOn()
+{
+    return underWay.empty() ? pause.wait([this] { return isOver(); }) : !pause.isStopped();
+}
+
+bool Lane::sendNext()
+{
+    if (underWay.size() >= mostUnderWay || pause.isBegun())
+        return false;
+    const auto claim = claims.next();
+    if (claim)
+        send(*claim);
+    return claim.has_value();
+}
+
+bool Lane::askNext()
+{
+    const auto next = std::ranges::min_element(underWay, {}, &UnderWay::due);
+    if (next == underWay.end() || next->due > std::chrono::steady_clock::now())
+        return false;
+    till::Registrar registrar(session->fiscalRegister(), session->transport());
+    auto result = registrar.ask(next->awaited);
+    next->due = std::chrono::steady_clock::now() + next->awaited.pause;
+    if (result) {
+        const UnderWay done = std::move(*next);
+        underWay.erase(next);
+        conclude(done.claim, std::move(*result), done.hasSameContent);
+    }
+    return true;
+}
+
+std::chrono::milliseconds Lane::untilNext() const
+{
+    const auto next = std::ranges::min_element(underWay, {}, &UnderWay::due);
+    if (next == underWay.end())
+        return surroundings.idle;
+    const auto time =
+        std::chrono::ceil<std::chrono::milliseconds>(next->due - std::chrono::steady_clock::now());
+    return std::clamp(time, std::chrono::milliseconds(0), surroundings.idle);
 }
 
 // A token shows that the service is there and knows the account.
@@ -89,10 +141,29 @@ bool Lane::isOver()
     return true;
 }
 
-void Lane::carryOut(const Claim& claim)
+void Lane::send(const Claim& claim)
 {
-    const ReceiptResult result = sell(claim);
-    Judgement judgement = judge(claim.entry, result, session->transport().seen(), hasSameContent);
+    const QJsonObject json = QJsonDocument::fromJson(claim.entry.text).object();
+    const till::QueuedReceipt queued{claim.entry.file, claim.entry.line, till::toReceipt(json)};
+    keepWatch(claim);
+    till::Registrar registrar(session->fiscalRegister(), session->transport());
+    auto begun = registrar.begin(queued);
+    session->transport().setGate({});
+    // The driver took it for a fault of the receipt.
+    if (storeFailure)
+        std::rethrow_exception(std::exchange(storeFailure, {}));
+    if (auto* const result = std::get_if<ReceiptResult>(&begun))
+        return conclude(claim, std::move(*result), hasSameContent);
+    auto& awaited = std::get<till::AwaitedReceipt>(begun);
+    const auto due = std::chrono::steady_clock::now() + awaited.pause;
+    underWay.push_back({claim, std::move(awaited), hasSameContent, due});
+}
+
+void Lane::conclude(const Claim& claim, ReceiptResult result, bool isSameContent)
+{
+    if (result.compared == till::Comparison::Total && claim.entry.maybeSent && isSameContent)
+        result.compared = till::Comparison::Content;
+    Judgement judgement = judge(claim.entry, result, session->transport().seen(), isSameContent);
     judgement.ending.result = surroundings.toLine(result);
     if (!claims.conclude(claim, judgement.ending))
         surroundings.say(Text::tr("%1: another worker has taken this receipt over").arg(claim.entry.id));
@@ -106,22 +177,6 @@ void Lane::carryOut(const Claim& claim)
     }
     if (pause.forget())
         surroundings.say(Text::tr("The register works again."));
-}
-
-ReceiptResult Lane::sell(const Claim& claim)
-{
-    const QJsonObject json = QJsonDocument::fromJson(claim.entry.text).object();
-    const till::QueuedReceipt queued{claim.entry.file, claim.entry.line, till::toReceipt(json)};
-    keepWatch(claim);
-    till::Registrar registrar(session->fiscalRegister(), session->transport());
-    ReceiptResult result = registrar.sell(queued);
-    session->transport().setGate({});
-    // The driver took it for a fault of the receipt.
-    if (storeFailure)
-        std::rethrow_exception(std::exchange(storeFailure, {}));
-    if (result.compared == till::Comparison::Total && claim.entry.maybeSent && hasSameContent)
-        result.compared = till::Comparison::Content;
-    return result;
 }
 
 // Nothing is sent by a worker that has lost the receipt. Where the configuration or the plugin has changed

@@ -6,8 +6,10 @@
 #include "queue/work/pause.h"
 #include "till/config/registerconfig.h"
 #include "till/device/plugindiscovery.h"
-#include "till/sale/result.h"
+#include "till/sale/registrar.h"
 #include "till/sale/session.h"
+
+#include <vector>
 
 namespace queue {
 
@@ -36,8 +38,9 @@ struct Surroundings
     bool untilEmpty = false;
 };
 
-/// One register at work, with a device object of its own: claims a receipt, registers it, writes down what
-/// became of it. Runs in a thread of its own, which creates it.
+/// One register at work, with a device object of its own: claims receipts, sends them one after the other,
+/// asks about those that the service works on, writes down what became of each. Runs in a thread of its own,
+/// which creates it.
 class Lane
 {
 public:
@@ -52,9 +55,23 @@ public:
     [[nodiscard]] bool run();
 
 private:
+    // A receipt that the service works on.
+    struct UnderWay
+    {
+        Claim claim;
+        till::AwaitedReceipt awaited;
+        // Whether it went out with the content of its earlier attempts.
+        bool hasSameContent;
+        std::chrono::steady_clock::time_point due;
+    };
+
     [[nodiscard]] bool isOver();
-    void carryOut(const Claim& claim);
-    [[nodiscard]] till::ReceiptResult sell(const Claim& claim);
+    [[nodiscard]] bool mayGoOn();
+    [[nodiscard]] bool sendNext();
+    [[nodiscard]] bool askNext();
+    [[nodiscard]] std::chrono::milliseconds untilNext() const;
+    void send(const Claim& claim);
+    void conclude(const Claim& claim, till::ReceiptResult result, bool isSameContent);
     void keepWatch(const Claim& claim);
     void pauseFor(const QString& trouble);
 
@@ -64,6 +81,7 @@ private:
     Store store;
     Claims claims;
     std::unique_ptr<till::Session> session;
+    std::vector<UnderWay> underWay;
     // Whether the receipt that is sold goes out with the content of its earlier attempts.
     bool hasSameContent = true;
     // Of the store, when the receipt was about to be sent.

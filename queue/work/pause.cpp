@@ -73,6 +73,18 @@ bool Pause::rest(Milliseconds time)
     return !stopped;
 }
 
+bool Pause::isStopped() const
+{
+    const std::scoped_lock lock(guard);
+    return stopped;
+}
+
+bool Pause::isBegun() const
+{
+    const std::scoped_lock lock(guard);
+    return isPaused;
+}
+
 bool Pause::isLongest() const
 {
     const std::scoped_lock lock(guard);

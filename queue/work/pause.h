@@ -43,6 +43,9 @@ public:
     /// Waits as long as nothing is stopped; returns false when it is.
     [[nodiscard]] bool rest(Milliseconds time);
 
+    [[nodiscard]] bool isStopped() const;
+    /// Whether a pause has begun and is not over.
+    [[nodiscard]] bool isBegun() const;
     /// Whether a pause of the longest kind has been begun.
     [[nodiscard]] bool isLongest() const;
 
