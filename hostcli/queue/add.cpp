@@ -2,6 +2,9 @@
 
 #include "host/vposfrdriver.h"
 #include "hostcli/commands/setup.h"
+#include "hostcli/queue/views/conclusion.h"
+#include "hostcli/queue/views/entryjson.h"
+#include "hostcli/terminal/console.h"
 #include "hostcli/terminal/printable.h"
 #include "queue/store/intake.h"
 #include "till/config/registersetup.h"
@@ -17,6 +20,7 @@
 #include <QJsonDocument>
 #include <QUrl>
 
+#include <algorithm>
 #include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
@@ -65,17 +69,49 @@ queue::NewEntry Composer::entryFor(const QueuedReceipt& queued)
 
 namespace {
 
-QByteArray lineFor(const QueuedReceipt& queued, queue::Added added, bool isJson)
+struct Taken
 {
-    const bool isNew = added == queue::Added::New;
-    const QString id = queued.receipt.id();
-    if (isJson)
-        return printableJson(QJsonDocument(QJsonObject{{u"file"_s, queued.file}, {u"line"_s, queued.line},
-                                               {u"id"_s, id}, {u"added"_s, isNew}})
-                                 .toJson(QJsonDocument::Compact)) +
-               '\n';
-    const QString text = isNew ? Text::tr("%1: queued") : Text::tr("%1: already queued");
-    return (printable(text.arg(id)) + u'\n').toUtf8();
+    QString file;
+    int line;
+    QString id;
+    bool isNew;
+    queue::State state = queue::State::Queued;
+    bool isHeld = false;
+    // Of one that the queue had already, and that no worker will take.
+    Conclusion conclusion = {};
+
+    // No worker will register it.
+    [[nodiscard]] bool isLeft() const { return isFinished(state) && state != queue::State::Registered; }
+};
+
+Taken taken(queue::Store& store, const QueuedReceipt& queued, queue::Added added)
+{
+    Taken one{queued.file, queued.line, queued.receipt.id(), added == queue::Added::New};
+    const auto entry = one.isNew ? std::nullopt : store.find(one.id);
+    if (!entry)
+        return one;
+    one.state = entry->state;
+    one.isHeld = entry->isHeld;
+    if (one.isLeft() || one.isHeld)
+        one.conclusion = conclusionOf(store, *entry);
+    return one;
+}
+
+QByteArray lineFor(const Taken& taken, bool isJson)
+{
+    if (isJson) {
+        QJsonObject json{{u"file"_s, taken.file}, {u"line"_s, taken.line}, {u"id"_s, taken.id},
+            {u"added"_s, taken.isNew}, {u"state"_s, nameOf(taken.state)},
+            {u"next"_s, queueStepName(taken.conclusion.next)}};
+        if (taken.isHeld)
+            json.insert("held"_L1, true);
+        return jsonLine(json);
+    }
+    QString text = taken.isNew ? Text::tr("%1: queued").arg(taken.id)
+                               : Text::tr("%1: already queued: %2").arg(taken.id, nameOf(taken.state));
+    if (taken.isHeld)
+        text += u", "_s + Text::tr("held");
+    return (printable(text) + u'\n').toUtf8();
 }
 
 } // namespace
@@ -88,14 +124,22 @@ ExitCode queueAdd(const CommandLine& line, Output& output)
     queue::Store store(place.file, place.address);
     // Only what is on the disk is reported.
     QByteArray report;
+    QStringList advice;
+    bool isAnyLeft = false;
     queue::storeAll(store, [&](const auto& add) {
         receipts.forEach([&](const QueuedReceipt& queued) {
-            report += lineFor(queued, add(composer.entryFor(queued)), line.json);
+            const Taken one = taken(store, queued, add(composer.entryFor(queued)));
+            report += lineFor(one, line.json);
+            isAnyLeft = isAnyLeft || one.isLeft();
+            if (!one.conclusion.result.advice.isEmpty())
+                advice << u"%1: %2"_s.arg(one.id, one.conclusion.result.advice);
             return true;
         });
     });
     output.write(report);
-    return ExitCode::Success;
+    for (const QString& one : advice)
+        Console::instance().line(one);
+    return isAnyLeft ? ExitCode::Refused : ExitCode::Success;
 }
 
 } // namespace frhost

@@ -74,6 +74,11 @@ void report(const ReceiptResult& result, bool json, Output& output)
     const QByteArray text = json                  ? toJsonLine(result)
                             : output.isTerminal() ? toTerminal(result).toUtf8()
                                                   : toText(result).toUtf8();
+    reportAs(text, result, output);
+}
+
+void reportAs(const QByteArray& text, const ReceiptResult& result, Output& output)
+{
     // An outcome is never lost: where the output does not accept it, it goes to the console.
     if (!output.write(text))
         Console::instance().lines(QString::fromUtf8(text).trimmed());

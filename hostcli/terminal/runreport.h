@@ -24,6 +24,8 @@ struct Tally
 
 /// Writes a result, and to the console what to do.
 void report(const till::ReceiptResult& result, bool json, Output& output);
+/// The same with the result written as this text.
+void reportAs(const QByteArray& text, const till::ReceiptResult& result, Output& output);
 
 /// Tells the console how many of so many receipts have which outcome; says nothing of a single good one.
 void reportTotals(const Tally& tally, bool isWaitedFor, int receipts);

@@ -1478,10 +1478,6 @@
         <translation>%1: поставлен в очередь</translation>
     </message>
     <message>
-        <source>%1: already queued</source>
-        <translation>%1: уже в очереди</translation>
-    </message>
-    <message>
         <source>There is no folder for the queue, because HOME is not set. Name a file as &quot;store&quot; in section [queue] of the configuration.</source>
         <translation>Нет папки для очереди: переменная HOME не задана. Укажите файл ключом store в разделе [queue] конфигурации.</translation>
     </message>
@@ -1852,6 +1848,16 @@
     <message>
         <source>the cursor is a number, as results shows it</source>
         <translation>отметка места — число, как его показывает results</translation>
+        <source>%1: already queued: %2</source>
+        <translation>%1: уже в очереди: %2</translation>
+    </message>
+    <message>
+        <source>If it is to be sold after all: frhost queue retry %1 --new-id NEW</source>
+        <translation>Если чек всё же нужен: frhost queue retry %1 --new-id НОВЫЙ</translation>
+    </message>
+    <message>
+        <source>It was sent again under another id: frhost queue wait %1</source>
+        <translation>Он отправлен повторно с другим идентификатором: frhost queue wait %1</translation>
     </message>
 </context>
 </TS>

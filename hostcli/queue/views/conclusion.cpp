@@ -1,5 +1,6 @@
 #include "hostcli/queue/views/conclusion.h"
 
+#include "hostcli/queue/views/entryjson.h"
 #include "hostcli/terminal/resultreport.h"
 #include "queue/store/views.h"
 #include "till/text.h"
@@ -65,18 +66,48 @@ Comparison comparisonIn(const QJsonObject& line)
                                 : Comparison::None;
 }
 
-QString adviceFor(const Entry& entry, const ReceiptResult& result)
+// Under which id it was sent again; empty where it was not.
+QString replacementOf(queue::Store& store, const Entry& entry)
+{
+    for (const queue::Event& event : historyOf(store, entry)) {
+        if (event.name == "replaced"_L1)
+            return QJsonDocument::fromJson(event.detail).object().value("by"_L1).toString();
+    }
+    return {};
+}
+
+QueueStep stepFor(State state, NextStep next)
+{
+    switch (state) {
+    case State::Registered:
+        return QueueStep::None;
+    case State::Failed:
+    case State::Cancelled:
+        return QueueStep::RetryNewId;
+    case State::Refused:
+        return next == NextStep::NewId ? QueueStep::RetryNewId : QueueStep::Retry;
+    case State::Incomplete:
+    case State::Queued:
+    case State::Sent:
+    case State::Unknown:
+        break;
+    }
+    return QueueStep::Release;
+}
+
+QString adviceFor(const Entry& entry, QueueStep next)
 {
     switch (entry.state) {
     case State::Registered:
-    case State::Cancelled:
         return {};
+    case State::Cancelled:
+        return Text::tr("If it is to be sold after all: frhost queue retry %1 --new-id NEW").arg(entry.id);
     case State::Failed:
         return Text::tr("Nothing was registered, and this id is used up. Send it under a new one: frhost "
                         "queue retry %1 --new-id NEW")
             .arg(entry.id);
     case State::Refused:
-        if (result.next == NextStep::NewId)
+        if (next == QueueStep::RetryNewId)
             return Text::tr(
                 "This sale is NOT registered. Send it under an id of its own: frhost queue retry %1 "
                 "--new-id NEW")
@@ -126,7 +157,6 @@ ReceiptResult withoutResult(const Entry& entry)
     result.uuid = entry.uuid;
     result.sent = entry.maybeSent;
     const bool isCancelled = entry.state == State::Cancelled;
-    result.next = isCancelled ? NextStep::None : NextStep::Rerun;
     result.error = ErrorInfo{
         {}, std::nullopt, isCancelled ? Text::tr("cancelled") : Text::tr("held until a person releases it")};
     return result;
@@ -154,14 +184,50 @@ ReceiptResult resultIn(const QJsonObject& line)
     return result;
 }
 
-ReceiptResult conclusionOf(queue::Store& store, const Entry& entry)
+QString queueStepName(QueueStep step)
+{
+    switch (step) {
+    case QueueStep::Retry:
+        return u"retry"_s;
+    case QueueStep::RetryNewId:
+        return u"retry-new-id"_s;
+    case QueueStep::Release:
+        return u"release"_s;
+    case QueueStep::None:
+        break;
+    }
+    return u"none"_s;
+}
+
+Conclusion conclusionOf(queue::Store& store, const Entry& entry)
 {
     const bool hasResult = isFinished(entry.state) && entry.state != State::Cancelled;
-    ReceiptResult result =
-        hasResult ? resultIn(QJsonDocument::fromJson(resultOf(store, entry)).object()) : withoutResult(entry);
+    Conclusion conclusion{
+        hasResult ? resultIn(QJsonDocument::fromJson(resultOf(store, entry)).object()) : withoutResult(entry),
+        QueueStep::None};
+    ReceiptResult& result = conclusion.result;
     result.outcome = outcomeOf(entry);
-    result.advice = adviceFor(entry, result);
-    return result;
+    if (const QString other = replacementOf(store, entry); !other.isEmpty()) {
+        result.advice = Text::tr("It was sent again under another id: frhost queue wait %1").arg(other);
+        return conclusion;
+    }
+    conclusion.next = stepFor(entry.state, result.next);
+    result.advice = adviceFor(entry, conclusion.next);
+    return conclusion;
+}
+
+QJsonObject inQueue(QJsonObject line)
+{
+    const State state = outcomeIn(line) == Outcome::Registered ? State::Registered : State::Refused;
+    line.insert("next"_L1, queueStepName(stepFor(state, nextIn(line))));
+    return line;
+}
+
+QByteArray toJsonLine(const Conclusion& conclusion)
+{
+    QJsonObject json = QJsonDocument::fromJson(toJsonLine(conclusion.result)).object();
+    json.insert("next"_L1, queueStepName(conclusion.next));
+    return jsonLine(json);
 }
 
 } // namespace frhost

@@ -77,7 +77,7 @@ ExitCode queueResults(const CommandLine& line, Output& output)
     qint64 cursor = line.queue.after;
     for (;;) {
         forEachResult(store, cursor, [&](qint64 number, const QByteArray& result) {
-            QJsonObject json = QJsonDocument::fromJson(result).object();
+            QJsonObject json = inQueue(QJsonDocument::fromJson(result).object());
             json.insert("cursor"_L1, number);
             cursor = number;
             return output.write(jsonLine(json));
@@ -100,10 +100,13 @@ ExitCode queueWait(const CommandLine& line, Output& output)
         Entry entry = entryOf(store, id);
         for (; !isFinished(entry.state) && !entry.isHeld; entry = entryOf(store, id))
             std::this_thread::sleep_for(lookAgain);
-        const till::ReceiptResult result = conclusionOf(store, entry);
-        tally.add(result.outcome);
-        status = std::max(status, exitCodeOf(result.outcome));
-        report(result, line.json, output);
+        const Conclusion conclusion = conclusionOf(store, entry);
+        tally.add(conclusion.result.outcome);
+        status = std::max(status, exitCodeOf(conclusion.result.outcome));
+        if (line.json)
+            reportAs(toJsonLine(conclusion), conclusion.result, output);
+        else
+            report(conclusion.result, false, output);
         if (!output.error().isEmpty())
             break;
     }
