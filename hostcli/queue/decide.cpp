@@ -36,7 +36,7 @@ void replaceReceipt(const CommandLine& line, const QueuePlace& place, queue::Sto
 ExitCode queueDecide(const CommandLine& line, Output& output)
 {
     const QueuePlace place = placeOf(line);
-    queue::Store store(place.file, place.address);
+    queue::Store store = storeAt(place);
     QString id = line.queue.ids.first();
     switch (line.queue.action) {
     case QueueAction::Hold:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "hostcli/commandline.h"
+#include "queue/store/store.h"
 #include "till/config/registerconfig.h"
 
 namespace frhost {
@@ -14,8 +15,11 @@ struct QueuePlace
     QString address;
 };
 
-/// Reads the configuration and, where the queue's file is the user's own, creates its folder. Throws Failure
-/// or till::Error.
+/// Reads the configuration and, for what may create the queue, creates the folder of its file where that is
+/// the user's own. Throws Failure or till::Error.
 [[nodiscard]] QueuePlace placeOf(const CommandLine& line);
+
+/// Opens the queue for whoever looks into it or decides about what is in it, and creates nothing.
+[[nodiscard]] queue::Store storeAt(const QueuePlace& place);
 
 } // namespace frhost

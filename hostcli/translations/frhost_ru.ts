@@ -1859,5 +1859,17 @@
         <source>It was sent again under another id: frhost queue wait %1</source>
         <translation>Он отправлен повторно с другим идентификатором: frhost queue wait %1</translation>
     </message>
+    <message>
+        <source>%1: there is no queue here yet; frhost queue add creates it. If it should exist, check &quot;store&quot; in section [queue] of the configuration, whether its disk is mounted, and as which user you run this.</source>
+        <translation>%1: очереди здесь ещё нет, её создаст frhost queue add. Если она должна быть, проверьте store в разделе [queue] настроек, подключён ли диск и от имени какого пользователя выполняется команда.</translation>
+    </message>
+    <message>
+        <source>%1: the queue does not know the register %2; frhost queue add enters it. No other register is in it either.</source>
+        <translation>%1: в очереди нет кассы %2, её добавит frhost queue add. Других касс в ней тоже нет.</translation>
+    </message>
+    <message>
+        <source>%1: the queue does not know the register %2. Check url and groupCode in the configuration, and &quot;store&quot; in its section [queue]. The queue holds receipts of: %3.</source>
+        <translation>%1: в очереди нет кассы %2. Проверьте url и groupCode в настройках и store в их разделе [queue]. В очереди есть чеки касс: %3.</translation>
+    </message>
 </context>
 </TS>

@@ -10,7 +10,9 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <sys/stat.h>
+#include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
 using till::Text;
@@ -28,6 +30,54 @@ QString created(const QString& place)
     return place;
 }
 
+[[noreturn]] void reportNone(const QString& place)
+{
+    throw till::Error(till::Problem::Setup,
+        Text::tr(
+            "%1: there is no queue here yet; frhost queue add creates it. If it should exist, check "
+            "\"store\" in section [queue] of the configuration, whether its disk is mounted, and as which "
+            "user you run this.")
+            .arg(place));
+}
+
+bool isFileMissing(const QString& file)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(file).constData(), &status) != 0)
+        return errno == ENOENT;
+    return S_ISREG(status.st_mode) && status.st_size == 0;
+}
+
+// Without any version of the format, only a database that has nothing in it can be opened.
+bool isEmpty(const QString& place, std::chrono::milliseconds patience)
+{
+    struct HasContent
+    {
+    };
+    const auto fail = [&](const QString& reason, till::Fault fault) {
+        if (fault == till::Fault::Lasting)
+            throw HasContent();
+        throw StoreError(place, reason, fault);
+    };
+    try {
+        const till::Database empty(place, {formatOf(place).applicationId, {}}, patience, fail);
+        return true;
+    } catch (const HasContent&) {
+        return false;
+    }
+}
+
+QString found(const QString& place, std::chrono::milliseconds patience)
+{
+    if (!till::isOnServer(place) && isFileMissing(place))
+        reportNone(place);
+    // Says why a file cannot be used.
+    std::ignore = created(place);
+    if (isEmpty(place, patience))
+        reportNone(place);
+    return place;
+}
+
 // Of the file that is there now; empty where there is none.
 QByteArray identityOf(const QString& file)
 {
@@ -41,21 +91,42 @@ QByteArray identityOf(const QString& file)
 } // namespace
 
 Store::Store(const QString& place, const QString& fiscalRegister, std::chrono::milliseconds patience,
-    till::Database::Probe probe)
-    : placeName(created(place))
+    till::Database::Probe probe, Missing missing)
+    : placeName(missing == Missing::Create ? created(place) : found(place, patience))
     , db(place, formatOf(place), patience,
           [place](const QString& reason, till::Fault fault) { throw StoreError(place, reason, fault); })
     , opened(identityOf(place))
 {
-    const auto known = [&] {
-        return db.value("SELECT number FROM registers WHERE address = ?", {fiscalRegister}).toLongLong();
-    };
-    number = known();
+    number = numberOf(fiscalRegister);
     if (number == 0) {
+        if (missing == Missing::Report)
+            reportUnknown(fiscalRegister);
         db.change("INSERT INTO registers (address) VALUES (?) ON CONFLICT DO NOTHING", {fiscalRegister});
-        number = known();
+        number = numberOf(fiscalRegister);
     }
     db.setProbe(std::move(probe));
+}
+
+qint64 Store::numberOf(const QString& fiscalRegister)
+{
+    return db.value("SELECT number FROM registers WHERE address = ?", {fiscalRegister}).toLongLong();
+}
+
+void Store::reportUnknown(const QString& fiscalRegister)
+{
+    QStringList known;
+    db.forEach("SELECT address FROM registers ORDER BY number", {},
+        [&](const QSqlQuery& row) { known << row.value(0).toString(); });
+    const QString text =
+        known.isEmpty()
+            ? Text::tr("%1: the queue does not know the register %2; frhost queue add enters it. No other "
+                       "register is in it either.")
+                  .arg(placeName, fiscalRegister)
+            : Text::tr(
+                  "%1: the queue does not know the register %2. Check url and groupCode in the "
+                  "configuration, and \"store\" in its section [queue]. The queue holds receipts of: %3.")
+                  .arg(placeName, fiscalRegister, known.join(u", "_s));
+    throw till::Error(till::Problem::Setup, text);
 }
 
 void Store::requirePlace()

@@ -7,6 +7,14 @@
 
 namespace queue {
 
+/// What a store does where there is no database, or where it does not know the register.
+enum class Missing
+{
+    Create,
+    /// Throws till::Error (Setup) that says so; whoever looks changes nothing.
+    Report,
+};
+
 /// The queue's database, a file or a service of PostgreSQL, and one register's receipts in it. Whatever
 /// happens to a receipt is an event, appended in the transaction that makes the change; events are never
 /// altered.
@@ -18,11 +26,12 @@ class Store
 public:
     static constexpr std::chrono::milliseconds defaultPatience{10'000};
 
-    /// Opens the service of `postgresql:service=NAME`, or the file, which is created, readable by its owner
-    /// alone, in a folder that must exist. `fiscalRegister` is
+    /// Opens the service of `postgresql:service=NAME`, or the file, in a folder that must exist. A file that
+    /// is created is readable by its owner alone. `fiscalRegister` is
     /// the address of the service and group, as the journal writes it.
     Store(const QString& place, const QString& fiscalRegister,
-        std::chrono::milliseconds patience = defaultPatience, till::Database::Probe probe = {});
+        std::chrono::milliseconds patience = defaultPatience, till::Database::Probe probe = {},
+        Missing missing = Missing::Create);
 
     [[nodiscard]] QString place() const { return placeName; }
     [[nodiscard]] till::Database& database() { return db; }
@@ -47,6 +56,9 @@ public:
         const char* condition, const QVariantList& values, const std::function<void(const Entry&)>& handle);
 
 private:
+    [[nodiscard]] qint64 numberOf(const QString& fiscalRegister);
+    [[noreturn]] void reportUnknown(const QString& fiscalRegister);
+
     QString placeName;
     till::Database db;
     QByteArray opened;

@@ -86,7 +86,7 @@ QJsonObject asked(const CommandLine& line, const QueuePlace& place, queue::Store
 ExitCode queueAudit(const CommandLine& line, Output& output)
 {
     const QueuePlace place = placeOf(line);
-    queue::Store store(place.file, place.address);
+    queue::Store store = storeAt(place);
     QJsonObject json;
     if (line.queue.ask)
         json.insert("asked"_L1, asked(line, place, store));
@@ -105,7 +105,7 @@ ExitCode queueAudit(const CommandLine& line, Output& output)
 ExitCode queueExport(const CommandLine& line, Output& output)
 {
     const QueuePlace place = placeOf(line);
-    queue::Store store(place.file, place.address);
+    queue::Store store = storeAt(place);
     // One state of the file.
     store.database().snapshot([&] {
         forEachEntry(store, std::nullopt, [&](const queue::Entry& entry) {
@@ -119,7 +119,7 @@ ExitCode queueExport(const CommandLine& line, Output& output)
 ExitCode queuePrune(const CommandLine& line, Output& output)
 {
     const QueuePlace place = placeOf(line);
-    queue::Store store(place.file, place.address);
+    queue::Store store = storeAt(place);
     const int removed = prune(store, std::chrono::hours(24) * line.queue.days);
     output.write(line.json ? jsonLine({{u"removed"_s, removed}})
                            : (Text::tr("removed: %1").arg(removed) + u'\n').toUtf8());

@@ -73,7 +73,7 @@ void writeEntries(const std::vector<Entry>& entries, bool isJson, Output& output
 ExitCode queueResults(const CommandLine& line, Output& output)
 {
     const QueuePlace place = placeOf(line);
-    queue::Store store(place.file, place.address);
+    queue::Store store = storeAt(place);
     qint64 cursor = line.queue.after;
     for (;;) {
         forEachResult(store, cursor, [&](qint64 number, const QByteArray& result) {
@@ -91,7 +91,7 @@ ExitCode queueResults(const CommandLine& line, Output& output)
 ExitCode queueWait(const CommandLine& line, Output& output)
 {
     const QueuePlace place = placeOf(line);
-    queue::Store store(place.file, place.address);
+    queue::Store store = storeAt(place);
     for (const QString& id : line.queue.ids)
         std::ignore = entryOf(store, id);
     Tally tally;
@@ -120,7 +120,7 @@ ExitCode queueWait(const CommandLine& line, Output& output)
 ExitCode queueList(const CommandLine& line, Output& output)
 {
     const QueuePlace place = placeOf(line);
-    queue::Store store(place.file, place.address);
+    queue::Store store = storeAt(place);
     std::vector<Entry> entries;
     forEachEntry(
         store, queue::stateOf(line.queue.state), [&](const Entry& entry) { entries.push_back(entry); });
@@ -133,7 +133,7 @@ ExitCode queueList(const CommandLine& line, Output& output)
 ExitCode queueShow(const CommandLine& line, Output& output)
 {
     const QueuePlace place = placeOf(line);
-    queue::Store store(place.file, place.address);
+    queue::Store store = storeAt(place);
     const Entry entry = entryOf(store, line.queue.ids.first());
     const std::vector<queue::Event> history = historyOf(store, entry);
     QList<QStringList> rows;
@@ -149,7 +149,7 @@ ExitCode queueShow(const CommandLine& line, Output& output)
 ExitCode queueStats(const CommandLine& line, Output& output)
 {
     const QueuePlace place = placeOf(line);
-    queue::Store store(place.file, place.address);
+    queue::Store store = storeAt(place);
     const queue::Overview overview = overviewOf(store);
     if (line.queue.openMetrics) {
         output.write(openMetrics(overview, place.address));

@@ -5,6 +5,8 @@
 
 #include <QSqlError>
 
+#include <gmock/gmock.h>
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -16,6 +18,7 @@ namespace {
 
 using namespace queue;
 using namespace std::chrono_literals;
+using testing::HasSubstr;
 
 class StoreFile : public StoreTest
 {
@@ -98,6 +101,21 @@ class AnyStore : public StoreTest
 {
 };
 STORE_TEST_SUITE(AnyStore);
+
+TEST_P(AnyStore, IsLeftAsItIsByWhoeverOnlyLooks)
+{
+    const TestPlace elsewhere(GetParam());
+    const auto complaint = [&](const QString& where, const QString& address) {
+        return messageOf<till::Error>([&] {
+            const Store other(where, address, Store::defaultPatience, {}, Missing::Report);
+        }).toStdString();
+    };
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_THAT(complaint(elsewhere.place(), u"shop_1"_s), HasSubstr("there is no queue here yet"));
+        EXPECT_THAT(complaint(place(), u"shop_2"_s), HasSubstr("The queue holds receipts of: shop_1."));
+        EXPECT_EQ(complaint(place(), u"shop_1"_s), std::string());
+    }
+}
 
 TEST_P(AnyStore, KeepsRegistersApart)
 {
