@@ -1871,5 +1871,9 @@
         <source>%1: the queue does not know the register %2. Check url and groupCode in the configuration, and &quot;store&quot; in its section [queue]. The queue holds receipts of: %3.</source>
         <translation>%1: в очереди нет кассы %2. Проверьте url и groupCode в настройках и store в их разделе [queue]. В очереди есть чеки касс: %3.</translation>
     </message>
+    <message>
+        <source>it has reached the service and cannot be cancelled any more</source>
+        <translation>он дошёл до сервиса, отменить его уже нельзя</translation>
+    </message>
 </context>
 </TS>

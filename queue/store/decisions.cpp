@@ -1,10 +1,13 @@
 #include "queue/store/decisions.h"
 
 #include "queue/store/intake.h"
+#include "queue/store/views.h"
 #include "till/error.h"
 #include "till/text.h"
 
 #include <QJsonDocument>
+
+#include <algorithm>
 
 using namespace Qt::Literals::StringLiterals;
 using till::Text;
@@ -43,6 +46,14 @@ bool isReplaced(Store& store, const Entry& entry)
         .value(
             "SELECT EXISTS (SELECT 1 FROM events WHERE receipt = ? AND event = 'replaced')", {entry.number})
         .toBool();
+}
+
+// Also where what reached the service was refused, so that the receipt is as before.
+bool hasReachedTheService(Store& store, const Entry& entry)
+{
+    return std::ranges::any_of(historyOf(store, entry), [](const Event& event) {
+        return QJsonDocument::fromJson(event.detail).object().value("sent"_L1).toBool();
+    });
 }
 
 void put(Store& store, const Entry& entry, State state, bool isHeld, const char* event)
@@ -85,6 +96,8 @@ void cancel(Store& store, const QString& id)
         const Entry entry = unfinished(store, id);
         if (entry.maybeSent || entry.state != State::Queued)
             refuse(id, Text::tr("it may have reached the service and cannot be cancelled any more"));
+        if (hasReachedTheService(store, entry))
+            refuse(id, Text::tr("it has reached the service and cannot be cancelled any more"));
         put(store, entry, State::Cancelled, false, "cancelled");
     });
 }

@@ -2,6 +2,9 @@
 
 #include "queue/store/storeerror.h"
 #include "tests/support/process.h"
+#include "tests/support/textfile.h"
+
+#include <gmock/gmock.h>
 
 using namespace Qt::Literals::StringLiterals;
 
@@ -198,6 +201,25 @@ TEST_P(Decisions, CancelOnlyWhatWasNeverSent)
     cancel(store, u"r2"_s);
     EXPECT_EQ(stateOf(u"r2"_s), State::Cancelled);
     EXPECT_THROW(cancel(store, u"r2"_s), till::Error);
+}
+
+// As where the service refuses the account: nothing is registered, and the buyer's data has been sent.
+TEST_P(Decisions, CancelNothingThatHasReachedTheService)
+{
+    const auto putBack = [&](const char* result) {
+        Ending ending = endingAs(State::Queued);
+        ending.maybeSent = false;
+        ending.result = result;
+        EXPECT_TRUE(first.claims.conclude(first.claims.next().value(), ending));
+    };
+    putBack(R"({"outcome":"refused","sent":true})");
+    hold(store, u"r1"_s);
+    EXPECT_THAT(messageOf<till::Error>([&] { cancel(store, u"r1"_s); }).toStdString(),
+        testing::HasSubstr("it has reached the service and cannot be cancelled any more"));
+    EXPECT_EQ(stateOf(u"r1"_s), State::Queued);
+    putBack(R"({"outcome":"unknown","sent":false})");
+    cancel(store, u"r2"_s);
+    EXPECT_EQ(stateOf(u"r2"_s), State::Cancelled);
 }
 
 TEST_P(Decisions, SendAFailedReceiptAgainOnlyUnderANewId)
