@@ -13,14 +13,16 @@ namespace frhost {
 
 namespace {
 
-QDateTime timeOf(qint64 milliseconds)
+// With the offset from UTC: another machine, or the same one in another season, may read it.
+QString timeText(qint64 milliseconds)
 {
-    return QDateTime::fromMSecsSinceEpoch(milliseconds);
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(milliseconds);
+    return time.toOffsetFromUtc(time.offsetFromUtc()).toString(Qt::ISODateWithMs);
 }
 
 QJsonObject toJson(const queue::Event& event)
 {
-    QJsonObject json{{u"at"_s, timeOf(event.at).toString(Qt::ISODateWithMs)}, {u"event"_s, event.name}};
+    QJsonObject json{{u"at"_s, timeText(event.at)}, {u"event"_s, event.name}};
     if (event.attempt > 0)
         json.insert("attempt"_L1, event.attempt);
     if (!event.worker.isEmpty())
@@ -40,9 +42,8 @@ QByteArray jsonLine(const QJsonObject& json)
 QJsonObject toJson(const Entry& entry)
 {
     QJsonObject json{{u"id"_s, entry.id}, {u"state"_s, nameOf(entry.state)}, {u"attempts"_s, entry.attempt},
-        {u"file"_s, entry.file}, {u"line"_s, entry.line},
-        {u"added"_s, timeOf(entry.added).toString(Qt::ISODateWithMs)},
-        {u"changed"_s, timeOf(entry.changed).toString(Qt::ISODateWithMs)}};
+        {u"file"_s, entry.file}, {u"line"_s, entry.line}, {u"added"_s, timeText(entry.added)},
+        {u"changed"_s, timeText(entry.changed)}};
     if (entry.isHeld)
         json.insert("held"_L1, true);
     if (!entry.uuid.isEmpty())
