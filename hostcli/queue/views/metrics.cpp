@@ -37,9 +37,10 @@ QByteArray openMetrics(const queue::Overview& overview, const QString& address)
         static_cast<double>(overview.oldest.value_or(std::chrono::milliseconds(0)).count()) / 1000);
     begin(text, "frhost_queue_trouble", "gauge", "1 while the register is paused.");
     sample("frhost_queue_trouble", {}, overview.trouble.isEmpty() ? 0 : 1);
-    begin(text, "frhost_queue_events", "counter", "What happened to receipts.");
+    // No counter: what is pruned is not counted any more.
+    begin(text, "frhost_queue_events", "gauge", "Events in the history of the receipts in the queue.");
     for (const auto& [name, count] : overview.events)
-        sample("frhost_queue_events_total", ",event=\"" + name.toUtf8() + '"', count);
+        sample("frhost_queue_events", ",event=\"" + name.toUtf8() + '"', count);
     return text + "# EOF\n";
 }
 

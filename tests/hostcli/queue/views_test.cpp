@@ -21,4 +21,15 @@ TEST(QueueViews, TellTheZoneOfATime)
     EXPECT_EQ(json.value(u"events"_s)[0][u"at"_s].toString(), u"2004-11-09T14:33:20.001+03:00"_s);
 }
 
+// A counter must never fall.
+TEST(QueueViews, CallNothingACounterThatIsPruned)
+{
+    queue::Overview overview;
+    overview.events[u"finished"_s] = 3;
+    const QByteArray text = openMetrics(overview, u"shop \"1\""_s);
+    EXPECT_TRUE(text.contains("# TYPE frhost_queue_events gauge\n"));
+    EXPECT_TRUE(text.contains("\nfrhost_queue_events{register=\"shop \\\"1\\\"\",event=\"finished\"} 3\n"));
+    EXPECT_FALSE(text.contains("counter") || text.contains("_total"));
+}
+
 } // namespace
