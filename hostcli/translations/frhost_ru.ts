@@ -1526,10 +1526,6 @@
         <translation>Показать счётчики и неполадки</translation>
     </message>
     <message>
-        <source>Prove that nothing is lost or doubled; status 1 where something is wrong</source>
-        <translation>Проверить, что ничего не потеряно и не удвоено; иначе код возврата 1</translation>
-    </message>
-    <message>
         <source>Write finished receipts with their history, one line of JSON each</source>
         <translation>Выгрузить законченные чеки с их историей, по строке JSON на чек</translation>
     </message>
@@ -1874,6 +1870,14 @@
     <message>
         <source>it has reached the service and cannot be cancelled any more</source>
         <translation>он дошёл до сервиса, отменить его уже нельзя</translation>
+    </message>
+    <message>
+        <source>Prove that no receipt is lost and no two share a document; status 1 where any is or does</source>
+        <translation>Проверить, что ни один чек не потерян и нет двух чеков с одним документом; код 1, если это не так</translation>
+    </message>
+    <message>
+        <source>Unfinished receipts of another register in this queue: %1 (%2). Only a worker with its url and groupCode sends them; if you have changed these, run one with the former ones.</source>
+        <translation>Незавершённых чеков другой кассы в этой очереди: %1 (%2). Их отправит только обработчик с её url и groupCode; если вы их изменили, запустите обработчик с прежними.</translation>
     </message>
 </context>
 </TS>

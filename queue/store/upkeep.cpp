@@ -1,5 +1,6 @@
 #include "queue/store/upkeep.h"
 
+#include "queue/store/views.h"
 #include "till/text.h"
 
 #include <vector>
@@ -13,15 +14,13 @@ namespace {
 
 constexpr int mostAtOnce = 500;
 
-void count(Audit& audit, const Entry& entry)
+void add(Audit& audit, const StateCount& count)
 {
-    ++audit.accepted;
-    if (entry.state == State::Registered)
-        ++audit.registered;
-    else if (isFinished(entry.state))
-        ++audit.refused;
-    else
-        ++audit.underWay;
+    audit.accepted += count.receipts;
+    int& kind = count.state == State::Registered ? audit.registered
+                : isFinished(count.state)        ? audit.refused
+                                                 : audit.underWay;
+    kind += count.receipts;
 }
 
 // Runs a query for receipts that are wrong; its rows are their ids. Returns how many there are.
@@ -42,7 +41,8 @@ Audit auditOf(Store& store)
     Audit audit;
     const qint64 ours = store.registerNumber();
     store.database().snapshot([&] {
-        store.forEach("register = ?", {ours}, [&](const Entry& entry) { count(audit, entry); });
+        for (const StateCount& count : countsOf(store))
+            add(audit, count);
         audit.recovered =
             store.database()
                 .value("SELECT count(*) FROM receipts WHERE register = ? AND state = 'registered'"

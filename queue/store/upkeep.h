@@ -17,7 +17,8 @@ struct Audit
     int underWay = 0;
     /// Finished without what must be there of it, or with a history and no receipt.
     int lost = 0;
-    /// Registered with the document of another receipt.
+    /// Registered with the document of another receipt. A sale that was handed over under two ids has two
+    /// documents and is not seen.
     int doubled = 0;
     /// Registered by an attempt whose answer did not arrive.
     int recovered = 0;

@@ -68,6 +68,37 @@ QByteArray resultOf(Store& store, const Entry& entry)
         .toByteArray();
 }
 
+std::vector<StateCount> countsOf(Store& store)
+{
+    std::vector<StateCount> counts;
+    store.database().forEach(
+        "SELECT state, count(*), sum(held) FROM receipts WHERE register = ? GROUP BY state",
+        {store.registerNumber()}, [&](const QSqlQuery& row) {
+            counts.push_back({stateOf(row.value(0).toString()).value_or(State::Unknown), row.value(1).toInt(),
+                row.value(2).toInt()});
+        });
+    return counts;
+}
+
+std::map<QString, int> unfinishedElsewhere(Store& store)
+{
+    std::map<QString, int> receipts;
+    store.database().forEach("SELECT address, count(*) FROM receipts"
+                             " JOIN registers ON registers.number = register"
+                             " WHERE register <> ? AND state IN ('queued', 'sent', 'unknown', 'incomplete')"
+                             " GROUP BY address",
+        {store.registerNumber()},
+        [&](const QSqlQuery& row) { receipts[row.value(0).toString()] = row.value(1).toInt(); });
+    return receipts;
+}
+
+QString troubleOf(Store& store)
+{
+    return store.database()
+        .value("SELECT trouble FROM registers WHERE number = ?", {store.registerNumber()})
+        .toString();
+}
+
 namespace {
 
 Rate rateOf(Store& store, const char* event)
@@ -87,16 +118,13 @@ Overview overviewOf(Store& store)
 {
     Overview overview;
     const QVariantList ofRegister{store.registerNumber()};
-    QSqlQuery row = store.database().query(
-        "SELECT state, count(*), sum(held) FROM receipts WHERE register = ? GROUP BY state", ofRegister);
-    while (row.next()) {
-        if (const auto state = stateOf(row.value(0).toString()))
-            overview.receipts[*state] = row.value(1).toInt();
-        overview.held += row.value(2).toInt();
+    for (const StateCount& count : countsOf(store)) {
+        overview.receipts[count.state] = count.receipts;
+        overview.held += count.held;
     }
-    row = store.database().query("SELECT event, count(*) FROM events"
-                                 " JOIN receipts ON receipts.number = receipt WHERE register = ?"
-                                 " GROUP BY event",
+    QSqlQuery row = store.database().query("SELECT event, count(*) FROM events"
+                                           " JOIN receipts ON receipts.number = receipt WHERE register = ?"
+                                           " GROUP BY event",
         ofRegister);
     while (row.next())
         overview.events[row.value(0).toString()] = row.value(1).toInt();
@@ -108,8 +136,7 @@ Overview overviewOf(Store& store)
         ofRegister);
     if (!oldest.isNull())
         overview.oldest = std::chrono::milliseconds(std::max<qint64>(0, oldest.toLongLong()));
-    overview.trouble =
-        store.database().value("SELECT trouble FROM registers WHERE number = ?", ofRegister).toString();
+    overview.trouble = troubleOf(store);
     return overview;
 }
 

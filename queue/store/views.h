@@ -35,6 +35,22 @@ void forEachResult(
 /// The result that the receipt finished with last; empty when it has not.
 [[nodiscard]] QByteArray resultOf(Store& store, const Entry& entry);
 
+/// How many receipts of the register are in a state.
+struct StateCount
+{
+    State state = State::Unknown;
+    int receipts = 0;
+    int held = 0;
+};
+
+[[nodiscard]] std::vector<StateCount> countsOf(Store& store);
+
+/// Receipts that no worker of this register will finish: how many of which other register, by its address.
+[[nodiscard]] std::map<QString, int> unfinishedElsewhere(Store& store);
+
+/// Why the register is paused; empty while it works.
+[[nodiscard]] QString troubleOf(Store& store);
+
 /// How many of something there were until now.
 struct Rate
 {

@@ -17,6 +17,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+using testing::ContainsRegex;
 using testing::EndsWith;
 using testing::HasSubstr;
 
@@ -359,6 +360,12 @@ TEST_F(QueueProgram, DoesNotDelayARegisterByTheTroubleOfAnother)
     EXPECT_EQ(paused.end().exitCode, 0);
     EXPECT_EQ(
         other.frhost({u"queue"_s, u"list"_s}).columns({u"id"_s, u"state"_s}), QStringList{u"r1 queued"_s});
+    for (const char* subcommand : {"list", "stats", "audit"}) {
+        const Ran ran = queue({QString::fromLatin1(subcommand)});
+        EXPECT_EQ(ran.exitCode, 0);
+        EXPECT_THAT(
+            ran.err.toStdString(), ContainsRegex("another register in this queue: 1 \\(.*/shop_2\\)"));
+    }
 }
 
 TEST_F(QueueProgram, AsksTheServiceAboutWhatIsDoubtful)

@@ -3,6 +3,7 @@
 #include "hostcli/commands/setup.h"
 #include "hostcli/queue/open.h"
 #include "hostcli/queue/views/entryjson.h"
+#include "hostcli/queue/views/view.h"
 #include "hostcli/terminal/console.h"
 #include "hostcli/terminal/texttable.h"
 #include "queue/store/upkeep.h"
@@ -96,6 +97,7 @@ ExitCode queueAudit(const CommandLine& line, Output& output)
         json.insert(QLatin1StringView(row.key), row.count);
         rows << QStringList{row.label, QString::number(row.count)};
     }
+    json.insert("otherRegisters"_L1, tellOfOthers(store));
     output.write(line.json ? jsonLine(json) : textTable(rows).toUtf8());
     for (const QString& finding : audit.findings)
         Console::instance().line(finding);

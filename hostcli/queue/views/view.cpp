@@ -57,6 +57,20 @@ QJsonObject toJson(const queue::Rate& rate)
 
 } // namespace
 
+// As where url or groupCode have been changed since.
+QJsonObject tellOfOthers(queue::Store& store)
+{
+    QJsonObject json;
+    for (const auto& [address, count] : unfinishedElsewhere(store)) {
+        json.insert(address, count);
+        Console::instance().line(
+            Text::tr("Unfinished receipts of another register in this queue: %1 (%2). Only a worker with its "
+                     "url and groupCode sends them; if you have changed these, run one with the former ones.")
+                .arg(QString::number(count), address));
+    }
+    return json;
+}
+
 void writeEntries(const std::vector<Entry>& entries, bool isJson, Output& output)
 {
     QList<QStringList> rows;
@@ -125,8 +139,9 @@ ExitCode queueList(const CommandLine& line, Output& output)
     forEachEntry(
         store, queue::stateOf(line.queue.state), [&](const Entry& entry) { entries.push_back(entry); });
     writeEntries(entries, line.json, output);
-    if (const QString trouble = overviewOf(store).trouble; !trouble.isEmpty())
+    if (const QString trouble = troubleOf(store); !trouble.isEmpty())
         Console::instance().line(Text::tr("The register is paused: %1").arg(trouble));
+    tellOfOthers(store);
     return ExitCode::Success;
 }
 
@@ -183,7 +198,7 @@ ExitCode queueStats(const CommandLine& line, Output& output)
         {u"events"_s, events},
         {u"rates"_s,
             QJsonObject{{u"added"_s, toJson(overview.added)}, {u"finished"_s, toJson(overview.finished)}}},
-        {u"trouble"_s, overview.trouble}};
+        {u"trouble"_s, overview.trouble}, {u"otherRegisters"_s, tellOfOthers(store)}};
     output.write(line.json ? jsonLine(json) : textTable(rows).toUtf8());
     return ExitCode::Success;
 }

@@ -98,6 +98,20 @@ TEST_P(Upkeep, FindsWhatIsLost)
     EXPECT_EQ(audit.findings.size(), 3);
 }
 
+// As after a change of the configuration.
+TEST_P(Upkeep, FindsUnfinishedReceiptsOfAnotherRegister)
+{
+    Store other(place(), u"shop_2"_s);
+    EXPECT_TRUE(unfinishedElsewhere(store).empty());
+    addOne(other, newEntry(u"r1"_s));
+    addOne(other, newEntry(u"r2"_s));
+    EXPECT_EQ(unfinishedElsewhere(store), (std::map<QString, int>{{u"shop_2"_s, 2}}));
+    cancel(other, u"r1"_s);
+    EXPECT_EQ(unfinishedElsewhere(store), (std::map<QString, int>{{u"shop_2"_s, 1}}));
+    EXPECT_EQ(unfinishedElsewhere(other), (std::map<QString, int>{{u"shop_1"_s, 3}}));
+    EXPECT_EQ(auditOf(store).underWay, 3);
+}
+
 TEST_P(Upkeep, RemovesOnlyWhatFinishedLongAgo)
 {
     finish(State::Registered);
