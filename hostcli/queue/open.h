@@ -19,6 +19,9 @@ struct QueuePlace
 /// the user's own. Throws Failure or till::Error.
 [[nodiscard]] QueuePlace placeOf(const CommandLine& line);
 
+/// What to tell the user when others than its owner can read the queue's file; empty when they cannot.
+[[nodiscard]] QString exposureOf(const QString& file);
+
 /// Opens the queue for whoever looks into it or decides about what is in it, and creates nothing.
 [[nodiscard]] queue::Store storeAt(const QueuePlace& place);
 

@@ -1853,7 +1853,7 @@
     </message>
     <message>
         <source>It was sent again under another id: frhost queue wait %1</source>
-        <translation>Он отправлен повторно с другим идентификатором: frhost queue wait %1</translation>
+        <translation>Он отправлен повторно под другим идентификатором: frhost queue wait %1</translation>
     </message>
     <message>
         <source>%1: there is no queue here yet; frhost queue add creates it. If it should exist, check &quot;store&quot; in section [queue] of the configuration, whether its disk is mounted, and as which user you run this.</source>
@@ -1878,6 +1878,10 @@
     <message>
         <source>Unfinished receipts of another register in this queue: %1 (%2). Only a worker with its url and groupCode sends them; if you have changed these, run one with the former ones.</source>
         <translation>Незавершённых чеков другой кассы в этой очереди: %1 (%2). Их отправит только обработчик с её url и groupCode; если вы их изменили, запустите обработчик с прежними.</translation>
+    </message>
+    <message>
+        <source>%1 holds the buyers&apos; telephones and e-mail addresses and has the mode %2, so others can read it. Its owner should run: %3</source>
+        <translation>%1 содержит телефоны и адреса почты покупателей и имеет права %2: его могут прочитать другие. Владельцу следует выполнить: %3</translation>
     </message>
 </context>
 </TS>

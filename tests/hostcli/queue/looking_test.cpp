@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
 #include <tuple>
 
 using namespace Qt::Literals::StringLiterals;
@@ -64,6 +65,34 @@ TEST_P(Looking, EntersNoRegister)
     for (int i = 0; i < 2; ++i)
         EXPECT_THAT(complaint(u"shop_2"_s).toStdString(),
             HasSubstr("holds receipts of: https://service.example/shop_1."));
+}
+
+TEST(QueueFile, IsWarnedOfWhereOthersCanReadIt)
+{
+    const TextFiles files;
+    const QString file = files.file("queue.db", {});
+    const auto warningFor = [&](mode_t mode) {
+        EXPECT_EQ(chmod(QFile::encodeName(file).constData(), mode), 0);
+        return exposureOf(file);
+    };
+    EXPECT_EQ(warningFor(0600), QString());
+    EXPECT_EQ(warningFor(0620), QString()) << "cannot be read";
+    EXPECT_EQ(
+        warningFor(0640), file + u" holds the buyers' telephones and e-mail addresses and has the mode "_s +
+                              u"0640, so others can read it. Its owner should run: chmod 600 "_s + file);
+    EXPECT_FALSE(warningFor(0604).isEmpty());
+    EXPECT_EQ(exposureOf(files.path()), QString());
+    EXPECT_EQ(exposureOf(files.path() + u"/none"_s), QString());
+    EXPECT_EQ(exposureOf(u"postgresql:service=till"_s), QString());
+}
+
+TEST_P(Looking, WarnsWhereOthersCanReadTheQueue)
+{
+    std::ignore = files.file("queue.db", {});
+    EXPECT_EQ(chmod(QFile::encodeName(store).constData(), 0644), 0);
+    testing::internal::CaptureStderr();
+    std::ignore = placeOf(line(GetParam()));
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("e-mail addresses and has the mode 0644"));
 }
 
 } // namespace
