@@ -42,21 +42,44 @@ qint64 lastResult(Store& store)
     return last.toLongLong();
 }
 
+struct Result
+{
+    qint64 cursor;
+    QByteArray line;
+};
+
+constexpr std::size_t atOnce = 200;
+
+std::vector<Result> resultsBetween(Store& store, qint64 after, qint64 last)
+{
+    std::vector<Result> results;
+    store.database().forEach(
+        "SELECT events.number, detail FROM events JOIN receipts ON receipts.number = receipt"
+        " WHERE event = 'finished' AND events.number > ? AND events.number <= ? AND register = ?"
+        " ORDER BY events.number LIMIT ?",
+        {after, last, store.registerNumber(), static_cast<qint64>(atOnce)}, [&](const QSqlQuery& row) {
+            results.push_back({row.value(0).toLongLong(), row.value(1).toByteArray()});
+        });
+    return results;
+}
+
 } // namespace
 
+// While they are handled, nothing is open that would keep the file's log from being emptied: a person may be
+// paging through them.
 void forEachResult(
     Store& store, qint64 after, const std::function<bool(qint64 cursor, const QByteArray& line)>& handle)
 {
     const qint64 last = lastResult(store);
-    QSqlQuery row = store.database().query(
-        "SELECT events.number, detail FROM events JOIN receipts ON receipts.number = receipt"
-        " WHERE event = 'finished' AND events.number > ? AND events.number <= ? AND register = ?"
-        " ORDER BY events.number",
-        {after, last, store.registerNumber()});
-    while (row.next()) {
-        if (!handle(row.value(0).toLongLong(), row.value(1).toByteArray()))
-            return;
-    }
+    std::vector<Result> results;
+    do {
+        results = resultsBetween(store, after, last);
+        for (const Result& result : results) {
+            if (!handle(result.cursor, result.line))
+                return;
+            after = result.cursor;
+        }
+    } while (results.size() == atOnce);
 }
 
 QByteArray resultOf(Store& store, const Entry& entry)

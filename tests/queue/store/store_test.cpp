@@ -55,6 +55,20 @@ TEST_P(StoreFile, StaysInUseWhereItIsOpenedTwice)
     EXPECT_EQ(status, 0);
 }
 
+// Else the write-ahead log grows for as long as a person is paging through the results.
+TEST_P(StoreFile, IsNotKeptBusyByAReaderOfResults)
+{
+    addOne(store, newEntry(u"r1"_s));
+    store.note(store.find(u"r1"_s)->number, "finished", 0, 1, "{}");
+    Store other(place(), u"shop_1"_s, 10ms);
+    int isBusy = -1;
+    forEachResult(store, 0, [&](qint64, const QByteArray&) {
+        isBusy = other.database().value("PRAGMA wal_checkpoint(TRUNCATE)").toInt();
+        return true;
+    });
+    EXPECT_EQ(isBusy, 0);
+}
+
 TEST_P(StoreFile, IsForItsOwnerAlone)
 {
     WorkerLocks locks(store);

@@ -67,6 +67,31 @@ TEST_P(Upkeep, CountsWhatHappenedLately)
     EXPECT_EQ(overview.finished.lastHour, 3);
 }
 
+TEST_P(Upkeep, ShowsAllResultsInOrderHoweverManyThereAre)
+{
+    finish(State::Registered);
+    store.database().transaction([&] {
+        for (int i = 0; i < 450; ++i)
+            store.note(store.find(u"r1"_s)->number, "finished", 0, 1, QByteArray::number(i));
+    });
+    QByteArrayList lines;
+    qint64 last = 0;
+    forEachResult(store, 0, [&](qint64 cursor, const QByteArray& line) {
+        EXPECT_GT(cursor, last);
+        last = cursor;
+        lines << line;
+        return lines.size() < 440;
+    });
+    ASSERT_EQ(lines.size(), 440);
+    EXPECT_EQ(lines.last(), "438");
+    forEachResult(store, last, [&](qint64, const QByteArray& line) {
+        lines << line;
+        return true;
+    });
+    ASSERT_EQ(lines.size(), 451);
+    EXPECT_EQ(lines.last(), "449");
+}
+
 TEST_P(Upkeep, CountsWhatWasRecovered)
 {
     Ending ending = endingAs(State::Registered);
