@@ -14,7 +14,7 @@ namespace {
 
 constexpr int mostAtOnce = 500;
 
-void add(Audit& audit, const StateCount& count)
+void addTo(Audit& audit, const StateCount& count)
 {
     audit.accepted += count.receipts;
     int& kind = count.state == State::Registered ? audit.registered
@@ -42,7 +42,7 @@ Audit auditOf(Store& store)
     const qint64 ours = store.registerNumber();
     store.database().snapshot([&] {
         for (const StateCount& count : countsOf(store))
-            add(audit, count);
+            addTo(audit, count);
         audit.recovered =
             store.database()
                 .value("SELECT count(*) FROM receipts WHERE register = ? AND state = 'registered'"
