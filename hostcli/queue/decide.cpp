@@ -17,18 +17,15 @@ namespace {
 
 void replaceReceipt(const CommandLine& line, const QueuePlace& place, queue::Store& store, const QString& id)
 {
-    const auto entry = store.find(id);
-    if (!entry)
-        throw Error(Problem::Setup,
-            u"%1: %2"_s.arg(id, Text::tr("no receipt with this id is in the queue of this register")));
-    QJsonObject json = QJsonDocument::fromJson(entry->text).object();
+    const queue::Entry entry = store.get(id);
+    QJsonObject json = QJsonDocument::fromJson(entry.text).object();
     json.insert("id"_L1, line.queue.newId);
     // The schema has rules for ids, too.
     const auto checked = ReceiptParser().parse(QJsonDocument(json).toJson(QJsonDocument::Compact));
     if (const auto* problem = std::get_if<ReceiptProblem>(&checked))
         throw Error(Problem::Receipt, u"%1: %2"_s.arg(problem->pointer, problem->rule));
     Composer composer(line, place);
-    queue::replace(store, id, composer.entryFor({entry->file, entry->line, toReceipt(json), json}));
+    queue::replace(store, id, composer.entryFor({entry.file, entry.line, toReceipt(json), json}));
 }
 
 } // namespace
@@ -56,7 +53,7 @@ ExitCode queueDecide(const CommandLine& line, Output& output)
             id = line.queue.newId;
         }
     }
-    writeEntries({store.find(id).value()}, line.json, output);
+    writeEntries({store.get(id)}, line.json, output);
     return ExitCode::Success;
 }
 

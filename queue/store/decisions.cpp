@@ -21,18 +21,10 @@ namespace {
     throw till::Error(till::Problem::Setup, u"%1: %2"_s.arg(id, why));
 }
 
-Entry known(Store& store, const QString& id)
-{
-    const auto entry = store.findToChange(id);
-    if (!entry)
-        refuse(id, Text::tr("no receipt with this id is in the queue of this register"));
-    return *entry;
-}
-
 // One that nobody works on.
 Entry unfinished(Store& store, const QString& id)
 {
-    const Entry entry = known(store, id);
+    const Entry entry = store.getToChange(id);
     if (isFinished(entry.state))
         refuse(id, Text::tr("it is finished (%1)").arg(nameOf(entry.state)));
     if (entry.state == State::Sent)
@@ -105,7 +97,7 @@ void cancel(Store& store, const QString& id)
 void retry(Store& store, const QString& id)
 {
     store.database().transaction([&] {
-        const Entry entry = known(store, id);
+        const Entry entry = store.getToChange(id);
         if (entry.state == State::Failed)
             refuse(id, Text::tr("this id is used up: retry it with --new-id"));
         if (isReplaced(store, entry))
@@ -120,7 +112,7 @@ void retry(Store& store, const QString& id)
 void replace(Store& store, const QString& id, const NewEntry& successor)
 {
     storeAll(store, [&](const auto& add) {
-        const Entry entry = known(store, id);
+        const Entry entry = store.getToChange(id);
         const bool isUnregistered =
             entry.state == State::Failed || entry.state == State::Refused || entry.state == State::Cancelled;
         if (!isUnregistered)
@@ -131,7 +123,7 @@ void replace(Store& store, const QString& id, const NewEntry& successor)
         if (add(successor) == Added::Known)
             refuse(successor.id, Text::tr("this id is in the queue already"));
         store.note(entry.number, "replaced", 0, entry.attempt, detail("by", successor.id));
-        store.note(known(store, successor.id).number, "replaces", 0, 0, detail("id", id));
+        store.note(store.getToChange(successor.id).number, "replaces", 0, 0, detail("id", id));
     });
 }
 

@@ -67,7 +67,7 @@ bool isEmpty(const QString& place, std::chrono::milliseconds patience)
     }
 }
 
-QString found(const QString& place, std::chrono::milliseconds patience)
+QString existing(const QString& place, std::chrono::milliseconds patience)
 {
     if (!till::isOnServer(place) && isFileMissing(place))
         reportNone(place);
@@ -76,6 +76,14 @@ QString found(const QString& place, std::chrono::milliseconds patience)
     if (isEmpty(place, patience))
         reportNone(place);
     return place;
+}
+
+Entry required(const std::optional<Entry>& entry, const QString& id)
+{
+    if (!entry)
+        throw till::Error(till::Problem::Setup,
+            u"%1: %2"_s.arg(id, Text::tr("no receipt with this id is in the queue of this register")));
+    return *entry;
 }
 
 // Of the file that is there now; empty where there is none.
@@ -92,7 +100,7 @@ QByteArray identityOf(const QString& file)
 
 Store::Store(const QString& place, const QString& fiscalRegister, std::chrono::milliseconds patience,
     till::Database::Probe probe, Missing missing)
-    : placeName(missing == Missing::Create ? created(place) : found(place, patience))
+    : placeName(missing == Missing::Create ? created(place) : existing(place, patience))
     , db(place, formatOf(place), patience,
           [place](const QString& reason, till::Fault fault) { throw StoreError(place, reason, fault); })
     , opened(identityOf(place))
@@ -152,19 +160,29 @@ void Store::note(qint64 receipt, const char* event, qint64 worker, int attempt, 
 
 std::optional<Entry> Store::find(const QString& id)
 {
-    return firstOf("register = ? AND id = ? LIMIT 1", {number, id});
+    return one("register = ? AND id = ?", id);
 }
 
 std::optional<Entry> Store::findToChange(const QString& id)
 {
-    return firstOf("register = ? AND id = ? LIMIT 1 @locked", {number, id});
+    return one("register = ? AND id = ? @locked", id);
 }
 
-std::optional<Entry> Store::firstOf(const char* condition, const QVariantList& values)
+Entry Store::get(const QString& id)
 {
-    std::optional<Entry> first;
-    forEach(condition, values, [&](const Entry& entry) { first = entry; });
-    return first;
+    return required(find(id), id);
+}
+
+Entry Store::getToChange(const QString& id)
+{
+    return required(findToChange(id), id);
+}
+
+std::optional<Entry> Store::one(const char* condition, const QString& id)
+{
+    std::optional<Entry> only;
+    forEach(condition, {number, id}, [&](const Entry& entry) { only = entry; });
+    return only;
 }
 
 void Store::forEach(

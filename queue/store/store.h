@@ -49,15 +49,17 @@ public:
     [[nodiscard]] std::optional<Entry> find(const QString& id);
     /// The same, within a transaction that changes it: until that ends, nobody else does.
     [[nodiscard]] std::optional<Entry> findToChange(const QString& id);
-    /// The only row of `SELECT` the columns of an entry `WHERE condition`.
-    [[nodiscard]] std::optional<Entry> firstOf(const char* condition, const QVariantList& values);
-    /// The same for all rows.
+    /// find() and findToChange() for a receipt that must be there: throw till::Error (Setup) where it is not.
+    [[nodiscard]] Entry get(const QString& id);
+    [[nodiscard]] Entry getToChange(const QString& id);
+    /// All rows of `SELECT` the columns of an entry `WHERE condition`.
     void forEach(
         const char* condition, const QVariantList& values, const std::function<void(const Entry&)>& handle);
 
 private:
     [[nodiscard]] qint64 numberOf(const QString& fiscalRegister);
     [[noreturn]] void reportUnknown(const QString& fiscalRegister);
+    [[nodiscard]] std::optional<Entry> one(const char* condition, const QString& id);
 
     QString placeName;
     till::Database db;

@@ -41,15 +41,6 @@ QStringList rowOf(const Entry& entry)
         u"%1:%2"_s.arg(entry.file, QString::number(entry.line))};
 }
 
-Entry entryOf(queue::Store& store, const QString& id)
-{
-    const auto entry = store.find(id);
-    if (!entry)
-        throw Error(Problem::Setup,
-            u"%1: %2"_s.arg(id, Text::tr("no receipt with this id is in the queue of this register")));
-    return *entry;
-}
-
 QJsonObject toJson(const queue::Rate& rate)
 {
     return {{u"lastMinute"_s, rate.lastMinute}, {u"lastHour"_s, rate.lastHour}};
@@ -107,12 +98,12 @@ ExitCode queueWait(const CommandLine& line, Output& output)
     const QueuePlace place = placeOf(line);
     queue::Store store = storeAt(place);
     for (const QString& id : line.queue.ids)
-        std::ignore = entryOf(store, id);
+        std::ignore = store.get(id);
     Tally tally;
     ExitCode status = ExitCode::Success;
     for (const QString& id : line.queue.ids) {
-        Entry entry = entryOf(store, id);
-        for (; !isFinished(entry.state) && !entry.isHeld; entry = entryOf(store, id))
+        Entry entry = store.get(id);
+        for (; !isFinished(entry.state) && !entry.isHeld; entry = store.get(id))
             std::this_thread::sleep_for(lookAgain);
         const Conclusion conclusion = conclusionOf(store, entry);
         tally.add(conclusion.result.outcome);
@@ -149,7 +140,7 @@ ExitCode queueShow(const CommandLine& line, Output& output)
 {
     const QueuePlace place = placeOf(line);
     queue::Store store = storeAt(place);
-    const Entry entry = entryOf(store, line.queue.ids.first());
+    const Entry entry = store.get(line.queue.ids.first());
     const std::vector<queue::Event> history = historyOf(store, entry);
     QList<QStringList> rows;
     for (const queue::Event& event : history)
