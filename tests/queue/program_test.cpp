@@ -1,14 +1,12 @@
-#include "tests/e2e/support/emulatorprocess.h"
-#include "tests/e2e/support/shop.h"
+#include "tests/queue/program.h"
+
 #include "tests/support/notifysocket.h"
 
 #include <QDir>
 #include <QElapsedTimer>
-#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include <csignal>
 
@@ -18,57 +16,7 @@ using namespace std::chrono_literals;
 namespace {
 
 using testing::ContainsRegex;
-using testing::EndsWith;
 using testing::HasSubstr;
-
-const QStringList outcome{u"id"_s, u"outcome"_s};
-const QStringList states{u"id"_s, u"state"_s};
-
-class QueueProgram : public testing::Test
-{
-protected:
-    QueueProgram() { shop.configureQueue(u"store"_s, u"queue.db"_s); }
-
-    [[nodiscard]] Ran queue(const QStringList& arguments, const QByteArray& input = {}) const
-    {
-        return shop.frhost(QStringList{u"queue"_s} + arguments, input);
-    }
-    [[nodiscard]] Ran add(const QByteArray& receipts) const { return queue({u"add"_s, u"-"_s}, receipts); }
-    [[nodiscard]] Ran work() const { return queue({u"work"_s, u"--until-empty"_s}); }
-    [[nodiscard]] QStringList listed() const { return queue({u"list"_s}).columns(states); }
-    [[nodiscard]] QStringList results() const { return queue({u"results"_s}).columns(outcome); }
-    // Accepted, registered, under way, lost, doubled and recovered.
-    [[nodiscard]] QString audit() const
-    {
-        return queue({u"audit"_s})
-            .columns({u"accepted"_s, u"registered"_s, u"underWay"_s, u"lost"_s, u"doubled"_s, u"recovered"_s})
-            .join(u' ');
-    }
-    [[nodiscard]] Running worker() const
-    {
-        return {frhostProgram(), shop.arguments({u"queue"_s, u"work"_s})};
-    }
-    [[nodiscard]] qsizetype sellsSeen() const { return emulator.calls().count(u"sell"_s); }
-    // The receipts that the service has been sent, in their order.
-    [[nodiscard]] QString sent() const
-    {
-        static const QRegularExpression id(u"\"external_id\":\"([^\"]*)\""_s);
-        QStringList ids;
-        for (const QRegularExpressionMatch& match : id.globalMatch(emulator.requests()))
-            ids << match.captured(1);
-        return ids.join(u' ');
-    }
-    [[nodiscard]] static QByteArray receipts(int count)
-    {
-        QByteArray text;
-        for (int i = 1; i <= count; ++i)
-            text += receiptLine(u"r%1"_s.arg(i));
-        return text;
-    }
-
-    EmulatorProcess emulator;
-    Shop shop{emulator.url()};
-};
 
 TEST_F(QueueProgram, StoresAReceiptOnceAndSendsNothing)
 {
@@ -94,37 +42,6 @@ TEST_F(QueueProgram, StoresNothingWhereAnyReceiptIsWrong)
     EXPECT_EQ(unacceptable.exitCode, 2);
     EXPECT_THAT(unacceptable.err.toStdString(), HasSubstr("-:2: /requisites: "));
     EXPECT_EQ(listed(), QStringList{u"r1 queued"_s});
-}
-
-TEST_F(QueueProgram, SaysWhereAReceiptThatIsHandedOverAgainIsLeft)
-{
-    emulator.addFault(R"("endpoint":"sell","effect":"fail","match":{"external_id":"r1"})");
-    emulator.addFault(R"("endpoint":"sell","effect":"error","code":32,"match":{"external_id":"r2"})");
-    EXPECT_EQ(add(receipts(4)).exitCode, 0);
-    EXPECT_EQ(queue({u"cancel"_s, u"r3"_s}).exitCode, 0);
-    EXPECT_EQ(work().exitCode, 0);
-    EXPECT_EQ(queue({u"results"_s}).columns({u"id"_s, u"next"_s}),
-        (QStringList{u"r1 retry-new-id"_s, u"r2 retry"_s, u"r4 none"_s}));
-    EXPECT_EQ(queue({u"wait"_s, u"r1"_s, u"r2"_s, u"r3"_s, u"r4"_s}).columns({u"id"_s, u"next"_s}),
-        (QStringList{u"r1 retry-new-id"_s, u"r2 retry"_s, u"r3 retry-new-id"_s, u"r4 none"_s}));
-    const Ran again = add(receipts(5));
-    EXPECT_EQ(again.exitCode, 3);
-    EXPECT_EQ(again.columns({u"id"_s, u"added"_s, u"state"_s, u"next"_s}),
-        (QStringList{u"r1 false failed retry-new-id"_s, u"r2 false refused retry"_s,
-            u"r3 false cancelled retry-new-id"_s, u"r4 false registered none"_s, u"r5 true queued none"_s}));
-    EXPECT_THAT(again.err.toStdString(), HasSubstr("r1: Nothing was registered, and this id is used up."));
-    EXPECT_THAT(again.err.toStdString(), HasSubstr("then: frhost queue retry r2."));
-    EXPECT_EQ(queue({u"retry"_s, u"r1"_s, u"--new-id"_s, u"r1b"_s}).exitCode, 0);
-    const Ran replaced = add(receiptLine(u"r1"_s));
-    EXPECT_EQ(replaced.exitCode, 3);
-    EXPECT_EQ(replaced.columns({u"state"_s, u"next"_s}), QStringList{u"failed none"_s});
-    EXPECT_THAT(replaced.err.toStdString(), HasSubstr("under another id: frhost queue wait r1b"));
-    EXPECT_EQ(add(receiptLine(u"r4"_s)).exitCode, 0) << "it is registered";
-    EXPECT_EQ(queue({u"hold"_s, u"r5"_s}).exitCode, 0);
-    const Ran held = add(receipts(5).mid(receipts(4).size()));
-    EXPECT_EQ(held.exitCode, 0);
-    EXPECT_EQ(
-        held.columns({u"id"_s, u"state"_s, u"held"_s, u"next"_s}), QStringList{u"r5 queued true release"_s});
 }
 
 TEST_F(QueueProgram, RegistersAndReportsAsSellDoes)
@@ -264,30 +181,6 @@ TEST_F(QueueProgram, GoesOnWhenTheGroupIsCorrect)
     EXPECT_EQ(results(), QStringList{u"r1 registered"_s});
 }
 
-TEST_F(QueueProgram, WaitsForAPersonAfterAFailure)
-{
-    emulator.addFault(R"("endpoint":"sell","effect":"fail","match":{"next":1})");
-    EXPECT_EQ(add(receiptLine(u"r1"_s)).exitCode, 0);
-    EXPECT_EQ(work().exitCode, 0);
-    EXPECT_EQ(results(), QStringList{u"r1 refused"_s});
-    EXPECT_EQ(listed(), QStringList{u"r1 failed"_s});
-    const Ran same = queue({u"retry"_s, u"r1"_s});
-    EXPECT_EQ(same.exitCode, 1);
-    EXPECT_THAT(same.err.toStdString(), HasSubstr("this id is used up: retry it with --new-id"));
-    EXPECT_EQ(
-        queue({u"retry"_s, u"r1"_s, u"--new-id"_s, u"r1b"_s}).columns(states), QStringList{u"r1b queued"_s});
-    EXPECT_EQ(work().exitCode, 0);
-    EXPECT_EQ(results(), (QStringList{u"r1 refused"_s, u"r1b registered"_s}));
-    const Ran waited = queue({u"wait"_s, u"r1"_s, u"r1b"_s});
-    EXPECT_EQ(waited.exitCode, 3);
-    EXPECT_THAT(
-        waited.err.toStdString(), HasSubstr("It was sent again under another id: frhost queue wait r1b"));
-    EXPECT_THAT(waited.err.toStdString(), EndsWith("Receipts: 2. Registered: 1, refused: 1, unknown: 0.\n"));
-    EXPECT_EQ(waited.lineWith(u"summary"_s).value(u"summary"_s).toObject(),
-        (QJsonObject{{u"receipts"_s, 2}, {u"registered"_s, 1}, {u"incomplete"_s, 0}, {u"refused"_s, 1},
-            {u"unknown"_s, 0}, {u"notSent"_s, 0}, {u"exitStatus"_s, 3}}));
-}
-
 TEST_F(QueueProgram, LetsSeveralWorkersOfSeveralRegistersShareTheWork)
 {
     shop.configureQueue(u"parallel"_s, u"3"_s);
@@ -397,34 +290,6 @@ TEST_F(QueueProgram, AsksTheServiceAboutWhatIsDoubtful)
     EXPECT_EQ(sellsSeen(), sent) << "asking sends nothing";
     emulator.addFault(R"("endpoint":"token","effect":"error","code":12)");
     EXPECT_EQ(queue({u"audit"_s, u"--ask"_s}).exitCode, 1);
-}
-
-TEST_F(QueueProgram, DoesWhatAPersonDecides)
-{
-    EXPECT_EQ(add(receipts(3)).exitCode, 0);
-    EXPECT_EQ(queue({u"cancel"_s, u"r1"_s}).columns(states), QStringList{u"r1 cancelled"_s});
-    EXPECT_EQ(queue({u"hold"_s, u"r2"_s}).columns({u"id"_s, u"held"_s}), QStringList{u"r2 true"_s});
-    EXPECT_EQ(work().exitCode, 0);
-    EXPECT_EQ(results(), QStringList{u"r3 registered"_s});
-    const Ran held = queue({u"wait"_s, u"r1"_s, u"r2"_s});
-    EXPECT_EQ(held.exitCode, 4);
-    EXPECT_EQ(held.columns({u"id"_s, u"outcome"_s, u"sent"_s}),
-        (QStringList{u"r1 refused false"_s, u"r2 unknown false"_s}));
-    EXPECT_THAT(held.err.toStdString(), HasSubstr("r2: held until a person releases it. Look at"));
-    EXPECT_EQ(queue({u"release"_s, u"r2"_s}).exitCode, 0);
-    EXPECT_EQ(work().exitCode, 0);
-    EXPECT_EQ(queue({u"list"_s, u"--state"_s, u"registered"_s}).columns(states),
-        (QStringList{u"r2 registered"_s, u"r3 registered"_s}));
-    EXPECT_EQ(queue({u"cancel"_s, u"r2"_s}).exitCode, 1);
-    EXPECT_EQ(queue({u"export"_s}).columns(states),
-        (QStringList{u"r1 cancelled"_s, u"r2 registered"_s, u"r3 registered"_s}));
-    EXPECT_EQ(queue({u"prune"_s, u"--older-than"_s, u"1d"_s}).columns({u"removed"_s}), QStringList{u"0"_s});
-    EXPECT_EQ(queue({u"show"_s, u"r9"_s}).exitCode, 1);
-    const QJsonObject rates = queue({u"stats"_s}).lines().first().value(u"rates"_s).toObject();
-    EXPECT_EQ(rates.value(u"finished"_s)[u"lastHour"_s], 2);
-    const QString metrics = queue({u"stats"_s, u"--openmetrics"_s}).out;
-    EXPECT_THAT(metrics.toStdString(), HasSubstr(",state=\"registered\"} 2\n"));
-    EXPECT_TRUE(metrics.endsWith(u"# EOF\n"_s));
 }
 
 } // namespace
