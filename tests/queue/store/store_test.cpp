@@ -119,9 +119,9 @@ STORE_TEST_SUITE(AnyStore);
 TEST_P(AnyStore, IsLeftAsItIsByWhoeverOnlyLooks)
 {
     const TestPlace elsewhere(GetParam());
-    const auto complaint = [&](const QString& where, const QString& address) {
+    const auto complaint = [&](const QString& there, const QString& address) {
         return messageOf<till::Error>([&] {
-            const Store other(where, address, Store::defaultPatience, {}, Missing::Report);
+            const Store other(there, address, Store::defaultPatience, {}, Missing::Report);
         }).toStdString();
     };
     for (int i = 0; i < 2; ++i) {
