@@ -52,8 +52,8 @@ constexpr ActionInfo actions[] = {
     {QueueAction::Stats, "stats", "stats --openmetrics", 0,
         QT_TRANSLATE_NOOP("Text", "Show counts and what is wrong")},
     {QueueAction::Audit, "audit", "audit", 0,
-        QT_TRANSLATE_NOOP("Text",
-            "Prove that no receipt is lost and no two share a document; status 1 where any is or does")},
+        QT_TRANSLATE_NOOP(
+            "Text", "Check that no receipt is lost and no document is shared; status 1 if not")},
     {QueueAction::Export, "export", "export", 0,
         QT_TRANSLATE_NOOP("Text", "Write finished receipts with their history, one line of JSON each")},
     {QueueAction::Prune, "prune", "prune --older-than 90d", 0,

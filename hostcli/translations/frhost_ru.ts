@@ -1844,6 +1844,8 @@
     <message>
         <source>the cursor is a number, as results shows it</source>
         <translation>отметка места — число, как его показывает results</translation>
+    </message>
+    <message>
         <source>%1: already queued: %2</source>
         <translation>%1: уже в очереди: %2</translation>
     </message>
@@ -1872,8 +1874,8 @@
         <translation>он дошёл до сервиса, отменить его уже нельзя</translation>
     </message>
     <message>
-        <source>Prove that no receipt is lost and no two share a document; status 1 where any is or does</source>
-        <translation>Проверить, что ни один чек не потерян и нет двух чеков с одним документом; код 1, если это не так</translation>
+        <source>Check that no receipt is lost and no document is shared; status 1 if not</source>
+        <translation>Проверить, что нет потерянных чеков и общих документов; иначе код 1</translation>
     </message>
     <message>
         <source>Unfinished receipts of another register in this queue: %1 (%2). Only a worker with its url and groupCode sends them; if you have changed these, run one with the former ones.</source>
@@ -1882,6 +1884,10 @@
     <message>
         <source>%1 holds the buyers&apos; telephones and e-mail addresses and has the mode %2, so others can read it. Its owner should run: %3</source>
         <translation>%1 содержит телефоны и адреса почты покупателей и имеет права %2: его могут прочитать другие. Владельцу следует выполнить: %3</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; was removed while it was added. Nothing was stored: add it again.</source>
+        <translation>«%1» удалён из очереди, пока добавлялся. Ничего не записано: добавьте ещё раз.</translation>
     </message>
 </context>
 </TS>

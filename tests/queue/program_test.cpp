@@ -83,16 +83,19 @@ TEST_F(QueueProgram, TakesUpTheReceiptOfAKilledWorkerAtOnceAndRegistersItOnce)
     EXPECT_EQ(audit(), u"1 1 0 0 0 1"_s);
 }
 
-TEST_F(QueueProgram, TakesOverFromADeadWorkerWhileItsOnlyPlaceIsBusy)
+TEST_F(QueueProgram, TakesOverFromADeadWorkerWhileItHasAllItCanHave)
 {
     emulator.addFault(R"("endpoint":"report","effect":"never")");
-    EXPECT_EQ(add(receipts(2)).exitCode, 0);
+    EXPECT_EQ(add(receipts(8)).exitCode, 0);
     Running dies = worker();
-    ASSERT_TRUE(comesTrue([&] { return sellsSeen() == 1; }));
+    ASSERT_TRUE(comesTrue([&] { return sellsSeen() == 4; }));
     Running busy = worker();
-    ASSERT_TRUE(comesTrue([&] { return sellsSeen() == 2; }));
+    ASSERT_TRUE(comesTrue([&] { return sellsSeen() == 8; }));
     dies.signal(SIGKILL);
-    EXPECT_TRUE(comesTrue([&] { return listed() == (QStringList{u"r1 unknown"_s, u"r2 sent"_s}); }));
+    EXPECT_TRUE(comesTrue([&] {
+        return listed() == (QStringList{u"r1 unknown"_s, u"r2 unknown"_s, u"r3 unknown"_s, u"r4 unknown"_s,
+                               u"r5 sent"_s, u"r6 sent"_s, u"r7 sent"_s, u"r8 sent"_s});
+    }));
 }
 
 TEST_F(QueueProgram, RecoversAReceiptWhoseAnswerWasLost)

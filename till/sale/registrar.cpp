@@ -26,6 +26,9 @@ bool isSilent(const WireRecord& seen)
     return seen.lastAnswered == false && !seen.tokensRejected;
 }
 
+// After more, something else is wrong with the questions.
+constexpr int mostRefusedQuestions = 20;
+
 // Of the answer that came last; that a receipt is known already is not an error.
 void addWordsOfService(ErrorInfo& error, const WireRecord& seen)
 {
@@ -95,7 +98,7 @@ std::variant<ReceiptResult, AwaitedReceipt> Registrar::begin(const QueuedReceipt
     if (finding.verdict != SaleVerdict::Unfinished)
         return resultOf(queued, finding);
     return AwaitedReceipt{
-        queued, transport.memory(), std::move(finding.error), {}, ofRegister().beforeQuestion};
+        queued, transport.memory(), std::move(finding.error), {}, ofRegister().beforeQuestion, 0};
 }
 
 std::optional<ReceiptResult> Registrar::ask(AwaitedReceipt& awaited)
@@ -106,6 +109,13 @@ std::optional<ReceiptResult> Registrar::ask(AwaitedReceipt& awaited)
     const QString uuid = transport.seen().registration.uuid;
     if (auto thrown = attempted([&] { std::ignore = fiscalRegister.service().getDocumentInfo(uuid); }))
         awaited.error = std::move(thrown);
+    // Whoever asks slows down. That is not the silence after which the outcome counts as unknown.
+    const bool isRefused = transport.seen().status.errorCode == ServiceCode::BadRequest;
+    awaited.refusedQuestions = isRefused ? awaited.refusedQuestions + 1 : 0;
+    if (isRefused && awaited.refusedQuestions < mostRefusedQuestions) {
+        awaited.memory = transport.memory();
+        return std::nullopt;
+    }
     const DocumentState state = judgeStatus(transport.seen(), receipt.id());
     if (const auto pause = awaited.wait.after(state, ofRegister())) {
         awaited.pause = *pause;

@@ -28,6 +28,8 @@ struct AwaitedReceipt
     DocumentWait wait;
     /// Before the next question.
     std::chrono::milliseconds pause{0};
+    /// Questions in a row that the service would not answer, as it does where they come too often.
+    int refusedQuestions = 0;
 };
 
 /// Registers receipts and finds out what became of each. Blocks while the service works on a receipt.

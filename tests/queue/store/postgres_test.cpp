@@ -274,12 +274,12 @@ TEST_F(StoreOnPostgreSQL, ShowsNoResultWhileAnEarlierOneIsBeingWritten)
     int statements = 0;
     store.database().setProbe([&] {
         // Between the result and its commit.
-        if (++statements == 5) {
+        if (++statements == 6) {
             EXPECT_TRUE(errorOf([&] { read(); }).value().isPassing());
         }
     });
     EXPECT_TRUE(claims.conclude(claim, endingAs(State::Registered)));
-    EXPECT_EQ(statements, 5);
+    EXPECT_EQ(statements, 6);
     EXPECT_EQ(read(), 1);
 }
 
