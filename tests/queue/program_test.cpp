@@ -119,9 +119,11 @@ TEST_F(QueueProgram, KeepsReceiptsWhileTheAccountIsAtFault)
     EXPECT_EQ(list.columns({u"id"_s, u"state"_s, u"attempts"_s}), QStringList{u"r1 queued 0"_s});
     EXPECT_THAT(list.err.toStdString(), HasSubstr("The register is paused: The service at"));
     shop.configure(u"login"_s, u"shop"_s);
+    shop.configure(u"email"_s, u"office@example.com"_s);
     EXPECT_EQ(work().exitCode, 0);
     EXPECT_EQ(results(), QStringList{u"r1 registered"_s});
     EXPECT_EQ(queue({u"list"_s}).err, QString());
+    EXPECT_THAT(queue({u"show"_s, u"r1"_s}).out.toStdString(), HasSubstr("recomposed"));
 }
 
 TEST_F(QueueProgram, WaitsForAStoreThatIsAway)
