@@ -23,7 +23,7 @@ QByteArray dueEntry()
         branches += QByteArray(branches.isEmpty() ? "" : " UNION ALL ") + "SELECT * FROM (SELECT " +
                     entryColumns +
                     " FROM receipts WHERE register = (SELECT ours FROM t) AND held = 0"
-                    " AND state IN ('queued', 'unknown', 'incomplete') AND " +
+                    " AND @waits AND " +
                     due + " LIMIT 1 @free) AS branch";
     }
     return "SELECT * FROM (" + branches + ") AS one ORDER BY number LIMIT 1";
@@ -247,7 +247,7 @@ bool Claims::isDone()
 {
     return store.database()
                .value("SELECT EXISTS (SELECT 1 FROM receipts WHERE register = ? AND held = 0"
-                      " AND state IN ('queued', 'unknown', 'incomplete'))"
+                      " AND @waits)"
                       " OR EXISTS (SELECT 1 FROM receipts WHERE register = ? AND state = 'sent')",
                    {store.registerNumber(), store.registerNumber()})
                .toInt() == 0;

@@ -35,8 +35,7 @@ Added add(Store& store, const NewEntry& entry)
     const bool isNew =
         store.database().change(
             "INSERT INTO receipts (register, id, file, line, text, digest, added, changed)"
-            " SELECT ?, ?, ?, ?, ?, ?, now, now FROM (SELECT @now AS now) AS t WHERE true"
-            " ON CONFLICT DO NOTHING",
+            " VALUES (?, ?, ?, ?, ?, ?, @now, @now) ON CONFLICT DO NOTHING",
             {store.registerNumber(), entry.id, entry.file, entry.line, entry.text, entry.digest}) == 1;
     if (isNew) {
         store.database().change("INSERT INTO events (at, receipt, event, attempt, worker)"

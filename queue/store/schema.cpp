@@ -7,6 +7,9 @@ namespace {
 // "frhq".
 constexpr int applicationId = 0x66726871;
 
+// In a file, a list of more than two values is made a table for each statement that compares with it.
+constexpr till::DialectWord waits = {"@waits", "(state IN ('queued', 'unknown') OR state = 'incomplete')"};
+
 // A finished receipt without its evidence cannot be written, whatever the program does. Times are
 // milliseconds; `earlier` is the state before the last claim.
 const char* const firstVersion[] = {
@@ -44,14 +47,14 @@ const char* const firstVersion[] = {
     " sign TEXT,"
     " total DOUBLE PRECISION,"
     " UNIQUE (register, id),"
-    " CHECK (state IN ('queued', 'sent', 'unknown', 'incomplete', 'registered', 'failed', 'refused',"
-    "  'cancelled')),"
+    " CHECK (state IN ('queued', 'sent') OR state IN ('unknown', 'incomplete')"
+    "  OR state IN ('registered', 'failed') OR state IN ('refused', 'cancelled')),"
     " CHECK ((state = 'sent') = (worker <> 0)),"
     " CHECK (state <> 'cancelled' OR maybeSent = 0),"
     " CHECK (state <> 'registered' OR (uuid <> '' AND storage IS NOT NULL AND document IS NOT NULL"
     "  AND sign IS NOT NULL AND total IS NOT NULL)))",
     "CREATE INDEX waiting ON receipts (register, due, number)"
-    " WHERE held = 0 AND state IN ('queued', 'unknown', 'incomplete')",
+    " WHERE held = 0 AND @waits",
     "CREATE INDEX underWay ON receipts (worker) WHERE state = 'sent'",
     "CREATE INDEX documents ON receipts (storage, document) WHERE storage IS NOT NULL",
     "CREATE TABLE events ("
@@ -70,6 +73,7 @@ const char* const firstVersion[] = {
 };
 
 constexpr till::DialectWord wordsInFile[] = {
+    waits,
     {"@eventsStay", "CREATE TRIGGER eventsStay BEFORE UPDATE ON events BEGIN"
                     " SELECT raise(ABORT, 'events are never altered'); END"},
     {"@eventsLast", "CREATE TRIGGER eventsLast BEFORE DELETE ON events"
@@ -84,6 +88,7 @@ constexpr till::DialectWord wordsInFile[] = {
 // Numbers of events are drawn before they are committed: whoever draws
 // one for a result shares a lock until it is committed, and who reads results waits for that lock first.
 constexpr till::DialectWord wordsOnServer[] = {
+    waits,
     {"@eventsStay", "CREATE FUNCTION eventsStay() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN"
                     " IF TG_OP = 'UPDATE' OR EXISTS (SELECT 1 FROM receipts WHERE number = OLD.receipt) THEN"
                     "  RAISE 'events are never altered or removed';"
