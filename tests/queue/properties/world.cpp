@@ -142,6 +142,8 @@ void World::take(const Step& step)
     const Model now = content();
     if (isCutOff && std::ranges::find(between, now) == between.end())
         fail(deed, u"cut off, the store is neither as before nor as after"_s, next, now);
+    if (isCutOff && answer == refusal && expected != refusal)
+        fail(deed, u"cut off, it does not count as passing"_s, next, now);
     if (!isCutOff && answer != expected)
         fail(deed, u"answered \"%1\" and not \"%2\""_s.arg(answer, expected), next, now);
     if (!isCutOff && now != next)
