@@ -153,3 +153,19 @@ def judge_queue(runs, stored, known):
         told = (entry["state"], entry.get("uuid"))
         if done and told != ("registered", done[0]["uuid"]):
             yield Finding("false", f"the store says {told} of {receipt}, the service {done[0]['uuid']}")
+
+
+def judge_settled(sale, stored, documents):
+    """What is wrong with one sale when nothing more is to be done. `sale`: the ids that it had; `stored`: the entries of
+    the store, by id; `documents`: those of the service, by id."""
+    ours = [document for receipt in sale for document in documents.get(receipt, [])]
+    done = {document["uuid"] for document in ours if document["status"] == "done"}
+    entries = [stored.get(receipt, {"state": "nothing"}) for receipt in sale]
+    text = " and ".join(f"{receipt} ({entry['state']})" for receipt, entry in zip(sale, entries))
+    told = {entry.get("uuid") for entry in entries if entry["state"] == "registered"}
+    if not done:
+        yield Finding("unfinished" if any(each["status"] == "wait" for each in ours) else "lost", text)
+    if len(done) > 1:
+        yield Finding("doubled", text)
+    if not told <= done or bool(told) != bool(done):
+        yield Finding("false", f"{text}: the service has {' and '.join(sorted(done)) or 'nothing'}")

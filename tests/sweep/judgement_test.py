@@ -2,7 +2,7 @@
 import unittest
 
 from emulator import Known
-from judgement import judge_handing_over, judge_queue, judge_run, judge_sale
+from judgement import judge_handing_over, judge_queue, judge_run, judge_sale, judge_settled
 from programs import Ended
 from till import Said
 
@@ -150,6 +150,28 @@ class Queue(unittest.TestCase):
             ([queued(0)], {ID: {"state": "unknown", "uuid": "U"}}, known("done"), ["false"]),
         ]:
             self.assertEqual(self.columns(judge_queue(runs, stored, {ID: service})), columns, (stored, service))
+
+    def test_a_sale_that_is_settled(self):
+        def entry(state, uuid=""):
+            return {"state": state, "uuid": uuid}
+
+        def there(status, uuid="U"):
+            return {"status": status, "uuid": uuid}
+
+        for stored, documents, columns in [
+            ({"a": entry("registered", "U")}, {"a": [there("done")]}, []),
+            ({"a": entry("failed", "U"), "b": entry("registered", "V")},
+             {"a": [there("fail")], "b": [there("done", "V")]}, []),
+            ({"a": entry("registered", "U")}, {}, ["false", "lost"]),
+            ({"a": entry("unknown")}, {"a": [there("wait")]}, ["unfinished"]),
+            ({"a": entry("unknown")}, {"a": [there("done")]}, ["false"]),
+            ({"a": entry("registered", "V")}, {"a": [there("done")]}, ["false"]),
+            ({}, {"a": [there("done")]}, ["false"]),
+            ({"a": entry("refused")}, {}, ["lost"]),
+            ({"a": entry("failed"), "b": entry("registered", "V")},
+             {"a": [there("done")], "b": [there("done", "V")]}, ["doubled"]),
+        ]:
+            self.assertEqual(self.columns(judge_settled(["a", "b"], stored, documents)), columns, (stored, documents))
 
 
 if __name__ == "__main__":
