@@ -84,7 +84,11 @@ bool Lane::run()
 // What the service works on is asked about during a pause, too.
 bool Lane::mayGoOn()
 {
-    return underWay.empty() ? pause.wait([this] { return isOver(); }) : !pause.isStopped();
+    const auto isOverNow = [this] { return isOver(); };
+    if (underWay.empty())
+        return pause.wait(isOverNow);
+    pause.tryNow(isOverNow);
+    return !pause.isStopped();
 }
 
 bool Lane::sendNext()

@@ -49,21 +49,38 @@ bool Pause::wait(const std::function<bool()>& isOver)
     while (!stopped && isPaused) {
         if (isTrying) {
             changed.wait(lock);
-        } else if (std::chrono::steady_clock::now() < until) {
+        } else if (!isTime()) {
             changed.wait_until(lock, until);
         } else {
-            isTrying = true;
-            lock.unlock();
-            const bool good = isOver();
-            lock.lock();
-            isTrying = false;
-            isPaused = !good;
-            if (!good)
-                lengthen();
-            changed.notify_all();
+            tryOnce(lock, isOver);
         }
     }
     return !stopped;
+}
+
+void Pause::tryNow(const std::function<bool()>& isOver)
+{
+    std::unique_lock lock(guard);
+    if (!stopped && isPaused && !isTrying && isTime())
+        tryOnce(lock, isOver);
+}
+
+bool Pause::isTime() const
+{
+    return std::chrono::steady_clock::now() >= until;
+}
+
+void Pause::tryOnce(std::unique_lock<std::mutex>& lock, const std::function<bool()>& isOver)
+{
+    isTrying = true;
+    lock.unlock();
+    const bool good = isOver();
+    lock.lock();
+    isTrying = false;
+    isPaused = !good;
+    if (!good)
+        lengthen();
+    changed.notify_all();
 }
 
 bool Pause::rest(Milliseconds time)

@@ -40,6 +40,8 @@ public:
     /// Waits until the register may be used; calls `isOver` after each pause, in one lane at a time. Returns
     /// false when the worker is to stop.
     [[nodiscard]] bool wait(const std::function<bool()>& isOver);
+    /// The same without waiting, for a lane that has something else to do: calls `isOver` where it is time.
+    void tryNow(const std::function<bool()>& isOver);
     /// Waits as long as nothing is stopped; returns false when it is.
     [[nodiscard]] bool rest(Milliseconds time);
 
@@ -51,6 +53,8 @@ public:
 
 private:
     void lengthen();
+    [[nodiscard]] bool isTime() const;
+    void tryOnce(std::unique_lock<std::mutex>& lock, const std::function<bool()>& isOver);
 
     const Milliseconds first;
     const Milliseconds longest;

@@ -203,17 +203,19 @@ TEST_F(QueueProgram, LetsSeveralWorkersOfSeveralRegistersShareTheWork)
 TEST_F(QueueProgram, SendsReceiptsWhileOthersWaitForTheService)
 {
     emulator.addFault(R"("endpoint":"report","effect":"never","match":{"external_id":"r1"})");
+    // A pause is over, too, while the first one waits.
+    emulator.addFault(R"("endpoint":"sell","effect":"close","match":{"external_id":"r3","next":1})");
     EXPECT_EQ(add(receipts(6)).exitCode, 0);
     Running worked = worker();
     EXPECT_EQ(queue({u"wait"_s, u"r2"_s, u"r3"_s, u"r4"_s, u"r5"_s, u"r6"_s}).exitCode, 0);
-    EXPECT_EQ(sent(), u"r1 r2 r3 r4 r5 r6"_s) << "in the order in which they came, by one register";
+    EXPECT_EQ(sent(), u"r1 r2 r3 r3 r4 r5 r6"_s) << "in the order in which they came, by one register";
     EXPECT_EQ(queue({u"list"_s, u"--state"_s, u"sent"_s}).columns({u"id"_s, u"attempts"_s}),
         QStringList{u"r1 1"_s});
     emulator.clearFaults();
     EXPECT_EQ(queue({u"wait"_s, u"r1"_s}).exitCode, 0);
     worked.signal(SIGTERM);
     EXPECT_EQ(worked.end().exitCode, 0);
-    EXPECT_EQ(sellsSeen(), 6);
+    EXPECT_EQ(sellsSeen(), 7);
 }
 
 TEST_F(QueueProgram, PassesByAReceiptThatIsNeverAnswered)

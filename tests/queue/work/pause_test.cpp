@@ -72,6 +72,24 @@ TEST(Pause, HasOneLaneTryForAll)
     EXPECT_EQ(tries, 1);
 }
 
+TEST(Pause, IsTriedByALaneThatDoesNotWait)
+{
+    Pause pause(5ms, 5ms);
+    pause.tryNow(&never);
+    pause.begin();
+    EXPECT_TRUE(pause.isBegun());
+    int tries = 0;
+    const auto isOver = [&] { return ++tries == 2; };
+    pause.tryNow(isOver);
+    EXPECT_EQ(tries, 0) << "it is not time yet";
+    const auto end = Clock::now() + 10s;
+    while (pause.isBegun() && Clock::now() < end)
+        pause.tryNow(isOver);
+    EXPECT_EQ(tries, 2);
+    EXPECT_FALSE(pause.isBegun());
+    EXPECT_TRUE(pause.wait(&never));
+}
+
 TEST(Pause, EndsWhenTheWorkerIsToStop)
 {
     Pause pause(1h, 1h);
