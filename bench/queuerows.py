@@ -33,7 +33,7 @@ class Load:
     added: int = 200
     batch: int = 100_000
     worked: int = 500
-    served: int = 800
+    served: int = 1000
     waiting: int = 1_000_000
     claims: int = 60
     claim_rounds: int = 3
@@ -158,7 +158,7 @@ def throughput(build, load):
         groups.write_text(json.dumps({"groups": [{"code": "test", "registers": registers}]}))
         with emulatorload.running(build / "bin" / "fremulator", "--config", groups,
                                   "--latency", f"{shortest},{longest}") as (_, port):
-            shop = Shop(build, folder, port, 64, interval=500)
+            shop = Shop(build, folder, port, registers, interval=500)
             output_of(*shop.queue("add", shop.receipts("served", load.served)))
             seconds = process_of(*shop.queue("work", "--until-empty"))[0] / 1e3
             shop.require_registered(load.served)
