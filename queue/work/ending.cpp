@@ -35,12 +35,6 @@ std::chrono::milliseconds delayAfterSilence(int fruitless)
     return std::min<std::chrono::milliseconds>(longestDelay, 4s * (1 << std::min(fruitless - 1, 4)));
 }
 
-QString troubleOf(const ReceiptResult& result)
-{
-    const QString message = result.error ? result.error->message : QString();
-    return message.isEmpty() ? result.advice : message;
-}
-
 // As it was before: nothing of this attempt counts.
 Ending untouched(const Entry& entry)
 {
@@ -159,7 +153,8 @@ Judgement judge(const Entry& entry, const ReceiptResult& result, const WireRecor
     judgement.ending.uuid = result.uuid;
     if (!isOfTheRegister(result, seen))
         return judgement;
-    judgement.trouble = troubleOf(result);
+    if (result.error)
+        judgement.trouble = result.error->message;
     if (judgement.trouble.isEmpty())
         judgement.trouble = Text::tr("The service did not answer");
     // The register's trouble is not the receipt's.
