@@ -75,19 +75,21 @@ class Herd:
                 worker.start()
             elif worker.until and worker.until <= now:
                 worker.wake()
-        awake = [worker for worker in self.workers if not worker.until]
-        if now < self.next or len(awake) <= 2:
+        if now < self.next or len(self.awake()) <= 2:
             return
         self.next = now + self.random.uniform(0.1, 0.8)
-        if self.random.randrange(6) == 0:
-            self.kill_one()
+        if self.random.randrange(10) == 0:
+            self.kill_one(self.workers)
             return
-        self.random.choice(awake).sleep(self.random.uniform(*self.random.choice(NAPS)))
+        self.random.choice(self.awake()).sleep(self.random.uniform(*self.random.choice(NAPS)))
         self.stops += 1
 
-    def kill_one(self):
-        """Kills any worker, also one that is stopped, and starts another in its place."""
-        self.random.choice(self.workers).restart()
+    def awake(self):
+        return [worker for worker in self.workers if not worker.until]
+
+    def kill_one(self, workers):
+        """Kills one of these, and starts another in its place."""
+        self.random.choice(workers).restart()
         self.kills += 1
 
     def calm(self):

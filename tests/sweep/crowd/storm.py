@@ -19,7 +19,7 @@ class Storm:
 
     def step(self, herd):
         """Goes on to the next fault where the last one is spent. For one of tokens, a worker is killed, so that another
-        asks for some."""
+        asks for some; none that is stopped, or none would wake up late."""
         hits = sum(fault["hits"] for fault in self.emulator.ask("faults")["faults"])
         if hits:
             self.hit.add(self.turn % len(self.faults))
@@ -31,7 +31,7 @@ class Storm:
         self.emulator.ask("faults", fault)
         self.since = time.monotonic()
         if fault["endpoint"] == "token":
-            herd.kill_one()
+            herd.kill_one(herd.awake())
 
     def end(self):
         self.emulator.ask("faults", method="DELETE")
