@@ -101,8 +101,10 @@ void PostgresServer::start()
 {
     const bool isUp = comesTrue([this] {
         if (!server || server->state() == QProcess::NotRunning) {
-            server = launched(
-                u"postgres"_s, {u"-D"_s, folder.filePath(u"data"_s), u"-k"_s, folder.path(), u"-h"_s, {}});
+            server = launched(u"postgres"_s,
+                {u"-D"_s, folder.filePath(u"data"_s), u"-k"_s, folder.path(), u"-h"_s, {}, u"-c"_s,
+                    // Nobody reads its log. When the pipe is full, the server waits.
+                    u"log_min_messages=panic"_s});
             server->closeReadChannel(QProcess::StandardOutput);
             server->closeReadChannel(QProcess::StandardError);
         }
