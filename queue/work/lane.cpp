@@ -169,9 +169,11 @@ void Lane::conclude(const Claim& claim, ReceiptResult result, bool isSameContent
         result.compared = till::Comparison::Content;
     Judgement judgement = judge(claim.entry, result, session->transport().seen(), isSameContent);
     judgement.ending.result = surroundings.toLine(result);
+    // That it was not sent then says nothing of the register.
     if (!claims.conclude(claim, judgement.ending))
-        surroundings.say(Text::tr("%1: another worker has taken this receipt over").arg(claim.entry.id));
-    else if (judgement.ending.isHeld)
+        return surroundings.say(
+            Text::tr("%1: another worker has taken this receipt over").arg(claim.entry.id));
+    if (judgement.ending.isHeld)
         surroundings.say(
             Text::tr("%1: set aside until a person looks at it: frhost queue show %1").arg(claim.entry.id));
     if (!judgement.trouble.isEmpty()) {
