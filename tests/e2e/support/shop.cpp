@@ -1,6 +1,7 @@
 #include "tests/e2e/support/shop.h"
 
 #include <QFile>
+#include <QSaveFile>
 
 #include <algorithm>
 
@@ -69,7 +70,12 @@ QStringList Shop::arguments(const QStringList& more) const
         for (const auto& [key, value] : entries)
             text += key.toUtf8() + " = " + value.toUtf8() + '\n';
     }
-    return QStringList{u"--config"_s, file(u"register.ini"_s, text), u"--json"_s} + more;
+    // At once: a program that has just been started may be reading it.
+    QSaveFile config(folder.filePath(u"register.ini"_s));
+    if (!config.open(QIODevice::WriteOnly) || !config.setPermissions(QFile::ReadOwner | QFile::WriteOwner) ||
+        config.write(text) != text.size() || !config.commit())
+        qFatal("cannot write %s", qUtf8Printable(config.fileName()));
+    return QStringList{u"--config"_s, config.fileName(), u"--json"_s} + more;
 }
 
 Ran Shop::frhost(const QStringList& more, const QByteArray& input) const
