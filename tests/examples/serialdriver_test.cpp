@@ -3,8 +3,6 @@
 #include "tests/support/logcapture.h"
 #include "tests/support/outcome.h"
 
-#include <QCoreApplication>
-
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -144,10 +142,3 @@ TEST(SerialDriver, NamesItsModelAndItsLogger)
 }
 
 } // namespace
-
-int main(int argc, char** argv)
-{
-    testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv); // a serial port waits in the event dispatcher
-    return RUN_ALL_TESTS();
-}

@@ -18,9 +18,5 @@ public:
     Q_DISABLE_COPY_MOVE(Russian)
 
 private:
-    int count = 1;
-    char name[2] = "t";
-    char* arguments[2] = {name, nullptr};
-    const QCoreApplication application{count, arguments};
     QTranslator translator;
 };

@@ -6,7 +6,6 @@
 #include "tests/e2e/tables/tokens.h"
 #include "tests/queue/road/till.h"
 
-#include <QCoreApplication>
 #include <QLoggingCategory>
 
 #include <gmock/gmock.h>
@@ -75,10 +74,6 @@ protected:
             QStringList{u"registered -"_s});
     }
 
-    int argc = 1;
-    char name[5] = "test";
-    char* argv[2] = {name, nullptr};
-    QCoreApplication application{argc, argv};
     QString said;
 };
 
