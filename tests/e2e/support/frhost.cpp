@@ -150,7 +150,7 @@ Ran runOnTerminal(const QString& program, const QStringList& arguments)
     QStringList quoted;
     for (const QString& argument : QStringList{program} + arguments)
         quoted << u'\'' + argument + u'\'';
-    return run(u"script"_s, {u"-qec"_s, quoted.join(u' '), u"/dev/null"_s});
+    return run(u"env"_s, {u"TERM=xterm"_s, u"script"_s, u"-qec"_s, quoted.join(u' '), u"/dev/null"_s});
 }
 
 QString frhostProgram()
