@@ -3,6 +3,9 @@
 #include "tests/support/qtprinters.h"
 #include "tests/support/scriptedtransport.h"
 
+#include <QLibraryInfo>
+#include <QVersionNumber>
+
 #include <gtest/gtest.h>
 
 using namespace Qt::Literals::StringLiterals;
@@ -23,9 +26,20 @@ void QtSharedPointer::ExternalRefCountData::setQObjectShared(const QObject* obje
 
 namespace {
 
+bool qtReportsObjects()
+{
+    tracked.clear();
+    const QSharedPointer<QObject> object(new QObject);
+    return !tracked.isEmpty();
+}
+
 // Without a meta-object of its own the substitute, too, is called a RestClient.
 TEST(Transport, IsHeldByAPointerThatTracksItWhetherItsOwnOrASubstitute)
 {
+    if (!qtReportsObjects()) {
+        ASSERT_GE(QLibraryInfo::version(), QVersionNumber(6, 8)) << "an older Qt reports them";
+        GTEST_SKIP() << "Qt " << qVersion() << " reports no object that a shared pointer is given";
+    }
     const Log4Qt::Logger* logger = Log4Qt::LogManager::logger(u"frdriver"_s, u"test"_s);
     tracked.clear();
     {
