@@ -5,6 +5,8 @@
 #include <QLocale>
 #include <QTimeZone>
 
+#include <sys/socket.h>
+
 #include <array>
 #include <mutex>
 #include <new>
@@ -55,7 +57,6 @@ QString inWords(CURLcode code)
         std::pair{CURLE_SSL_CACERT_BADFILE, "файл сертификатов не читается"},
         std::pair{CURLE_GOT_NOTHING, "сервер закрыл соединение без ответа"},
         std::pair{CURLE_SEND_ERROR, "соединение оборвано при отправке"},
-        std::pair{CURLE_SEND_FAIL_REWIND, "соединение оборвано при отправке"},
         std::pair{CURLE_RECV_ERROR, "соединение оборвано"},
         std::pair{CURLE_PARTIAL_FILE, "ответ оборван"},
         std::pair{CURLE_BAD_CONTENT_ENCODING, "сжатие ответа не понято"},
@@ -106,11 +107,6 @@ PeerCertificate certificateIn(const curl_slist* fields)
 HttpTransfer& transferOf(void* context)
 {
     return **static_cast<HttpTransfer**>(context);
-}
-
-std::size_t readBody(char* to, std::size_t size, std::size_t count, void* context)
-{
-    return transferOf(context).takeBody(to, size * count);
 }
 
 std::size_t writeHeader(char* from, std::size_t size, std::size_t count, void* context)
@@ -177,9 +173,9 @@ void HttpConnection::makeHandle()
     handle = std::move(made);
 }
 
-// libcurl 8.14 remembers a body that it could not rewind even after the handle is reset, and then sends no
-// other body. An easy handle is therefore used until an exchange fails, and not for one exchange only,
-// because it holds the TLS sessions. The connections belong to the multi handle.
+// What an exchange that failed leaves behind in a handle differs from one libcurl to the next. An easy handle
+// is therefore used until an exchange fails, and not for one exchange only, because it holds the TLS
+// sessions. The connections belong to the multi handle.
 void HttpConnection::makeEasy()
 {
     handle->easy.reset(curl_easy_init());
@@ -214,14 +210,16 @@ void HttpConnection::configure()
     set(CURLOPT_MAXAGE_CONN, static_cast<long>(KeptConnection::longestIdle.count()));
     setRoute();
     setTls();
-    set(CURLOPT_READFUNCTION, &readBody);
-    set(CURLOPT_READDATA, &current);
     set(CURLOPT_HEADERFUNCTION, &writeHeader);
     set(CURLOPT_HEADERDATA, &current);
     set(CURLOPT_WRITEFUNCTION, &writeReply);
     set(CURLOPT_WRITEDATA, &current);
     set(CURLOPT_PREREQFUNCTION, &beforeRequest);
     set(CURLOPT_PREREQDATA, &current);
+    set(CURLOPT_RESOLVER_START_FUNCTION, &startResolving);
+    set(CURLOPT_RESOLVER_START_DATA, this);
+    set(CURLOPT_OPENSOCKETFUNCTION, &openSocket);
+    set(CURLOPT_OPENSOCKETDATA, this);
 }
 
 // Only what differs from one exchange to the next: to set an option costs more than to look whether it is
@@ -261,10 +259,9 @@ void HttpConnection::setVerb(const HttpRequest& request)
         set(CURLOPT_HTTPGET, 1L);
         return;
     }
-    // With a read callback but no seek callback, the library cannot rewind the body and so cannot send it
-    // again.
-    set(CURLOPT_POST, 1L);
+    // The size first, because the text is not copied and may hold any byte.
     set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(request.body.size()));
+    set(CURLOPT_POSTFIELDS, request.body.constData());
 }
 
 void HttpConnection::setRoute()
@@ -302,6 +299,7 @@ QString HttpConnection::run(HttpTransfer& transfer)
             failure = result(transfer);
             break;
         }
+        noteSent(transfer);
         const auto [left, expiry] = transfer.nextLimit();
         if (left.count() <= 0) {
             failure = expiry;
@@ -315,6 +313,37 @@ QString HttpConnection::run(HttpTransfer& transfer)
     // Closes the connection if the exchange is not finished.
     curl_multi_remove_handle(handle->multi.get(), handle->easy.get());
     return failure;
+}
+
+int HttpConnection::startResolving(void*, void*, void* context)
+{
+    return static_cast<HttpConnection*>(context)->mayConnect() ? 0 : 1;
+}
+
+curl_socket_t HttpConnection::openSocket(void* context, curlsocktype, curl_sockaddr* peer)
+{
+    return static_cast<HttpConnection*>(context)->mayConnect()
+               ? socket(peer->family, peer->socktype | SOCK_CLOEXEC, peer->protocol)
+               : CURL_SOCKET_BAD;
+}
+
+// The library repeats a POST whose connection was lost on another connection. This bar judges by what the
+// library has sent, and so holds without the other one, which counts what the library announces.
+bool HttpConnection::mayConnect()
+{
+    long sent = 0;
+    curl_easy_getinfo(handle->easy.get(), CURLINFO_REQUEST_SIZE, &sent);
+    if (sent == 0 || current->mayBeRepeated())
+        return true;
+    current->refuseRepetition();
+    return false;
+}
+
+void HttpConnection::noteSent(HttpTransfer& transfer) const
+{
+    curl_off_t sent = 0;
+    curl_easy_getinfo(handle->easy.get(), CURLINFO_SIZE_UPLOAD_T, &sent);
+    transfer.noteSent(sent);
 }
 
 void HttpConnection::noteConnection(bool answered)

@@ -58,6 +58,10 @@ private:
     void setRoute();
     void setTls();
     [[nodiscard]] QString run(HttpTransfer& transfer);
+    static int startResolving(void*, void*, void* context);
+    static curl_socket_t openSocket(void* context, curlsocktype, curl_sockaddr* peer);
+    [[nodiscard]] bool mayConnect();
+    void noteSent(HttpTransfer& transfer) const;
     void noteConnection(bool answered);
     void noteCertificate();
     [[nodiscard]] QString result(const HttpTransfer& transfer);

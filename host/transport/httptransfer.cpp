@@ -29,9 +29,9 @@ HttpTransfer::HttpTransfer(
 
 bool HttpTransfer::begin()
 {
-    const int allowed = request.verb == HttpRequest::Verb::Post ? 1 : 2;
+    const int allowed = mayBeRepeated() ? 2 : 1;
     if (attempts == allowed) {
-        cause = u"соединение оборвано, запрос не повторён"_s;
+        refuseRepetition();
         return false;
     }
     ++attempts;
@@ -40,13 +40,17 @@ bool HttpTransfer::begin()
     return true;
 }
 
-std::size_t HttpTransfer::takeBody(char* to, std::size_t room)
+void HttpTransfer::refuseRepetition()
 {
-    const qsizetype part = std::min(static_cast<qsizetype>(room), request.body.size() - sent);
-    std::copy_n(request.body.constData() + sent, part, to);
-    sent += part;
+    cause = u"соединение оборвано, запрос не повторён"_s;
+}
+
+void HttpTransfer::noteSent(qsizetype bytes)
+{
+    if (bytes == sent)
+        return;
+    sent = bytes;
     progressed = Clock::now();
-    return static_cast<std::size_t>(part);
 }
 
 bool HttpTransfer::addHeader(std::string_view line)

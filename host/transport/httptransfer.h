@@ -34,10 +34,14 @@ public:
     HttpTransfer(
         const HttpRequest& outgoing, const TransportOptions& limits, const std::function<void()>& onSending);
 
-    /// To be called when a request is about to be put on the wire; returns whether it may be.
-    bool begin();
-    /// Copies the next part of the request's body; returns its size, 0 at the end.
-    std::size_t takeBody(char* to, std::size_t room);
+    /// To be called when the request is about to be put on the wire; returns whether it may be.
+    [[nodiscard]] bool begin();
+    /// Whether the request may be put on the wire more than once.
+    [[nodiscard]] bool mayBeRepeated() const { return request.verb != HttpRequest::Verb::Post; }
+    /// Notes that the exchange ends because the request must not be put on the wire again.
+    void refuseRepetition();
+    /// Notes how many bytes of the request's body have been sent so far.
+    void noteSent(qsizetype bytes);
     /// Adds one header line; returns false when the headers exceed 64 KiB.
     bool addHeader(std::string_view line);
     /// Adds a part of the uncompressed body of the reply; returns false when the body exceeds 16 MiB.

@@ -336,7 +336,7 @@ TEST_P(Faults, EndsInTimeWithOneRequestAndOneLine)
     const bool isGet = operation == Operation::Report;
     const bool wouldBeRepeated = kept && fault.repeatsGet;
     expectOneLine(transportLines(log.lines()), operation,
-        wouldBeRepeated && !isGet ? "соединение оборвано при отправке" : fault.cause);
+        wouldBeRepeated && !isGet ? "соединение оборвано, запрос не повторён" : fault.cause);
     const std::size_t wanted = !kept ? 1 : wouldBeRepeated && isGet ? 3 : 2;
     EXPECT_EQ(server.requests().size(), wanted);
 }

@@ -6,6 +6,7 @@
 
 #include <QUrl>
 
+#include <curl/curl.h>
 #include <dlfcn.h>
 #include <netdb.h>
 #include <netinet/in.h>
@@ -14,6 +15,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <condition_variable>
 #include <cstring>
 #include <mutex>
@@ -39,6 +41,10 @@ struct SlowLookup
 
 constexpr auto slowName = "slow.invalid";
 
+// A name that the name server forgets.
+constexpr auto forgottenName = "forgotten.invalid";
+std::atomic<bool> isForgotten = false;
+
 } // namespace
 
 // Found before the C library's by everything in this process.
@@ -58,7 +64,19 @@ extern "C" __attribute__((visibility("default"))) int getaddrinfo(
         return EAI_NONAME;
     using Function = decltype(&::getaddrinfo);
     static const auto real = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "getaddrinfo"));
+    if (name && std::strcmp(name, forgottenName) == 0)
+        return isForgotten ? EAI_NONAME : real("127.0.0.1", service, hints, result);
     return real(name, service, hints, result);
+}
+
+// Every name is looked up whenever it is needed, as after the minute for which the library remembers it.
+extern "C" __attribute__((visibility("default"))) CURL* curl_easy_init()
+{
+    using Function = decltype(&::curl_easy_init);
+    static const auto real = reinterpret_cast<Function>(::dlsym(RTLD_NEXT, "curl_easy_init"));
+    CURL* handle = real();
+    curl_easy_setopt(handle, CURLOPT_DNS_CACHE_TIMEOUT, 0L);
+    return handle;
 }
 
 namespace {
@@ -98,6 +116,26 @@ TEST_F(Limits, RefusedConnectionSendsNothing)
 TEST_F(Limits, UnknownNameSendsNothing)
 {
     expectNothingSent(std::string("http://") + unknownName + "/v4/", u"имя сервера не найдено: "_s);
+}
+
+TEST_F(Limits, UnknownNameAfterALostPostDoesNotMakeItUnsent)
+{
+    const RawServer server([](Peer& peer, const std::string&) {
+        if (isForgotten)
+            peer.reset();
+        else
+            peer.answer(200, R"({"a":1})");
+    });
+    const QUrl url(u"http://%1:%2/"_s.arg(QString::fromLatin1(forgottenName)).arg(server.port()));
+    RestClient client;
+    ASSERT_TRUE(client.post(url, "{}", {}));
+    ASSERT_TRUE(client.post(url, "{}", {}));
+    isForgotten = true;
+    EXPECT_FALSE(client.post(url, "{}", {}));
+    isForgotten = false;
+    EXPECT_EQ(client.failure(), u"соединение оборвано, запрос не повторён"_s);
+    EXPECT_TRUE(client.wasSent());
+    EXPECT_EQ(server.requests().size(), 3U);
 }
 
 TEST_F(Limits, AddressWithoutASchemeSendsNothing)

@@ -2,6 +2,9 @@
 #include "host/transport/transportoptions.h"
 #include "tests/support/wire/rawserver.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -97,6 +100,8 @@ TEST_P(Once, APostOnAConnectionThatTheServerHasKept)
 {
     for (const Ending ending : {Ending::Close, Ending::Reset}) {
         for (const qsizetype size : {2, 3'000'000}) {
+            // One that has lost a kept connection trusts no other.
+            client.emplace();
             std::atomic<int> seen = 0;
             const RawServer server(
                 [&](Peer& peer, const std::string&) {
@@ -110,6 +115,7 @@ TEST_P(Once, APostOnAConnectionThatTheServerHasKept)
             ASSERT_TRUE(client->get(at(server), {}, {}));
             EXPECT_FALSE(client->post(at(server), QByteArray(size, ' '), {}));
             EXPECT_EQ(server.requests().size(), 3U) << size;
+            EXPECT_EQ(server.connections(), 1U) << "no other is opened to repeat it";
         }
     }
 }
@@ -118,6 +124,8 @@ TEST_P(Once, APostAfterOneThatWasLostOnAKeptConnection)
 {
     for (const Ending ending : {Ending::Close, Ending::Reset}) {
         for (const qsizetype size : {2, 3'000'000}) {
+            // One that has lost a kept connection trusts no other.
+            client.emplace();
             std::atomic<int> seen = 0;
             const RawServer server(
                 [&](Peer& peer, const std::string&) {
@@ -141,19 +149,22 @@ TEST_P(Once, APostAfterOneThatWasLostOnAKeptConnection)
 
 TEST_P(Once, AGetOnABrokenKeptConnectionIsRepeatedOnANewOne)
 {
+    const QJsonDocument body(QJsonObject{{u"a"_s, 1}});
     for (const Ending ending : {Ending::Close, Ending::Reset}) {
-        std::atomic<int> seen = 0;
-        const RawServer server(
-            [&](Peer& peer, const std::string&) {
-                if (++seen == 2)
-                    end(peer, ending);
-                else
-                    peer.answer(200, okBody);
-            },
-            tls());
-        ASSERT_TRUE(client->post(at(server), "{}", {}));
-        EXPECT_TRUE(client->get(at(server), {}, {}));
-        EXPECT_EQ(server.requests().size(), 3U);
+        for (const QJsonDocument& asked : {QJsonDocument(), body}) {
+            std::atomic<int> seen = 0;
+            const RawServer server(
+                [&](Peer& peer, const std::string&) {
+                    if (++seen == 2)
+                        end(peer, ending);
+                    else
+                        peer.answer(200, okBody);
+                },
+                tls());
+            ASSERT_TRUE(client->post(at(server), "{}", {}));
+            EXPECT_TRUE(client->get(at(server), asked, {}));
+            EXPECT_EQ(server.requests().size(), 3U);
+        }
     }
 }
 

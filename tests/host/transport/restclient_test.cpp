@@ -11,6 +11,10 @@
 #include <QJsonObject>
 #include <QRegularExpression>
 
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -67,6 +71,37 @@ TEST_F(Client, SendsVerbAddressHeadersAndBodyAsGiven)
         QStringList({uR"(debug: Атол.Онлайн: запрос POST /v4/g/sell: {"a":1})"_s,
             uR"(debug: Атол.Онлайн: ответ на POST /v4/g/sell: {"status":"done"})"_s,
             u"info: Атол.Онлайн: POST /v4/g/sell: HTTP 200, 17 байт, N мс"_s}));
+}
+
+TEST_F(Client, KeepsTheAnswerOfAServerThatRefusesAnExpectation)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(417, okBody); });
+    EXPECT_TRUE(client.post(at(server), "{}", {{u"Expect"_s, u"100-continue"_s}}));
+    EXPECT_EQ(client.getResponseData().toMap().value(u"status"_s).toString(), u"done"_s);
+    EXPECT_EQ(server.requests().size(), 1U);
+}
+
+// The flags of the descriptors that are connected to the port.
+std::vector<int> flagsOfConnectionsTo(int port)
+{
+    std::vector<int> flags;
+    for (const QString& name : QDir(u"/proc/self/fd"_s).entryList(QDir::AllEntries | QDir::System)) {
+        bool isNumber = false;
+        const int descriptor = name.toInt(&isNumber);
+        sockaddr_in peer{};
+        socklen_t size = sizeof peer;
+        if (isNumber && getpeername(descriptor, reinterpret_cast<sockaddr*>(&peer), &size) == 0 &&
+            ntohs(peer.sin_port) == port)
+            flags.push_back(fcntl(descriptor, F_GETFD));
+    }
+    return flags;
+}
+
+TEST_F(Client, LeavesNoConnectionToAProgramThatTheHostStarts)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    ASSERT_TRUE(client.get(at(server), {}, {}));
+    EXPECT_EQ(flagsOfConnectionsTo(server.port()), std::vector<int>{FD_CLOEXEC});
 }
 
 std::string targetOf(const std::string& request)
