@@ -7,6 +7,7 @@
 
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <array>
 #include <mutex>
 #include <new>
@@ -28,11 +29,22 @@ void append(HeaderLines& list, const QByteArray& line)
     list.reset(grown);
 }
 
-HeaderLines linesOf(const QHash<QString, QString>& headers)
+// As a header line, because the library formats its own lines anew for each request.
+void appendUnlessGiven(HeaderLines& list, const QHash<QString, QString>& headers, QLatin1StringView name,
+    const QByteArray& value)
+{
+    const auto isSame = [&](const QString& given) { return given.compare(name, Qt::CaseInsensitive) == 0; };
+    if (std::none_of(headers.keyBegin(), headers.keyEnd(), isSame))
+        append(list, name.latin1() + (": " + value));
+}
+
+HeaderLines linesOf(const QHash<QString, QString>& headers, const QString& userAgent)
 {
     HeaderLines list;
     // Otherwise a large body would wait for a second for a "100 Continue" that few servers send.
     append(list, "Expect:");
+    appendUnlessGiven(list, headers, "User-Agent"_L1, userAgent.toUtf8());
+    appendUnlessGiven(list, headers, "Accept-Encoding"_L1, "gzip");
     for (auto entry = headers.begin(); entry != headers.end(); ++entry) {
         const QByteArray name = entry.key().toUtf8();
         append(list, entry.value().isEmpty() ? name + ';' : name + ": " + entry.value().toUtf8());
@@ -199,7 +211,6 @@ void HttpConnection::configure()
     set(CURLOPT_PATH_AS_IS, 1L);
     set(CURLOPT_PROTOCOLS_STR, "http,https");
     set(CURLOPT_HTTPHEADER, handle->headerLines.get());
-    set(CURLOPT_USERAGENT, options.userAgent.toUtf8().constData());
     set(CURLOPT_ACCEPT_ENCODING, "gzip");
     set(CURLOPT_FOLLOWLOCATION, 0L);
     set(CURLOPT_NOSIGNAL, 1L);
@@ -243,7 +254,7 @@ void HttpConnection::setHeaders(const QHash<QString, QString>& wanted)
 {
     if (handle->headerLines && wanted == handle->headers)
         return;
-    HeaderLines lines = linesOf(wanted);
+    HeaderLines lines = linesOf(wanted, options.userAgent);
     set(CURLOPT_HTTPHEADER, lines.get());
     handle->headerLines = std::move(lines);
     handle->headers = wanted;
@@ -268,6 +279,9 @@ void HttpConnection::setRoute()
 {
     // Unlike a null pointer, an empty text also disables the environment's proxy variables.
     set(CURLOPT_PROXY, options.proxy.toUtf8().constData());
+    // For the proxy alone: a service gets its own line.
+    if (!options.proxy.isEmpty())
+        set(CURLOPT_USERAGENT, options.userAgent.toUtf8().constData());
     set(CURLOPT_NOPROXY, "");
     set(CURLOPT_SUPPRESS_CONNECT_HEADERS, 1L);
     set(CURLOPT_HTTP_VERSION,

@@ -45,6 +45,7 @@ TEST(Proxy, SeesOnlyTheHostOfHttps)
     for (const std::string& request : proxy.requests())
         EXPECT_EQ(firstLine(request), "CONNECT service.invalid:443 HTTP/1.1");
     const std::string everything = proxy.everything();
+    EXPECT_NE(everything.find("\r\nUser-Agent: frdriver/1.0\r\n"), std::string::npos) << everything;
     for (const char* secret : {"canary", "token", "Content-type"})
         EXPECT_EQ(everything.find(secret), std::string::npos) << everything;
 }

@@ -18,6 +18,8 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <sstream>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -71,6 +73,28 @@ TEST_F(Client, SendsVerbAddressHeadersAndBodyAsGiven)
         QStringList({uR"(debug: Атол.Онлайн: запрос POST /v4/g/sell: {"a":1})"_s,
             uR"(debug: Атол.Онлайн: ответ на POST /v4/g/sell: {"status":"done"})"_s,
             u"info: Атол.Онлайн: POST /v4/g/sell: HTTP 200, 17 байт, N мс"_s}));
+}
+
+std::vector<std::string> linesOf(const std::string& request, const std::string& name)
+{
+    std::vector<std::string> lines;
+    std::istringstream headers(request.substr(0, request.find("\r\n\r\n")));
+    for (std::string line; std::getline(headers, line);) {
+        if (QByteArray::fromStdString(line).toLower().startsWith(name + ':'))
+            lines.push_back(line.substr(0, line.find('\r')));
+    }
+    return lines;
+}
+
+TEST_F(Client, NamesItselfAndWhatItCanReadUnlessTheCallerDoes)
+{
+    const RawServer server([](Peer& peer, const std::string&) { peer.answer(200, okBody); });
+    EXPECT_TRUE(client.get(at(server), {}, {}));
+    EXPECT_TRUE(client.get(at(server), {}, {{u"user-agent"_s, u"till"_s}}));
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(linesOf(server.requests().at(0), "user-agent"), Lines{"User-Agent: frdriver/1.0"});
+    EXPECT_EQ(linesOf(server.requests().at(0), "accept-encoding"), Lines{"Accept-Encoding: gzip"});
+    EXPECT_EQ(linesOf(server.requests().at(1), "user-agent"), Lines{"user-agent: till"});
 }
 
 TEST_F(Client, KeepsTheAnswerOfAServerThatRefusesAnExpectation)
