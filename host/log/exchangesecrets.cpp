@@ -26,20 +26,32 @@ qsizetype indexOf(const QByteArray& text, std::string_view wanted, qsizetype fro
     return found ? static_cast<const char*>(found) - begin : -1;
 }
 
+// Whether the text is an object without other objects, rather than a part of one.
+bool isFlatObject(const QByteArray& text)
+{
+    return text.startsWith('{') && text.endsWith('}') && text.count('{') == 1 && text.count('"') % 2 == 0 &&
+           !text.contains('\\');
+}
+
 // The "client" object of a receipt. A long receipt takes longer to parse than to compose, so where the name
-// occurs in the text only once, only its object is parsed.
-QJsonObject buyerIn(const QByteArray& receipt)
+// occurs in the text only once, the object is cut out.
+QByteArray buyerIn(const QByteArray& receipt)
 {
     static constexpr std::string_view name = "\"client\"";
     const qsizetype at = indexOf(receipt, name);
     const qsizetype from = at + std::ssize(name) + 1;
     if (at >= 0 && from <= receipt.size() && indexOf(receipt, name, from) < 0) {
-        const qsizetype end = receipt.indexOf('}', from) + 1;
-        const auto buyer = QJsonDocument::fromJson(receipt.mid(from, end - from));
-        if (buyer.isObject())
-            return buyer.object();
+        const QByteArray buyer = receipt.mid(from, receipt.indexOf('}', from) + 1 - from);
+        if (isFlatObject(buyer))
+            return buyer;
     }
-    return QJsonDocument::fromJson(receipt)["receipt"_L1]["client"_L1].toObject();
+    const QJsonValue buyer = QJsonDocument::fromJson(receipt)["receipt"_L1]["client"_L1];
+    return QJsonDocument(buyer.toObject()).toJson(QJsonDocument::Compact);
+}
+
+bool hasContact(const QByteArray& buyer)
+{
+    return indexOf(buyer, "\"email\"") >= 0 || indexOf(buyer, "\"phone\"") >= 0;
 }
 
 // Where a password stands in an address; ends at 0 when there is none.
@@ -65,9 +77,8 @@ void addFromRequest(const QUrl& url, const QHash<QString, QString>& headers, con
         addCredential(login["pass"_L1].toString());
         addLogin(login["login"_L1].toString());
     }
-    const QJsonObject buyer = buyerIn(body);
-    addPersonal(buyer["email"_L1].toString());
-    addPersonal(buyer["phone"_L1].toString());
+    if (const QByteArray buyer = buyerIn(body); hasContact(buyer))
+        addBuyer(buyer);
 }
 
 QStringList tokensIn(const QHash<QString, QString>& headers)

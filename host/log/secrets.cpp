@@ -3,6 +3,7 @@
 #include "host/log/secretsearch.h"
 
 #include <QJsonArray>
+#include <QJsonDocument>
 #include <QJsonObject>
 
 #include <algorithm>
@@ -11,6 +12,8 @@
 #include <mutex>
 
 namespace hostruntime::secrets {
+
+using namespace Qt::Literals::StringLiterals;
 
 namespace {
 
@@ -51,11 +54,23 @@ public:
     void addLasting(const QString& text) { add(lasting, text); }
     void addPassing(const QString& text) { add(passing, text); }
 
+    void addBuyer(const QByteArray& client)
+    {
+        const std::lock_guard lock(guard);
+        if (!unread.empty() && unread.back() == client)
+            return;
+        if (unread.size() == passing.limit)
+            unread.pop_front();
+        unread.push_back(client);
+        prepared.reset();
+    }
+
     void clear()
     {
         const std::lock_guard lock(guard);
         lasting.values.clear();
         passing.values.clear();
+        unread.clear();
         prepared.reset();
     }
 
@@ -73,12 +88,26 @@ private:
         if (text.isEmpty())
             return;
         const std::lock_guard lock(guard);
+        readBuyers();
         if (to.add(text))
             prepared.reset();
     }
 
-    [[nodiscard]] std::shared_ptr<const SecretSearch> prepare() const
+    void readBuyers()
     {
+        for (const QByteArray& client : unread) {
+            const QJsonDocument buyer = QJsonDocument::fromJson(client);
+            for (const auto key : {"email"_L1, "phone"_L1}) {
+                if (const QString contact = buyer[key].toString(); !contact.isEmpty())
+                    passing.add(contact);
+            }
+        }
+        unread.clear();
+    }
+
+    [[nodiscard]] std::shared_ptr<const SecretSearch> prepare()
+    {
+        readBuyers();
         const auto prepare = std::make_shared<SecretSearch>();
         for (const Recent* recent : {&lasting, &passing}) {
             for (const QString& value : recent->values)
@@ -90,6 +119,8 @@ private:
     std::mutex guard;
     Recent lasting;
     Recent passing;
+    // As JSON, because most are never searched for: reading them takes longer than the rest.
+    std::deque<QByteArray> unread;
     std::shared_ptr<const SecretSearch> prepared;
 };
 
@@ -156,6 +187,11 @@ void addLogin(const QString& value)
 void addPersonal(const QString& value)
 {
     personal().addPassing(value);
+}
+
+void addBuyer(const QByteArray& client)
+{
+    personal().addBuyer(client);
 }
 
 QString masked(const QString& text, Audience audience)

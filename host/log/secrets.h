@@ -2,6 +2,7 @@
 
 #include "host/export.h"
 
+#include <QByteArray>
 #include <QJsonValue>
 #include <QString>
 #include <QStringView>
@@ -42,6 +43,9 @@ HOST_EXPORT void addLogin(const QString& value);
 /// Registers a buyer's telephone number or e-mail address; it is masked for Audience::Anyone. 64 are
 /// remembered; an empty text is ignored.
 HOST_EXPORT void addPersonal(const QString& value);
+/// Registers "email" and "phone" of a receipt's "client", a JSON object, as personal. It is read when a text
+/// is next searched, unless 64 others have been added by then.
+void addBuyer(const QByteArray& client);
 
 /// The text, with the mask in place of every registered value that the audience must not read.
 [[nodiscard]] HOST_EXPORT QString masked(const QString& text, Audience audience);

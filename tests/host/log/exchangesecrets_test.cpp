@@ -51,6 +51,8 @@ TEST_F(ExchangeSecrets, AreTheBuyersContactHoweverTheReceiptIsWritten)
         {R"({"receipt":{"client":{"phone":"+79990000000"}},"client":{"email":"other"}})", u"+79990000000"_s},
         {R"({ "receipt" : { "client" : { "email" : "buyer@example.com" } } })", u"buyer@example.com"_s},
         {R"({"receipt":{"client":{"email":"a}b@example.com"}}})", u"a}b@example.com"_s},
+        {R"({"receipt":{"client":{"email":"a\"}b@example.com"}}})", u"a\"}b@example.com"_s},
+        {R"({"receipt":{"client":{"email":"a{b@example.com"}}})", u"a{b@example.com"_s},
         {R"({"receipt":{"client":{"data":{"inn":"77"},"email":"buyer@example.com"}}})",
             u"buyer@example.com"_s},
         {R"({"receipt":{"items":[{"name":"client"}],"client":{"email":"buyer@example.com"}}})",
@@ -78,6 +80,30 @@ TEST_F(ExchangeSecrets, AreEveryTokenOfAReplyThatIsNotJson)
     EXPECT_TRUE(isCredential(u"first-token"_s));
     EXPECT_TRUE(isCredential(uR"(second\"token)"_s));
     EXPECT_TRUE(isCredential(u"cut-o"_s));
+}
+
+TEST_F(ExchangeSecrets, AreRememberedWhileReceiptsBringNoNewBuyer)
+{
+    secrets::addFromRequest(QUrl(), {}, R"({"receipt":{"client":{"email":"first@example.com"}}})");
+    for (int i = 0; i < 100; ++i) {
+        secrets::addFromRequest(QUrl(), {}, R"({"receipt":{"client":{"inn":"7700000009"}}})");
+        secrets::addFromRequest(QUrl(), {}, R"({"receipt":{"items":[]}})");
+        secrets::addFromRequest(QUrl(), {}, R"({"receipt":{"client":{"email":"shop@example.com"}}})");
+    }
+    EXPECT_TRUE(isPersonal(u"first@example.com"_s));
+    EXPECT_TRUE(isPersonal(u"shop@example.com"_s));
+}
+
+TEST_F(ExchangeSecrets, AreTheBuyersOfTheLast64Receipts)
+{
+    secrets::addPersonal(u"buyer-of-old"_s);
+    for (int i = 0; i < 65; ++i)
+        secrets::addFromRequest(
+            QUrl(), {}, R"({"receipt":{"client":{"email":"buyer-)" + QByteArray::number(i) + R"("}}})");
+    EXPECT_FALSE(isPersonal(u"buyer-of-old"_s));
+    EXPECT_FALSE(isPersonal(u"buyer-0"_s));
+    EXPECT_TRUE(isPersonal(u"buyer-1"_s));
+    EXPECT_TRUE(isPersonal(u"buyer-64"_s));
 }
 
 // However much is said before the next request for a token.
