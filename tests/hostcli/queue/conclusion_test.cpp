@@ -1,6 +1,7 @@
 #include "hostcli/queue/views/conclusion.h"
 
 #include "hostcli/terminal/resultreport.h"
+#include "tests/hostcli/fiscaldata.h"
 #include "tests/support/qtprinters.h"
 
 #include <QJsonDocument>
@@ -33,16 +34,7 @@ ReceiptResult registered()
     result.recovered = true;
     result.compared = Comparison::Content;
     result.receiptUrl = u"https://ofd.example/1"_s;
-    FiscalInfo info;
-    info.dateTime = QDateTime(QDate(2020, 1, 15), QTime(21, 10, 5));
-    info.fnNumber = u"0251440300046840"_s;
-    info.registrationNumber = u"0001234500006789"_s;
-    info.shiftNumber = u"17"_s;
-    info.fiscalDocumentNumber = 29414;
-    info.taxSystem = u"Общая"_s;
-    info.fiscalSign = u"3449555941"_s;
-    info.total = 1030.5;
-    result.fiscal = info;
+    result.fiscal = completeFiscalData(1030.5);
     return result;
 }
 

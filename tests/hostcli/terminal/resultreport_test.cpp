@@ -1,4 +1,5 @@
 #include "hostcli/terminal/resultreport.h"
+#include "tests/hostcli/fiscaldata.h"
 #include "tests/support/qtprinters.h"
 
 #include <QJsonDocument>
@@ -13,20 +14,6 @@ namespace {
 using namespace frhost;
 using namespace till;
 
-FiscalInfo fiscal()
-{
-    FiscalInfo info;
-    info.dateTime = QDateTime(QDate(2020, 1, 15), QTime(21, 10, 5));
-    info.fnNumber = u"0251440300046840"_s;
-    info.registrationNumber = u"0001234500006789"_s;
-    info.shiftNumber = u"17"_s;
-    info.fiscalDocumentNumber = 29414;
-    info.taxSystem = u"Общая"_s;
-    info.fiscalSign = u"3449555941"_s;
-    info.total = 1030;
-    return info;
-}
-
 ReceiptResult registered()
 {
     ReceiptResult result;
@@ -35,7 +22,7 @@ ReceiptResult registered()
     result.id = u"till-1"_s;
     result.outcome = Outcome::Registered;
     result.uuid = u"u"_s;
-    result.fiscal = fiscal();
+    result.fiscal = completeFiscalData();
     result.receiptUrl = u"https://ofd.example/1"_s;
     return result;
 }
