@@ -37,7 +37,7 @@ bool isWaiting(const Known& known)
 
 QByteArray lineOf(int serial)
 {
-    return "{\"recovered\":false,\"step\":" + QByteArray::number(serial) + '}';
+    return R"({"recovered":false,"step":)" + QByteArray::number(serial) + '}';
 }
 
 int serialIn(const QByteArray& line)

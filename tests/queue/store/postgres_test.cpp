@@ -5,6 +5,7 @@
 #include "tests/support/process.h"
 #include "tests/support/textfile.h"
 
+#include <array>
 #include <future>
 #include <thread>
 
@@ -94,10 +95,9 @@ TEST_F(StoreOnPostgreSQL, GivesReceiptsThatOthersHaveLockedToNobody)
 
 TEST_F(StoreOnPostgreSQL, IsMadeOnceByAllWhoOpenItAtOnce)
 {
-    std::vector<std::future<qint64>> numbers;
-    for (int i = 0; i < 4; ++i)
-        numbers.push_back(
-            std::async(std::launch::async, [&] { return Store(place, u"shop_1"_s).registerNumber(); }));
+    std::array<std::future<qint64>, 4> numbers;
+    for (std::future<qint64>& number : numbers)
+        number = std::async(std::launch::async, [&] { return Store(place, u"shop_1"_s).registerNumber(); });
     const qint64 first = numbers.front().get();
     for (std::size_t i = 1; i < numbers.size(); ++i)
         EXPECT_EQ(numbers[i].get(), first);

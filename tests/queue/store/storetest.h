@@ -14,7 +14,7 @@
 /// A receipt that is enough for the store, which does not look into it.
 inline queue::NewEntry newEntry(const QString& id, const char* goods = "milk")
 {
-    return {id, "{\"id\":\"" + id.toUtf8() + "\",\"goods\":\"" + goods + "\"}", "digest",
+    return {id, R"({"id":")" + id.toUtf8() + R"(","goods":")" + goods + R"("})", "digest",
         QStringLiteral("a.json"), 3};
 }
 
@@ -30,7 +30,7 @@ inline queue::Ending endingAs(queue::State state)
     queue::Ending ending;
     ending.state = state;
     ending.uuid = QStringLiteral("u-1");
-    ending.result = "{\"outcome\":\"any\"}";
+    ending.result = R"({"outcome":"any"})";
     if (state == queue::State::Registered)
         ending.evidence = till::JournalEvidence{QStringLiteral("99"), 7, QStringLiteral("123"), 160};
     return ending;
