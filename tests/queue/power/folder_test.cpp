@@ -23,8 +23,9 @@ bool isSynced(const QString& folder)
 
 } // namespace
 
-// In place of the C library's.
-extern "C" int fsync(int descriptor)
+// In place of the C library's, whose declaration has another name for the parameter.
+extern "C" int noteSync(int descriptor) asm("fsync");
+int noteSync(int descriptor)
 {
     struct stat status = {};
     if (::fstat(descriptor, &status) == 0)
