@@ -18,9 +18,13 @@
 #include <atomic>
 #include <condition_variable>
 #include <cstring>
+#include <future>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
 
 namespace {
 
@@ -172,29 +176,75 @@ TEST_F(Limits, ConnectLimitEndsASilentTlsHandshake)
     EXPECT_EQ(silent.everything().find("canary"), std::string::npos);
 }
 
+// A server that reads nothing by itself: connections wait in its queue.
+class Listener
+{
+public:
+    Listener()
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        auto* generic = reinterpret_cast<sockaddr*>(&address);
+        EXPECT_EQ(::bind(descriptor, generic, size), 0);
+        EXPECT_EQ(::listen(descriptor, 1), 0);
+        EXPECT_EQ(::getsockname(descriptor, generic, &size), 0);
+        port = ntohs(address.sin_port);
+    }
+    ~Listener() { ::close(descriptor); }
+    Q_DISABLE_COPY_MOVE(Listener)
+
+    [[nodiscard]] QUrl url() const { return QUrl(u"http://127.0.0.1:%1/"_s.arg(port)); }
+
+    const int descriptor = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+
+private:
+    int port = 0;
+};
+
+constexpr qsizetype moreThanBuffersHold = 64 * 1024 * 1024;
+
 TEST_F(Limits, StallLimitEndsAnUploadThatNobodyReads)
 {
-    // Connections wait in its queue and are never accepted.
-    const int listener = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    auto* generic = reinterpret_cast<sockaddr*>(&address);
-    ASSERT_EQ(::bind(listener, generic, size), 0);
-    ASSERT_EQ(::listen(listener, 1), 0);
-    ASSERT_EQ(::getsockname(listener, generic, &size), 0);
-    const QUrl url(u"http://127.0.0.1:%1/"_s.arg(ntohs(address.sin_port)));
-
+    const Listener listener;
     TransportOptions options;
     options.stall = 300ms;
     const Defaults defaults(options);
     RestClient client;
     client.setLogger(Log4Qt::LogManager::logger(u"frdriver"_s, u"limits"_s));
-    EXPECT_FALSE(client.post(url, QByteArray(64 * 1024 * 1024, ' '), {}));
+    EXPECT_FALSE(client.post(listener.url(), QByteArray(moreThanBuffersHold, ' '), {}));
     EXPECT_TRUE(log.lines().last().contains(u"истекло время на отправку (предел 300 мс)"_s))
         << log.lines().last().toStdString();
-    ::close(listener);
+}
+
+// Reads the body in sixteen parts, with pauses that together are far longer than the limit.
+void readSlowlyAndAnswer(int listener)
+{
+    const int peer = ::accept4(listener, nullptr, nullptr, SOCK_CLOEXEC);
+    std::vector<char> part(moreThanBuffersHold / 16);
+    for (int i = 0; i < 16; ++i) {
+        std::this_thread::sleep_for(125ms);
+        EXPECT_EQ(::recv(peer, part.data(), part.size(), MSG_WAITALL), std::ssize(part));
+    }
+    constexpr std::string_view answer =
+        "HTTP/1.1 200 OK\r\nConnection: close\r\nContent-Length: 7\r\n\r\n{\"a\":1}";
+    EXPECT_EQ(::send(peer, answer.data(), answer.size(), MSG_NOSIGNAL), std::ssize(answer));
+    while (::recv(peer, part.data(), part.size(), 0) > 0) {
+    }
+    ::close(peer);
+}
+
+TEST_F(Limits, StallLimitSparesAnUploadThatIsReadSlowly)
+{
+    const Listener listener;
+    TransportOptions options;
+    options.stall = 1s;
+    const Defaults defaults(options);
+    RestClient client;
+    const auto reader = std::async(std::launch::async, readSlowlyAndAnswer, listener.descriptor);
+    EXPECT_TRUE(client.post(listener.url(), QByteArray(moreThanBuffersHold, ' '), {}))
+        << client.failure().toStdString();
 }
 
 TEST_F(Limits, LimitOutsideItsRangeBecomesTheNearestInside)
