@@ -100,7 +100,7 @@ TEST_P(Once, APostOnAConnectionThatTheServerHasKept)
 {
     for (const Ending ending : {Ending::Close, Ending::Reset}) {
         for (const qsizetype size : {2, 3'000'000}) {
-            // One that has lost a kept connection trusts no other.
+            // A client that has lost a kept connection uses no other for a POST.
             client.emplace();
             std::atomic<int> seen = 0;
             const RawServer server(
@@ -124,7 +124,7 @@ TEST_P(Once, APostAfterOneThatWasLostOnAKeptConnection)
 {
     for (const Ending ending : {Ending::Close, Ending::Reset}) {
         for (const qsizetype size : {2, 3'000'000}) {
-            // One that has lost a kept connection trusts no other.
+            // A client that has lost a kept connection uses no other for a POST.
             client.emplace();
             std::atomic<int> seen = 0;
             const RawServer server(
